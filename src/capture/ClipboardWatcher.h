@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "capture/PrivacyPreferences.h"
+#include "platform/Dispatch.h"
+#include "platform/Pasteboard.h"
+#include "platform/Workspace.h"
+#include "store/ClipStore.h"
+
+namespace vantorel {
+
+/// What the watcher needs of the desktop. All outlive it.
+struct ClipboardServices {
+  Pasteboard& pasteboard;
+  Workspace& workspace;
+  Dispatch& dispatch;
+};
+
+/// Notices every change of the pasteboard, by the platform's announcement and by polling, and
+/// hands what privacy allows to the store. Reading takes several turns of the main queue; a newer
+/// change supersedes the reading of an older one. Main thread.
+class ClipboardWatcher {
+ public:
+  static constexpr Seconds pollInterval{0.35};
+
+  /// Whatever is on the pasteboard now is never captured.
+  ClipboardWatcher(ClipStore& store, PrivacyPreferences& privacy, ClipboardServices services);
+  ~ClipboardWatcher();
+  ClipboardWatcher(const ClipboardWatcher&) = delete;
+  ClipboardWatcher& operator=(const ClipboardWatcher&) = delete;
+
+  /// Called when the program that owned the newest captured contents has ended without a
+  /// successor: the entry may be put back, so that copy, close, paste works.
+  std::function<void(const ClipItem&)> onContentsLost;
+
+  /// Starts, or restarts, polling.
+  void start();
+  void stop();
+  /// One step: begins to read the contents if they changed since the last look.
+  void poll();
+
+  [[nodiscard]] Pasteboard::ChangeCount lastChangeCount() const { return lastChangeCount_; }
+  /// Takes the current contents as seen: they are not captured, and a reading under way is
+  /// dropped.
+  void advanceLastChangeCount();
+
+  [[nodiscard]] SourceApp currentSourceApp() const;
+
+ private:
+  struct Reading;
+
+  ClipStore& store_;
+  PrivacyPreferences& privacy_;
+  ClipboardServices services_;
+  Pasteboard::ChangeCount lastChangeCount_;
+  std::unique_ptr<Timer> timer_;
+  std::shared_ptr<Reading> reading_;  // under way; queued steps hold it weakly
+  std::optional<std::pair<Pasteboard::ChangeCount, Uuid>> newestCapture_;
+};
+
+}  // namespace vantorel

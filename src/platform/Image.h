@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Bytes.h"
+
+namespace vantorel {
+
+/// Points; whole for every image that comes from a clipboard.
+struct Size {
+  double width = 0;
+  double height = 0;
+  friend bool operator==(const Size&, const Size&) = default;
+};
+
+/// An immutable image. Pixels are decoded when first needed and shared. Every operation may be
+/// called on any thread and may take as long as decoding or encoding the pixels takes, except
+/// where said.
+class Image {
+ public:
+  virtual ~Image() = default;
+
+  /// Answers at once.
+  [[nodiscard]] virtual Size size() const = 0;
+
+  /// The PNG form: the very bytes when the image was made from PNG (answers at once), else
+  /// encoded once, losslessly, and kept. Null when the pixels cannot be read.
+  [[nodiscard]] virtual std::shared_ptr<const Bytes> pngData() const = 0;
+
+  /// A JPEG form at `compression` from 0 (smallest) to 1 (best). Transparent pixels are laid over
+  /// white. Null when the pixels cannot be read.
+  [[nodiscard]] virtual std::shared_ptr<const Bytes> jpegData(double compression) const = 0;
+};
+
+/// Reads encoded images.
+class ImageDecoder {
+ public:
+  virtual ~ImageDecoder() = default;
+
+  /// The image in `bytes`, of any format the desktop knows; the bytes are kept, not copied. Null
+  /// when they are no image, are damaged, or claim more pixels than the program will ever hold in
+  /// memory. PNG and JPEG are checked by their structure (headers, lengths, checksums) without
+  /// decoding every pixel, so this answers within a few milliseconds for them; other formats are
+  /// decoded. Any thread.
+  [[nodiscard]] virtual std::shared_ptr<const Image> decode(
+      std::shared_ptr<const Bytes> bytes) const = 0;
+};
+
+}  // namespace vantorel

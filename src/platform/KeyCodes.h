@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vantorel {
+
+/// A key by its place on the keyboard, whatever the layout prints on it. The numbers are this
+/// system's own; an adapter translates them at its edge.
+using KeyCode = std::uint32_t;
+
+namespace keys {
+inline constexpr KeyCode v = 9;
+inline constexpr KeyCode returnKey = 36;
+inline constexpr KeyCode space = 49;
+inline constexpr KeyCode deleteKey = 51;  // backspace
+inline constexpr KeyCode escape = 53;
+inline constexpr KeyCode command = 55;
+inline constexpr KeyCode keypadEnter = 76;
+inline constexpr KeyCode forwardDelete = 117;
+inline constexpr KeyCode downArrow = 125;
+inline constexpr KeyCode upArrow = 126;
+}  // namespace keys
+
+/// Modifiers of a key event.
+using EventFlags = std::uint64_t;
+
+namespace flags {
+inline constexpr EventFlags capsLock = 1ULL << 16;
+inline constexpr EventFlags shift = 1ULL << 17;
+inline constexpr EventFlags control = 1ULL << 18;
+inline constexpr EventFlags option = 1ULL << 19;
+inline constexpr EventFlags command = 1ULL << 20;
+}  // namespace flags
+
+/// Modifiers of a registered hot key.
+using HotKeyModifiers = std::uint32_t;
+
+namespace hotkeys {
+inline constexpr HotKeyModifiers command = 0x100;
+inline constexpr HotKeyModifiers shift = 0x200;
+inline constexpr HotKeyModifiers option = 0x800;
+inline constexpr HotKeyModifiers control = 0x1000;
+}  // namespace hotkeys
+
+}  // namespace vantorel

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/SecretBytes.h"
+
+namespace vantorel {
+
+using OSStatus = std::int32_t;
+
+namespace keychainStatus {
+inline constexpr OSStatus success = 0;
+inline constexpr OSStatus userCanceled = -128;    // locked, and the user did not unlock it
+inline constexpr OSStatus notAvailable = -25291;  // no keychain, or it does not answer
+inline constexpr OSStatus duplicateItem = -25299;
+inline constexpr OSStatus itemNotFound = -25300;        // only ever said of an unlocked keychain
+inline constexpr OSStatus missingEntitlement = -34018;  // this kind of keychain is not for us
+}  // namespace keychainStatus
+
+/// What identifies one generic-password item.
+struct KeychainQuery {
+  std::string service;
+  std::string account;
+  bool useDataProtectionKeychain = false;
+};
+
+enum class KeychainAccessibility { unspecified, afterFirstUnlockThisDeviceOnly };
+
+/// What a new item is given beside its query.
+struct KeychainAttributes {
+  std::string label;
+  KeychainAccessibility accessibility = KeychainAccessibility::unspecified;
+};
+
+struct KeychainResult {
+  OSStatus status = keychainStatus::success;
+  std::optional<SecretBytes> data;
+};
+
+/// The user's keychain. Main thread; answers within 5 seconds whatever the service does.
+/// `itemNotFound` means that an unlocked keychain was searched and holds no such item: a locked,
+/// silent or absent one must answer otherwise, since the caller creates a new key on it.
+class Keychain {
+ public:
+  virtual ~Keychain() = default;
+
+  /// The one matching item's data, byte for byte.
+  [[nodiscard]] virtual KeychainResult copyMatching(const KeychainQuery& query) = 0;
+
+  /// Adds an item; `duplicateItem` when one matches already, which is left as it is.
+  [[nodiscard]] virtual OSStatus add(const KeychainQuery& query,
+                                     const KeychainAttributes& attributes,
+                                     const SecretBytes& data) = 0;
+
+  /// Replaces the data of the matching item; never adds one.
+  [[nodiscard]] virtual OSStatus update(const KeychainQuery& query, const SecretBytes& data) = 0;
+};
+
+}  // namespace vantorel

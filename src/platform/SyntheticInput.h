@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/KeyCodes.h"
+#include "platform/Workspace.h"
+
+namespace vantorel {
+
+enum class TrustPrompt { none, ask };
+enum class KeyDirection { down, up };
+
+/// State that synthetic events are derived from: the hardware's.
+struct EventSource {
+  int stateId = 1;
+};
+
+struct SyntheticKeyEvent {
+  KeyCode keyCode = 0;
+  KeyDirection direction = KeyDirection::down;
+  EventFlags flags = 0;
+};
+
+/// Key presses made by this program for another one. Main thread.
+class SyntheticInput {
+ public:
+  virtual ~SyntheticInput() = default;
+
+  /// Whether the desktop lets this program press keys for others. With `ask`, a desktop that can
+  /// ask the user does so without waiting for the answer.
+  [[nodiscard]] virtual bool isTrusted(TrustPrompt prompt) = 0;
+
+  /// Absent when the desktop cannot be reached.
+  [[nodiscard]] virtual std::optional<EventSource> createEventSource() = 0;
+
+  /// Absent when the key has no place on this keyboard.
+  [[nodiscard]] virtual std::optional<SyntheticKeyEvent> createKeyboardEvent(
+      const EventSource& source, KeyCode keyCode, KeyDirection direction) = 0;
+
+  /// Delivers the event to that process: only while its window has the input, so that no key ever
+  /// lands elsewhere. The adapter presses what the process understands as this chord (paste is
+  /// another key in a terminal), and does not let keys that the user still holds spoil it.
+  virtual void post(const SyntheticKeyEvent& event, ProcessId pid) = 0;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vantorel {
+
+using ProcessId = std::int32_t;
+
+/// regular: owns a normal window; accessory: shows only panels or notices; prohibited: no window.
+enum class ActivationPolicy { regular, accessory, prohibited };
+
+/// One running application, as it was when asked.
+struct RunningApplication {
+  ProcessId processIdentifier = 0;
+  std::optional<std::string> bundleIdentifier;
+  std::optional<std::string> localizedName;
+  ActivationPolicy activationPolicy = ActivationPolicy::regular;
+  friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
+};
+
+/// Ends an observation or a monitor when destroyed. Main thread.
+class Observation {
+ public:
+  virtual ~Observation() = default;
+};
+
+/// The applications of this desktop session. Main thread; every answer comes from what is already
+/// known or from the window system alone, never from another program or a scan of the disk.
+class Workspace {
+ public:
+  virtual ~Workspace() = default;
+
+  /// This program's own identifier; absent when it has none.
+  [[nodiscard]] virtual std::optional<std::string> ownBundleIdentifier() const = 0;
+
+  /// The application whose window has the user's attention; absent when none has.
+  [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() = 0;
+
+  /// The application with that process, if it still runs.
+  [[nodiscard]] virtual std::optional<RunningApplication> runningApplication(ProcessId pid) = 0;
+
+  /// Every running application with that identifier, the one in front last first.
+  [[nodiscard]] virtual std::vector<RunningApplication> runningApplications(
+      const std::string& bundleIdentifier) = 0;
+
+  /// Asks for the application's last used window to come to the front with all its windows,
+  /// whoever is in front now. True when the request was sent; whether it was heeded shows in
+  /// `frontmostApplication()`.
+  virtual bool activate(const RunningApplication& application) = 0;
+
+  /// Calls `handler` on the main queue whenever another application has come to the front.
+  [[nodiscard]] virtual std::unique_ptr<Observation> observeActivations(
+      std::function<void(const RunningApplication&)> handler) = 0;
+};
+
+}  // namespace vantorel

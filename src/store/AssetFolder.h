@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "platform/FileSystem.h"
+
+namespace vantorel {
+
+/// The directory of sealed image files, one file per image. Main thread; failures are answers,
+/// not errors. Names come from the history, which may be damaged: a name that would lead out of
+/// the directory is treated as a missing file.
+class AssetFolder {
+ public:
+  AssetFolder(FileSystem& files, std::filesystem::path directory);
+
+  [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
+  /// Absent for a name that is not a plain file name.
+  [[nodiscard]] std::optional<std::filesystem::path> pathOf(const std::string& name) const;
+
+  /// Total size of the files; one whose size cannot be read counts 0.
+  [[nodiscard]] std::uint64_t assetBytes() const;
+  /// Size of one file, 0 when unknown.
+  [[nodiscard]] std::uint64_t fileSize(const std::string& name) const;
+  /// The file's bytes as they stand on the disk.
+  [[nodiscard]] std::optional<Bytes> read(const std::string& name) const;
+  void remove(const std::string& name) const;
+  /// Deletes every file that is not in `named`, hidden ones too.
+  void removeOrphans(const std::set<std::string>& named) const;
+
+ private:
+  FileSystem& files_;
+  std::filesystem::path directory_;
+};
+
+}  // namespace vantorel

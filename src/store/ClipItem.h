@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Date.h"
+#include "store/Shared.h"
+#include "store/Uuid.h"
+
+namespace vantorel {
+
+enum class ClipKind { text, image, files };
+
+[[nodiscard]] std::string_view rawValue(ClipKind kind);
+[[nodiscard]] std::optional<ClipKind> clipKind(std::string_view rawValue);
+
+/// One entry of the history. The content fields never change once the entry is built: an entry
+/// whose content changes is replaced by a new value. Cheap to copy.
+struct ClipItem {
+  Uuid id;
+  ClipKind kind = ClipKind::text;
+  Date createdAt{};
+  std::string title;    // "Text", "Image", "File", "Video" or "3 files"
+  std::string preview;  // one line: start of the text, size of the image, names of the files
+  std::optional<SharedText> text;
+  std::vector<std::string> filePaths;        // absolute, in the order they were copied
+  std::optional<std::string> assetFilename;  // name inside the assets directory
+  std::optional<std::string> sourceAppName;
+  std::optional<std::string> sourceBundleIdentifier;
+  std::optional<std::string> contentHash;  // SHA-256, lower-case hexadecimal
+  std::optional<SharedBytes> rtfData;
+  std::optional<SharedBytes> htmlData;
+
+  // What the user or the store changes later.
+  std::optional<bool> isPinned;  // absent means not pinned
+  std::optional<std::string> customName;
+  std::optional<std::int64_t> pinOrder;  // 0-based among the pins
+  std::optional<Date> lastCopiedAt;      // absent until copied again
+  std::optional<std::string> recognizedText;
+
+  [[nodiscard]] bool pinned() const { return isPinned.value_or(false); }
+  /// When this content was last copied.
+  [[nodiscard]] Date recency() const { return lastCopiedAt.value_or(createdAt); }
+
+  friend bool operator==(const ClipItem&, const ClipItem&) = default;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Dispatch.h"
+#include "platform/FileSystem.h"
+#include "platform/Image.h"
+#include "platform/Keychain.h"
+#include "security/SecureStorage.h"
+#include "store/AssetFolder.h"
+#include "store/ClipItem.h"
+#include "store/HistoryFile.h"
+#include "store/PinResult.h"
+#include "store/SourceApp.h"
+
+namespace vantorel {
+
+struct ClipStoreLimits {
+  std::size_t maxItems = 50;                     // pins included; pins themselves are never cut
+  Seconds maxAge{604'800};                       // of unpinned entries
+  std::uint64_t maxAssetBytes = 157'286'400;     // all image files together
+  std::size_t maxSingleImageBytes = 12'582'912;  // one encoded image
+};
+
+/// What the store needs of its surroundings. All outlive the store.
+struct ClipStoreServices {
+  Dispatch& dispatch;
+  FileSystem& files;
+  Keychain& keychain;
+  /// Where a store without a directory of its own keeps its "ClipHistory".
+  std::filesystem::path applicationSupport;
+};
+
+/// The one owner of the history: an ordered list of entries, pinned ones first, and its sealed
+/// files. Main thread. File-system failures are not reported: the list in memory stays usable, a
+/// save that failed is tried again by itself, and a history that could not be read is never
+/// overwritten.
+class ClipStore {
+ public:
+  static constexpr std::size_t maxPinnedItems = 5;
+
+  /// Prepares the directories and loads the history. Without `baseUrl` the store lives in
+  /// Application Support and takes its key from the keychain; with one and without a storage it
+  /// seals under a key that dies with the process.
+  ClipStore(ClipStoreServices services, std::optional<std::filesystem::path> baseUrl,
+            std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits);
+  ~ClipStore();
+  ClipStore(const ClipStore&) = delete;
+  ClipStore& operator=(const ClipStore&) = delete;
+
+  /// Called after every change of the list, whether or not it could be saved.
+  std::function<void()> onChange;
+  /// Called when the recognised text of an image changes.
+  std::function<void()> onSearchIndexChange;
+
+  [[nodiscard]] const std::vector<ClipItem>& items() const { return items_; }
+  [[nodiscard]] const ClipStoreLimits& limits() const { return limits_; }
+  [[nodiscard]] const std::filesystem::path& baseUrl() const { return baseUrl_; }
+  [[nodiscard]] const std::filesystem::path& assetsUrl() const { return assets_.directory(); }
+  [[nodiscard]] const std::filesystem::path& indexUrl() const { return indexUrl_; }
+  [[nodiscard]] const std::filesystem::path& legacyIndexUrl() const { return legacyIndexUrl_; }
+  /// Absent when no key could be had: nothing is read or written then.
+  [[nodiscard]] const std::shared_ptr<SecureStorage>& secureStorage() const {
+    return secureStorage_;
+  }
+  /// False once the directories could not be prepared or the history not be read; nothing is
+  /// written for the rest of the process.
+  [[nodiscard]] bool persistenceIsReady() const { return persistenceIsReady_; }
+
+  /// Merges the entry with what it duplicates and puts it at the front. False when it repeats the
+  /// entry that was copied last; it is inserted in both cases.
+  bool insert(const ClipItem& item);
+  /// False when the image is too large in every form or could not be stored.
+  bool captureImage(const Image& image, const SourceApp& source);
+  /// False for an empty list.
+  bool captureFiles(const std::vector<std::filesystem::path>& urls, const SourceApp& source);
+
+  [[nodiscard]] bool canPinMore() const;
+  PinResult togglePinned(const Uuid& id);
+  /// True when a pinned entry got the name; a name of white space takes the name away.
+  bool renamePinned(const Uuid& id, std::string_view name);
+  /// True when both are pinned and differ.
+  bool movePinned(const Uuid& id, const Uuid& relativeTo, bool before);
+  /// Nothing happens, and nobody is told, when there is no such entry.
+  void remove(const Uuid& id);
+  /// Clearing everything also replaces the storage key.
+  void clear(bool includingPinned);
+
+  /// The bytes of an entry's image, opened if they are sealed; absent when the file is missing,
+  /// cut or sealed under another key. May take the milliseconds that reading 12 MiB takes.
+  [[nodiscard]] std::optional<Bytes> assetData(const ClipItem& item) const;
+
+ private:
+  void prepareStorageDirectories();
+  [[nodiscard]] bool load();
+  bool save();
+  void saveAndNotify();
+  void retrySaveLater();
+  [[nodiscard]] bool encryptLegacyAssets();
+  void coalesceDuplicates();
+  void prune();
+  void pruneAssetsBySize();
+  void removeOrphanedAssets();
+  void normalizePinOrder();
+  void scheduleRecognition(const ClipItem& item);
+  std::vector<ClipItem>::iterator find(const Uuid& id);
+
+  ClipStoreServices services_;
+  ClipStoreLimits limits_;
+  std::filesystem::path baseUrl_;
+  std::filesystem::path indexUrl_;
+  std::filesystem::path legacyIndexUrl_;
+  AssetFolder assets_;
+  std::shared_ptr<SecureStorage> secureStorage_;
+  std::vector<ClipItem> items_;
+  std::set<Uuid> scheduledRecognition_;
+  bool persistenceIsReady_ = true;
+  std::unique_ptr<Timer> saveRetry_;
+};
+
+}  // namespace vantorel
