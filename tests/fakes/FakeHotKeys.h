@@ -1,0 +1,57 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/HotKeys.h"
+
+namespace vantorel {
+
+/// A keyboard whose shortcuts are pressed by the test. As on a desktop, one combination can be
+/// registered once only.
+class FakeHotKeys : public HotKeys {
+ public:
+  struct Registered {
+    KeyCode keyCode = 0;
+    HotKeyModifiers modifiers = 0;
+    HotKeyId id;
+    friend bool operator==(const Registered&, const Registered&) = default;
+  };
+
+  [[nodiscard]] bool installHandler(std::function<void(HotKeyId)> handler) override;
+  void removeHandler() override;
+  [[nodiscard]] std::optional<HotKeyRef> registerHotKey(KeyCode keyCode, HotKeyModifiers modifiers,
+                                                        HotKeyId id) override;
+  void unregisterHotKey(HotKeyRef reference) override;
+
+  // The test's side.
+
+  /// Delivers a press with that id, registered or not; nothing happens without a handler.
+  void pressHotKey(HotKeyId id);
+  /// Presses a combination; false when nobody registered it.
+  bool press(KeyCode keyCode, HotKeyModifiers modifiers);
+  /// Another program has, or gives up, that combination.
+  void take(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.insert({keyCode, modifiers}); }
+  void giveUp(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.erase({keyCode, modifiers}); }
+  void setHandlerInstallFails(bool fails) { installFails_ = fails; }
+
+  [[nodiscard]] bool hasHandler() const { return static_cast<bool>(handler_); }
+  [[nodiscard]] int handlerInstalls() const { return installs_; }
+  [[nodiscard]] std::vector<Registered> registered() const;
+  /// "register", "unregister" and "removeHandler", in the order they came.
+  [[nodiscard]] const std::vector<std::string>& log() const { return log_; }
+
+ private:
+  std::function<void(HotKeyId)> handler_;
+  std::map<HotKeyRef, Registered> registered_;
+  std::set<std::pair<KeyCode, HotKeyModifiers>> taken_;
+  std::vector<std::string> log_;
+  HotKeyRef nextReference_ = 1;
+  int installs_ = 0;
+  bool installFails_ = false;
+};
+
+}  // namespace vantorel

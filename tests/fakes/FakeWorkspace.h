@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Dispatch.h"
+#include "platform/Workspace.h"
+
+namespace vantorel {
+
+/// A desktop session whose applications are played by the test.
+class FakeWorkspace : public Workspace {
+ public:
+  explicit FakeWorkspace(Dispatch& dispatch) : dispatch_(dispatch) {}
+  ~FakeWorkspace() override;
+
+  [[nodiscard]] std::optional<std::string> ownBundleIdentifier() const override { return own_; }
+  [[nodiscard]] std::optional<RunningApplication> frontmostApplication() override;
+  [[nodiscard]] std::optional<RunningApplication> runningApplication(ProcessId pid) override;
+  [[nodiscard]] std::vector<RunningApplication> runningApplications(
+      const std::string& bundleIdentifier) override;
+  bool activate(const RunningApplication& application) override;
+  [[nodiscard]] std::unique_ptr<Observation> observeActivations(
+      std::function<void(const RunningApplication&)> handler) override;
+
+  // The test's side.
+
+  /// "com.vantorel.Vantorel" unless the test says otherwise.
+  void setOwnBundleIdentifier(std::optional<std::string> identifier);
+  /// Adds a running application, not yet in front, or replaces the one with its process id.
+  RunningApplication launch(RunningApplication application);
+  /// A regular application.
+  RunningApplication launch(ProcessId pid, const std::string& bundleIdentifier,
+                            const std::string& name);
+  void terminate(ProcessId pid);
+  /// In front without an announcement, as a window manager that keeps quiet leaves it; none: the
+  /// desktop itself.
+  void setFront(std::optional<ProcessId> pid);
+  /// In front, announced to every observer on the main queue.
+  void bringToFront(ProcessId pid);
+  /// Called for each `activate()`, for instance to bring the application to the front.
+  std::function<void(const RunningApplication&)> onActivate;
+
+  /// Process ids that `activate()` was called for, in order.
+  [[nodiscard]] const std::vector<ProcessId>& activations() const { return activations_; }
+  [[nodiscard]] int frontmostQueries() const { return frontmostQueries_; }
+  [[nodiscard]] std::size_t observerCount() const;
+
+ private:
+  using Handler = std::function<void(const RunningApplication&)>;
+  class Registration;
+
+  Dispatch& dispatch_;
+  std::optional<std::string> own_ = "com.vantorel.Vantorel";
+  std::vector<RunningApplication> running_;  // the one in front last first
+  std::optional<ProcessId> front_;
+  std::vector<std::weak_ptr<Handler>> observers_;
+  std::vector<ProcessId> activations_;
+  int frontmostQueries_ = 0;
+};
+
+}  // namespace vantorel
