@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/Keychain.h"
+#include "platform/SecretBytes.h"
+
+/// Keeps the history's key as one item of the user's keychain. Main thread.
+namespace vantorel::HistoryKeychain {
+
+inline constexpr std::string_view service = "com.vantorel.mvp.history-encryption";
+inline constexpr std::string_view account = "history-key-v1";
+inline constexpr std::string_view label = "Vantorel local history encryption";
+inline constexpr std::size_t keySize = 32;
+
+/// In the order in which they are preferred.
+enum class Backend { dataProtection, loginKeychain };
+
+struct Material {
+  SecretBytes data;
+  Backend backend = Backend::dataProtection;
+};
+
+/// The key where it is kept, or a new random one that the keychain has taken. A new one is made
+/// only when no backend that can be asked has any; a backend that holds the key keeps it. Does not
+/// look at the length of what it finds. Throws `SecureStorageError`.
+[[nodiscard]] Material loadOrCreate(Keychain& keychain);
+
+/// What identifies the item in that backend.
+[[nodiscard]] KeychainQuery baseQuery(Backend backend);
+
+/// The item's bytes, if any, and the keychain's status.
+[[nodiscard]] KeychainResult read(Keychain& keychain, Backend backend);
+
+/// Overwrites the stored key, which must exist; throws `SecureStorageError` when it could not, and
+/// `invalidKey` for anything but 32 bytes.
+void replace(Keychain& keychain, const SecretBytes& key, Backend backend);
+
+}  // namespace vantorel::HistoryKeychain
