@@ -1,0 +1,97 @@
+"""Reads programs as a screen reader does, over AT-SPI. Run as a program on the private desktop.
+
+One request per line on standard input, one JSON answer per line on standard output:
+{"read": "vantorel"} answers the program's accessible tree as nested objects;
+{"press": [pid, path]} performs the first action of the object at a path of child indexes.
+A process of its own, since the library binds itself to one bus for its whole life.
+"""
+
+import json
+import sys
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be named first)
+
+_DEPTH = 24
+
+
+def _applications():
+    desktop = Atspi.get_desktop(0)
+    for index in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(index)
+        if application is not None:
+            yield application
+
+
+def _value(element):
+    try:
+        if element.is_text():
+            return Atspi.Text.get_text(element, 0, -1)
+    except GLib.Error:
+        return None
+    return None
+
+
+def _describe(element, depth=0):
+    states = element.get_state_set()
+    extents = None
+    if element.is_component():
+        box = element.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        extents = [box.x, box.y, box.width, box.height]
+    children = []
+    if depth < _DEPTH:
+        for index in range(min(element.get_child_count(), 400)):
+            child = element.get_child_at_index(index)
+            if child is not None:
+                children.append(_describe(child, depth + 1))
+    return {
+        "role": element.get_role_name(),
+        "name": element.get_name() or "",
+        "description": element.get_description() or "",
+        "showing": states.contains(Atspi.StateType.SHOWING),
+        "enabled": states.contains(Atspi.StateType.ENABLED),
+        "selected": states.contains(Atspi.StateType.SELECTED),
+        "focused": states.contains(Atspi.StateType.FOCUSED),
+        "checked": states.contains(Atspi.StateType.CHECKED),
+        "extents": extents,
+        "text": _value(element),
+        "children": children,
+    }
+
+
+def _find(name):
+    for application in _applications():
+        if (application.get_name() or "").lower() == name.lower():
+            return application
+    return None
+
+
+def _answer(request):
+    # What the library has cached belongs to an earlier request.
+    for application in _applications():
+        application.clear_cache()
+    if "read" in request:
+        application = _find(request["read"])
+        return None if application is None else _describe(application)
+    name, path = request["press"]
+    element = _find(name)
+    for index in path:
+        element = element.get_child_at_index(index)
+    return element.get_action_iface().do_action(0)
+
+
+def _main():
+    Atspi.init()
+    for line in sys.stdin:
+        try:
+            answer = {"answer": _answer(json.loads(line))}
+        except (GLib.Error, AttributeError, TypeError) as problem:
+            # The tree may change while it is read: the asker asks again.
+            answer = {"problem": str(problem)}
+        print(json.dumps(answer), flush=True)
+
+
+if __name__ == "__main__":
+    _main()

@@ -1,0 +1,127 @@
+"""Real applications, driven by real keys."""
+
+import os
+
+from .waiting import wait_for
+
+
+class Application:
+    """A program with a window."""
+
+    def __init__(self, desktop, name, argv, window_class, env=None):
+        self.desktop = desktop
+        self._before = {window.id for window in desktop.windows.with_class(window_class)}
+        self.process = desktop.start(name, argv, env)
+        self.name = name
+        self.window = wait_for(f"{name}'s window", lambda: self._new_window(window_class), 30,
+                               desktop.windows.titles)
+        desktop.windows.wait_active(self.window)
+
+    def to_front(self):
+        self.desktop.windows.activate(self.window)
+
+    def close(self):
+        """Closes the window and waits until the program has ended, its clipboard with it."""
+        self.desktop.windows.close(self.window)
+        wait_for(f"{self.name} to end", lambda: self.process.poll() is not None)
+
+    def kill(self):
+        self.desktop.processes.stop(self.process)
+
+    def is_in_front(self):
+        return self.desktop.windows.active() == self.window.id
+
+    def _new_window(self, window_class):
+        for window in self.desktop.windows.with_class(window_class):
+            if window.id not in self._before and self.desktop.windows.active() == window.id:
+                return window
+        return None
+
+
+class Editor(Application):
+    """A text editor with a file open; its text is read by saving it."""
+
+    def __init__(self, desktop, name, argv, window_class, path, env=None):
+        self.path = path
+        with open(path, "a", encoding="utf-8"):
+            pass
+        super().__init__(desktop, name, argv, window_class, env)
+
+    def text(self):
+        """The text as it stands in the window: saved, then read."""
+        self.desktop.keyboard.chord("Ctrl+s")
+        with open(self.path, encoding="utf-8") as file:
+            return file.read()
+
+    def wait_for_text(self, expected, limit=20):
+        """Waits until the text is this one, final line break aside."""
+        wait_for(f"the text {_short(expected)} in {self.name}",
+                 lambda: self.text().rstrip("\n") == expected.rstrip("\n"), limit,
+                 lambda: _short(self.text()))
+
+    def select_all_and_copy(self):
+        self.desktop.keyboard.chord("Ctrl+a")
+        self.desktop.keyboard.chord("Ctrl+c")
+
+    def paste(self):
+        self.desktop.keyboard.chord("Ctrl+v")
+
+
+def gtk_editor(desktop, path, contents=""):
+    """A GTK text editor."""
+    _write(path, contents)
+    return Editor(desktop, "mousepad", ["mousepad", "--disable-server", path], "mousepad", path)
+
+
+def qt_editor(desktop, path, contents=""):
+    """A Qt text editor."""
+    _write(path, contents)
+    return Editor(desktop, "featherpad", ["featherpad", "--standalone", path], "featherpad", path)
+
+
+class Terminal(Application):
+    """A terminal emulator that writes what it is given into a file."""
+
+    def __init__(self, desktop, path):
+        self.path = path
+        # Without line editing every character reaches the file as soon as it arrives.
+        super().__init__(desktop, "xterm",
+                         ["xterm", "-e", "sh", "-c", f"stty -icanon; exec cat > '{path}'"], "xterm")
+        wait_for("the terminal's program to listen", lambda: os.path.exists(path))
+
+    def wait_for_text(self, expected, limit=20):
+        """Waits until exactly this text has arrived."""
+        wait_for(f"the text {_short(expected)} in the terminal",
+                 lambda: self.text().rstrip("\n") == expected, limit,
+                 lambda: _short(self.text()))
+
+    def text(self):
+        with open(self.path, encoding="utf-8") as file:
+            return file.read()
+
+
+class FileManager(Application):
+    """A file manager that shows one folder."""
+
+    def __init__(self, desktop, folder):
+        self.folder = folder
+        super().__init__(desktop, "pcmanfm", ["pcmanfm", "--no-desktop", folder], "pcmanfm")
+
+    def copy_everything(self):
+        self.desktop.keyboard.chord("Ctrl+a")
+        self.desktop.keyboard.chord("Ctrl+c")
+
+    def wait_for_file(self, name, limit=20):
+        path = os.path.join(self.folder, name)
+        wait_for(f"{name} in {self.folder}", lambda: os.path.exists(path), limit,
+                 lambda: os.listdir(self.folder))
+        return path
+
+
+def _write(path, contents):
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(contents)
+
+
+def _short(text):
+    return repr(text if len(text) <= 120 else f"{text[:100]}… ({len(text)} characters)")

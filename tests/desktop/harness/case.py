@@ -1,0 +1,92 @@
+"""The ground that the tests stand on."""
+
+import os
+import sys
+import unittest
+
+from .clipboard import Clipboard
+from .desktop import PrivateDesktop
+from .vantorel import Vantorel, program_path
+
+
+class DesktopTestCase(unittest.TestCase):
+    """Gives each test a private desktop of its own; a failed test leaves its logs in the output."""
+
+    desktop_options = {}
+
+    def setUp(self):
+        self.desktop = self.new_desktop(**self.desktop_options)
+        self.clipboard = Clipboard(self.desktop)
+
+    def new_desktop(self, **options):
+        """A further desktop, closed at the end like the first one."""
+        desktop = PrivateDesktop(**options)
+        self.addCleanup(self._close, desktop)
+        desktop.__enter__()
+        return desktop
+
+    def path(self, *parts):
+        """A path below the private home, its folder made."""
+        path = self.desktop.path(*parts)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        return path
+
+    def file(self, *parts, contents=b""):
+        """A file below the private home."""
+        path = self.path(*parts)
+        with open(path, "wb") as file:
+            file.write(contents)
+        return path
+
+    def _close(self, desktop):
+        if self._failed():
+            self._show_logs(desktop)
+            desktop.keep = bool(os.environ.get("VANTOREL_KEEP_DESKTOPS"))
+        desktop.close()
+
+    def _failed(self):
+        return not self._outcome.success
+
+    @staticmethod
+    def _show_logs(desktop):
+        for name in ("vantorel.log", "owner.log"):
+            path = os.path.join(desktop.logs, name)
+            if os.path.exists(path) and os.path.getsize(path):
+                with open(path, encoding="utf-8", errors="replace") as file:
+                    print(f"--- {name}\n{file.read()[-6000:]}", file=sys.stderr)
+
+
+class VantorelTestCase(DesktopTestCase):
+    """A private desktop with the program ready to be started; with `autostart` it runs already.
+
+    The program must end in order at the end of each test, so that no test passes over a crash,
+    and must have printed no warning of its toolkit or of a sanitizer.
+    """
+
+    autostart = True
+
+    def setUp(self):
+        if not os.access(program_path(), os.X_OK):
+            self.fail(f"there is no program at {program_path()}")
+        super().setUp()
+        self.vantorel = Vantorel(self.desktop)
+        self.addCleanup(self._end_program)
+        if self.autostart:
+            self.vantorel.start()
+
+    def _end_program(self):
+        if self.vantorel.is_running():
+            self.assertEqual(self.vantorel.quit(), 0, "the program did not end in order")
+        elif self.vantorel.process is not None:
+            self.assertIn(self.vantorel.process.returncode, (0, -9), "the program crashed")
+        self._check_log()
+
+    def _check_log(self):
+        path = os.path.join(self.desktop.logs, "vantorel.log")
+        if not os.path.exists(path):
+            return
+        for line in self.vantorel.log().splitlines():
+            if any(sign in line for sign in ("ERROR: AddressSanitizer", "runtime error:",
+                                             "ERROR: LeakSanitizer", "QObject::", "QWidget::",
+                                             "qt.", "terminate called")):
+                self.fail(f"the program printed: {line}")

@@ -1,0 +1,142 @@
+"""The clipboard as other programs use it: copying, asking, owning well and owning badly."""
+
+import json
+import os
+import subprocess
+import sys
+import threading
+import time
+
+from Xlib import X
+
+from .waiting import wait_for
+
+_OWNER = os.path.join(os.path.dirname(__file__), "owner_process.py")
+TEXT_TARGETS = ("UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "STRING", "TEXT")
+
+
+class Clipboard:
+    """The CLIPBOARD selection of one desktop."""
+
+    def __init__(self, desktop):
+        self._desktop = desktop
+        self._files = 0
+
+    def copy(self, text):
+        """Copies text with an ordinary command-line tool and waits until that owns the selection."""
+        return self.copy_as("UTF8_STRING", text.encode())
+
+    def copy_as(self, target, data):
+        """Copies bytes under one target (TARGETS is always offered beside it)."""
+        before = self.owner()
+        self._desktop.run(["xclip", "-selection", "clipboard", "-t", target, "-i",
+                           self._file(data)], capture_output=False,
+                          stdout=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL).check_returncode()
+        return wait_for("the new owner of the clipboard",
+                        lambda: self.owner() not in (0, before) and self.owner())
+
+    def own(self, manners="polite", offers=None, targets=(), window_class=None, title=None):
+        """Starts an owner of our own; see owner_process.py for the manners."""
+        argv = [sys.executable, _OWNER, "--manners", manners]
+        for target, data in (offers or {}).items():
+            argv += ["--offer", f"{target}={self._file(data)}"]
+        for target in targets:
+            argv += ["--target", target]
+        if window_class:
+            argv += ["--window-class", window_class]
+        if title:
+            argv += ["--title", title]
+        owner = OwnerProcess(self._desktop, argv)
+        owner.wait_until_owned()
+        return owner
+
+    def read(self, target="UTF8_STRING", limit=20):
+        """The selection's contents under a target; nothing when the owner has none."""
+        try:
+            answer = self._desktop.run(["xclip", "-selection", "clipboard", "-o", "-t", target],
+                                       limit=limit)
+        except subprocess.TimeoutExpired:
+            return None
+        return answer.stdout if answer.returncode == 0 else None
+
+    def text(self):
+        data = self.read()
+        return None if data is None else data.decode()
+
+    def targets(self):
+        data = self.read("TARGETS")
+        return data.decode().split() if data else []
+
+    def owner(self):
+        """The id of the owner's window, 0 when there is none."""
+        display = self._desktop.display
+        owner = display.get_selection_owner(display.intern_atom("CLIPBOARD"))
+        return owner if isinstance(owner, int) else owner.id
+
+    def disown(self):
+        """Empties the selection as its owner may."""
+        display = self._desktop.display
+        window = display.screen().root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+        window.set_selection_owner(display.intern_atom("CLIPBOARD"), X.CurrentTime)
+        window.destroy()
+        display.sync()
+
+    def _file(self, data):
+        self._files += 1
+        path = os.path.join(self._desktop.runtime, f"copied-{self._files}")
+        with open(path, "wb") as file:
+            file.write(data)
+        return path
+
+
+class OwnerProcess:
+    """One owner and what it said."""
+
+    def __init__(self, desktop, argv):
+        self._desktop = desktop
+        self.process = desktop.start("owner", argv, stdout=subprocess.PIPE)
+        self.events = []
+        self._started = time.monotonic()
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+
+    def requests(self):
+        """The names of the targets asked for so far, in order."""
+        return [event["target"] for event in list(self.events) if event["event"] == "request"]
+
+    def contents_requested(self):
+        """What was asked for beyond the list of targets."""
+        return [name for name in self.requests()
+                if name not in ("TARGETS", "TIMESTAMP", "MULTIPLE", "SAVE_TARGETS")]
+
+    def wait_until_owned(self):
+        wait_for("the owner to own the clipboard", lambda: self._has("owned"))
+
+    def wait_until_asked(self, target, limit=20):
+        wait_for(f"a request for {target}", lambda: target in self.requests(), limit,
+                 self.requests)
+
+    def wait_until_asked_for_contents(self, limit=20):
+        return wait_for("a request for contents", self.contents_requested, limit, self.requests)
+
+    def age(self):
+        """Seconds since it was started."""
+        return time.monotonic() - self._started
+
+    def lost(self):
+        return self._has("lost")
+
+    def stop(self):
+        self._desktop.processes.stop(self.process)
+        self._reader.join(5)
+
+    def _has(self, name):
+        return any(event["event"] == name for event in list(self.events))
+
+    def _read(self):
+        try:
+            for line in self.process.stdout:
+                self.events.append(json.loads(line))
+        except ValueError:
+            return

@@ -1,0 +1,111 @@
+"""Real keys and a real pointer, through the XTEST extension."""
+
+from Xlib import X, XK
+from Xlib.ext import xtest
+
+# Where keys are, whatever the layout says they carry (evdev keycodes, as Xvfb has them).
+PHYSICAL = {
+    "v": 55, "c": 54, "a": 38, "f": 41, "p": 33, "r": 27, "s": 39, "q": 24, "x": 53, "z": 52,
+    **{str(digit): 9 + digit for digit in range(1, 10)},
+    "Super": 133, "Shift": 50, "Ctrl": 37, "Alt": 64, "CapsLock": 66, "NumLock": 77, "Menu": 135,
+    "Return": 36, "KeypadEnter": 104, "Escape": 9, "Delete": 119, "BackSpace": 22, "Space": 65,
+    "Up": 111, "Down": 116, "Left": 113, "Right": 114, "Home": 110, "End": 115, "Insert": 118,
+    "Tab": 23, "F2": 68, "F4": 70, "F10": 76,
+}
+MODIFIERS = ("Super", "Ctrl", "Alt", "Shift")
+
+
+class Keyboard:
+    """Presses keys at their physical places, or finds the key that yields a character."""
+
+    def __init__(self, display):
+        self._display = display
+
+    def down(self, key):
+        xtest.fake_input(self._display, X.KeyPress, PHYSICAL[key])
+        self._display.sync()
+
+    def up(self, key):
+        xtest.fake_input(self._display, X.KeyRelease, PHYSICAL[key])
+        self._display.sync()
+
+    def tap(self, key):
+        self.down(key)
+        self.up(key)
+
+    def chord(self, text):
+        """Presses a chord as a hand does: "Super+Shift+v", in order down and back up."""
+        keys = text.split("+")
+        for key in keys:
+            self.down(key)
+        for key in reversed(keys):
+            self.up(key)
+
+    def type(self, text):
+        """Types characters of the active layout's first two levels."""
+        for character in text:
+            self._press_character(character)
+        self._display.sync()
+
+    def locked(self):
+        """The lock modifiers in force: a mask of X.LockMask and X.Mod2Mask."""
+        return self._display.screen().root.query_pointer().mask & (X.LockMask | X.Mod2Mask)
+
+    def refresh_mapping(self):
+        """To be called after the layout was changed from outside."""
+        info = self._display.display.info
+        count = info.max_keycode - info.min_keycode + 1
+        self._display._keymap_codes = [()] * 256
+        self._display._keymap_syms = {}
+        self._display._update_keymap(info.min_keycode, count)
+
+    def _press_character(self, character):
+        names = {"\n": "Return", "\t": "Tab", " ": "space"}
+        keysym = XK.string_to_keysym(names.get(character, character)) or _keysym(character)
+        places = [place for place in self._display.keysym_to_keycodes(keysym) if place[1] in (0, 1)]
+        if not places:
+            raise ValueError(f"no key of this layout yields {character!r}")
+        keycode, level = min(places, key=lambda place: place[1])
+        shift = PHYSICAL["Shift"]
+        if level == 1:
+            xtest.fake_input(self._display, X.KeyPress, shift)
+        xtest.fake_input(self._display, X.KeyPress, keycode)
+        xtest.fake_input(self._display, X.KeyRelease, keycode)
+        if level == 1:
+            xtest.fake_input(self._display, X.KeyRelease, shift)
+
+
+class Pointer:
+    """The pointer: moves and clicks at places on the screen."""
+
+    def __init__(self, display):
+        self._display = display
+
+    def move(self, x, y):
+        xtest.fake_input(self._display, X.MotionNotify, x=int(x), y=int(y))
+        self._display.sync()
+
+    def click(self, x, y, button=1):
+        self.move(x, y)
+        xtest.fake_input(self._display, X.ButtonPress, button)
+        xtest.fake_input(self._display, X.ButtonRelease, button)
+        self._display.sync()
+
+    def drag(self, start, end, steps=8):
+        """Presses at `start`, moves in steps as a hand does, releases at `end`."""
+        self.move(*start)
+        xtest.fake_input(self._display, X.ButtonPress, 1)
+        for step in range(1, steps + 1):
+            self.move(start[0] + (end[0] - start[0]) * step / steps,
+                      start[1] + (end[1] - start[1]) * step / steps)
+        xtest.fake_input(self._display, X.ButtonRelease, 1)
+        self._display.sync()
+
+    def position(self):
+        answer = self._display.screen().root.query_pointer()
+        return answer.root_x, answer.root_y
+
+
+def _keysym(character):
+    code = ord(character)
+    return code if code < 0x100 else 0x01000000 + code
