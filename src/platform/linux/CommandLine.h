@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vantorel {
+
+/// What a start of the program is asked to do.
+enum class Command { open, toggle, search, menu, about, quit, version, help };
+
+/// The arguments of a start, understood or not.
+struct CommandLine {
+  Command command = Command::open;
+  std::string error;  // one line for stderr, without a line end; empty when understood
+
+  /// Exit status for arguments that were not understood.
+  static constexpr int usageError = 2;
+
+  /// `arguments` without the program's own name. At most one command; nothing means `open`.
+  [[nodiscard]] static CommandLine parse(std::span<const char* const> arguments);
+  /// What `--help` prints.
+  [[nodiscard]] static std::string_view helpText();
+};
+
+/// The name under which the running instance offers `command` to other programs ("toggle",
+/// "search", "menu", "about", "quit"); absent for a command that is no action of its own.
+[[nodiscard]] std::optional<std::string_view> actionName(Command command);
+[[nodiscard]] std::optional<Command> commandForAction(std::string_view name);
+
+}  // namespace vantorel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <csignal>
+#include <functional>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "platform/Dispatch.h"
+
+namespace vantorel {
+
+/// Turns a request to end this process (SIGTERM, SIGINT, SIGHUP) into a call of `handler` on the
+/// main queue, once; SIGPIPE is ignored. The handler should begin the normal quit. A second request
+/// of the same kind ends the process at once, so that a quit that hangs can be ended too. A signal
+/// that was ignored when the process began (by nohup, or a shell's background job) stays ignored.
+///
+/// Create one, on the main thread, before other threads and as early as there is a `Dispatch`; the
+/// end of it restores what was in force before. `dispatch` outlives it.
+class TerminationSignals {
+ public:
+  TerminationSignals(Dispatch& dispatch, std::function<void()> handler);
+  ~TerminationSignals();
+  TerminationSignals(const TerminationSignals&) = delete;
+  TerminationSignals& operator=(const TerminationSignals&) = delete;
+
+ private:
+  struct Previous {
+    int signal = 0;
+    struct sigaction action {};
+  };
+
+  void install(int signal);
+  void waitForSignal();
+
+  Dispatch& dispatch_;
+  std::shared_ptr<std::function<void()>> handler_;  // its life is the weak token
+  std::vector<Previous> previous_;
+  int readEnd_ = -1;
+  int writeEnd_ = -1;
+  std::thread thread_;
+};
+
+}  // namespace vantorel
