@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string_view>
+
 namespace vantorel {
 
 /// How a paste ended.
@@ -9,5 +12,9 @@ enum class PasteOutcome {
   clipboardOnlyNoTarget,            // on the pasteboard; no target, or it never came to the front
   unavailable,                      // nothing could be written
 };
+
+/// What the user is told about it; nothing when the paste speaks for itself. Key symbols stand as
+/// in every text of this program; the view spells them.
+[[nodiscard]] std::optional<std::string_view> notice(PasteOutcome outcome);
 
 }  // namespace vantorel

@@ -1,0 +1,54 @@
+#include "app/HotKeyRegistration.h"
+
+namespace vantorel {
+
+HotKeyRegistration::HotKeyRegistration(HotKeys& hotKeys, UserDefaults& defaults, Dispatch& dispatch)
+    : hotKeys_(hotKeys),
+      defaults_(defaults),
+      dispatch_(dispatch),
+      shortcut_(HotKeyShortcut::load(defaults)) {}
+
+HotKeyRegistration::~HotKeyRegistration() { unregisterHotKey(); }
+
+void HotKeyRegistration::registerHotKey() {
+  ensureHotKeyHandler();
+  if (reference_) return;
+  reference_ = take(shortcut_);
+  if (!reference_ && shortcut_ != HotKeyShortcut{}) {
+    shortcut_ = {};
+    shortcut_.save(defaults_);
+    tell("Saved shortcut unavailable. Using ⌘⇧V.");
+    reference_ = take(shortcut_);
+  }
+  if (!reference_) tell("Shortcut unavailable. Open Keyboard Shortcut to choose another.");
+}
+
+void HotKeyRegistration::unregisterHotKey() {
+  if (reference_) hotKeys_.unregisterHotKey(*reference_);
+  reference_.reset();
+  if (handlerInstalled_) hotKeys_.removeHandler();
+  handlerInstalled_ = false;
+}
+
+void HotKeyRegistration::ensureHotKeyHandler() {
+  if (handlerInstalled_) return;
+  handlerInstalled_ = hotKeys_.installHandler([this](HotKeyId id) { handlePress(id); });
+  if (!handlerInstalled_) tell("Could not enable the keyboard shortcut.");
+}
+
+void HotKeyRegistration::handlePress(HotKeyId id) {
+  if (id != clipHotKeyId) return;
+  dispatch_.async([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired() && onPressed) onPressed();
+  });
+}
+
+std::optional<HotKeyRef> HotKeyRegistration::take(const HotKeyShortcut& shortcut) {
+  return hotKeys_.registerHotKey(shortcut.keyCode, shortcut.modifiers, clipHotKeyId);
+}
+
+void HotKeyRegistration::tell(std::string_view notice) const {
+  if (onNotice) onNotice(notice);
+}
+
+}  // namespace vantorel

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "app/HotKeyShortcut.h"
+#include "platform/Dispatch.h"
+#include "platform/HotKeys.h"
+#include "platform/UserDefaults.h"
+
+namespace vantorel {
+
+/// The bytes of a four-character code, the first one the most significant.
+[[nodiscard]] constexpr std::uint32_t fourCharacterCode(std::string_view characters) {
+  std::uint32_t code = 0;
+  for (const char character : characters) {
+    code = (code << 8U) | static_cast<unsigned char>(character);
+  }
+  return code;
+}
+
+inline constexpr std::uint32_t clipHotKeySignature = fourCharacterCode("VNTL");
+inline constexpr HotKeyId clipHotKeyId{clipHotKeySignature, 1};
+
+/// Holds the one global shortcut from start to end. Main thread.
+class HotKeyRegistration {
+ public:
+  /// Loads the user's shortcut; nothing is registered yet. All outlive this object.
+  HotKeyRegistration(HotKeys& hotKeys, UserDefaults& defaults, Dispatch& dispatch);
+  /// Gives the shortcut back if that has not been done.
+  ~HotKeyRegistration();
+  HotKeyRegistration(const HotKeyRegistration&) = delete;
+  HotKeyRegistration& operator=(const HotKeyRegistration&) = delete;
+
+  /// The shortcut was pressed: called in a later turn of the main queue than the press, so that
+  /// whatever it does does not hold up the desktop's delivery of keys.
+  std::function<void()> onPressed;
+  /// What the user should be told.
+  std::function<void(std::string_view)> onNotice;
+
+  /// Registers the shortcut; one that cannot be had is given up for the default, which is stored.
+  /// When that cannot be had either the program runs without.
+  void registerHotKey();
+  /// Gives back the shortcut, then the handler. `registerHotKey` may be called again.
+  void unregisterHotKey();
+
+  [[nodiscard]] const HotKeyShortcut& shortcut() const { return shortcut_; }
+  [[nodiscard]] bool isRegistered() const { return reference_.has_value(); }
+
+ private:
+  void ensureHotKeyHandler();
+  void handlePress(HotKeyId id);
+  [[nodiscard]] std::optional<HotKeyRef> take(const HotKeyShortcut& shortcut);
+  void tell(std::string_view notice) const;
+
+  HotKeys& hotKeys_;
+  UserDefaults& defaults_;
+  Dispatch& dispatch_;
+  HotKeyShortcut shortcut_;
+  std::optional<HotKeyRef> reference_;
+  bool handlerInstalled_ = false;
+  /// Queued presses hold it weakly.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace vantorel

@@ -1,0 +1,171 @@
+#include "app/HotKeyRegistration.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fakes/FakeHotKeys.h"
+#include "fakes/FakeUserDefaults.h"
+#include "fakes/ManualDispatch.h"
+
+namespace vantorel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto savedUnavailable = "Saved shortcut unavailable. Using ⌘⇧V.";
+constexpr auto unavailable = "Shortcut unavailable. Open Keyboard Shortcut to choose another.";
+constexpr auto noHandler = "Could not enable the keyboard shortcut.";
+
+class HotKeyRegistrationTest : public testing::Test {
+ protected:
+  HotKeyRegistration& start() {
+    registration = std::make_unique<HotKeyRegistration>(hotKeys, defaults, dispatch);
+    registration->onPressed = [this] { ++presses; };
+    registration->onNotice = [this](std::string_view notice) { notices.emplace_back(notice); };
+    registration->registerHotKey();
+    return *registration;
+  }
+
+  ManualDispatch dispatch;
+  FakeUserDefaults defaults;
+  FakeHotKeys hotKeys;
+  std::unique_ptr<HotKeyRegistration> registration;
+  int presses = 0;
+  std::vector<std::string> notices;
+};
+
+TEST_F(HotKeyRegistrationTest, FoldsTheSignatureFromItsLettersLeftToRight) {
+  EXPECT_EQ(clipHotKeySignature, 0x564E544CU);
+  EXPECT_EQ(clipHotKeyId, (HotKeyId{0x564E544CU, 1}));
+}
+
+TEST_F(HotKeyRegistrationTest, RegistersTheDefaultWithFreshDefaultsAndStoresNothing) {
+  EXPECT_TRUE(start().isRegistered());
+  EXPECT_THAT(hotKeys.registered(),
+              ElementsAre(FakeHotKeys::Registered{9, 0x300, {clipHotKeySignature, 1}}));
+  EXPECT_THAT(notices, IsEmpty());
+  EXPECT_TRUE(defaults.values().empty());
+}
+
+TEST_F(HotKeyRegistrationTest, RegistersTheSavedShortcut) {
+  HotKeyShortcut{40, 0x1800, "K"}.save(defaults);
+  EXPECT_EQ(start().shortcut().display(), "⌥⌃K");
+  EXPECT_TRUE(hotKeys.press(40, 0x1800));
+  EXPECT_FALSE(hotKeys.press(9, 0x300));
+}
+
+TEST_F(HotKeyRegistrationTest, APressIsHandedOnInALaterTurn) {
+  start();
+  EXPECT_TRUE(hotKeys.press(9, 0x300));
+  EXPECT_EQ(presses, 0);
+  dispatch.runQueued();
+  EXPECT_EQ(presses, 1);
+}
+
+TEST_F(HotKeyRegistrationTest, APressWithAnotherSignatureOrIdDoesNothing) {
+  start();
+  hotKeys.pressHotKey({clipHotKeySignature, 2});
+  hotKeys.pressHotKey({clipHotKeySignature + 1, 1});
+  hotKeys.pressHotKey({0, 0});
+  EXPECT_EQ(dispatch.queuedCount(), 0U);
+  dispatch.runQueued();
+  EXPECT_EQ(presses, 0);
+}
+
+TEST_F(HotKeyRegistrationTest, ASavedShortcutThatIsTakenGivesWayToTheDefault) {
+  HotKeyShortcut{40, 0x1800, "K"}.save(defaults);
+  hotKeys.take(40, 0x1800);
+  EXPECT_EQ(start().shortcut(), HotKeyShortcut{});
+  EXPECT_EQ(HotKeyShortcut::load(defaults), HotKeyShortcut{});
+  EXPECT_EQ(defaults.string("shortcut.keyLabel"), "V");
+  EXPECT_THAT(notices, ElementsAre(savedUnavailable));
+  EXPECT_TRUE(registration->isRegistered());
+  EXPECT_TRUE(hotKeys.press(9, 0x300));
+}
+
+TEST_F(HotKeyRegistrationTest, TheDefaultThatIsTakenIsNotTriedTwice) {
+  hotKeys.take(9, 0x300);
+  EXPECT_FALSE(start().isRegistered());
+  EXPECT_THAT(notices, ElementsAre(unavailable));
+  EXPECT_THAT(hotKeys.log(), ElementsAre("register"));
+  EXPECT_TRUE(defaults.values().empty());
+}
+
+TEST_F(HotKeyRegistrationTest, RunsWithoutAShortcutWhenTheDefaultIsTakenToo) {
+  HotKeyShortcut{40, 0x1800, "K"}.save(defaults);
+  hotKeys.take(40, 0x1800);
+  hotKeys.take(9, 0x300);
+  EXPECT_FALSE(start().isRegistered());
+  EXPECT_THAT(notices, ElementsAre(savedUnavailable, unavailable));
+  EXPECT_EQ(HotKeyShortcut::load(defaults), HotKeyShortcut{});
+}
+
+TEST_F(HotKeyRegistrationTest, TheDefaultKeysUnderAnotherLabelAreNotTheDefault) {
+  HotKeyShortcut{9, 0x300, "ש"}.save(defaults);
+  hotKeys.take(9, 0x300);
+  start();
+  EXPECT_THAT(notices, ElementsAre(savedUnavailable, unavailable));
+  EXPECT_EQ(defaults.string("shortcut.keyLabel"), "V");
+}
+
+TEST_F(HotKeyRegistrationTest, AnInvalidStoredShortcutIsNotRewrittenByItself) {
+  HotKeyShortcut{128, 0x300, "K"}.save(defaults);
+  EXPECT_EQ(start().shortcut(), HotKeyShortcut{});
+  EXPECT_EQ(defaults.integer("shortcut.keyCode"), 128);
+  EXPECT_THAT(notices, IsEmpty());
+}
+
+TEST_F(HotKeyRegistrationTest, AHandlerThatCannotBeInstalledIsReportedAndTriedAgainNextTime) {
+  hotKeys.setHandlerInstallFails(true);
+  start();
+  EXPECT_THAT(notices, ElementsAre(noHandler));
+  hotKeys.setHandlerInstallFails(false);
+  registration->registerHotKey();
+  EXPECT_TRUE(hotKeys.hasHandler());
+  EXPECT_THAT(notices, ElementsAre(noHandler));
+  EXPECT_TRUE(hotKeys.press(9, 0x300));
+  dispatch.runQueued();
+  EXPECT_EQ(presses, 1);
+}
+
+TEST_F(HotKeyRegistrationTest, AnInstalledHandlerIsNeverInstalledAgain) {
+  start().registerHotKey();
+  EXPECT_EQ(hotKeys.handlerInstalls(), 1);
+  EXPECT_EQ(hotKeys.registered().size(), 1U);
+}
+
+TEST_F(HotKeyRegistrationTest, GivesBackTheShortcutAndThenTheHandler) {
+  start().unregisterHotKey();
+  EXPECT_THAT(hotKeys.log(), ElementsAre("register", "unregister", "removeHandler"));
+  EXPECT_FALSE(hotKeys.hasHandler());
+  EXPECT_THAT(hotKeys.registered(), IsEmpty());
+  registration.reset();
+  EXPECT_EQ(hotKeys.log().size(), 3U);
+}
+
+TEST_F(HotKeyRegistrationTest, GivesBackEverythingWhenItEnds) {
+  start();
+  registration.reset();
+  EXPECT_THAT(hotKeys.log(), ElementsAre("register", "unregister", "removeHandler"));
+}
+
+TEST_F(HotKeyRegistrationTest, APressThatArrivesAfterItsEndDoesNothing) {
+  start();
+  EXPECT_TRUE(hotKeys.press(9, 0x300));
+  registration.reset();
+  dispatch.runQueued();
+  EXPECT_EQ(presses, 0);
+}
+
+TEST_F(HotKeyRegistrationTest, NeedsNobodyToListen) {
+  hotKeys.take(9, 0x300);
+  HotKeyRegistration alone(hotKeys, defaults, dispatch);
+  alone.registerHotKey();
+  hotKeys.pressHotKey(clipHotKeyId);
+  dispatch.runQueued();
+  EXPECT_FALSE(alone.isRegistered());
+}
+
+}  // namespace
+}  // namespace vantorel
