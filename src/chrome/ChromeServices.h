@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/AccessibilityPreferences.h"
+#include "platform/Dispatch.h"
+#include "platform/Screens.h"
+#include "platform/WindowBackdrops.h"
+
+namespace vantorel {
+
+/// What windows need of the desktop. All outlive every window.
+struct ChromeServices {
+  Dispatch& dispatch;
+  const Screens& screens;
+  const AccessibilityPreferences& accessibility;
+  const WindowBackdrops* backdrops = nullptr;  // null: nothing is seen through a window
+};
+
+}  // namespace vantorel

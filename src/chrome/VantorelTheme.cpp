@@ -1,0 +1,49 @@
+#include "chrome/VantorelTheme.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace vantorel::VantorelTheme {
+namespace {
+
+// Chosen so that small text keeps a contrast of 4.5 to 1 on the usual light and dark windows.
+constexpr float secondaryAlpha = 0.66F;
+constexpr float tertiaryAlpha = 0.44F;
+
+QColor faded(QColor color, float alpha) {
+  color.setAlphaF(color.alphaF() * alpha);
+  return color;
+}
+
+}  // namespace
+
+QColor gold() { return QColor::fromRgbF(0.93F, 0.66F, 0.16F); }
+QColor goldSoft() { return faded(gold(), 0.18F); }
+QColor goldStrong() { return faded(gold(), 0.14F); }
+
+QColor label(const QPalette& palette) {
+  return palette.color(QPalette::Active, QPalette::WindowText);
+}
+QColor secondaryLabel(const QPalette& palette) { return faded(label(palette), secondaryAlpha); }
+QColor tertiaryLabel(const QPalette& palette) { return faded(label(palette), tertiaryAlpha); }
+QColor window(const QPalette& palette) { return palette.color(QPalette::Active, QPalette::Window); }
+
+QColor labelWash(const QPalette& palette, double alpha) {
+  return faded(label(palette), static_cast<float>(alpha));
+}
+
+bool isDark(const QPalette& palette) {
+  return window(palette).lightnessF() < label(palette).lightnessF();
+}
+
+QFont systemFont(double points, QFont::Weight weight) {
+  constexpr double typographicPointsPerInch = 72;
+  QFont font = QGuiApplication::font();
+  const auto* screen = QGuiApplication::primaryScreen();
+  const double dotsPerInch = screen != nullptr ? screen->logicalDotsPerInchY() : 96;
+  font.setPointSizeF(points * typographicPointsPerInch / dotsPerInch);
+  font.setWeight(weight);
+  return font;
+}
+
+}  // namespace vantorel::VantorelTheme

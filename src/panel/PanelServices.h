@@ -1,0 +1,22 @@
+#pragma once
+
+#include "chrome/KeyTranslation.h"
+#include "platform/AccessibilityPreferences.h"
+#include "platform/Dispatch.h"
+#include "platform/EventMonitors.h"
+#include "platform/Screens.h"
+#include "platform/WindowBackdrops.h"
+
+namespace vantorel {
+
+/// What the history panel needs of the desktop. All outlive its controller.
+struct PanelServices {
+  Dispatch& dispatch;
+  const Screens& screens;
+  EventMonitors& eventMonitors;
+  const AccessibilityPreferences& accessibility;
+  const WindowBackdrops* backdrops = nullptr;  // null: nothing is seen through a window
+  KeyCodeForScanCode keyCodeForScanCode{};
+};
+
+}  // namespace vantorel

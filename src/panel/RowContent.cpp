@@ -1,0 +1,87 @@
+#include "panel/RowContent.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "chrome/TextPresentation.h"
+
+namespace vantorel {
+namespace {
+
+// More than any row can show, and little enough to lay out in no time.
+constexpr std::size_t mostTitleCharacters = 160;
+constexpr std::size_t mostDetailCharacters = 80;
+constexpr std::string_view dot = "  ·  ";
+
+std::string detail(std::string_view text) {
+  return TextPresentation::singleLine(text, mostDetailCharacters);
+}
+
+}  // namespace
+
+Availability availability(const ClipItem& item) {
+  if (item.kind != ClipKind::files) return Availability::available;
+  const bool all = std::all_of(item.filePaths.begin(), item.filePaths.end(), [](const auto& path) {
+    std::error_code error;
+    const bool nameable = path.find('\0') == std::string::npos;
+    return nameable && std::filesystem::exists(path, error);
+  });
+  return all ? Availability::available : Availability::unavailable;
+}
+
+std::string_view placeholder(const ClipItem& item) {
+  switch (item.kind) {
+    case ClipKind::text:
+      return "text.alignleft";
+    case ClipKind::image:
+      return "photo";
+    case ClipKind::files:
+      break;
+  }
+  return item.title == "Video" ? "film" : "doc";
+}
+
+std::string titleText(const ClipItem& item) {
+  std::string_view title = item.preview;
+  if (item.kind == ClipKind::image) title = "Image";
+  if (item.customName) title = *item.customName;
+  return TextPresentation::singleLine(title, mostTitleCharacters);
+}
+
+std::string metadataText(const ClipItem& item, Availability availability, std::string_view date) {
+  std::string text;
+  if (item.kind == ClipKind::image) text = detail(item.preview);
+  if (item.kind == ClipKind::files) {
+    text = availability == Availability::available ? detail(item.title) : "File unavailable";
+  }
+  if (item.kind != ClipKind::text) text += dot;
+  text += item.sourceAppName ? detail(*item.sourceAppName) : "Unknown";
+  text += dot;
+  text += date;
+  return text;
+}
+
+std::string accessibilityText(const ClipItem& item, Availability availability,
+                              std::string_view date) {
+  return titleText(item) + ", " + metadataText(item, availability, date);
+}
+
+RowContent rowContent(const ClipItem& item, Availability availability, std::string_view date,
+                      bool canPinMore) {
+  RowContent content;
+  content.id = item.id;
+  content.kind = item.kind;
+  content.title = titleText(item);
+  content.titleIsRTL = TextPresentation::isPrimarilyRTL(content.title);
+  content.named = item.customName.has_value();
+  content.available = availability == Availability::available;
+  content.metadata = metadataText(item, availability, date);
+  content.accessibilityText = accessibilityText(item, availability, date);
+  content.symbol = placeholder(item);
+  content.pinned = item.pinned();
+  content.canPin = item.pinned() || canPinMore;
+  return content;
+}
+
+}  // namespace vantorel

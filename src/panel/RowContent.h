@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/ClipItem.h"
+
+namespace vantorel {
+
+/// All that a row of the list shows of an entry, ready to be drawn: text is one line of bounded
+/// length. UTF-8.
+struct RowContent {
+  Uuid id;
+  ClipKind kind = ClipKind::text;
+  std::string title;
+  bool titleIsRTL = false;
+  bool named = false;  // the title is the user's own
+  bool available = true;
+  std::string metadata;
+  std::string accessibilityText;
+  std::string_view symbol;  // stands in for a picture of the entry
+  bool pinned = false;
+  bool canPin = true;  // or unpin
+  friend bool operator==(const RowContent&, const RowContent&) = default;
+};
+
+enum class Availability { available, unavailable };
+
+/// Whether what the entry refers to is still there: true for text and images, for files when every
+/// path exists. Asks the file system.
+[[nodiscard]] Availability availability(const ClipItem& item);
+
+/// The name of the symbol that shows what kind of entry it is.
+[[nodiscard]] std::string_view placeholder(const ClipItem& item);
+
+[[nodiscard]] std::string titleText(const ClipItem& item);
+
+/// Details, source application and date, parted by dots.
+[[nodiscard]] std::string metadataText(const ClipItem& item, Availability availability,
+                                       std::string_view date);
+
+/// What a screen reader says for the row.
+[[nodiscard]] std::string accessibilityText(const ClipItem& item, Availability availability,
+                                            std::string_view date);
+
+/// `date`: the entry's recency in words.
+[[nodiscard]] RowContent rowContent(const ClipItem& item, Availability availability,
+                                    std::string_view date, bool canPinMore);
+
+}  // namespace vantorel

@@ -1,0 +1,211 @@
+#include "panel/PanelKeys.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vantorel {
+namespace {
+
+constexpr PanelKeyDecision passedOn{};
+
+PanelKeyDecision consumed(PanelAction action) { return {KeyHandling::consumed, action}; }
+
+KeyEvent key(KeyCode code, EventFlags modifiers = 0, std::string characters = "") {
+  return {code, modifiers, characters, characters};
+}
+
+/// A key that types `characters`, with what else is held.
+KeyEvent character(std::string characters, EventFlags modifiers = 0) {
+  constexpr KeyCode somewhere = 0;
+  return {somewhere, modifiers, characters, characters};
+}
+
+KeyEvent command(std::string characters, EventFlags more = 0) {
+  return character(std::move(characters), flags::command | more);
+}
+
+/// Three entries, the first selected, nothing else going on.
+PanelKeyState listState() {
+  PanelKeyState state;
+  state.displayedCount = 3;
+  state.selection = 0;
+  state.selectionHasRow = true;
+  return state;
+}
+
+PanelKeyState typingState() {
+  auto state = listState();
+  state.searchBarShown = true;
+  state.searchFieldFocused = true;
+  return state;
+}
+
+PanelKeyState emptyState() { return {}; }
+
+// Typing in the search field comes first.
+
+TEST(PanelKeysWhileTyping, TheFieldReceivesWhateverIsNotReturnOrEscape) {
+  for (const auto& event :
+       {key(keys::downArrow), key(keys::upArrow), key(keys::space, 0, " "), key(keys::deleteKey),
+        key(keys::forwardDelete), key(keys::downArrow, flags::option), character("a"), command("f"),
+        command("p"), command("1"), command("r")}) {
+    EXPECT_EQ(decideKey(event, typingState()), passedOn) << event.characters << event.keyCode;
+  }
+}
+
+TEST(PanelKeysWhileTyping, ReturnPastesAndEscapeClears) {
+  auto state = typingState();
+  state.searchTextEmpty = false;
+  EXPECT_EQ(decideKey(key(keys::returnKey), state).action, PanelAction::pasteSelected);
+  EXPECT_EQ(decideKey(key(keys::keypadEnter), state).action, PanelAction::pasteSelected);
+  EXPECT_EQ(decideKey(key(keys::escape), state), consumed(PanelAction::clearSearch));
+}
+
+TEST(PanelKeysWhileTyping, AFieldThatIsShownWithoutTheKeyboardTakesNothing) {
+  auto state = typingState();
+  state.searchFieldFocused = false;
+  EXPECT_EQ(decideKey(key(keys::downArrow), state).action, PanelAction::moveSelection);
+}
+
+// Option and the arrows come second.
+
+TEST(PanelKeys, OptionArrowsMoveThePin) {
+  const auto down = decideKey(key(keys::downArrow, flags::option), listState());
+  EXPECT_EQ(down, (PanelKeyDecision{KeyHandling::consumed, PanelAction::moveSelectedPin, 1}));
+  const auto up = decideKey(key(keys::upArrow, flags::option), listState());
+  EXPECT_EQ(up, (PanelKeyDecision{KeyHandling::consumed, PanelAction::moveSelectedPin, -1}));
+}
+
+TEST(PanelKeys, OptionArrowsWithoutSelectionAreArrows) {
+  EXPECT_EQ(decideKey(key(keys::downArrow, flags::option), emptyState()).action,
+            PanelAction::moveSelection);
+}
+
+// Command comes third.
+
+TEST(PanelKeys, CommandRRenamesAPin) {
+  auto state = listState();
+  state.selectionPinned = true;
+  EXPECT_EQ(decideKey(command("r"), state), consumed(PanelAction::renameSelected));
+  EXPECT_EQ(decideKey(command("R"), state), consumed(PanelAction::renameSelected));
+}
+
+TEST(PanelKeys, CommandROnAnythingElseIsPassedOn) {
+  EXPECT_EQ(decideKey(command("r"), listState()), passedOn);
+  EXPECT_EQ(decideKey(command("r"), emptyState()), passedOn);
+}
+
+TEST(PanelKeys, CommandFOpensTheSearch) {
+  EXPECT_EQ(decideKey(command("f"), listState()), consumed(PanelAction::openSearch));
+  EXPECT_EQ(decideKey(command("F", flags::shift), emptyState()), consumed(PanelAction::openSearch));
+}
+
+TEST(PanelKeys, CommandDigitsPasteTheEntryOfThatNumber) {
+  EXPECT_EQ(
+      decideKey(command("3"), listState()),
+      (PanelKeyDecision{KeyHandling::consumed, PanelAction::pasteAt, 0, 2, PasteStyle::asCopied}));
+  EXPECT_EQ(
+      decideKey(command("1", flags::option), listState()),
+      (PanelKeyDecision{KeyHandling::consumed, PanelAction::pasteAt, 0, 0, PasteStyle::plainText}));
+}
+
+TEST(PanelKeys, CommandDigitsBeyondTheListDoNothing) {
+  auto two = listState();
+  two.displayedCount = 2;
+  EXPECT_EQ(decideKey(command("3"), two), passedOn);
+  EXPECT_EQ(decideKey(command("1"), emptyState()), passedOn);
+  auto many = listState();
+  many.displayedCount = 50;
+  EXPECT_EQ(decideKey(command("0"), many), passedOn);
+  EXPECT_EQ(decideKey(command("12"), many), passedOn);
+  EXPECT_EQ(decideKey(command("1a"), many), passedOn);
+  EXPECT_EQ(decideKey(command("99999999999999999999"), many), passedOn);
+  EXPECT_EQ(decideKey(command("9"), many).index, 8U);
+}
+
+TEST(PanelKeys, CommandPTogglesThePin) {
+  EXPECT_EQ(decideKey(command("p"), listState()), consumed(PanelAction::togglePin));
+  EXPECT_EQ(decideKey(command("p"), emptyState()), passedOn);
+}
+
+TEST(PanelKeys, ACommandThatMeansNothingIsJudgedByItsKey) {
+  auto down = key(keys::downArrow, flags::command);
+  EXPECT_EQ(decideKey(down, listState()).action, PanelAction::moveSelection);
+  EXPECT_EQ(decideKey(command("x"), listState()), passedOn);
+}
+
+// Then the key code decides.
+
+TEST(PanelKeys, ReturnAndEnterPasteTheSelection) {
+  for (const auto code : {keys::returnKey, keys::keypadEnter}) {
+    const auto plain = decideKey(key(code, flags::option), listState());
+    EXPECT_EQ(decideKey(key(code), listState()), consumed(PanelAction::pasteSelected));
+    EXPECT_EQ(plain, (PanelKeyDecision{KeyHandling::consumed, PanelAction::pasteSelected, 0, 0,
+                                       PasteStyle::plainText}));
+  }
+}
+
+TEST(PanelKeys, ArrowsMoveTheSelection) {
+  EXPECT_EQ(decideKey(key(keys::downArrow), listState()),
+            (PanelKeyDecision{KeyHandling::consumed, PanelAction::moveSelection, 1}));
+  EXPECT_EQ(decideKey(key(keys::upArrow), listState()),
+            (PanelKeyDecision{KeyHandling::consumed, PanelAction::moveSelection, -1}));
+}
+
+TEST(PanelKeys, SpaceShowsThePreviewAndNeverTypes) {
+  EXPECT_EQ(decideKey(key(keys::space, 0, " "), listState()), consumed(PanelAction::showPreview));
+  EXPECT_EQ(decideKey(key(keys::space, 0, " "), emptyState()), consumed(PanelAction::none));
+}
+
+TEST(PanelKeys, DeleteRemovesTheSelection) {
+  EXPECT_EQ(decideKey(key(keys::deleteKey, 0, "\b"), listState()),
+            consumed(PanelAction::deleteSelected));
+  auto emptySearch = listState();
+  emptySearch.searchBarShown = true;
+  EXPECT_EQ(decideKey(key(keys::deleteKey), emptySearch), consumed(PanelAction::deleteSelected));
+}
+
+TEST(PanelKeys, DeleteLeavesTheListAloneWhileThereIsSearchText) {
+  auto state = listState();
+  state.searchBarShown = true;
+  state.searchTextEmpty = false;
+  EXPECT_EQ(decideKey(key(keys::deleteKey), state), passedOn);
+  EXPECT_EQ(decideKey(key(keys::forwardDelete), state), consumed(PanelAction::deleteSelected));
+}
+
+TEST(PanelKeys, EscapeTakesOneLayerAtATime) {
+  auto state = typingState();
+  state.searchTextEmpty = false;
+  state.filtered = true;
+  EXPECT_EQ(decideKey(key(keys::escape), state), consumed(PanelAction::clearSearch));
+  state.searchTextEmpty = true;
+  EXPECT_EQ(decideKey(key(keys::escape), state), consumed(PanelAction::clearFilters));
+  state.filtered = false;
+  EXPECT_EQ(decideKey(key(keys::escape), state), consumed(PanelAction::hide));
+}
+
+TEST(PanelKeys, APrintableKeyOpensTheSearchAndGoesOnToIt) {
+  const PanelKeyDecision typing{KeyHandling::passedOn, PanelAction::typeIntoSearch};
+  EXPECT_EQ(decideKey(character("a"), listState()), typing);
+  EXPECT_EQ(decideKey(character("ש"), emptyState()), typing);
+  EXPECT_EQ(decideKey(character("é", flags::option), listState()), typing);
+  EXPECT_EQ(decideKey(character("\u00A0"), listState()), typing);
+}
+
+TEST(PanelKeys, APrintableKeyWithTheSearchShownIsJustPassedOn) {
+  auto state = listState();
+  state.searchBarShown = true;
+  EXPECT_EQ(decideKey(character("a"), state), passedOn);
+}
+
+TEST(PanelKeys, KeysThatTypeNothingArePassedOn) {
+  EXPECT_EQ(decideKey(character(""), listState()), passedOn);
+  EXPECT_EQ(decideKey(character("\t"), listState()), passedOn);
+  EXPECT_EQ(decideKey(character("\u0085"), listState()), passedOn);
+  EXPECT_EQ(decideKey(character("a", flags::control), listState()), passedOn);
+  EXPECT_EQ(decideKey(character("a", flags::command), listState()), passedOn);
+}
+
+}  // namespace
+}  // namespace vantorel
