@@ -10,19 +10,22 @@
 
 namespace vantorel {
 
-/// The directory of sealed image files, one file per image. Main thread; failures are answers,
-/// not errors. Names come from the history, which may be damaged: a name that would lead out of
-/// the directory is treated as a missing file.
+/// The directory of sealed image files, one file per image. Failures are answers, not errors.
+/// Names come from the history, which may be damaged: a name that would lead out of the directory
+/// is treated as a missing file. Any thread.
 class AssetFolder {
  public:
+  /// No image that was ever stored is larger; what is, is not read.
+  static constexpr std::uint64_t maximumFileBytes = std::uint64_t{1} << 28U;
+
   AssetFolder(FileSystem& files, std::filesystem::path directory);
 
   [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
   /// Absent for a name that is not a plain file name.
   [[nodiscard]] std::optional<std::filesystem::path> pathOf(const std::string& name) const;
 
-  /// Total size of the files; one whose size cannot be read counts 0.
-  [[nodiscard]] std::uint64_t assetBytes() const;
+  /// Total size of the files but those in `except`; one whose size cannot be read counts 0.
+  [[nodiscard]] std::uint64_t assetBytes(const std::set<std::string>& except = {}) const;
   /// Size of one file, 0 when unknown.
   [[nodiscard]] std::uint64_t fileSize(const std::string& name) const;
   /// The file's bytes as they stand on the disk.

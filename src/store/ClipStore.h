@@ -17,7 +17,6 @@
 #include "security/SecureStorage.h"
 #include "store/AssetFolder.h"
 #include "store/ClipItem.h"
-#include "store/HistoryFile.h"
 #include "store/PinResult.h"
 #include "store/SourceApp.h"
 
@@ -42,14 +41,16 @@ struct ClipStoreServices {
 /// The one owner of the history: an ordered list of entries, pinned ones first, and its sealed
 /// files. Main thread. File-system failures are not reported: the list in memory stays usable, a
 /// save that failed is tried again by itself, and a history that could not be read is never
-/// overwritten.
+/// overwritten. The files of entries that leave the list are deleted after the list was saved, so
+/// that a history on the disk never names what a sudden end has taken away.
 class ClipStore {
  public:
   static constexpr std::size_t maxPinnedItems = 5;
 
   /// Prepares the directories and loads the history. Without `baseUrl` the store lives in
   /// Application Support and takes its key from the keychain; with one and without a storage it
-  /// seals under a key that dies with the process.
+  /// seals under a key that dies with the process. Ends the program when it is given neither a
+  /// directory nor an Application Support.
   ClipStore(ClipStoreServices services, std::optional<std::filesystem::path> baseUrl,
             std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits);
   ~ClipStore();
@@ -71,16 +72,17 @@ class ClipStore {
   [[nodiscard]] const std::shared_ptr<SecureStorage>& secureStorage() const {
     return secureStorage_;
   }
-  /// False once the directories could not be prepared or the history not be read; nothing is
-  /// written for the rest of the process.
+  /// False once the directories could not be prepared or the history not be read; the history is
+  /// not written for the rest of the process.
   [[nodiscard]] bool persistenceIsReady() const { return persistenceIsReady_; }
 
   /// Merges the entry with what it duplicates and puts it at the front. False when it repeats the
   /// entry that was copied last; it is inserted in both cases.
   bool insert(const ClipItem& item);
-  /// False when the image is too large in every form or could not be stored.
+  /// False when the image is too large in every form, could not be stored, or repeats the entry
+  /// that was copied last.
   bool captureImage(const Image& image, const SourceApp& source);
-  /// False for an empty list.
+  /// False for an empty list, or one that repeats the entry that was copied last.
   bool captureFiles(const std::vector<std::filesystem::path>& urls, const SourceApp& source);
 
   [[nodiscard]] bool canPinMore() const;
@@ -91,7 +93,8 @@ class ClipStore {
   bool movePinned(const Uuid& id, const Uuid& relativeTo, bool before);
   /// Nothing happens, and nobody is told, when there is no such entry.
   void remove(const Uuid& id);
-  /// Clearing everything also replaces the storage key.
+  /// A clear that leaves nothing also replaces the storage key. While the history on the disk
+  /// could not be read, only a clear of everything touches it.
   void clear(bool includingPinned);
 
   /// The bytes of an entry's image, opened if they are sealed; absent when the file is missing,
@@ -99,17 +102,29 @@ class ClipStore {
   [[nodiscard]] std::optional<Bytes> assetData(const ClipItem& item) const;
 
  private:
+  struct EncodedImage;
+
   void prepareStorageDirectories();
   [[nodiscard]] bool load();
-  bool save();
-  void saveAndNotify();
-  void retrySaveLater();
+  [[nodiscard]] bool loadSealed();
+  [[nodiscard]] bool migrateLegacy();
   [[nodiscard]] bool encryptLegacyAssets();
-  void coalesceDuplicates();
+  void tidyLoadedHistory();
+  void removeUnfinishedWrites();
+
+  [[nodiscard]] bool save();
+  void saveNowOrLater();
+  void saveAndNotify();
+
+  [[nodiscard]] std::optional<EncodedImage> encodedImage(const Image& image) const;
+  [[nodiscard]] const ClipItem* storedImage(const std::string& contentHash) const;
+
   void prune();
   void pruneAssetsBySize();
+  void discardAssetsOf(const std::vector<ClipItem>& dropped);
+  void removeDiscardedAssets();
   void removeOrphanedAssets();
-  void normalizePinOrder();
+  void replaceStorageKey();
   void scheduleRecognition(const ClipItem& item);
   std::vector<ClipItem>::iterator find(const Uuid& id);
 
@@ -121,8 +136,9 @@ class ClipStore {
   AssetFolder assets_;
   std::shared_ptr<SecureStorage> secureStorage_;
   std::vector<ClipItem> items_;
-  std::set<Uuid> scheduledRecognition_;
+  std::set<std::string> discardedAssets_;  // to be deleted once the list is saved
   bool persistenceIsReady_ = true;
+  Seconds saveRetryDelay_;
   std::unique_ptr<Timer> saveRetry_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <vector>
@@ -9,18 +10,18 @@
 
 namespace vantorel {
 
+/// No history that was ever written is larger; what claims to be is neither read nor written.
+inline constexpr std::uint64_t maximumHistoryBytes = std::uint64_t{1} << 30U;
+
 /// The history as JSON: an array of objects, keys in alphabetical order, indented, dates in
-/// ISO 8601 with whole seconds, bytes in Base64.
+/// ISO 8601 with whole seconds, bytes in Base64. Always readable again: bytes that are not UTF-8
+/// (a file's name may be any bytes) are written as U+FFFD.
 [[nodiscard]] Bytes encodeHistory(const std::vector<ClipItem>& items);
 
 /// Reads what `encodeHistory` writes, and any JSON of that shape; absent as soon as anything in it
-/// is not as it should be, since a history is read whole or not at all. Takes the buffer because
-/// parsing works inside it; neither depth nor size of the input can exhaust stack or memory.
+/// is not as it should be, since a history is read whole or not at all. Of a key that is given
+/// twice the last value counts. Takes the buffer because parsing works inside it; neither depth
+/// nor size of the input can exhaust stack or memory.
 [[nodiscard]] std::optional<std::vector<ClipItem>> decodeHistory(Bytes json);
-
-/// Puts `bytes` in the place of the file at `path` in one step, readable by its owner alone: a
-/// reader finds the old file or the new one, also after a crash. Leaves no other file behind.
-[[nodiscard]] FileSystem::Error writeAtomically(FileSystem& files,
-                                                const std::filesystem::path& path, ByteView bytes);
 
 }  // namespace vantorel

@@ -1,0 +1,86 @@
+#include "store/CapturedEntries.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
+#include "store/ContentFingerprint.h"
+#include "text/Unicode.h"
+
+namespace vantorel {
+namespace {
+
+ClipItem newEntry(ClipKind kind, const SourceApp& source, Date now) {
+  ClipItem item;
+  item.id = Uuid::random();
+  item.kind = kind;
+  item.createdAt = now;
+  item.sourceAppName = source.name;
+  item.sourceBundleIdentifier = source.bundleIdentifier;
+  item.isPinned = false;
+  return item;
+}
+
+/// A trailing slash, as directories may have, does not count; the root is its own name.
+std::string_view lastComponent(std::string_view path) {
+  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+  const auto slash = path.rfind('/');
+  if (slash == std::string_view::npos || path.size() == 1) return path;
+  return path.substr(slash + 1);
+}
+
+bool isVideo(std::string_view path) {
+  const std::string_view name = lastComponent(path);
+  const auto point = name.rfind('.');
+  if (point == std::string_view::npos || point == 0) return false;
+  const std::string extension = lowerCased(name.substr(point + 1));
+  return std::find(videoExtensions.begin(), videoExtensions.end(), extension) !=
+         videoExtensions.end();
+}
+
+std::string title(const std::vector<std::string>& paths) {
+  if (paths.size() > 1) return std::to_string(paths.size()) + " files";
+  return isVideo(paths.front()) ? "Video" : "File";
+}
+
+std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
+  std::string text;
+  for (const std::string& part : parts) {
+    if (&part != &parts.front()) text += separator;
+    text += part;
+  }
+  return text;
+}
+
+std::string wholePoints(double length) {
+  constexpr double most = 1e15;  // beyond, a double is no longer a count
+  return std::to_string(
+      static_cast<std::int64_t>(std::isfinite(length) ? std::clamp(length, 0.0, most) : 0.0));
+}
+
+}  // namespace
+
+ClipItem filesEntry(std::vector<std::string> paths, const SourceApp& source, Date now) {
+  ClipItem item = newEntry(ClipKind::files, source, now);
+  item.title = title(paths);
+  std::vector<std::string> names;
+  for (const std::string& path : paths) names.emplace_back(lastComponent(path));
+  item.preview = validUtf8(joined(names, ", "));
+  // NUL stands in no path, so no two lists are the same when joined by it.
+  item.contentHash = ContentFingerprint::data(bytesOf(joined(paths, std::string_view("\0", 1))));
+  item.filePaths = std::move(paths);
+  return item;
+}
+
+ClipItem imageEntry(Size size, std::string assetFilename, std::string contentHash,
+                    const SourceApp& source, Date now) {
+  ClipItem item = newEntry(ClipKind::image, source, now);
+  item.title = "Image";
+  item.preview = wholePoints(size.width) + " × " + wholePoints(size.height) + " px";
+  item.assetFilename = std::move(assetFilename);
+  item.contentHash = std::move(contentHash);
+  return item;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Image.h"
+#include "store/ClipItem.h"
+#include "store/SourceApp.h"
+
+namespace vantorel {
+
+/// Extensions, in lower case, by which one file counts as a video.
+inline constexpr std::array<std::string_view, 6> videoExtensions = {"mov", "mp4", "m4v",
+                                                                    "avi", "mkv", "webm"};
+
+/// A new entry for a list of files that is not empty.
+[[nodiscard]] ClipItem filesEntry(std::vector<std::string> paths, const SourceApp& source,
+                                  Date now);
+
+/// A new entry for an image that is stored under `assetFilename`.
+[[nodiscard]] ClipItem imageEntry(Size size, std::string assetFilename, std::string contentHash,
+                                  const SourceApp& source, Date now);
+
+}  // namespace vantorel

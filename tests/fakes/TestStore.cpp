@@ -1,0 +1,126 @@
+#include "fakes/TestStore.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "store/CapturedEntries.h"
+#include "store/ContentFingerprint.h"
+#include "store/HistoryFile.h"
+#include "store/SealedFile.h"
+
+namespace vantorel {
+
+TestStore::TestStore(ClipStoreLimits limits)
+    : limits_(limits), storage_(SecureStorage::ephemeral()) {
+  start();
+}
+
+TestStore::~TestStore() = default;
+
+ClipStoreServices TestStore::services() {
+  return {dispatch_, files_, keychain_, directory_.path()};
+}
+
+void TestStore::start() {
+  changes_ = 0;
+  store_ = std::make_unique<ClipStore>(services(), base(), storage_, limits_);
+  store_->onChange = [this] { ++changes_; };
+}
+
+void TestStore::restart() {
+  quit();
+  start();
+}
+
+void TestStore::restartWithAnotherKey() {
+  storage_ = SecureStorage::ephemeral();
+  restart();
+}
+
+Uuid TestStore::addText(std::string_view text) {
+  tick();
+  store_->insert(textItem(text, dispatch_.now()));
+  const auto& items = store_->items();
+  const auto found = std::find_if(items.begin(), items.end(), [&](const ClipItem& item) {
+    return item.text && item.text->get() == text;
+  });
+  if (found == items.end()) throw std::logic_error("the text did not stay in the history");
+  return found->id;
+}
+
+ClipItem TestStore::item(const Uuid& id) const {
+  for (const ClipItem& item : store_->items()) {
+    if (item.id == id) return item;
+  }
+  throw std::out_of_range("no such entry");
+}
+
+bool TestStore::has(const Uuid& id) const {
+  const auto& items = store_->items();
+  return std::any_of(items.begin(), items.end(), [&](const auto& item) { return item.id == id; });
+}
+
+std::vector<std::string> TestStore::texts() const {
+  std::vector<std::string> texts;
+  for (const ClipItem& item : store_->items()) {
+    texts.push_back(item.text ? item.text->get() : item.preview);
+  }
+  return texts;
+}
+
+std::vector<std::string> TestStore::assetNames() {
+  std::vector<std::string> names;
+  const auto listed = disk_.list(assets()).value();
+  for (const auto& name : listed) names.push_back(name.string());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::optional<std::vector<ClipItem>> TestStore::savedItems() {
+  const auto envelope = disk_.readFile(base() / "history.vntl", maximumHistoryBytes);
+  if (!envelope) return std::nullopt;
+  auto json = opened(*storage_, *envelope);
+  if (!json) return std::nullopt;
+  return decodeHistory(std::move(*json));
+}
+
+Date testDate(double seconds) {
+  using namespace std::chrono;
+  constexpr auto start = sys_days(year(2025) / 3 / 14) + hours(9) + minutes(26) + 53s;
+  return advanced(start, Seconds(seconds));
+}
+
+ClipItem textItem(std::string_view text, Date createdAt) {
+  ClipItem item;
+  item.id = Uuid::random();
+  item.kind = ClipKind::text;
+  item.createdAt = createdAt;
+  item.title = "Text";
+  item.preview = text;
+  item.text = std::string(text);
+  item.contentHash = ContentFingerprint::data(bytesOf(text));
+  item.isPinned = false;
+  return item;
+}
+
+ClipItem imageItem(std::string_view assetFilename, std::string_view contentHash, Date createdAt) {
+  return imageEntry({640, 480}, std::string(assetFilename), std::string(contentHash), {},
+                    createdAt);
+}
+
+ClipItem filesItem(std::vector<std::string> paths, Date createdAt) {
+  return filesEntry(std::move(paths), {}, createdAt);
+}
+
+ClipItem pinnedItem(ClipItem item, std::int64_t order) {
+  item.isPinned = true;
+  item.pinOrder = order;
+  return item;
+}
+
+Bytes toBytes(std::string_view text) {
+  const ByteView view = bytesOf(text);
+  return {view.begin(), view.end()};
+}
+
+}  // namespace vantorel

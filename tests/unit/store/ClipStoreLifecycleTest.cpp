@@ -1,0 +1,523 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "fakes/TestStore.h"
+#include "store/HistoryFile.h"
+#include "store/SealedFile.h"
+
+namespace vantorel {
+namespace {
+
+namespace fs = std::filesystem;
+
+unsigned permissions(const fs::path& path) {
+  return static_cast<unsigned>(fs::status(path).permissions());
+}
+
+void writeFile(const fs::path& path, std::string_view text) {
+  fs::create_directories(path.parent_path());
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string readFile(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string legacyJson(const std::vector<ClipItem>& items) {
+  return std::string(textOf(encodeHistory(items)));
+}
+
+/// A directory and what a store needs, without a store yet.
+struct Place {
+  TemporaryDirectory directory;
+  ManualDispatch dispatch;
+  PosixFileSystem disk;
+  FaultyFileSystem files{disk};
+  FakeKeychain keychain;
+  std::shared_ptr<SecureStorage> storage = SecureStorage::ephemeral();
+
+  fs::path base() const { return directory.path() / "ClipHistory"; }
+  fs::path assets() const { return base() / "Assets"; }
+  fs::path index() const { return base() / "history.vntl"; }
+  fs::path legacy() const { return base() / "history.json"; }
+  ClipStoreServices services() { return {dispatch, files, keychain, directory.path()}; }
+  std::unique_ptr<ClipStore> open(ClipStoreLimits limits = {}) {
+    return std::make_unique<ClipStore>(services(), base(), storage, limits);
+  }
+};
+
+TEST(ClipStoreStart, MakesAnEmptyHistoryReadableByItsOwnerAlone) {
+  Place place;
+  std::vector<fs::path> excluded;
+  PosixFileSystem disk([&](const fs::path& path) {
+    excluded.push_back(path);
+    return std::error_code();
+  });
+  const ClipStore store({place.dispatch, disk, place.keychain, place.directory.path()},
+                        place.base(), place.storage, {});
+  EXPECT_TRUE(store.persistenceIsReady());
+  EXPECT_TRUE(store.items().empty());
+  EXPECT_EQ(permissions(place.base()), 0700U);
+  EXPECT_EQ(permissions(place.assets()), 0700U);
+  EXPECT_EQ(permissions(place.index()), 0600U);
+  EXPECT_EQ(excluded, std::vector<fs::path>{place.base()});
+}
+
+TEST(ClipStoreStart, GivesExactPermissionsUnderAnyUmask) {
+  for (const mode_t mask : {0000, 0022, 0077, 0277, 0777}) {
+    Place place;
+    const mode_t before = ::umask(mask);
+    {
+      const auto store = place.open();
+      store->insert(textItem("a"));
+    }
+    ::umask(before);
+    EXPECT_EQ(permissions(place.base()), 0700U) << mask;
+    EXPECT_EQ(permissions(place.assets()), 0700U) << mask;
+    EXPECT_EQ(permissions(place.index()), 0600U) << mask;
+  }
+}
+
+TEST(ClipStoreStart, TakesPermissionsOfOthersAwayFromDirectoriesThatStoodThere) {
+  Place place;
+  fs::create_directories(place.assets());
+  fs::permissions(place.base(), fs::perms(0755));
+  fs::permissions(place.assets(), fs::perms(0777));
+  (void)place.open();
+  EXPECT_EQ(permissions(place.base()), 0700U);
+  EXPECT_EQ(permissions(place.assets()), 0700U);
+}
+
+TEST(ClipStoreStart, StandsInApplicationSupportWithTheKeychainsKeyByDefault) {
+  Place place;
+  {
+    ClipStore store(place.services(), std::nullopt, nullptr, {});
+    EXPECT_EQ(store.baseUrl(), place.directory.path() / "ClipHistory");
+    EXPECT_TRUE(store.persistenceIsReady());
+    store.insert(textItem("kept"));
+  }
+  EXPECT_EQ(place.keychain.itemCount(), 1U);
+  const ClipStore again(place.services(), std::nullopt, nullptr, {});
+  ASSERT_EQ(again.items().size(), 1U);
+  EXPECT_EQ(again.items()[0].text->get(), "kept");
+}
+
+TEST(ClipStoreStart, IsWithoutPersistenceWhenTheKeychainRefuses) {
+  Place place;
+  place.keychain.fail(FakeKeychain::Backend::dataProtection, keychainStatus::missingEntitlement);
+  place.keychain.fail(FakeKeychain::Backend::login, keychainStatus::userCanceled);
+  ClipStore store(place.services(), std::nullopt, nullptr, {});
+  EXPECT_EQ(store.secureStorage(), nullptr);
+  EXPECT_FALSE(store.persistenceIsReady());
+  int changes = 0;
+  store.onChange = [&] { ++changes; };
+  EXPECT_TRUE(store.insert(textItem("in memory")));
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(store.items().size(), 1U);
+  EXPECT_FALSE(fs::exists(place.index()));
+  EXPECT_EQ(place.dispatch.timerCount(), 0U);
+}
+
+TEST(ClipStoreStart, KeepsTheHistoryAndItsImagesWhenTheKeychainRefuses) {
+  Place place;
+  fs::path image;
+  {
+    ClipStore store(place.services(), std::nullopt, nullptr, {});
+    store.insert(textItem("kept"));
+    image = store.assetsUrl() / "11111111-2222-4333-8444-555555555555.png";
+    writeFile(image, "sealed, as far as anyone can tell");
+    store.insert(imageItem(image.filename().string(), "hash"));
+  }
+  const std::string before = readFile(place.index());
+  place.keychain.fail(FakeKeychain::Backend::dataProtection, keychainStatus::userCanceled);
+  {
+    ClipStore store(place.services(), std::nullopt, nullptr, {});
+    EXPECT_FALSE(store.persistenceIsReady());
+    EXPECT_TRUE(store.items().empty());
+    store.insert(textItem("in memory"));
+    store.togglePinned(store.items()[0].id);
+    store.clear(false);
+  }
+  EXPECT_EQ(readFile(place.index()), before);
+  EXPECT_TRUE(fs::exists(image));
+  place.keychain.recover(FakeKeychain::Backend::dataProtection);
+  const ClipStore store(place.services(), std::nullopt, nullptr, {});
+  EXPECT_EQ(store.items().size(), 2U);
+}
+
+TEST(ClipStoreStart, WithoutAnyDirectoryEndsTheProgram) {
+  Place place;
+  EXPECT_DEATH(ClipStore({place.dispatch, place.files, place.keychain, {}}, std::nullopt, nullptr,
+                         ClipStoreLimits()),
+               "no directory to keep the history in");
+}
+
+TEST(ClipStoreStart, InADirectoryOfItsOwnTouchesNoKeychainAndNobodyElseCanRead) {
+  Place place;
+  {
+    ClipStore store(place.services(), place.base(), nullptr, {});
+    ASSERT_NE(store.secureStorage(), nullptr);
+    store.insert(textItem("secret"));
+  }
+  const ClipStore again(place.services(), place.base(), nullptr, {});
+  EXPECT_FALSE(again.persistenceIsReady());
+  EXPECT_TRUE(again.items().empty());
+  EXPECT_TRUE(place.keychain.calls().empty());
+}
+
+TEST(ClipStoreStart, LoadsWhatAnEarlierStoreSaved) {
+  TestStore store;
+  const Uuid first = store.addText("first");
+  store.addText("second");
+  store.restart();
+  EXPECT_TRUE(store->persistenceIsReady());
+  EXPECT_EQ(store.texts(), (std::vector<std::string>{"second", "first"}));
+  EXPECT_TRUE(store.has(first));
+  EXPECT_EQ(store.changes(), 0);
+}
+
+TEST(ClipStoreStart, TruncatesDatesToTheSecondOnlyOnTheWayThroughTheFile) {
+  TestStore store;
+  ClipItem item = textItem("a", testDate(-10.25));
+  item.lastCopiedAt = testDate(-1.75);
+  store->insert(item);
+  EXPECT_EQ(store.item(item.id).createdAt, testDate(-10.25));
+  store.restart();
+  EXPECT_EQ(store.item(item.id).createdAt, testDate(-11));
+  EXPECT_EQ(store.item(item.id).lastCopiedAt, testDate(-2));
+}
+
+TEST(ClipStoreStart, ListsEntriesOfTheSameSecondAsTheyStoodInTheFile) {
+  TestStore store;
+  store->insert(textItem("older", testDate(-10.9)));
+  store->insert(textItem("newer", testDate(-10.1)));
+  EXPECT_EQ(store.texts(), (std::vector<std::string>{"newer", "older"}));
+  store.restart();
+  EXPECT_EQ(store.texts(), (std::vector<std::string>{"newer", "older"}));
+}
+
+class ClipStoreDamage : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(ClipStoreDamage, SwitchesPersistenceOffAndLeavesTheFileAlone) {
+  Place place;
+  writeFile(place.index(), GetParam());
+  writeFile(place.assets() / "picture.png", "of the unreadable history");
+  const auto store = place.open();
+  EXPECT_FALSE(store->persistenceIsReady());
+  EXPECT_TRUE(store->items().empty());
+  int changes = 0;
+  store->onChange = [&] { ++changes; };
+  store->insert(textItem("a"));
+  EXPECT_EQ(changes, 1);
+  const Uuid id = store->items()[0].id;
+  EXPECT_EQ(store->togglePinned(id), PinResult::toggled);
+  EXPECT_TRUE(store->renamePinned(id, "name"));
+  store->remove(id);
+  EXPECT_EQ(changes, 4);
+  place.dispatch.advance(Seconds(3600));
+  EXPECT_EQ(readFile(place.index()), GetParam());
+  EXPECT_TRUE(fs::exists(place.assets() / "picture.png"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, ClipStoreDamage,
+                         ::testing::Values("[]", "", "VNTL", "VNTL1", "VNTL1 and something",
+                                           std::string("VNTL1") + std::string(100, '\0')));
+
+TEST(ClipStoreStart, RefusesAHistoryWithAnyFlippedBit) {
+  TestStore store;
+  store.addText("a");
+  store.quit();
+  const fs::path index = store.base() / "history.vntl";
+  const std::string whole = readFile(index);
+  for (std::size_t i = 0; i < whole.size(); i += 1 + whole.size() / 50) {
+    std::string damaged = whole;
+    damaged[i] = static_cast<char>(damaged[i] ^ 1);
+    writeFile(index, damaged);
+    store.restart();
+    EXPECT_FALSE(store->persistenceIsReady()) << i;
+    EXPECT_EQ(readFile(index), damaged) << i;
+  }
+  writeFile(index, whole);
+  store.restart();
+  EXPECT_EQ(store.texts(), std::vector<std::string>{"a"});
+}
+
+TEST(ClipStoreStart, RefusesASealedFileThatIsNoHistory) {
+  Place place;
+  fs::create_directories(place.base());
+  ASSERT_TRUE(writeSealed(place.disk, place.index(), *place.storage, bytesOf("[{}]")));
+  const std::string before = readFile(place.index());
+  const auto store = place.open();
+  EXPECT_FALSE(store->persistenceIsReady());
+  EXPECT_EQ(readFile(place.index()), before);
+}
+
+TEST(ClipStoreStart, RefusesAHistoryThatCannotBeRead) {
+  Place place;
+  place.open()->insert(textItem("a"));
+  const std::string before = readFile(place.index());
+  place.files.makeUnreadable(place.index());
+  const auto store = place.open();
+  EXPECT_FALSE(store->persistenceIsReady());
+  store->insert(textItem("b"));
+  EXPECT_EQ(readFile(place.index()), before);
+}
+
+TEST(ClipStoreStart, RefusesAHistoryOfAbsurdSizeWithoutReadingIt) {
+  Place place;
+  writeFile(place.index(), "VNTL1");
+  fs::resize_file(place.index(), std::uintmax_t{1} << 40U);  // sparse
+  EXPECT_FALSE(place.open()->persistenceIsReady());
+}
+
+TEST(ClipStoreStart, IsWithoutPersistenceWhenAnyStepOfThePreparationFails) {
+  for (int step = 0; step < 4; ++step) {
+    Place place;
+    place.files.failAt(step, std::errc::permission_denied);
+    const auto store = place.open();
+    EXPECT_FALSE(store->persistenceIsReady()) << step;
+    store->insert(textItem("a"));
+    EXPECT_EQ(store->items().size(), 1U) << step;
+    EXPECT_FALSE(fs::exists(place.index())) << step;
+  }
+}
+
+TEST(ClipStoreStart, IsWithoutPersistenceWhereAFileStandsInTheWay) {
+  Place place;
+  writeFile(place.base(), "a file");
+  EXPECT_FALSE(place.open()->persistenceIsReady());
+  EXPECT_EQ(readFile(place.base()), "a file");
+}
+
+TEST(ClipStoreStart, RemovesUnfinishedWritesOfItsOwnAndNothingElse) {
+  TestStore store;
+  const auto leftover = store.base() / ".history.vntl.0A1B2C3D-0000-4000-8000-000000000000.tmp";
+  const auto others = store.base() / ".history.vntl.backup.tmp";
+  writeFile(leftover, "half a histo");
+  writeFile(others, "somebody's");
+  writeFile(store.assets() / ".picture.png.0A1B2C3D-0000-4000-8000-000000000000.tmp", "half");
+  store.restart();
+  EXPECT_FALSE(fs::exists(leftover));
+  EXPECT_TRUE(fs::exists(others));
+  EXPECT_TRUE(store.assetNames().empty());
+}
+
+TEST(ClipStoreStart, SeparatesEntriesThatShareAnIdentity) {
+  Place place;
+  const ClipItem first = textItem("first", testDate(-5));
+  ClipItem second = textItem("second", testDate(-3));
+  second.id = first.id;
+  fs::create_directories(place.base());
+  ASSERT_TRUE(
+      writeSealed(place.disk, place.index(), *place.storage, encodeHistory({first, second})));
+  const auto store = place.open();
+  ASSERT_EQ(store->items().size(), 2U);
+  EXPECT_NE(store->items()[0].id, store->items()[1].id);
+  EXPECT_EQ(store->items()[1].id, first.id);
+}
+
+TEST(ClipStoreStart, CoalescesPrunesNumbersAndSavesWhatItLoaded) {
+  Place place;
+  const ClipItem old = textItem("old", testDate(-700'000));
+  const ClipItem once = textItem("twice", testDate(-20));
+  const ClipItem again = textItem("twice", testDate(-10));
+  const ClipItem pin = pinnedItem(textItem("pin", testDate(-800'000)), 17);
+  fs::create_directories(place.assets());
+  writeFile(place.assets() / "orphan.png", "x");
+  ASSERT_TRUE(writeSealed(place.disk, place.index(), *place.storage,
+                          encodeHistory({pin, old, once, again})));
+  { (void)place.open(); }
+  EXPECT_FALSE(fs::exists(place.assets() / "orphan.png"));
+  const auto json = opened(*place.storage, *place.disk.readFile(place.index(), 1 << 20U));
+  const auto saved = decodeHistory(json.value());
+  ASSERT_TRUE(saved);
+  ASSERT_EQ(saved->size(), 2U);
+  EXPECT_EQ((*saved)[0].id, pin.id);
+  EXPECT_EQ((*saved)[0].pinOrder, 0);
+  EXPECT_EQ((*saved)[1].id, again.id);
+}
+
+TEST(ClipStoreMigration, SealsTheHistoryAndItsImagesAndRemovesThePlainOne) {
+  Place place;
+  writeFile(place.assets() / "plain.png", "picture one");
+  fs::create_directories(place.assets());
+  ASSERT_TRUE(writeSealed(place.disk, place.assets() / "sealed.png", *place.storage,
+                          bytesOf("picture two")));
+  writeFile(place.legacy(), legacyJson({imageItem("plain.png", "h1"), imageItem("sealed.png", "h2"),
+                                        imageItem("missing.png", "h3"), textItem("text")}));
+  const auto store = place.open();
+  EXPECT_TRUE(store->persistenceIsReady());
+  ASSERT_EQ(store->items().size(), 4U);
+  EXPECT_FALSE(fs::exists(place.legacy()));
+  EXPECT_TRUE(readFile(place.index()).starts_with("VNTL1"));
+  EXPECT_TRUE(readFile(place.assets() / "plain.png").starts_with("VNTL1"));
+  EXPECT_EQ(permissions(place.assets() / "plain.png"), 0600U);
+  EXPECT_EQ(permissions(place.index()), 0600U);
+  EXPECT_EQ(store->assetData(imageItem("plain.png", "")), toBytes("picture one"));
+  EXPECT_EQ(store->assetData(imageItem("sealed.png", "")), toBytes("picture two"));
+  EXPECT_EQ(store->assetData(imageItem("missing.png", "")), std::nullopt);
+}
+
+TEST(ClipStoreMigration, TheSealedHistoryWinsAndThePlainOneIsLeftAlone) {
+  Place place;
+  place.open()->insert(textItem("sealed"));
+  writeFile(place.legacy(), legacyJson({textItem("plain")}));
+  const std::string before = readFile(place.legacy());
+  const auto store = place.open();
+  ASSERT_EQ(store->items().size(), 1U);
+  EXPECT_EQ(store->items()[0].text->get(), "sealed");
+  EXPECT_EQ(readFile(place.legacy()), before);
+}
+
+TEST(ClipStoreMigration, LeavesAPlainHistoryThatIsNoneAndStaysWithoutPersistence) {
+  Place place;
+  writeFile(place.legacy(), R"([{"id": 1}])");
+  const auto store = place.open();
+  EXPECT_FALSE(store->persistenceIsReady());
+  EXPECT_FALSE(fs::exists(place.index()));
+  EXPECT_EQ(readFile(place.legacy()), R"([{"id": 1}])");
+}
+
+TEST(ClipStoreMigration, IsPutOffWithoutAKey) {
+  Place place;
+  writeFile(place.legacy(), legacyJson({textItem("plain")}));
+  place.keychain.fail(FakeKeychain::Backend::dataProtection, keychainStatus::userCanceled);
+  {
+    const ClipStore store(place.services(), std::nullopt, nullptr, {});
+    EXPECT_FALSE(store.persistenceIsReady());
+    EXPECT_TRUE(store.items().empty());
+    EXPECT_TRUE(fs::exists(place.legacy()));
+  }
+  place.keychain.recover(FakeKeychain::Backend::dataProtection);
+  const ClipStore store(place.services(), std::nullopt, nullptr, {});
+  ASSERT_EQ(store.items().size(), 1U);
+  EXPECT_FALSE(fs::exists(place.legacy()));
+}
+
+TEST(ClipStoreMigration, IsTriedAgainAtTheNextStartWhenItFailed) {
+  for (int step = 4; step < 10; ++step) {  // every operation after the preparation's four
+    Place place;
+    writeFile(place.assets() / "plain.png", "picture");
+    writeFile(place.legacy(), legacyJson({imageItem("plain.png", "h1"), textItem("text")}));
+    place.files.failAt(step, std::errc::no_space_on_device);
+    {
+      const auto store = place.open();
+      EXPECT_FALSE(store->persistenceIsReady()) << step;
+      EXPECT_EQ(store->items().size(), 2U) << step;
+      EXPECT_TRUE(fs::exists(place.legacy())) << step;
+      store->togglePinned(store->items()[1].id);
+    }
+    place.files.recover();
+    const auto store = place.open();
+    EXPECT_TRUE(store->persistenceIsReady()) << step;
+    ASSERT_EQ(store->items().size(), 2U) << step;
+    for (const ClipItem& item : store->items()) {
+      if (item.kind != ClipKind::image) continue;
+      EXPECT_EQ(store->assetData(item), toBytes("picture")) << step;
+    }
+  }
+}
+
+TEST(ClipStoreSaving, NothingOfTheContentsCanBeReadInTheFiles) {
+  TestStore store;
+  ClipItem item = textItem("confidential words");
+  item.rtfData = toBytes("{\\rtf1 confidential words}");
+  item.sourceAppName = "Confidential Editor";
+  store->insert(item);
+  store.quit();
+  for (const auto& file : fs::recursive_directory_iterator(store.base())) {
+    if (!file.is_regular_file()) continue;
+    const std::string bytes = readFile(file.path());
+    EXPECT_TRUE(bytes.starts_with("VNTL1")) << file.path();
+    for (const char* word : {"onfidential", "text", "kind", "createdAt", "rtf", "Editor"}) {
+      EXPECT_EQ(bytes.find(word), std::string::npos) << file.path() << ' ' << word;
+    }
+  }
+}
+
+TEST(ClipStoreSaving, TellsOfEveryChangeOnceAlsoWhenItCannotBeSaved) {
+  TestStore store;
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store.addText("a");
+  EXPECT_EQ(store.changes(), 1);
+  store->onChange = nullptr;
+  store.addText("b");
+  EXPECT_EQ(store->items().size(), 2U);
+}
+
+TEST(ClipStoreSaving, TriesAgainByItselfOnceTheDiskHasRoom) {
+  TestStore store;
+  EXPECT_EQ(store.dispatch().timerCount(), 0U);
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store.addText("a");
+  EXPECT_EQ(store.dispatch().timerCount(), 1U);
+  store.addText("b");
+  EXPECT_EQ(store.dispatch().timerCount(), 1U);
+  store.dispatch().advance(Seconds(60));
+  EXPECT_EQ(store.savedItems()->size(), 0U);
+  EXPECT_EQ(store.dispatch().timerCount(), 1U);
+  store.files().recover();
+  store.dispatch().advance(Seconds(60));
+  EXPECT_EQ(store.savedItems()->size(), 2U);
+  EXPECT_EQ(store.dispatch().timerCount(), 0U);
+  EXPECT_EQ(store.changes(), 2);
+}
+
+TEST(ClipStoreSaving, ASuccessfulChangeMakesTheRetryNeedless) {
+  TestStore store;
+  store.files().fail(FaultyFileSystem::Operation::rename, std::errc::no_space_on_device);
+  store.addText("a");
+  store.files().recover();
+  store.addText("b");
+  EXPECT_EQ(store.dispatch().timerCount(), 0U);
+  EXPECT_EQ(store.savedItems()->size(), 2U);
+}
+
+TEST(ClipStoreSaving, TriesLessOftenTheLongerItFails) {
+  TestStore store;
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store.addText("a");
+  const auto attempts = [&] {
+    std::size_t count = 0;
+    for (const auto& call : store.files().calls()) {
+      count += call.operation == FaultyFileSystem::Operation::writeNewFile ? 1 : 0;
+    }
+    return count;
+  };
+  const std::size_t before = attempts();
+  store.dispatch().advance(Seconds(4.9));
+  EXPECT_EQ(attempts(), before);
+  store.dispatch().advance(Seconds(0.1));
+  EXPECT_EQ(attempts(), before + 1);
+  store.dispatch().advance(Seconds(24 * 3600));
+  EXPECT_GT(attempts(), before + 250);
+  EXPECT_LT(attempts(), before + 310);
+}
+
+TEST(ClipStoreSaving, AStoreThatIsGoneTriesNothing) {
+  TestStore store;
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store.addText("a");
+  store.quit();
+  const std::size_t before = store.files().calls().size();
+  store.dispatch().advance(Seconds(3600));
+  EXPECT_EQ(store.files().calls().size(), before);
+}
+
+TEST(ClipStoreSaving, AFailedSaveLeavesTheLastOneWholeAndNoOtherFile) {
+  for (const auto operation :
+       {FaultyFileSystem::Operation::writeNewFile, FaultyFileSystem::Operation::rename}) {
+    TestStore store;
+    store.addText("saved");
+    store.files().fail(operation, std::errc::no_space_on_device);
+    store.addText("not saved");
+    EXPECT_EQ(store.savedItems()->size(), 1U);
+    EXPECT_EQ(store.disk().list(store.base())->size(), 2U);  // the history and "Assets"
+  }
+}
+
+}  // namespace
+}  // namespace vantorel

@@ -1,0 +1,323 @@
+#include <gtest/gtest.h>
+
+#include "fakes/FakeImage.h"
+#include "fakes/TestStore.h"
+#include "security/SecureStorageError.h"
+
+namespace vantorel {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+std::vector<std::optional<std::int64_t>> pinOrders(TestStore& store) {
+  std::vector<std::optional<std::int64_t>> orders;
+  for (const ClipItem& item : store->items()) orders.push_back(item.pinOrder);
+  return orders;
+}
+
+TEST(ClipStorePins, APinComesAfterThePinsBeforeIt) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  const Uuid b = store.addText("b");
+  store.addText("c");
+  EXPECT_EQ(store->togglePinned(a), PinResult::toggled);
+  EXPECT_EQ(store->togglePinned(b), PinResult::toggled);
+  EXPECT_EQ(store.texts(), (Texts{"a", "b", "c"}));
+  EXPECT_EQ(store.item(a).pinOrder, 0);
+  EXPECT_EQ(store.item(b).pinOrder, 1);
+}
+
+TEST(ClipStorePins, NoMoreThanFive) {
+  TestStore store;
+  std::vector<Uuid> ids;
+  for (const char* text : {"a", "b", "c", "d", "e", "f"}) ids.push_back(store.addText(text));
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_TRUE(store->canPinMore());
+    EXPECT_EQ(store->togglePinned(ids[i]), PinResult::toggled);
+  }
+  EXPECT_FALSE(store->canPinMore());
+  const int changes = store.changes();
+  const auto before = store->items();
+  EXPECT_EQ(store->togglePinned(ids[5]), PinResult::limitReached);
+  EXPECT_EQ(store->items(), before);
+  EXPECT_EQ(store.changes(), changes);
+  EXPECT_EQ(store->togglePinned(ids[2]), PinResult::toggled);
+  EXPECT_FALSE(store.item(ids[2]).pinned());
+  EXPECT_TRUE(store->canPinMore());
+}
+
+TEST(ClipStorePins, AnUnknownEntryIsNotFound) {
+  TestStore store;
+  EXPECT_EQ(store->togglePinned(Uuid::random()), PinResult::notFound);
+  EXPECT_EQ(store.changes(), 0);
+}
+
+TEST(ClipStorePins, UnpinningTheMiddleOneRenumbersTheOthersAtOnce) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  const Uuid b = store.addText("b");
+  const Uuid c = store.addText("c");
+  for (const Uuid& id : {a, b, c}) store->togglePinned(id);
+  store->togglePinned(b);
+  EXPECT_EQ(store.texts(), (Texts{"a", "c", "b"}));
+  EXPECT_EQ(pinOrders(store), (std::vector<std::optional<std::int64_t>>{0, 1, std::nullopt}));
+  EXPECT_EQ(store.item(b).isPinned, false);
+}
+
+TEST(ClipStorePins, KeepTheirNameWhileUnpinned) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  store->togglePinned(a);
+  store->renamePinned(a, "name");
+  store->togglePinned(a);
+  EXPECT_EQ(store.item(a).customName, "name");
+  store->togglePinned(a);
+  EXPECT_EQ(store.item(a).customName, "name");
+}
+
+TEST(ClipStorePins, UnpinningAnOldEntryLetsItGo) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  store->togglePinned(a);
+  store.dispatch().setNow(testDate(604'800 + 10));
+  store->togglePinned(a);
+  EXPECT_TRUE(store->items().empty());
+}
+
+TEST(ClipStorePins, ANameIsTrimmedAndCutToEightyCharacters) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  store->togglePinned(a);
+  EXPECT_TRUE(store->renamePinned(a, " \n name\t "));
+  EXPECT_EQ(store.item(a).customName, "name");
+  EXPECT_TRUE(store->renamePinned(a, std::string(100, 'x')));
+  EXPECT_EQ(store.item(a).customName, std::string(80, 'x'));
+  std::string accents;  // each a letter and a combining mark: one character
+  for (int i = 0; i < 100; ++i) accents += "e\u0301";
+  EXPECT_TRUE(store->renamePinned(a, accents));
+  EXPECT_EQ(store.item(a).customName, accents.substr(0, 80 * 3));
+  const int changes = store.changes();
+  EXPECT_TRUE(store->renamePinned(a, "   "));
+  EXPECT_EQ(store.item(a).customName, std::nullopt);
+  EXPECT_EQ(store.changes(), changes + 1);
+}
+
+TEST(ClipStorePins, MayBeRenamedToTheirOwnName) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  store->togglePinned(a);
+  store->renamePinned(a, "a name that is too long for the small string buffer");
+  EXPECT_TRUE(store->renamePinned(a, *store->items()[0].customName));
+  EXPECT_EQ(store.item(a).customName, "a name that is too long for the small string buffer");
+}
+
+TEST(ClipStorePins, OnlyPinsHaveNames) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  EXPECT_FALSE(store->renamePinned(a, "name"));
+  EXPECT_FALSE(store->renamePinned(Uuid::random(), "name"));
+  EXPECT_EQ(store.item(a).customName, std::nullopt);
+  EXPECT_EQ(store.changes(), 1);
+}
+
+class ClipStoreMoving : public ::testing::Test {
+ protected:
+  ClipStoreMoving() {
+    for (const Uuid& id : {a, b, c}) store->togglePinned(id);
+    changes = store.changes();
+  }
+  TestStore store;
+  Uuid a = store.addText("A");
+  Uuid b = store.addText("B");
+  Uuid c = store.addText("C");
+  Uuid d = store.addText("D");
+  int changes = 0;
+};
+
+TEST_F(ClipStoreMoving, BeforeAnother) {
+  EXPECT_TRUE(store->movePinned(c, a, true));
+  EXPECT_EQ(store.texts(), (Texts{"C", "A", "B", "D"}));
+  EXPECT_EQ(pinOrders(store), (std::vector<std::optional<std::int64_t>>{0, 1, 2, std::nullopt}));
+  EXPECT_EQ(store.changes(), changes + 1);
+}
+
+TEST_F(ClipStoreMoving, AfterAnother) {
+  EXPECT_TRUE(store->movePinned(a, c, false));
+  EXPECT_EQ(store.texts(), (Texts{"B", "C", "A", "D"}));
+}
+
+TEST_F(ClipStoreMoving, LastsBeyondTheNextInsertionAndTheNextStart) {
+  store->movePinned(c, a, true);
+  store.addText("E");
+  EXPECT_EQ(store.texts(), (Texts{"C", "A", "B", "E", "D"}));
+  store.restart();
+  EXPECT_EQ(store.texts(), (Texts{"C", "A", "B", "E", "D"}));
+}
+
+TEST_F(ClipStoreMoving, IsRefusedToItselfAndAmongEntriesThatAreNotPinned) {
+  EXPECT_FALSE(store->movePinned(a, a, true));
+  EXPECT_FALSE(store->movePinned(d, a, true));
+  EXPECT_FALSE(store->movePinned(a, d, true));
+  EXPECT_FALSE(store->movePinned(Uuid::random(), a, true));
+  EXPECT_EQ(store.texts(), (Texts{"A", "B", "C", "D"}));
+  EXPECT_EQ(store.changes(), changes);
+}
+
+TEST_F(ClipStoreMoving, TakesIdentitiesOutOfTheListItself) {
+  EXPECT_TRUE(store->movePinned(store->items()[2].id, store->items()[0].id, true));
+  EXPECT_EQ(store.texts(), (Texts{"C", "A", "B", "D"}));
+}
+
+TEST(ClipStoreRemove, TakesTheEntryAndItsImageAway) {
+  TestStore store;
+  store->captureImage(FakeImage({1, 1}, "one"), {});
+  const Uuid image = store->items()[0].id;
+  store.addText("a");
+  EXPECT_EQ(store.assetNames().size(), 1U);
+  store->remove(store->items()[1].id);
+  EXPECT_FALSE(store.has(image));
+  EXPECT_TRUE(store.assetNames().empty());
+  EXPECT_EQ(store.savedItems()->size(), 1U);
+  EXPECT_EQ(store.changes(), 3);
+}
+
+TEST(ClipStoreRemove, AnUnknownEntryTellsNobody) {
+  TestStore store;
+  store.addText("a");
+  const std::size_t before = store.files().calls().size();
+  store->remove(Uuid::random());
+  EXPECT_EQ(store.changes(), 1);
+  EXPECT_EQ(store.files().calls().size(), before);
+}
+
+TEST(ClipStoreRemove, APinLeavesTheOthersNumbersUntilTheNextChange) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  const Uuid b = store.addText("b");
+  store->togglePinned(a);
+  store->togglePinned(b);
+  store->remove(a);
+  EXPECT_EQ(store.item(b).pinOrder, 1);
+  store.addText("c");
+  EXPECT_EQ(store.item(b).pinOrder, 0);
+}
+
+TEST(ClipStoreRemove, LeavesAnImageThatAnotherEntryNames) {
+  TestStore store;
+  store->captureImage(FakeImage({1, 1}, "one"), {});
+  const ClipItem image = store->items()[0];
+  store.tick();
+  const ClipItem other = imageItem(*image.assetFilename, "another hash", store.dispatch().now());
+  store->insert(other);
+  store->remove(image.id);
+  EXPECT_EQ(store->assetData(other), toBytes("one"));
+  store->remove(other.id);
+  EXPECT_TRUE(store.assetNames().empty());
+}
+
+TEST(ClipStoreRemove, NeverReachesOutsideTheAssets) {
+  TestStore store;
+  const auto outside = store.base() / "outside.png";
+  ASSERT_FALSE(store.disk().writeNewFile(outside, toBytes("x"), 0600));
+  const std::string withNul = std::string("../outside.png") + '\0' + "png";
+  for (const std::string& name : {std::string("../outside.png"), outside.string(), withNul,
+                                  std::string(".."), std::string(".")}) {
+    const ClipItem item = imageItem(name, name);
+    store->insert(item);
+    store->remove(item.id);
+  }
+  EXPECT_TRUE(std::filesystem::exists(outside));
+  EXPECT_TRUE(std::filesystem::exists(store.assets()));
+}
+
+TEST(ClipStoreClear, KeepsThePinsAndTheKey) {
+  TestStore store;
+  const Uuid a = store.addText("a");
+  store->captureImage(FakeImage({1, 1}, "pinned picture"), {});
+  const Uuid picture = store->items()[0].id;
+  store.addText("c");
+  store->captureImage(FakeImage({1, 1}, "picture"), {});
+  store->togglePinned(picture);
+  store->togglePinned(a);
+  const int changes = store.changes();
+  store->clear(false);
+  EXPECT_EQ(store.texts(), (Texts{"1 × 1 px", "a"}));
+  EXPECT_EQ(store.assetNames(), Texts{*store.item(picture).assetFilename});
+  EXPECT_EQ(store.changes(), changes + 1);
+  store.restart();
+  EXPECT_EQ(store.texts(), (Texts{"1 × 1 px", "a"}));
+  EXPECT_EQ(store->assetData(store->items()[0]), toBytes("pinned picture"));
+}
+
+TEST(ClipStoreClear, OfEverythingReplacesTheKeyAndWritesAnEmptyHistory) {
+  TestStore store;
+  store->togglePinned(store.addText("a"));
+  store->captureImage(FakeImage({1, 1}, "picture"), {});
+  const auto oldHistory = store.disk().readFile(store->indexUrl(), 1 << 20U).value();
+  const auto oldPicture =
+      store.disk().readFile(store.assets() / store.assetNames().at(0), 1 << 20U).value();
+  ASSERT_FALSE(store.disk().writeNewFile(store->legacyIndexUrl(), toBytes("[]"), 0600));
+  const int changes = store.changes();
+  store->clear(true);
+  EXPECT_TRUE(store->items().empty());
+  EXPECT_EQ(store.changes(), changes + 1);
+  EXPECT_TRUE(store.assetNames().empty());
+  EXPECT_FALSE(std::filesystem::exists(store->legacyIndexUrl()));
+  EXPECT_THROW((void)store.storage()->open(oldHistory), CipherError);
+  EXPECT_THROW((void)store.storage()->open(oldPicture), CipherError);
+  ASSERT_TRUE(store.savedItems());
+  EXPECT_TRUE(store.savedItems()->empty());
+  store.restart();
+  EXPECT_TRUE(store->persistenceIsReady());
+}
+
+TEST(ClipStoreClear, OfUnpinnedEntriesReplacesTheKeyWhenNothingIsLeft) {
+  TestStore store;
+  store.addText("a");
+  const auto oldHistory = store.disk().readFile(store->indexUrl(), 1 << 20U).value();
+  store->clear(false);
+  EXPECT_THROW((void)store.storage()->open(oldHistory), CipherError);
+  EXPECT_TRUE(store.savedItems()->empty());
+}
+
+TEST(ClipStoreClear, GoesOnWhenTheKeychainDoesNotTakeTheNewKey) {
+  TestStore store;
+  FakeKeychain keychain;
+  const TemporaryDirectory directory;
+  const ClipStoreServices services{store.dispatch(), store.disk(), keychain, directory.path()};
+  {
+    ClipStore clip(services, std::nullopt, nullptr, {});
+    clip.insert(textItem("a"));
+    keychain.failOnce(FakeKeychain::Operation::update, FakeKeychain::Backend::dataProtection,
+                      keychainStatus::userCanceled);
+    clip.clear(true);
+    clip.insert(textItem("b"));
+  }
+  const ClipStore again(services, std::nullopt, nullptr, {});
+  ASSERT_EQ(again.items().size(), 1U);
+  EXPECT_EQ(again.items()[0].text->get(), "b");
+}
+
+TEST(ClipStoreClear, OfEverythingAlsoRemovesAHistoryThatCannotBeRead) {
+  TestStore store;
+  store.addText("a");
+  store->captureImage(FakeImage({1, 1}, "picture"), {});
+  store.restartWithAnotherKey();
+  ASSERT_FALSE(store->persistenceIsReady());
+  store->clear(false);
+  EXPECT_TRUE(std::filesystem::exists(store->indexUrl()));
+  EXPECT_EQ(store.assetNames().size(), 1U);
+  store->clear(true);
+  EXPECT_FALSE(std::filesystem::exists(store->indexUrl()));
+  EXPECT_TRUE(store.assetNames().empty());
+  EXPECT_FALSE(store->persistenceIsReady());
+}
+
+TEST(ClipStoreClear, OfNothingStillTells) {
+  TestStore store;
+  store->clear(false);
+  EXPECT_EQ(store.changes(), 1);
+}
+
+}  // namespace
+}  // namespace vantorel
