@@ -22,15 +22,21 @@ inline constexpr std::array allClipTypeFilters = {ClipTypeFilter::all, ClipTypeF
 /// An entry's source application: its bundle identifier, else its name, else the empty string.
 [[nodiscard]] std::string sourceKey(const ClipItem& item);
 
+/// What an entry is searched by: its text, if it has one, followed by this.
+[[nodiscard]] std::string searchedDetails(const ClipItem& item);
+
 /// What the panel shows: one substring of what an entry says, one type, one source.
 struct ClipSearchFilter {
-  std::string query;  // as typed
+  std::string query = {};  // as typed
   ClipTypeFilter type = ClipTypeFilter::all;
-  std::optional<std::string> sourceId;  // a source key; absent: every source
+  std::optional<std::string> sourceId = {};  // a source key; absent: every source
 
   /// Folds the entry's text afresh each time; a list that is searched key by key goes through
   /// `ClipSearchIndex`.
   [[nodiscard]] bool includes(const ClipItem& item) const;
+
+  /// The part of `includes` that does not look at the query.
+  [[nodiscard]] bool includesTypeAndSource(const ClipItem& item) const;
 };
 
 }  // namespace vantorel

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -13,8 +15,8 @@ namespace vantorel {
 /// folded text between keystrokes. Main thread.
 class ClipSearchIndex {
  public:
-  /// The entries of `items` that `filter` includes, in order. Entries of `items` that are new or
-  /// have changed are folded now; entries that are gone are forgotten.
+  /// The entries of `items` that `filter` includes, in order. Entries that must be searched and
+  /// are new or have changed are folded now; entries that are gone are forgotten.
   [[nodiscard]] std::vector<ClipItem> matching(const std::vector<ClipItem>& items,
                                                const ClipSearchFilter& filter);
 
@@ -26,12 +28,20 @@ class ClipSearchIndex {
 
  private:
   struct Entry {
-    ClipItem item;  // what was folded: shares its text with the history
-    std::string folded;
+    std::optional<SharedText> text;  // what was folded; shared with the history
+    std::string details;
+    std::string foldedText;  // empty when folding leaves the text as it is
+    std::string foldedDetails;
+    bool isRuledOut = false;  // does not contain `needle_`
+    bool isListed = true;     // is in the list that is being filtered
   };
-  const std::string& foldedText(const ClipItem& item);
+  Entry& folded(const ClipItem& item);
+  void useNeedle(std::string needle);
+  [[nodiscard]] bool matches(const ClipItem& item);
+  void forgetWhatIsGone(const std::vector<ClipItem>& items);
 
   std::unordered_map<Uuid, Entry> entries_;
+  std::string needle_;  // folded
 };
 
 }  // namespace vantorel
