@@ -1,0 +1,69 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Pasteboard.h"
+#include "platform/linux/x11/SelectionReader.h"
+
+namespace vantorel {
+
+/// One change of the clipboard by another program: what its owner offers, asked for once, and its
+/// forms, each read when asked for. Every completion is called exactly once, on the X thread, where
+/// all of this lives.
+class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
+ public:
+  /// What no history could hold is refused.
+  static constexpr std::size_t maximumBytes = std::size_t{64} * 1024 * 1024;
+
+  template <class Value>
+  using Completion = std::function<void(Value)>;
+  using Targets = std::vector<std::string>;
+
+  /// `reader` outlives this. `time` is when the owner took the selection.
+  ForeignContents(SelectionReader& reader, X11Connection& connection, xcb_atom_t selection,
+                  xcb_timestamp_t time);
+
+  /// Absent when the owner does not answer, or not with a list of targets.
+  void readTargets(Completion<std::optional<Targets>> completion);
+  void readString(Completion<std::optional<std::string>> completion);
+  void readData(PasteboardDataType type, Completion<std::optional<Bytes>> completion);
+  void readFiles(Completion<std::vector<std::filesystem::path>> completion);
+  /// The encoded image in the best form after the first `skipped` ones; absent when there is no
+  /// further one.
+  struct EncodedImage {
+    std::shared_ptr<const Bytes> bytes;
+    std::size_t skipped = 0;  // to ask with for the next form
+  };
+  void readImage(std::size_t skipped, Completion<std::optional<EncodedImage>> completion);
+
+ private:
+  struct Form {
+    std::string target;
+    X11Property property;
+    std::size_t next = 0;
+  };
+  using Candidates = Targets (*)(const Targets& offered);
+
+  void askTargets();
+  void takeTargets(SelectionAnswer answer);
+  void readForm(Candidates candidates, std::size_t index,
+                Completion<std::optional<Form>> completion);
+  void readCandidates(Targets candidates, std::size_t index,
+                      Completion<std::optional<Form>> completion);
+  void readFilesFrom(std::size_t index, Completion<std::vector<std::filesystem::path>> completion);
+
+  SelectionReader& reader_;
+  X11Connection& connection_;
+  xcb_atom_t selection_;
+  xcb_timestamp_t time_;
+  enum class Stage { unknown, asked, known } stage_ = Stage::unknown;
+  std::optional<Targets> targets_;
+  std::vector<Completion<std::optional<Targets>>> waiting_;
+};
+
+}  // namespace vantorel

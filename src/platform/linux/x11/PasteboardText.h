@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Bytes.h"
+
+namespace vantorel {
+
+/// How the bytes of an offered text are to be read. `unmarked` is UTF-8 where that fits, else
+/// Latin-1: programs label UTF-8 as plain strings.
+enum class TextEncoding { utf8, unmarked };
+
+/// The offered text as valid UTF-8, without the NULs that some programs leave at its end. Pure.
+[[nodiscard]] std::string decodedText(ByteView bytes, TextEncoding encoding);
+
+/// Latin-1 for programs that read nothing else; '?' for each character it lacks. Takes valid UTF-8.
+/// Pure.
+[[nodiscard]] std::string latin1(std::string_view utf8);
+
+}  // namespace vantorel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Bytes.h"
+
+namespace vantorel {
+
+/// Bytes and what keeps them alive. Without an owner there are none to be had.
+struct SharedBytes {
+  std::shared_ptr<const void> owner;
+  ByteView bytes;
+};
+
+/// instant: fetched where it is asked for; slow: takes milliseconds, so elsewhere.
+enum class EncodingCost { instant, slow };
+
+/// One form in which contents can be had.
+struct OfferedForm {
+  std::string target;
+  std::string type;  // what the answer is labelled with
+  EncodingCost cost = EncodingCost::instant;
+  std::function<SharedBytes()> encode;  // any thread
+};
+
+/// What a selection owner has to give; immutable.
+struct SelectionOffer {
+  std::vector<OfferedForm> forms;
+};
+
+}  // namespace vantorel

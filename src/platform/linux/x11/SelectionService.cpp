@@ -1,0 +1,275 @@
+#include "platform/linux/x11/SelectionService.h"
+
+#include <xcb/xfixes.h>
+
+#include <utility>
+
+#include "platform/linux/x11/PasteboardTargets.h"
+
+namespace vantorel {
+
+namespace {
+
+constexpr std::uint8_t sentEventBit = 0x80;
+
+xcb_window_t createWindow(const X11Connection& connection) {
+  const xcb_window_t window = xcb_generate_id(connection.xcb());
+  const std::uint32_t values[] = {1, XCB_EVENT_MASK_PROPERTY_CHANGE};
+  xcb_create_window(connection.xcb(), 0, window, connection.root(), -10, -10, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
+                    XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+  return window;
+}
+
+bool enableOwnerChanges(const X11Connection& connection) {
+  return connection.reply(xcb_xfixes_query_version_reply,
+                          xcb_xfixes_query_version(connection.xcb(), 1, 0)) != nullptr;
+}
+
+template <class Event>
+const Event& as(const xcb_generic_event_t& event) {
+  return reinterpret_cast<const Event&>(event);
+}
+
+}  // namespace
+
+std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Observer observer,
+                                                           SelectionOwner::Worker runElsewhere) {
+  X11Connection& connection = thread.connection();
+  const auto* xfixes = connection.extension(xcb_xfixes_id);
+  if (xfixes == nullptr || !enableOwnerChanges(connection)) return nullptr;
+  connection.internAtoms({"CLIPBOARD",
+                          "CLIPBOARD_MANAGER",
+                          "INCR",
+                          "TARGETS",
+                          "TIMESTAMP",
+                          "MULTIPLE",
+                          "SAVE_TARGETS",
+                          "ATOM_PAIR",
+                          "NULL",
+                          "TEXT",
+                          "VANTOREL_SELECTION",
+                          "VANTOREL_TIME",
+                          "text/plain",
+                          "text/rtf",
+                          "text/plain;charset=utf-8",
+                          "application/rtf",
+                          "text/richtext",
+                          targets::utf8String,
+                          targets::uriList,
+                          targets::copiedFiles,
+                          targets::htmlText,
+                          targets::png});
+  const auto event = static_cast<std::uint8_t>(xfixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+  return std::unique_ptr<SelectionService>(
+      new SelectionService(thread, std::move(observer), std::move(runElsewhere), event));
+}
+
+SelectionService::SelectionService(X11Thread& thread, Observer observer,
+                                   SelectionOwner::Worker runElsewhere,
+                                   std::uint8_t ownerChangeEvent)
+    : thread_(thread),
+      connection_(thread.connection()),
+      observer_(std::move(observer)),
+      ownerChangeEvent_(ownerChangeEvent),
+      clipboard_(connection_.atom("CLIPBOARD")),
+      manager_(connection_.atom("CLIPBOARD_MANAGER")),
+      timeProperty_(connection_.atom("VANTOREL_TIME")),
+      window_(createWindow(connection_)),
+      reader_(thread),
+      owner_(thread, window_, std::move(runElsewhere)) {
+  xcb_xfixes_select_selection_input(connection_.xcb(), window_, clipboard_,
+                                    XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+  noteFirstOwner();
+}
+
+void SelectionService::noteFirstOwner() {
+  const auto answer = connection_.reply(xcb_get_selection_owner_reply,
+                                        xcb_get_selection_owner(connection_.xcb(), clipboard_));
+  if (!answer || answer->owner == XCB_WINDOW_NONE) return;
+  // When it took the selection is not known; any later time will do for asking.
+  holder_ = Holder::other;
+  foreign_ = std::make_shared<ForeignContents>(reader_, connection_, clipboard_, XCB_CURRENT_TIME);
+}
+
+void SelectionService::handle(const xcb_generic_event_t& event) {
+  const auto type = static_cast<std::uint8_t>(event.response_type & ~sentEventBit);
+  if (type == ownerChangeEvent_) {
+    handleOwnerChange(event);
+    return;
+  }
+  switch (type) {
+    case XCB_SELECTION_REQUEST:
+      owner_.handle(as<xcb_selection_request_event_t>(event));
+      break;
+    case XCB_SELECTION_CLEAR:
+      owner_.handle(as<xcb_selection_clear_event_t>(event));
+      break;
+    case XCB_SELECTION_NOTIFY:
+      handleNotify(as<xcb_selection_notify_event_t>(event));
+      break;
+    case XCB_PROPERTY_NOTIFY:
+      handleProperty(as<xcb_property_notify_event_t>(event));
+      break;
+    case XCB_DESTROY_NOTIFY:
+      owner_.handle(as<xcb_destroy_notify_event_t>(event));
+      break;
+    default:  // errors of requestors that are gone, and events that nobody asked for
+      break;
+  }
+}
+
+void SelectionService::handleLoss() {
+  reader_.abortAll();
+  owner_.drop();
+  thread_.cancel(successionTimer_);
+  holder_ = Holder::nobody;
+  own_ = nullptr;
+  foreign_ = nullptr;
+  emptiness_ = Emptiness::published;
+  finishHandOver();
+}
+
+std::variant<SelectionService::Superseded, SelectionService::Empty, SelectionService::Own,
+             SelectionService::Foreign>
+SelectionService::contents(ChangeCount change) const {
+  if (change != count_) return Superseded{};
+  if (holder_ == Holder::self) return own_;
+  if (holder_ == Holder::other) return foreign_;
+  return Empty{};
+}
+
+void SelectionService::changeHands(Holder holder) {
+  thread_.cancel(successionTimer_);
+  reader_.abortAll();
+  holder_ = holder;
+  own_ = nullptr;
+  foreign_ = nullptr;
+  emptiness_ = Emptiness::published;
+}
+
+void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
+  const auto& change = as<xcb_xfixes_selection_notify_event_t>(event);
+  if (change.selection != clipboard_) return;
+  if (change.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) {
+    handleOwnerEnd();
+    return;
+  }
+  if (change.owner == window_) {
+    adopt();
+    return;
+  }
+  changeHands(change.owner == XCB_WINDOW_NONE ? Holder::nobody : Holder::other);
+  if (holder_ == Holder::other) {
+    foreign_ = std::make_shared<ForeignContents>(reader_, connection_, clipboard_,
+                                                 change.selection_timestamp);
+  }
+  ++count_;
+  observer_.onForeignChange();
+}
+
+void SelectionService::handleOwnerEnd() {
+  // The end of a window and of its client are both told; the first is enough.
+  if (holder_ != Holder::other) return;
+  changeHands(Holder::nobody);
+  successionTimer_ = thread_.after(successionLimit, [this] { observer_.onOwnerExit(count_); });
+}
+
+void SelectionService::handleProperty(const xcb_property_notify_event_t& event) {
+  if (event.window == window_) {
+    if (event.atom == timeProperty_) serverTime_ = event.time;
+    return;
+  }
+  reader_.handle(event);
+  owner_.handle(event);
+}
+
+void SelectionService::handleNotify(const xcb_selection_notify_event_t& event) {
+  if (event.requestor == window_ && event.selection == manager_) {
+    finishHandOver();
+  } else {
+    reader_.handle(event);
+  }
+}
+
+xcb_timestamp_t SelectionService::serverTime() {
+  xcb_change_property(connection_.xcb(), XCB_PROP_MODE_APPEND, window_, timeProperty_,
+                      XCB_ATOM_INTEGER, 32, 0, nullptr);
+  // Any answer will do: the event has come before it.
+  const auto answer =
+      connection_.reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection_.xcb()));
+  thread_.handleArrivedEvents();
+  return answer ? serverTime_ : XCB_CURRENT_TIME;
+}
+
+bool SelectionService::take(Own contents, Counting counting) {
+  const xcb_timestamp_t time = serverTime();
+  auto offer = std::make_shared<const SelectionOffer>(offerOf(contents));
+  taking_ = Taking{std::move(contents), counting};
+  const bool taken = owner_.acquire(clipboard_, std::move(offer), time);
+  // The server's own word of it has arrived by now, in its place among other programs' changes.
+  thread_.handleArrivedEvents();
+  if (taken) adopt();
+  taking_.reset();
+  return taken && holder_ == Holder::self;
+}
+
+void SelectionService::adopt() {
+  if (!taking_) return;
+  Taking taking = std::move(*taking_);
+  taking_.reset();
+  changeHands(Holder::self);
+  own_ = std::move(taking.contents);
+  if (taking.counting == Counting::count) ++count_;
+}
+
+bool SelectionService::write(Own contents) { return take(std::move(contents), Counting::count); }
+
+void SelectionService::clear() {
+  changeHands(Holder::self);
+  own_ = std::make_shared<const PasteboardContents>();
+  emptiness_ = Emptiness::pending;
+  ++count_;
+}
+
+void SelectionService::publishEmptiness() {
+  if (emptiness_ != Emptiness::pending || connection_.broken()) return;
+  const bool taken = take(std::make_shared<const PasteboardContents>(), Counting::countedAlready);
+  // When another program was quicker its change is told like any other.
+  if (!taken) emptiness_ = Emptiness::published;
+}
+
+bool SelectionService::offerPrimary() {
+  auto offer = owner_.offer(clipboard_);
+  if (!offer || holder_ != Holder::self || offer->forms.empty()) return false;
+  return owner_.acquire(XCB_ATOM_PRIMARY, std::move(offer), serverTime());
+}
+
+void SelectionService::handOver(Work done) {
+  publishEmptiness();
+  const auto offer = owner_.offer(clipboard_);
+  const auto manager = connection_.reply(xcb_get_selection_owner_reply,
+                                         xcb_get_selection_owner(connection_.xcb(), manager_));
+  if (!offer || offer->forms.empty() || !manager || manager->owner == XCB_WINDOW_NONE) {
+    done();
+    return;
+  }
+  std::vector<xcb_atom_t> forms;
+  for (const auto& form : offer->forms) forms.push_back(connection_.atom(form.target));
+  const xcb_atom_t property = connection_.atom("VANTOREL_SELECTION");
+  xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, window_, property, XCB_ATOM_ATOM,
+                      32, static_cast<std::uint32_t>(forms.size()), forms.data());
+  handOverDone_ = std::move(done);
+  handOverTimer_ = thread_.after(handOverLimit, [this] { finishHandOver(); });
+  xcb_convert_selection(connection_.xcb(), window_, manager_, connection_.atom("SAVE_TARGETS"),
+                        property, serverTime());
+}
+
+void SelectionService::finishHandOver() {
+  thread_.cancel(handOverTimer_);
+  if (const auto done = std::exchange(handOverDone_, nullptr)) done();
+}
+
+}  // namespace vantorel

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <variant>
+
+#include "platform/Pasteboard.h"
+#include "platform/linux/x11/ForeignContents.h"
+#include "platform/linux/x11/PasteboardContents.h"
+#include "platform/linux/x11/SelectionOwner.h"
+#include "platform/linux/x11/SelectionReader.h"
+#include "platform/linux/x11/X11Thread.h"
+
+namespace vantorel {
+
+/// The clipboard as this process sees it: counts its changes, knows who holds the contents, takes
+/// it over and gives it away. On the X thread, except where said.
+class SelectionService {
+ public:
+  using ChangeCount = Pasteboard::ChangeCount;
+  /// An owner that ends is often succeeded at once, by a program that keeps its contents.
+  static constexpr std::chrono::milliseconds successionLimit{100};
+  static constexpr std::chrono::milliseconds handOverLimit{300};
+
+  /// Called on the X thread.
+  struct Observer {
+    std::function<void()> onForeignChange;
+    std::function<void(ChangeCount)> onOwnerExit;
+  };
+
+  /// Null when the server lacks the extension that tells of owner changes. Before the thread
+  /// starts; `thread` outlives the service, and stops before it is destroyed.
+  [[nodiscard]] static std::unique_ptr<SelectionService> create(
+      X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere);
+
+  void handle(const xcb_generic_event_t& event);
+  /// The server has gone: everything under way ends, everything asked later finds nothing.
+  void handleLoss();
+
+  /// Any thread.
+  [[nodiscard]] ChangeCount changeCount() const { return count_; }
+
+  struct Superseded {};
+  struct Empty {};
+  using Own = std::shared_ptr<const PasteboardContents>;
+  using Foreign = std::shared_ptr<ForeignContents>;
+  /// The contents of that change, as far as they are still the present ones.
+  [[nodiscard]] std::variant<Superseded, Empty, Own, Foreign> contents(ChangeCount change) const;
+
+  /// Becomes the owner with these contents. Waits for the server alone.
+  [[nodiscard]] bool write(Own contents);
+  /// Counts and shows the clipboard as empty in this process; other programs see it by
+  /// `publishEmptiness()`, unless something was written before: so clearing and writing are one
+  /// change to them.
+  void clear();
+  void publishEmptiness();
+  /// Owns PRIMARY too, with what was written last. False when nothing of ours is on the clipboard.
+  [[nodiscard]] bool offerPrimary();
+
+  /// Gives our contents to the clipboard manager, if there is one, and goes on serving meanwhile.
+  /// `done` is called when it has them, refuses, or takes longer than the limit.
+  void handOver(Work done);
+
+ private:
+  enum class Holder { nobody, self, other };
+  enum class Counting { count, countedAlready };
+
+  SelectionService(X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere,
+                   std::uint8_t ownerChangeEvent);
+
+  void noteFirstOwner();
+  [[nodiscard]] xcb_timestamp_t serverTime();
+  [[nodiscard]] bool take(Own contents, Counting counting);
+  void adopt();
+  void changeHands(Holder holder);
+  void handleOwnerChange(const xcb_generic_event_t& event);
+  void handleOwnerEnd();
+  void handleProperty(const xcb_property_notify_event_t& event);
+  void handleNotify(const xcb_selection_notify_event_t& event);
+  void finishHandOver();
+
+  X11Thread& thread_;
+  X11Connection& connection_;
+  Observer observer_;
+  std::uint8_t ownerChangeEvent_;
+  xcb_atom_t clipboard_;
+  xcb_atom_t manager_;
+  xcb_atom_t timeProperty_;
+  xcb_window_t window_;
+  SelectionReader reader_;
+  SelectionOwner owner_;
+
+  std::atomic<ChangeCount> count_{1};
+  Holder holder_ = Holder::nobody;
+  Own own_;
+  Foreign foreign_;
+  xcb_timestamp_t serverTime_ = XCB_CURRENT_TIME;
+
+  struct Taking {
+    Own contents;
+    Counting counting = Counting::count;
+  };
+  std::optional<Taking> taking_;  // asked of the server, not yet told by it
+  enum class Emptiness { published, pending } emptiness_ = Emptiness::published;
+  X11Thread::TimerId successionTimer_ = 0;
+  X11Thread::TimerId handOverTimer_ = 0;
+  Work handOverDone_;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,280 @@
+#include "platform/linux/x11/X11Pasteboard.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+#include "platform/linux/x11/ImagePreparation.h"
+#include "platform/linux/x11/PasteboardTargets.h"
+
+namespace vantorel {
+
+namespace {
+
+using Own = SelectionService::Own;
+using Foreign = SelectionService::Foreign;
+
+/// Lets one thread wait for another, but not for ever.
+class Signal {
+ public:
+  void give() {
+    const std::lock_guard lock(mutex_);
+    given_ = true;
+    condition_.notify_all();
+  }
+  void waitFor(std::chrono::milliseconds limit) {
+    std::unique_lock lock(mutex_);
+    condition_.wait_for(lock, limit, [this] { return given_; });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable condition_;
+  bool given_ = false;
+};
+
+std::vector<std::string> typesOf(const Own& own) {
+  std::vector<std::string> types;
+  for (const auto& form : offerOf(own).forms) types.push_back(form.target);
+  return types;
+}
+
+}  // namespace
+
+std::unique_ptr<X11Pasteboard> X11Pasteboard::open(Services services, const std::string& display,
+                                                   std::size_t largestPngBytes) {
+  auto connection = X11Connection::open(display);
+  if (!connection) return nullptr;
+  std::unique_ptr<X11Pasteboard> pasteboard(
+      new X11Pasteboard(services, std::move(connection), largestPngBytes));
+  return pasteboard->start() ? std::move(pasteboard) : nullptr;
+}
+
+X11Pasteboard::X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection,
+                             std::size_t largestPngBytes)
+    : services_(services),
+      largestPngBytes_(largestPngBytes),
+      thread_(std::move(connection), "clipboard") {}
+
+bool X11Pasteboard::start() {
+  service_ = SelectionService::create(thread_, observer(),
+                                      [this](Work work) { imageQueue_->async(std::move(work)); });
+  if (!service_) return false;
+  imageQueue_ = services_.dispatch.serialQueue("com.vantorel.pasteboard-images");
+  thread_.start([this](const xcb_generic_event_t& event) { service_->handle(event); },
+                [this] { service_->handleLoss(); });
+  return true;
+}
+
+X11Pasteboard::~X11Pasteboard() {
+  main_.reset();
+  if (service_) {
+    const auto done = std::make_shared<Signal>();
+    thread_.post([this, done] { service_->handOver([done] { done->give(); }); });
+    done->waitFor(SelectionService::handOverLimit * 2);
+  }
+  // In this order: the queue posts to the thread, and the thread queues on it.
+  thread_.stop();
+  imageQueue_.reset();
+}
+
+Pasteboard::ChangeCount X11Pasteboard::changeCount() const { return service_->changeCount(); }
+
+void X11Pasteboard::setChangeHandler(std::function<void()> handler) {
+  main_->onChange = std::move(handler);
+}
+
+void X11Pasteboard::setOwnerExitHandler(std::function<void(ChangeCount)> handler) {
+  main_->onOwnerExit = std::move(handler);
+}
+
+SelectionService::Observer X11Pasteboard::observer() {
+  const auto main = std::weak_ptr(main_);
+  const auto announced = std::make_shared<std::atomic<bool>>(false);
+  SelectionService::Observer observer;
+  observer.onForeignChange = [&dispatch = services_.dispatch, main, announced] {
+    if (announced->exchange(true)) return;
+    dispatch.async([main, announced] {
+      // First, so that a change from now on is announced again.
+      *announced = false;
+      const auto side = main.lock();
+      const auto handler = side ? side->onChange : nullptr;
+      if (handler) handler();
+    });
+  };
+  observer.onOwnerExit = [&dispatch = services_.dispatch, main](ChangeCount change) {
+    dispatch.async([main, change] {
+      const auto side = main.lock();
+      const auto handler = side ? side->onOwnerExit : nullptr;
+      if (handler) handler(change);
+    });
+  };
+  return observer;
+}
+
+/// `completion`, to be called on any thread and run on the main queue while the pasteboard lives.
+template <class Value>
+Pasteboard::Completion<Value> X11Pasteboard::delivery(Completion<Value> completion) const {
+  return [&dispatch = services_.dispatch, main = std::weak_ptr(main_),
+          completion = std::move(completion)](Value value) {
+    dispatch.async([main, completion, value = std::move(value)]() mutable {
+      if (!main.expired()) completion(std::move(value));
+    });
+  };
+}
+
+void X11Pasteboard::readTypes(ChangeCount change,
+                              Completion<std::optional<std::vector<std::string>>> completion) {
+  using Types = std::optional<std::vector<std::string>>;
+  thread_.post([this, change, deliver = delivery(std::move(completion))] {
+    const auto contents = service_->contents(change);
+    if (const auto* foreign = std::get_if<Foreign>(&contents)) {
+      (*foreign)->readTargets([deliver](const Types& offered) {
+        deliver(offered ? Types(targets::types(*offered)) : std::nullopt);
+      });
+    } else if (const auto* own = std::get_if<Own>(&contents)) {
+      deliver(typesOf(*own));
+    } else if (std::holds_alternative<SelectionService::Empty>(contents)) {
+      deliver(Types(std::in_place));
+    } else {
+      deliver(std::nullopt);
+    }
+  });
+}
+
+void X11Pasteboard::readString(ChangeCount change,
+                               Completion<std::optional<std::string>> completion) {
+  thread_.post([this, change, deliver = delivery(std::move(completion))] {
+    const auto contents = service_->contents(change);
+    if (const auto* foreign = std::get_if<Foreign>(&contents)) {
+      (*foreign)->readString(deliver);
+    } else if (const auto* own = std::get_if<Own>(&contents)) {
+      deliver((*own)->string);
+    } else {
+      deliver(std::nullopt);
+    }
+  });
+}
+
+void X11Pasteboard::readData(ChangeCount change, PasteboardDataType type,
+                             Completion<std::optional<Bytes>> completion) {
+  thread_.post([this, change, type, deliver = delivery(std::move(completion))] {
+    const auto contents = service_->contents(change);
+    if (const auto* foreign = std::get_if<Foreign>(&contents)) {
+      (*foreign)->readData(type, deliver);
+    } else if (const auto* own = std::get_if<Own>(&contents)) {
+      deliver(type == PasteboardDataType::rtf ? (*own)->rtf : (*own)->html);
+    } else {
+      deliver(std::nullopt);
+    }
+  });
+}
+
+void X11Pasteboard::readFileURLs(ChangeCount change,
+                                 Completion<std::vector<std::filesystem::path>> completion) {
+  thread_.post([this, change, deliver = delivery(std::move(completion))] {
+    const auto contents = service_->contents(change);
+    if (const auto* foreign = std::get_if<Foreign>(&contents)) {
+      (*foreign)->readFiles(deliver);
+    } else if (const auto* own = std::get_if<Own>(&contents)) {
+      deliver((*own)->files);
+    } else {
+      deliver({});
+    }
+  });
+}
+
+void X11Pasteboard::readImage(ChangeCount change,
+                              Completion<std::shared_ptr<const Image>> completion) {
+  thread_.post([this, change, deliver = delivery(std::move(completion))] {
+    const auto contents = service_->contents(change);
+    if (const auto* own = std::get_if<Own>(&contents)) {
+      deliver((*own)->image);
+    } else {
+      readForeignImage(change, 0, deliver);
+    }
+  });
+}
+
+void X11Pasteboard::readForeignImage(ChangeCount change, std::size_t skipped,
+                                     Completion<std::shared_ptr<const Image>> deliver) {
+  const auto contents = service_->contents(change);
+  const auto* foreign = std::get_if<Foreign>(&contents);
+  if (foreign == nullptr) {
+    deliver(nullptr);
+    return;
+  }
+  using Encoded = std::optional<ForeignContents::EncodedImage>;
+  (*foreign)->readImage(skipped, [this, change, deliver = std::move(deliver)](Encoded encoded) {
+    if (!encoded) {
+      deliver(nullptr);
+      return;
+    }
+    imageQueue_->async([this, change, deliver, encoded = std::move(*encoded)] {
+      // Of several pictures copied in a row only the last is worth the work.
+      auto image = change == service_->changeCount()
+                       ? preparedImage(services_.decoder, encoded.bytes, largestPngBytes_)
+                       : nullptr;
+      if (image) {
+        deliver(std::move(image));
+        return;
+      }
+      thread_.post([this, change, deliver, next = encoded.skipped] {
+        readForeignImage(change, next, deliver);
+      });
+    });
+  });
+}
+
+bool X11Pasteboard::write(PasteboardContents contents) {
+  bool written = false;
+  const auto shared = std::make_shared<const PasteboardContents>(std::move(contents));
+  const bool ran = thread_.runAndWait([&] { written = service_->write(shared); });
+  return ran && written;
+}
+
+bool X11Pasteboard::writeItem(PasteboardItem item) {
+  PasteboardContents contents;
+  contents.string = std::move(item.string);
+  contents.rtf = std::move(item.rtf);
+  contents.html = std::move(item.html);
+  return write(std::move(contents));
+}
+
+bool X11Pasteboard::writeString(std::string string) {
+  PasteboardContents contents;
+  contents.string = std::move(string);
+  return write(std::move(contents));
+}
+
+bool X11Pasteboard::writeImage(std::shared_ptr<const Image> image) {
+  if (!image) return false;
+  PasteboardContents contents;
+  contents.image = std::move(image);
+  return write(std::move(contents));
+}
+
+bool X11Pasteboard::writeFileURLs(const std::vector<std::filesystem::path>& paths) {
+  const bool absolute =
+      std::all_of(paths.begin(), paths.end(), [](const auto& path) { return path.is_absolute(); });
+  if (paths.empty() || !absolute) return false;
+  return write(contentsOf(paths));
+}
+
+void X11Pasteboard::clearContents() {
+  if (!thread_.runAndWait([this] { service_->clear(); })) return;
+  // In a later turn: what is written in this one replaces the contents in a single change.
+  services_.dispatch.async([this, main = std::weak_ptr(main_)] {
+    if (main.expired()) return;
+    thread_.post([this] { service_->publishEmptiness(); });
+  });
+}
+
+bool X11Pasteboard::alsoOfferPrimary() {
+  bool offered = false;
+  return thread_.runAndWait([&] { offered = service_->offerPrimary(); }) && offered;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Dispatch.h"
+#include "platform/Pasteboard.h"
+#include "platform/linux/x11/SelectionService.h"
+#include "platform/linux/x11/X11Thread.h"
+
+namespace vantorel {
+
+/// The CLIPBOARD selection as the pasteboard, on a connection and a thread of its own.
+class X11Pasteboard : public Pasteboard {
+ public:
+  struct Services {
+    Dispatch& dispatch;
+    const ImageDecoder& decoder;
+  };
+  /// The largest image that the program keeps in its PNG form.
+  static constexpr std::size_t largestPng = 12'582'912;
+
+  /// Null when `display` (empty: the environment's) cannot be reached or does not tell of owner
+  /// changes. What `services` name outlives the pasteboard.
+  [[nodiscard]] static std::unique_ptr<X11Pasteboard> open(
+      Services services, const std::string& display = {}, std::size_t largestPngBytes = largestPng);
+  /// Gives what this process wrote to the clipboard manager, if one runs and takes it within 300
+  /// ms, and ends. Reads under way never complete then.
+  ~X11Pasteboard() override;
+
+  /// Owns PRIMARY too, with the present contents, for programs that paste only from there. True
+  /// when both are ours; false when the clipboard holds nothing written by this process. Until
+  /// another program takes PRIMARY.
+  [[nodiscard]] bool alsoOfferPrimary();
+
+  [[nodiscard]] ChangeCount changeCount() const override;
+  void setChangeHandler(std::function<void()> handler) override;
+  void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
+
+  void readTypes(ChangeCount change,
+                 Completion<std::optional<std::vector<std::string>>> completion) override;
+  void readString(ChangeCount change, Completion<std::optional<std::string>> completion) override;
+  void readData(ChangeCount change, PasteboardDataType type,
+                Completion<std::optional<Bytes>> completion) override;
+  void readFileURLs(ChangeCount change,
+                    Completion<std::vector<std::filesystem::path>> completion) override;
+  void readImage(ChangeCount change, Completion<std::shared_ptr<const Image>> completion) override;
+
+  [[nodiscard]] bool writeItem(PasteboardItem item) override;
+  [[nodiscard]] bool writeString(std::string string) override;
+  [[nodiscard]] bool writeImage(std::shared_ptr<const Image> image) override;
+  [[nodiscard]] bool writeFileURLs(const std::vector<std::filesystem::path>& paths) override;
+  void clearContents() override;
+
+ private:
+  /// What belongs to the main thread. Queued work, and the X thread, hold it weakly; only the main
+  /// thread looks inside.
+  struct MainSide {
+    std::function<void()> onChange;
+    std::function<void(ChangeCount)> onOwnerExit;
+  };
+
+  X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection,
+                std::size_t largestPngBytes);
+  [[nodiscard]] bool start();
+  [[nodiscard]] bool write(PasteboardContents contents);
+  [[nodiscard]] SelectionService::Observer observer();
+  void readForeignImage(ChangeCount change, std::size_t skipped,
+                        Completion<std::shared_ptr<const Image>> deliver);
+  template <class Value>
+  Completion<Value> delivery(Completion<Value> completion) const;
+
+  Services services_;
+  std::size_t largestPngBytes_;
+  std::shared_ptr<MainSide> main_ = std::make_shared<MainSide>();
+  X11Thread thread_;
+  std::unique_ptr<SelectionService> service_;
+  std::unique_ptr<SerialQueue> imageQueue_;
+};
+
+}  // namespace vantorel

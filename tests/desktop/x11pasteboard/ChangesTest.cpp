@@ -1,0 +1,206 @@
+#include <thread>
+
+#include "desktop/x11pasteboard/PasteboardFixture.h"
+
+namespace vantorel {
+namespace {
+
+class X11PasteboardChanges : public PasteboardFixture {
+ protected:
+  X11PasteboardChanges() {
+    pasteboard->setChangeHandler([this] { ++announced; });
+    pasteboard->setOwnerExitHandler([this](auto change) { exits.push_back(change); });
+    owner.offer("UTF8_STRING", "text");
+  }
+
+  /// Nothing more will come of what happened so far: another program's change has passed through
+  /// the same queues.
+  void settle() {
+    ScriptedOwner marker(server->display());
+    const auto before = announced;
+    copy(marker);
+    ASSERT_TRUE(loop.runUntil([&] { return announced > before; }));
+  }
+
+  int announced = 0;
+  std::vector<Pasteboard::ChangeCount> exits;
+  ScriptedOwner owner{server->display()};
+};
+
+TEST_F(X11PasteboardChanges, AnotherProgramsCopyIsCountedAndAnnounced) {
+  const auto before = now();
+  owner.own();
+  ASSERT_TRUE(loop.runUntil([&] { return announced == 1; }));
+  EXPECT_EQ(now(), before + 1);
+}
+
+TEST_F(X11PasteboardChanges, TheSameOwnersNextCopyIsCountedToo) {
+  const auto before = now();
+  owner.own();
+  owner.ownAgain();
+  ASSERT_TRUE(loop.runUntil([&] {
+    loop.runQueued();
+    return now() == before + 2;
+  }));
+}
+
+TEST_F(X11PasteboardChanges, ChangesThatNobodyHasLookedAtAreAnnouncedTogether) {
+  const auto before = now();
+  for (int i = 0; i < 5; ++i) owner.own();
+  // The main thread is busy until all of them have been counted.
+  while (now() < before + 5) std::this_thread::yield();
+  loop.runQueued();
+  EXPECT_EQ(announced, 1);
+  owner.own();
+  ASSERT_TRUE(loop.runUntil([&] { return announced == 2; }));
+}
+
+TEST_F(X11PasteboardChanges, TwentyCopiesThirtyMillisecondsApartAreAllRead) {
+  std::vector<std::string> read;
+  pasteboard->setChangeHandler([&] {
+    pasteboard->readString(now(), [&](Text text) {
+      if (text) read.push_back(std::move(*text));
+    });
+  });
+  std::vector<std::unique_ptr<ScriptedOwner>> owners;
+  std::vector<std::string> copied;
+  for (int i = 0; i < 20; ++i) {
+    copied.push_back("copy " + std::to_string(i));
+    owners.push_back(std::make_unique<ScriptedOwner>(server->display()));
+    owners.back()->offer("UTF8_STRING", copied.back());
+  }
+  std::size_t next = 0;
+  const auto before = now();
+  const auto timer = loop.every(Seconds(0.03), [&] {
+    if (next < owners.size()) owners[next++]->own();
+  });
+  ASSERT_TRUE(
+      loop.runUntil([&] { return next == 20 && read.size() >= 20; }, std::chrono::seconds(10)))
+      << read.size() << " of 20";
+  EXPECT_EQ(read, copied);
+  EXPECT_EQ(now(), before + 20);
+}
+
+TEST_F(X11PasteboardChanges, AnOwnWriteIsCountedWhenItReturnsAndNotAgain) {
+  const auto before = now();
+  ASSERT_TRUE(pasteboard->writeString("own"));
+  EXPECT_EQ(now(), before + 1);
+  settle();
+  EXPECT_EQ(now(), before + 2);
+  EXPECT_EQ(announced, 1) << "announced its own write";
+}
+
+TEST_F(X11PasteboardChanges, AnOwnClearIsCountedWhenItReturnsAndNotAgain) {
+  const auto before = now();
+  pasteboard->clearContents();
+  EXPECT_EQ(now(), before + 1);
+  loop.runQueued();
+  Requestor program(server->display());
+  EXPECT_FALSE(program.get("UTF8_STRING"));
+  EXPECT_EQ(now(), before + 1);
+  settle();
+  EXPECT_EQ(now(), before + 2);
+  EXPECT_EQ(announced, 1);
+}
+
+TEST_F(X11PasteboardChanges, AnotherProgramsCopyAfterAnOwnWriteIsAChange) {
+  ASSERT_TRUE(pasteboard->writeString("own"));
+  const auto written = now();
+  copy(owner);
+  EXPECT_EQ(now(), written + 1);
+  EXPECT_EQ(string(), "text");
+}
+
+TEST_F(X11PasteboardChanges, TheEndOfAnOwnerIsNoChangeButIsTold) {
+  copy(owner);
+  const auto change = now();
+  owner.die();
+  ASSERT_TRUE(loop.runUntil([&] { return !exits.empty(); }));
+  EXPECT_EQ(now(), change);
+  settle();
+  EXPECT_THAT(exits, testing::ElementsAre(change)) << "one end is told once";
+}
+
+TEST_F(X11PasteboardChanges, TheEndOfTheOwnersWindowAloneIsTold) {
+  copy(owner);
+  const auto change = now();
+  owner.destroyWindow();
+  ASSERT_TRUE(loop.runUntil([&] { return !exits.empty(); }));
+  EXPECT_THAT(exits, testing::ElementsAre(change));
+  EXPECT_EQ(now(), change);
+}
+
+TEST_F(X11PasteboardChanges, AnOwnerWithASuccessorHasNotLeftTheClipboardEmpty) {
+  copy(owner);
+  owner.die();
+  ScriptedOwner successor(server->display());
+  successor.offer("UTF8_STRING", "kept");
+  copy(successor);
+  EXPECT_EQ(string(), "kept");
+  bool later = false;
+  const auto timer = loop.after(Seconds(0.4), [&] { later = true; });
+  ASSERT_TRUE(loop.runUntil([&] { return later; }));
+  EXPECT_THAT(exits, testing::IsEmpty());
+}
+
+TEST_F(X11PasteboardChanges, ClearingOnPurposeIsAChangeAndNoOwnersEnd) {
+  copy(owner);
+  const auto change = now();
+  owner.disown();
+  ASSERT_TRUE(loop.runUntil([&] { return now() == change + 1 && announced == 2; }));
+  EXPECT_THAT(types(), testing::Optional(testing::IsEmpty()));
+  EXPECT_FALSE(string());
+  owner.die();
+  settle();
+  EXPECT_THAT(exits, testing::IsEmpty());
+}
+
+TEST_F(X11PasteboardChanges, AReadForAnEarlierChangeFindsNothing) {
+  copy(owner);
+  const auto earlier = now();
+  copy(owner);
+  const auto text =
+      finished<Text>([&](auto done) { pasteboard->readString(earlier, std::move(done)); });
+  EXPECT_FALSE(text);
+  const auto names =
+      finished<Types>([&](auto done) { pasteboard->readTypes(earlier, std::move(done)); });
+  EXPECT_FALSE(names);
+}
+
+TEST_F(X11PasteboardChanges, AReadUnderWayEndsWhenTheContentsChange) {
+  ScriptedForm silent;
+  silent.manner = Manner::stay_silent;
+  ScriptedOwner slow(server->display());
+  slow.offer("UTF8_STRING", silent);
+  copy(slow);
+  std::optional<Text> answer;
+  const auto start = std::chrono::steady_clock::now();
+  pasteboard->readString(now(), [&](Text text) { answer = std::move(text); });
+  ASSERT_TRUE(slow.waitForRequest("UTF8_STRING"));
+  owner.own();
+  ASSERT_TRUE(loop.runUntil([&] { return answer.has_value(); }));
+  EXPECT_FALSE(*answer);
+  EXPECT_LT(Milliseconds(std::chrono::steady_clock::now() - start).count(), 290);
+}
+
+TEST_F(X11PasteboardChanges, SelectingTextIsNoChange) {
+  const auto before = now();
+  ScriptedOwner selecting(server->display(), "PRIMARY");
+  selecting.offer("UTF8_STRING", "selected");
+  selecting.own();
+  settle();
+  EXPECT_EQ(now(), before + 1);
+}
+
+TEST_F(X11PasteboardChanges, NothingIsHeardOfAPasteboardThatIsGone) {
+  owner.own();
+  std::optional<Text> answer;
+  pasteboard->readString(now(), [&](Text text) { answer = std::move(text); });
+  pasteboard.reset();
+  loop.runQueued();
+  EXPECT_EQ(announced, 0);
+  EXPECT_FALSE(answer);
+}
+
+}  // namespace
+}  // namespace vantorel
