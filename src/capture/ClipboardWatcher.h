@@ -1,8 +1,12 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "capture/PrivacyPreferences.h"
 #include "platform/Dispatch.h"
@@ -36,8 +40,9 @@ class ClipboardWatcher {
   /// successor: the entry may be put back, so that copy, close, paste works.
   std::function<void(const ClipItem&)> onContentsLost;
 
-  /// Starts, or restarts, polling.
+  /// Starts, or restarts, polling, and listens to the pasteboard's announcements.
   void start();
+  /// Ends both; a reading under way is dropped.
   void stop();
   /// One step: begins to read the contents if they changed since the last look.
   void poll();
@@ -52,13 +57,31 @@ class ClipboardWatcher {
  private:
   struct Reading;
 
+  // What follows each answer of the pasteboard, for the reading under way.
+  void typesRead(Reading& reading, const std::optional<std::vector<std::string>>& types);
+  void filesRead(Reading& reading, const std::vector<std::filesystem::path>& paths);
+  void stringRead(Reading& reading, std::optional<std::string> string);
+  void dataRead(Reading& reading, PasteboardDataType type, std::optional<Bytes> data);
+  void imageRead(Reading& reading, const std::shared_ptr<const Image>& image);
+
+  /// A completion that goes on with `next` while the reading under way now still is.
+  template <class Value, class Next>
+  [[nodiscard]] Pasteboard::Completion<Value> whileReading(Next next);
+  /// Ends the reading by what `capture` hands to the store.
+  void finish(const std::function<void()>& capture);
+  void ownerExited(Pasteboard::ChangeCount change);
+
   ClipStore& store_;
   PrivacyPreferences& privacy_;
   ClipboardServices services_;
   Pasteboard::ChangeCount lastChangeCount_;
   std::unique_ptr<Timer> timer_;
+  bool listening_ = false;
   std::shared_ptr<Reading> reading_;  // under way; queued steps hold it weakly
+  /// The change that was captured last, while nothing newer was seen, and its entry.
   std::optional<std::pair<Pasteboard::ChangeCount, Uuid>> newestCapture_;
+  /// Announcements on their way hold it weakly.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace vantorel

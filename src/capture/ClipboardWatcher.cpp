@@ -1,0 +1,207 @@
+#include "capture/ClipboardWatcher.h"
+
+#include <algorithm>
+
+#include "platform/OwnApplication.h"
+#include "store/ContentFingerprint.h"
+#include "text/Unicode.h"
+
+namespace vantorel {
+namespace {
+
+constexpr std::size_t previewCharacters = 500;
+
+ClipItem textItem(std::string text, std::optional<Bytes> rtf, std::optional<Bytes> html,
+                  const SourceApp& source, Date now) {
+  ClipItem item;
+  item.id = Uuid::random();
+  item.kind = ClipKind::text;
+  item.createdAt = now;
+  item.title = "Text";
+  item.preview = prefixOfCharacters(trimmed(text), previewCharacters);
+  item.contentHash = ContentFingerprint::data(bytesOf(text));
+  item.text = SharedText(std::move(text));
+  item.sourceAppName = source.name;
+  item.sourceBundleIdentifier = source.bundleIdentifier;
+  if (rtf) item.rtfData = SharedBytes(std::move(*rtf));
+  if (html) item.htmlData = SharedBytes(std::move(*html));
+  item.isPinned = false;
+  return item;
+}
+
+/// When an entry was last copied again; what a capture changes in an entry that it merges with.
+using CopyDates = std::vector<std::pair<Uuid, std::optional<Date>>>;
+
+CopyDates copyDates(const std::vector<ClipItem>& items) {
+  CopyDates dates;
+  dates.reserve(items.size());
+  for (const auto& item : items) dates.emplace_back(item.id, item.lastCopiedAt);
+  return dates;
+}
+
+/// The entry that was added or copied again since `before`; absent when nothing was taken in.
+std::optional<Uuid> capturedEntry(const CopyDates& before, const std::vector<ClipItem>& items) {
+  const auto found = std::find_if(items.begin(), items.end(), [&](const ClipItem& item) {
+    const std::pair entry(item.id, item.lastCopiedAt);
+    return std::find(before.begin(), before.end(), entry) == before.end();
+  });
+  return found != items.end() ? std::optional(found->id) : std::nullopt;
+}
+
+}  // namespace
+
+/// One change on its way into the history.
+struct ClipboardWatcher::Reading {
+  Pasteboard::ChangeCount change = 0;
+  SourceApp source;
+  std::string text;
+  std::optional<Bytes> rtf;
+  std::optional<Bytes> html;
+  int formsAwaited = 2;  // RTF and HTML, asked for together
+};
+
+ClipboardWatcher::ClipboardWatcher(ClipStore& store, PrivacyPreferences& privacy,
+                                   ClipboardServices services)
+    : store_(store),
+      privacy_(privacy),
+      services_(services),
+      lastChangeCount_(services.pasteboard.changeCount()) {}
+
+ClipboardWatcher::~ClipboardWatcher() { stop(); }
+
+void ClipboardWatcher::start() {
+  timer_ = services_.dispatch.every(pollInterval, [this] { poll(); });
+  const std::weak_ptr<bool> alive = alive_;
+  services_.pasteboard.setChangeHandler([this, alive] {
+    if (!alive.expired()) poll();
+  });
+  services_.pasteboard.setOwnerExitHandler([this, alive](Pasteboard::ChangeCount change) {
+    if (!alive.expired()) ownerExited(change);
+  });
+  listening_ = true;
+}
+
+void ClipboardWatcher::stop() {
+  timer_.reset();
+  reading_.reset();
+  if (!listening_) return;
+  services_.pasteboard.setChangeHandler({});
+  services_.pasteboard.setOwnerExitHandler({});
+  listening_ = false;
+}
+
+template <class Value, class Next>
+Pasteboard::Completion<Value> ClipboardWatcher::whileReading(Next next) {
+  return [this, next, current = std::weak_ptr(reading_)](Value value) {
+    // The watcher owns the reading: while there is one, there is a watcher.
+    if (const auto reading = current.lock()) (this->*next)(*reading, std::move(value));
+  };
+}
+
+void ClipboardWatcher::poll() {
+  const auto change = services_.pasteboard.changeCount();
+  if (change == lastChangeCount_) return;
+  lastChangeCount_ = change;
+  newestCapture_.reset();
+  reading_.reset();
+
+  auto source = currentSourceApp();
+  // What the pause or the source alone rules out is not even asked about.
+  if (privacy_.shouldIgnore({}, source)) return;
+  reading_ = std::make_shared<Reading>();
+  reading_->change = change;
+  reading_->source = std::move(source);
+  services_.pasteboard.readTypes(
+      change, whileReading<std::optional<std::vector<std::string>>>(&ClipboardWatcher::typesRead));
+}
+
+void ClipboardWatcher::typesRead(Reading& reading,
+                                 const std::optional<std::vector<std::string>>& types) {
+  if (!types || types->empty() || privacy_.shouldIgnore(*types, reading.source)) {
+    reading_.reset();
+    return;
+  }
+  services_.pasteboard.readFileURLs(
+      reading.change,
+      whileReading<std::vector<std::filesystem::path>>(&ClipboardWatcher::filesRead));
+}
+
+void ClipboardWatcher::filesRead(Reading& reading,
+                                 const std::vector<std::filesystem::path>& paths) {
+  if (!paths.empty()) {
+    finish([&] { store_.captureFiles(paths, reading.source); });
+    return;
+  }
+  services_.pasteboard.readString(
+      reading.change, whileReading<std::optional<std::string>>(&ClipboardWatcher::stringRead));
+}
+
+void ClipboardWatcher::stringRead(Reading& reading, std::optional<std::string> string) {
+  if (!string) {
+    services_.pasteboard.readImage(
+        reading.change, whileReading<std::shared_ptr<const Image>>(&ClipboardWatcher::imageRead));
+    return;
+  }
+  if (trimmed(*string).empty()) {
+    reading_.reset();  // blank text stands for itself: an image beside it is not wanted
+    return;
+  }
+  reading.text = std::move(*string);
+  for (const auto type : {PasteboardDataType::rtf, PasteboardDataType::html}) {
+    services_.pasteboard.readData(
+        reading.change, type,
+        [this, type, current = std::weak_ptr(reading_)](std::optional<Bytes> data) {
+          if (const auto living = current.lock()) dataRead(*living, type, std::move(data));
+        });
+  }
+}
+
+void ClipboardWatcher::dataRead(Reading& reading, PasteboardDataType type,
+                                std::optional<Bytes> data) {
+  (type == PasteboardDataType::rtf ? reading.rtf : reading.html) = std::move(data);
+  if (--reading.formsAwaited > 0) return;
+  finish([&] {
+    store_.insert(textItem(std::move(reading.text), std::move(reading.rtf), std::move(reading.html),
+                           reading.source, services_.dispatch.now()));
+  });
+}
+
+void ClipboardWatcher::imageRead(Reading& reading, const std::shared_ptr<const Image>& image) {
+  finish([&] {
+    if (image) store_.captureImage(*image, reading.source);
+  });
+}
+
+void ClipboardWatcher::finish(const std::function<void()>& capture) {
+  const auto reading = std::exchange(reading_, nullptr);
+  const auto before = copyDates(store_.items());
+  capture();
+  const auto entry = capturedEntry(before, store_.items());
+  if (entry && reading->change == lastChangeCount_) newestCapture_ = {reading->change, *entry};
+}
+
+void ClipboardWatcher::ownerExited(Pasteboard::ChangeCount change) {
+  if (!newestCapture_ || newestCapture_->first != change) return;
+  if (services_.pasteboard.changeCount() != change) return;
+  const auto id = std::exchange(newestCapture_, std::nullopt)->second;
+  const auto& items = store_.items();
+  const auto found =
+      std::find_if(items.begin(), items.end(), [&](const auto& item) { return item.id == id; });
+  if (found == items.end() || !onContentsLost) return;
+  onContentsLost(ClipItem(*found));  // a copy: the history may change meanwhile
+}
+
+void ClipboardWatcher::advanceLastChangeCount() {
+  const auto change = services_.pasteboard.changeCount();
+  if (change != lastChangeCount_) newestCapture_.reset();
+  lastChangeCount_ = change;
+  reading_.reset();
+}
+
+SourceApp ClipboardWatcher::currentSourceApp() const {
+  auto front = services_.workspace.frontmostApplication();
+  if (!front || isOwnApplication(services_.workspace, *front)) return {};
+  return {std::move(front->localizedName), std::move(front->bundleIdentifier)};
+}
+
+}  // namespace vantorel
