@@ -67,13 +67,17 @@ class Accessibility:
     def _ask(self, request):
         self._start()
 
+        problems = []
+
         def asked():
             self._process.stdin.write(json.dumps(request).encode() + b"\n")
             self._process.stdin.flush()
             answer = json.loads(self._process.stdout.readline())
+            problems.append(answer.get("problem"))
             return answer if "answer" in answer else None
 
-        return wait_for(f"an answer of the accessibility bus to {request}", asked, 10)["answer"]
+        return wait_for(f"an answer of the accessibility bus to {request}", asked, 10,
+                        lambda: problems[-1])["answer"]
 
     def _start(self):
         if self._process is None:

@@ -26,19 +26,16 @@ def _applications():
 
 
 def _value(element):
-    try:
-        if element.is_text():
-            return Atspi.Text.get_text(element, 0, -1)
-    except GLib.Error:
-        return None
-    return None
+    text = element.get_text_iface()
+    return None if text is None else Atspi.Text.get_text(text, 0, -1)
 
 
 def _describe(element, depth=0):
     states = element.get_state_set()
     extents = None
-    if element.is_component():
-        box = element.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+    component = element.get_component_iface()
+    if component is not None:
+        box = component.get_extents(Atspi.CoordType.SCREEN)
         extents = [box.x, box.y, box.width, box.height]
     children = []
     if depth < _DEPTH:

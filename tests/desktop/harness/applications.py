@@ -82,11 +82,12 @@ def qt_editor(desktop, path, contents=""):
 class Terminal(Application):
     """A terminal emulator that writes what it is given into a file."""
 
-    def __init__(self, desktop, path):
+    def __init__(self, desktop, path, options=()):
         self.path = path
         # Without line editing every character reaches the file as soon as it arrives.
         super().__init__(desktop, "xterm",
-                         ["xterm", "-e", "sh", "-c", f"stty -icanon; exec cat > '{path}'"], "xterm")
+                         ["xterm", *options, "-e", "sh", "-c",
+                          f"stty -icanon; exec cat > '{path}'"], "xterm")
         wait_for("the terminal's program to listen", lambda: os.path.exists(path))
 
     def wait_for_text(self, expected, limit=20):

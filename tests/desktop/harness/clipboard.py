@@ -8,6 +8,7 @@ import threading
 import time
 
 from Xlib import X
+from Xlib.protocol import request
 
 from .waiting import wait_for
 
@@ -75,16 +76,15 @@ class Clipboard:
         return owner if isinstance(owner, int) else owner.id
 
     def disown(self):
-        """Empties the selection as its owner may."""
+        """Empties the selection on purpose, as programs do that clear a clipboard."""
         display = self._desktop.display
-        window = display.screen().root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
-        window.set_selection_owner(display.intern_atom("CLIPBOARD"), X.CurrentTime)
-        window.destroy()
+        request.SetSelectionOwner(display=display.display, window=X.NONE,
+                                  selection=display.intern_atom("CLIPBOARD"), time=X.CurrentTime)
         display.sync()
 
     def _file(self, data):
         self._files += 1
-        path = os.path.join(self._desktop.runtime, f"copied-{self._files}")
+        path = os.path.join(self._desktop.files, f"copied-{self._files}")
         with open(path, "wb") as file:
             file.write(data)
         return path

@@ -41,7 +41,9 @@ class PrivateDesktop:
         self.home = home or os.path.join(self.base, "home")
         self.runtime = os.path.join(self.base, "runtime")
         self.logs = logs or os.path.join(self.base, "logs")
-        for directory, mode in ((self.home, 0o700), (self.runtime, 0o700), (self.logs, 0o755)):
+        self.files = os.path.join(self.base, "files")  # what tests hand to other programs
+        for directory, mode in ((self.home, 0o700), (self.runtime, 0o700), (self.logs, 0o755),
+                                (self.files, 0o700)):
             os.makedirs(directory, mode=mode, exist_ok=True)
         os.chmod(self.runtime, 0o700)
         self.processes = Processes(self.logs)
@@ -49,6 +51,7 @@ class PrivateDesktop:
         self.bus = SessionBus(self.processes, self.runtime)
         self.keyring = Keyring(self.processes, self.bus_call)
         self.display = None
+        self.x_server = None
         self.window_manager = None
         self.keep = False
 
@@ -133,7 +136,7 @@ class PrivateDesktop:
         read_end, write_end = os.pipe()
         width, height = self.size[0] * self.scale, self.size[1] * self.scale
         try:
-            self.processes.start(
+            self.x_server = self.processes.start(
                 "xvfb",
                 ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24",
                  "-dpi", str(96 * self.scale), "-nolisten", "tcp", "-noreset"],
@@ -191,7 +194,9 @@ class PrivateDesktop:
         if self.dark:
             env["GTK_THEME"] = "Adwaita:dark"
         if self.scale != 1:
+            # The resource Xft.dpi scales the letters already.
             env["GDK_SCALE"] = str(self.scale)
+            env["GDK_DPI_SCALE"] = str(1 / self.scale)
         for name in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"):
             os.makedirs(env[name], mode=0o700, exist_ok=True)
         return env

@@ -5,7 +5,7 @@ from Xlib.ext import xtest
 
 # Where keys are, whatever the layout says they carry (evdev keycodes, as Xvfb has them).
 PHYSICAL = {
-    "v": 55, "c": 54, "a": 38, "f": 41, "p": 33, "r": 27, "s": 39, "q": 24, "x": 53, "z": 52,
+    "v": 55, "c": 54, "a": 38, "f": 41, "p": 33, "r": 27, "s": 39, "q": 24, "k": 45, "x": 53, "z": 52,
     **{str(digit): 9 + digit for digit in range(1, 10)},
     "Super": 133, "Shift": 50, "Ctrl": 37, "Alt": 64, "CapsLock": 66, "NumLock": 77, "Menu": 135,
     "Return": 36, "KeypadEnter": 104, "Escape": 9, "Delete": 119, "BackSpace": 22, "Space": 65,

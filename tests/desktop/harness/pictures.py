@@ -16,6 +16,12 @@ def png(width, height, colour=(200, 40, 40), level=6):
     return _assemble(width, height, zlib.compress(b"".join(rows), level))
 
 
+def png_of_rows(width, rows, level=6):
+    """A picture of given rows, three bytes to a pixel."""
+    packed = zlib.compress(b"".join(b"\0" + row for row in rows), level)
+    return _assemble(width, len(rows), packed)
+
+
 def noise_png(width, height, seed=1):
     """A picture that cannot be compressed."""
     state = seed or 1

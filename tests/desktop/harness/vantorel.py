@@ -42,17 +42,19 @@ class Vantorel:
         self.accessibility = Accessibility(desktop)
         self.defaults_file = os.path.join(desktop.env["XDG_CONFIG_HOME"], "vantorel",
                                           "defaults.json")
+        self.launcher = []  # a command in front of the program's
         self.process = None
 
     # Starting and ending
 
-    def start(self, *arguments, capturing=True):
+    def start(self, *arguments, capturing=True, accessible=True):
         """Starts it; with `capturing`, waits until it notices copies."""
         if not os.path.exists(self.defaults_file):
+            # The welcome of a first start has tests of its own.
             self.set_defaults({"didShowOnboardingV2": True})
         self.process = self.desktop.start(
-            "vantorel", [program_path(), *arguments],
-            {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "NO_AT_BRIDGE": "0"})
+            "vantorel", [*self.launcher, program_path(), *arguments],
+            {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"} if accessible else {})
         if capturing:
             self.wait_until_capturing()
         return self

@@ -1,0 +1,92 @@
+#include "PaintWatch.h"
+
+#include <xcb/damage.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <stdexcept>
+#include <utility>
+
+namespace vantorel::bench {
+
+namespace {
+
+constexpr auto kQuiet = std::chrono::milliseconds(150);
+constexpr auto kLimit = std::chrono::seconds(5);
+// A blinking caret or the end of a fade does not make a picture unfinished: up to two pixels of a
+// thousand may differ by more than a shade.
+constexpr double kTolerated = 0.002;
+constexpr int kShade = 24;
+
+bool differs(std::uint32_t one, std::uint32_t other) {
+  for (int shift = 0; shift < 24; shift += 8) {
+    const int left = static_cast<int>((one >> shift) & 0xffU);
+    const int right = static_cast<int>((other >> shift) & 0xffU);
+    if (std::abs(left - right) > kShade) return true;
+  }
+  return false;
+}
+
+bool sameToTheEye(const std::vector<std::uint32_t>& one, const std::vector<std::uint32_t>& other) {
+  if (one.size() != other.size() || one.empty()) return false;
+  std::size_t different = 0;
+  for (std::size_t i = 0; i < one.size(); ++i) different += differs(one[i], other[i]) ? 1 : 0;
+  return static_cast<double>(different) <= kTolerated * static_cast<double>(one.size());
+}
+
+}  // namespace
+
+PaintWatch::PaintWatch(const Screen& screen, std::string title)
+    : screen_(screen), title_(std::move(title)) {}
+
+void PaintWatch::begin() {
+  const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+  xcb_change_window_attributes(screen_.connection(), screen_.root(), XCB_CW_EVENT_MASK, &mask);
+  if (const auto window = screen_.visibleWindow(title_)) watch(*window);
+  xcb_flush(screen_.connection());
+}
+
+void PaintWatch::watch(xcb_window_t window) {
+  if (!watched_.emplace(window, false).second) return;
+  const auto damage = xcb_generate_id(screen_.connection());
+  xcb_damage_create(screen_.connection(), damage, window, XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
+  xcb_flush(screen_.connection());
+}
+
+bool PaintWatch::isOurs(xcb_window_t window) {
+  const auto known = watched_.find(window);
+  if (known == watched_.end()) return false;
+  if (!known->second) known->second = screen_.title(window) == title_;
+  return known->second;
+}
+
+double PaintWatch::measure(const std::function<Clock::time_point()>& act) {
+  screen_.discardEvents();
+  std::vector<Painting> paintings;
+  xcb_window_t window = XCB_WINDOW_NONE;
+  const auto beginning = act();
+  auto deadline = beginning + kLimit;
+  while (const auto event = screen_.nextEvent(deadline)) {
+    const auto moment = Clock::now();
+    const auto type = event->response_type & 0x7fU;
+    if (type == XCB_CREATE_NOTIFY) {
+      watch(reinterpret_cast<const xcb_create_notify_event_t*>(event.get())->window);
+    } else if (type == static_cast<unsigned>(screen_.firstDamageEvent() + XCB_DAMAGE_NOTIFY)) {
+      const auto* damage = reinterpret_cast<const xcb_damage_notify_event_t*>(event.get());
+      if (!isOurs(damage->drawable)) continue;
+      window = damage->drawable;
+      // Of a stroke in many rectangles the last one finishes the picture.
+      const bool more = (damage->level & 0x80U) != 0;
+      if (!more) paintings.push_back({moment, screen_.pixels(window)});
+      deadline = moment + kQuiet;
+    }
+  }
+  if (paintings.empty()) throw std::runtime_error("nothing was painted in " + title_);
+  const auto final = screen_.pixels(window);
+  for (const auto& painting : paintings) {
+    if (sameToTheEye(painting.pixels, final)) return milliseconds(painting.moment - beginning);
+  }
+  throw std::runtime_error("the picture of " + title_ + " did not come to rest");
+}
+
+}  // namespace vantorel::bench
