@@ -1,0 +1,122 @@
+"""Keyrings that cannot be used: nothing is created, nothing is written, everything else works."""
+
+import json
+import os
+import unittest
+
+from harness.case import VantorelTestCase
+from harness.history import seal, text_item
+from harness.keyring import KeyringState
+from harness.vantorel import STORAGE_NOTICE
+from harness.waiting import stays_true, wait_for
+
+KEY = bytes(range(32))
+
+
+class KeyringTestCase(VantorelTestCase):
+    autostart = False
+
+    def start_and_expect_the_notice(self):
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+
+    def expect_panel_and_no_capture(self):
+        owner = self.clipboard.own(offers={"UTF8_STRING": b"not to be captured"})
+        self.vantorel.open_panel()
+        stays_true("nothing read", lambda: not owner.contents_requested(), 0.5)
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+
+    def expect_no_file(self):
+        self.assertFalse(self.vantorel.history.exists())
+        files = [name for _, _, names in os.walk(self.vantorel.history.directory)
+                 for name in names]
+        self.assertEqual(files, [])
+
+
+class Locked(KeyringTestCase):
+    def test_the_key_stays_and_the_history_stays(self):
+        sealed = seal(KEY, json.dumps([text_item("behind the lock")]).encode())
+        self.desktop.keyring.store(KEY)
+        self.desktop.keyring.lock()
+        self.vantorel.history.write_raw(sealed)
+        self.start_and_expect_the_notice()
+        self.expect_panel_and_no_capture()
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.assertEqual(self.desktop.keyring.item_count(), 1)
+        self.assertEqual(self.vantorel.history.raw(), sealed)
+
+    def test_no_key_is_created_on_an_empty_one(self):
+        self.desktop.keyring.lock()
+        self.start_and_expect_the_notice()
+        self.expect_panel_and_no_capture()
+        self.assertEqual(self.desktop.keyring.item_count(), 0)
+        self.expect_no_file()
+
+
+class Absent(KeyringTestCase):
+    desktop_options = {"keyring": KeyringState.ABSENT}
+
+    def test_nothing_is_written_and_the_panel_works(self):
+        self.start_and_expect_the_notice()
+        self.expect_panel_and_no_capture()
+        self.expect_no_file()
+
+
+class WithoutCollection(KeyringTestCase):
+    desktop_options = {"keyring": KeyringState.NO_COLLECTION}
+
+    def test_nothing_is_written_and_the_panel_works(self):
+        self.start_and_expect_the_notice()
+        self.expect_panel_and_no_capture()
+        self.expect_no_file()
+        self.assertEqual(self.desktop.keyring.item_count(), 0)
+
+
+class Stopped(KeyringTestCase):
+    def test_it_is_given_up_in_seconds_and_nothing_is_created_later(self):
+        self.desktop.keyring.suspend()
+        self.start_and_expect_the_notice()
+        self.expect_panel_and_no_capture()
+        self.expect_no_file()
+        self.desktop.keyring.resume()
+        wait_for("the keyring to answer again", self.desktop.keyring.default_collection)
+        stays_true("no key", lambda: self.desktop.keyring.item_count() == 0, 1)
+
+    def test_an_existing_key_and_history_stay(self):
+        sealed = seal(KEY, json.dumps([text_item("behind the silence")]).encode())
+        self.desktop.keyring.store(KEY)
+        self.vantorel.history.write_raw(sealed)
+        self.desktop.keyring.suspend()
+        self.start_and_expect_the_notice()
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.desktop.keyring.resume()
+        wait_for("the same key", lambda: self.desktop.keyring.key() == KEY)
+        self.assertEqual(self.desktop.keyring.item_count(), 1)
+        self.assertEqual(self.vantorel.history.raw(), sealed)
+
+
+class Unlocked(KeyringTestCase):
+    def test_one_key_is_created_and_used_ever_after(self):
+        self.vantorel.start()
+        key = self.desktop.keyring.key()
+        self.vantorel.quit()
+        self.vantorel.start()
+        self.assertEqual(self.desktop.keyring.key(), key)
+        self.assertEqual(self.desktop.keyring.item_count(), 1)
+
+    def test_a_keyring_locked_while_running_does_not_stop_the_capture(self):
+        self.vantorel.start()
+        key = self.desktop.keyring.key()
+        self.desktop.keyring.lock()
+        self.clipboard.copy("after the lock")
+        wait_for("a saved text", lambda: _opens_with(self.vantorel.history, key, "after the lock"))
+
+
+def _opens_with(history, key, text):
+    from harness.history import unseal
+    return text.encode() in unseal(key, history.raw())
+
+
+if __name__ == "__main__":
+    unittest.main()

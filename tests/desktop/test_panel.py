@@ -1,0 +1,396 @@
+"""The panel under a user's hands: keys, search, pointer, shortcut, place."""
+
+import unittest
+
+from Xlib import X
+
+from harness import applications
+from harness.case import VantorelTestCase
+from harness.vantorel import SHORTCUT
+from harness.waiting import stays_true, wait_for
+from harness.windows import Frame
+
+PIN_LIMIT_NOTICE = "Up to 5 pins. Unpin an item first."
+FRUITS = ("apple", "banana", "cherry")  # in the order they are copied
+
+
+class PanelTestCase(VantorelTestCase):
+    """An editor in front and three texts in the history."""
+
+    def setUp(self):
+        super().setUp()
+        self.editor = applications.gtk_editor(self.desktop, self.path("gtk.txt"))
+        for text in FRUITS:
+            self.vantorel.copy(text)
+
+    def press(self, *chords):
+        for chord in chords:
+            self.desktop.keyboard.chord(chord)
+
+
+class Keys(PanelTestCase):
+    def test_rows_are_listed_newest_first_with_their_source(self):
+        self.vantorel.open_panel()
+        self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
+        self.assertTrue(all(row.metadata.startswith("Mousepad") for row in self.vantorel.rows()))
+
+    def test_control_and_a_digit_paste_that_entry(self):
+        self.vantorel.open_panel()
+        self.press("Ctrl+3")
+        self.editor.wait_for_text("apple")
+
+    def test_control_and_a_digit_beyond_the_list_do_nothing(self):
+        panel = self.vantorel.open_panel()
+        self.press("Ctrl+4")
+        stays_true("the panel to be shown", lambda: self.desktop.windows.has_focus(panel), 0.3)
+        self.press("Escape")
+        self.assertEqual(self.editor.text().strip(), "")
+
+    def test_both_delete_keys_remove_the_selected_entry_from_disk_too(self):
+        self.vantorel.open_panel()
+        self.press("Down", "Delete")
+        self.vantorel.wait_for_texts(["cherry", "apple"])
+        self.vantorel.wait_for_rows(["cherry", "apple"])
+        self.press("BackSpace")
+        self.vantorel.wait_for_texts(["apple"])
+
+    def test_a_pin_goes_to_the_top_and_survives_a_restart(self):
+        self.vantorel.open_panel()
+        self.press("Down", "Down", "Ctrl+p")
+        self.vantorel.wait_for_rows(["apple", "cherry", "banana"])
+        self.press("Escape")
+        self.vantorel.wait_until_hidden()
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.vantorel.start()
+        self.vantorel.open_panel()
+        self.vantorel.wait_for_rows(["apple", "cherry", "banana"])
+        self.assertTrue(self.vantorel.history.items()[0]["isPinned"])
+
+    def test_a_sixth_pin_is_refused_with_a_notice(self):
+        for text in ("date", "elder", "fig"):
+            self.vantorel.copy(text)
+        self.vantorel.open_panel()
+        # Five times the last row, which each time is an entry not pinned yet.
+        for number in range(5):
+            self.press("Down", "Down", "Down", "Down", "Down", "Ctrl+p")
+            wait_for("one pin more", lambda count=number + 1: self._pins() == count)
+        self.press("Down", "Down", "Down", "Down", "Down", "Ctrl+p")
+        self.vantorel.wait_for_notice(PIN_LIMIT_NOTICE)
+        self.assertEqual(self._pins(), 5)
+
+    def test_a_pinned_entry_is_renamed_and_keeps_its_name(self):
+        self.vantorel.open_panel()
+        self.press("Ctrl+p")
+        wait_for("a pin", lambda: self._pins() == 1)
+        self.press("Ctrl+r")
+        wait_for("the field for the name", lambda: self._name_field())
+        self.desktop.keyboard.type("my fruit")
+        self.press("Return")
+        wait_for("the name on disk",
+                 lambda: self.vantorel.history.items()[0].get("customName") == "my fruit")
+        self.vantorel.wait_for_rows(["my fruit", "banana", "apple"])
+
+    def test_space_shows_the_whole_entry(self):
+        self.vantorel.open_panel()
+        self.press("Space")
+        self.desktop.windows.wait_for_title("Preview")
+        self.press("Escape")
+        self.vantorel.wait_until_hidden()
+        self.desktop.windows.wait_gone("Preview")
+
+    def test_alt_and_arrows_move_pins(self):
+        self.vantorel.open_panel()
+        self.press("Ctrl+p", "Down", "Ctrl+p")
+        wait_for("two pins", lambda: self._pins() == 2)
+        self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
+        self.press("Alt+Up")
+        self.vantorel.wait_for_rows(["banana", "cherry", "apple"])
+        wait_for("the order on disk", lambda: self.vantorel.history.texts() ==
+                 ["banana", "cherry", "apple"])
+
+    def _pins(self):
+        return sum(1 for item in self.vantorel.history.items() if item.get("isPinned"))
+
+    def _name_field(self):
+        program = self.vantorel.accessibility.program("vantorel")
+        return [element for element in program.walk()
+                if element.role in ("text", "entry") and element.showing and element.focused]
+
+
+class Search(PanelTestCase):
+    def test_typing_filters_the_list(self):
+        self.vantorel.open_panel()
+        self.desktop.keyboard.type("an")
+        self.vantorel.wait_for_rows(["banana"])
+        self.assertEqual(self.vantorel.search_text(), "an")
+        self.press("Return")
+        self.editor.wait_for_text("banana")
+
+    def test_nothing_that_is_typed_fast_is_lost(self):
+        self.press(SHORTCUT)
+        self.vantorel.wait_for_panel()
+        self.desktop.keyboard.type("cherry")
+        wait_for("the whole word in the search field",
+                 lambda: self.vantorel.search_text() == "cherry", 20, self.vantorel.search_text)
+        self.vantorel.wait_for_rows(["cherry"])
+
+    def test_escape_clears_the_text_first_and_hides_then(self):
+        panel = self.vantorel.open_panel()
+        self.desktop.keyboard.type("an")
+        self.vantorel.wait_for_rows(["banana"])
+        self.press("Escape")
+        self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
+        self.assertTrue(self.desktop.windows.has_focus(panel))
+        self.press("Escape")
+        self.vantorel.wait_until_hidden()
+        self.desktop.windows.wait_active(self.editor.window)
+
+    def test_keys_edit_the_text_while_there_is_some(self):
+        self.vantorel.open_panel()
+        self.desktop.keyboard.type("anx")
+        wait_for("the text", lambda: self.vantorel.search_text() == "anx")
+        self.press("BackSpace")
+        self.vantorel.wait_for_rows(["banana"])
+        self.assertEqual(len(self.vantorel.history.items()), 3)
+
+    def test_a_search_without_a_match_says_so(self):
+        self.vantorel.open_panel()
+        self.desktop.keyboard.type("zzz")
+        wait_for("the sentence", lambda: self.vantorel.panel_tree().find(name="No matching clips"))
+        self.assertEqual(self.vantorel.rows(), [])
+
+    def test_a_new_opening_starts_without_the_old_search(self):
+        self.vantorel.open_panel()
+        self.desktop.keyboard.type("an")
+        self.vantorel.wait_for_rows(["banana"])
+        self.press(SHORTCUT)
+        self.vantorel.wait_until_hidden()
+        self.vantorel.open_panel()
+        self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
+
+    def test_the_type_filter_is_chosen_from_its_menu(self):
+        self.vantorel.open_panel()
+        self.desktop.keyboard.type("a")
+        self.vantorel.wait_for_rows(["banana", "apple"])
+        self.desktop.pointer.click(*self.vantorel.control("Filter by type").centre())
+        wait_for("the menu", lambda: self._menu_item("Images"))
+        self.desktop.pointer.click(*self._menu_item("Images").centre())
+        wait_for("an empty list", lambda: self.vantorel.rows() == [])
+        self.press("Escape")
+        stays_true("an empty list", lambda: self.vantorel.rows() == [], 0.2)
+        self.press("Escape")
+        self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
+        self.press("Escape")
+        self.vantorel.wait_until_hidden()
+
+    def _menu_item(self, name):
+        program = self.vantorel.accessibility.program("vantorel")
+        found = [element for element in program.walk() if element.name == name and element.showing
+                 and "menu item" in element.role]
+        return found[0] if found else None
+
+
+class PointerOnThePanel(PanelTestCase):
+    def test_a_click_on_a_row_pastes_it(self):
+        self.vantorel.open_panel()
+        self.vantorel.click_row("banana")
+        self.editor.wait_for_text("banana")
+
+    def test_a_click_outside_hides_the_panel(self):
+        self.vantorel.open_panel()
+        self.desktop.pointer.click(20, self.desktop.size[1] - 20)
+        self.vantorel.wait_until_hidden()
+
+    def test_a_click_into_another_window_hides_the_panel(self):
+        self.vantorel.open_panel()
+        frame = self.desktop.windows.frame(self.editor.window)
+        self.desktop.pointer.click(frame.x + 5, frame.y + frame.height - 5)
+        self.vantorel.wait_until_hidden()
+
+    def test_the_pin_button_pins_and_does_not_paste(self):
+        self.vantorel.open_panel()
+        row = self.vantorel.wait_for_row("apple")
+        pin = row.element.find(name="Pin")[0]
+        self.desktop.pointer.click(*pin.centre())
+        wait_for("the pinned entry on disk", lambda: self.vantorel.history.items()[0]["isPinned"])
+        self.assertEqual(self.vantorel.history.texts()[0], "apple")
+        self.assertIsNotNone(self.vantorel.panel())
+
+    def test_a_pinned_row_is_dragged_above_another(self):
+        self.vantorel.open_panel()
+        self.press("Ctrl+p", "Down", "Ctrl+p")
+        self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
+        wait_for("two pins", lambda: self.vantorel.history.items()[1].get("isPinned"))
+        target = self.vantorel.wait_for_row("cherry").centre
+        start = self.vantorel.wait_for_row("banana").centre
+        self.desktop.pointer.drag(start, (target[0], target[1] - 14))
+        wait_for("the new order on disk",
+                 lambda: self.vantorel.history.texts() == ["banana", "cherry", "apple"])
+
+    def test_a_list_that_changes_under_the_pointer_is_not_rebuilt(self):
+        self.vantorel.open_panel()
+        self.desktop.pointer.move(*self.vantorel.wait_for_row("banana").centre)
+        self.vantorel.copy("date")
+        stays_true("the old rows",
+                   lambda: self.vantorel.row_titles() == ["cherry", "banana", "apple"], 0.3)
+
+    def test_a_copy_made_meanwhile_appears_in_the_open_panel(self):
+        self.desktop.pointer.move(5, 5)
+        self.vantorel.open_panel()
+        self.vantorel.copy("date")
+        self.vantorel.wait_for_rows(["date", "cherry", "banana", "apple"])
+
+
+class Shortcut(PanelTestCase):
+    def _opens_and_hides(self):
+        self.vantorel.open_panel()
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+        self.desktop.windows.wait_active(self.editor.window)
+
+    def test_a_second_press_hides_and_the_application_has_the_keyboard_again(self):
+        self._opens_and_hides()
+        self._opens_and_hides()
+
+    def test_it_works_with_caps_lock_and_num_lock(self):
+        keyboard = self.desktop.keyboard
+        for locks, mask in ((("CapsLock",), X.LockMask), (("NumLock",), X.Mod2Mask),
+                            (("CapsLock", "NumLock"), X.LockMask | X.Mod2Mask)):
+            with self.subTest(locks):
+                for lock in locks:
+                    keyboard.tap(lock)
+                wait_for("the locks", lambda expected=mask: keyboard.locked() == expected)
+                self._opens_and_hides()
+                for lock in locks:
+                    keyboard.tap(lock)
+                wait_for("no locks", lambda: keyboard.locked() == 0)
+
+    def test_pressed_fast_many_times_it_ends_where_it_should(self):
+        for _ in range(9):
+            self.vantorel.press_shortcut()
+        self.vantorel.wait_for_panel()
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+
+    def test_it_reaches_no_other_application(self):
+        self._opens_and_hides()
+        self.assertEqual(self.editor.text().strip(), "")
+
+    def test_a_stored_shortcut_is_used_instead(self):
+        self.vantorel.quit()
+        self.vantorel.set_defaults({"shortcut.keyCode": 40, "shortcut.modifiers": 0x1800,
+                                    "shortcut.keyLabel": "K"})
+        self.vantorel.start()
+        self.vantorel.press_shortcut()
+        self.desktop.keyboard.chord("Ctrl+Alt+k")
+        self.vantorel.wait_for_panel()
+
+    def test_a_shortcut_that_is_taken_is_announced(self):
+        self.vantorel.quit()
+        root = self.desktop.display.screen().root
+        root.grab_key(55, X.Mod4Mask | X.ShiftMask, False, X.GrabModeAsync, X.GrabModeAsync)
+        self.desktop.display.sync()
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_for_notice(
+            "Shortcut unavailable. Open Keyboard Shortcut to choose another.")
+        self.vantorel.wait_until_capturing()
+        self.assertEqual(self.vantorel.command("--toggle").returncode, 0)
+        self.vantorel.wait_for_panel()
+
+
+class Layouts(PanelTestCase):
+    def _shortcut_opens_and_return_pastes(self, expected):
+        self.vantorel.open_panel()
+        self.desktop.keyboard.tap("Return")
+        self.editor.wait_for_text(expected)
+
+    def test_with_a_french_keyboard(self):
+        self.desktop.set_layout("fr")
+        self._shortcut_opens_and_return_pastes("cherry")
+
+    def test_with_a_second_layout_in_force(self):
+        self.desktop.set_layout("us,il", "grp:menu_toggle")
+        self.desktop.keyboard.tap("Menu")
+        self._shortcut_opens_and_return_pastes("cherry")
+
+    def test_with_a_second_layout_at_rest(self):
+        self.desktop.set_layout("us,il")
+        self._shortcut_opens_and_return_pastes("cherry")
+
+    def test_with_the_layouts_in_the_other_order(self):
+        self.desktop.set_layout("il,us")
+        self._shortcut_opens_and_return_pastes("cherry")
+
+    def test_hebrew_typed_into_the_search_finds_hebrew(self):
+        self.vantorel.copy("שלום")
+        self.desktop.set_layout("us,il", "grp:menu_toggle")
+        self.desktop.keyboard.tap("Menu")
+        self.vantorel.open_panel()
+        for key in ("a", "k"):  # ש, ל
+            self.desktop.keyboard.tap(key)
+        self.vantorel.wait_for_rows(["שלום"])
+
+    def test_a_layout_changed_while_running_keeps_the_shortcut(self):
+        for layout in ("fr", "us", "il,us", "us"):
+            self.desktop.set_layout(layout)
+            self.vantorel.open_panel()
+            self.vantorel.press_shortcut()
+            self.vantorel.wait_until_hidden()
+
+
+class Place(VantorelTestCase):
+    def _expected(self, height):
+        width, screen = 408, self.desktop.size
+        return Frame((screen[0] - width) // 2, (screen[1] - height) // 2, width, height)
+
+    def _shown_frame(self):
+        panel = self.vantorel.panel()
+        return panel and self.desktop.windows.frame(panel)
+
+    def _wait_for_frame(self, height):
+        expected = self._expected(height)
+
+        def near():
+            frame = self._shown_frame()
+            return frame and all(abs(have - want) <= 1 for have, want in zip(frame, expected))
+
+        wait_for(f"the panel at {expected}", near, 20, self._shown_frame)
+
+    def test_an_empty_history_shows_a_small_panel_in_the_middle(self):
+        self.vantorel.open_panel()
+        self._wait_for_frame(94)
+        wait_for("the sentence", lambda: self.vantorel.panel_tree().find(name="No clips yet"))
+
+    def test_the_panel_is_as_high_as_its_rows_up_to_nine(self):
+        for number in range(3):
+            self.vantorel.copy(f"text {number}")
+        self.vantorel.open_panel()
+        self._wait_for_frame(48 * 3 + 2 + 20)
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+        for number in range(3, 14):
+            self.vantorel.copy(f"text {number}")
+        self.vantorel.open_panel()
+        self._wait_for_frame(48 * 9 + 8 + 20)
+
+    def test_the_search_field_makes_the_panel_higher(self):
+        self.vantorel.copy("text")
+        self.vantorel.open_panel()
+        self._wait_for_frame(94)
+        self.desktop.keyboard.type("te")
+        self._wait_for_frame(48 + 39 + 20)
+
+    def test_the_panel_is_really_painted(self):
+        for number in range(4):
+            self.vantorel.copy(f"text {number}")
+        self.vantorel.open_panel()
+        wait_for("a picture of many colours",
+                 lambda: self.desktop.windows.distinct_colours(self._shown_frame()) > 16)
+
+
+class PlaceWithCompositor(Place):
+    desktop_options = {"compositor": True}
+
+
+if __name__ == "__main__":
+    unittest.main()
