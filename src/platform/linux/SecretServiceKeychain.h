@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/Dispatch.h"
+#include "platform/Keychain.h"
+
+namespace vantorel {
+
+/// The login keychain of a Linux desktop: the default collection of the user's Secret Service. The
+/// data-protection keychain does not exist here and answers `missingEntitlement` at once.
+///
+/// The service is asked on a thread of this object's own. A call that it does not answer within
+/// `timeLimit` is given up: its late answer is dropped, and an update that was given up is taken
+/// back. The user is asked to unlock once in this object's life.
+///
+/// To start without waiting: construct this first thing in the program, call `prepare` with the
+/// query of the history's key, make the toolkit ready, enter the event loop, and create what reads
+/// the key from within `ready`. Then no window waits for the keyring or for the user's password.
+/// `dispatch` outlives this.
+class SecretServiceKeychain : public Keychain {
+ public:
+  static constexpr std::chrono::seconds timeLimit{5};
+
+  explicit SecretServiceKeychain(Dispatch& dispatch);
+  ~SecretServiceKeychain() override;
+
+  /// Called on the main queue, once, when the keyring has been unlocked after a `copyMatching` or a
+  /// prepared one was answered with `userCanceled`. The program can then `prepare` again and start
+  /// over with its history.
+  void onUnlocked(std::function<void()> handler);
+
+  /// Begins to look up these queries and returns at once. When the answers are known, or after
+  /// `timeLimit`, `ready` is called on the main queue; the first `copyMatching` for each query then
+  /// answers with what was found, without asking again. While the user is still being asked for a
+  /// password at that time, that is `userCanceled`. Main thread.
+  void prepare(std::vector<KeychainQuery> queries, std::function<void()> ready);
+
+  [[nodiscard]] KeychainResult copyMatching(const KeychainQuery& query) override;
+  [[nodiscard]] OSStatus add(const KeychainQuery& query, const KeychainAttributes& attributes,
+                             const SecretBytes& data) override;
+  [[nodiscard]] OSStatus update(const KeychainQuery& query, const SecretBytes& data) override;
+
+ private:
+  class Worker;
+  struct Prepared;
+
+  [[nodiscard]] std::optional<KeychainResult> takePrepared(const KeychainQuery& query);
+
+  Dispatch& dispatch_;
+  std::shared_ptr<std::function<void()>> onUnlocked_;  // its life is the weak token
+  std::vector<Prepared> prepared_;
+  std::unique_ptr<Worker> worker_;
+};
+
+}  // namespace vantorel
