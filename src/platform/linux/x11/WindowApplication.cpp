@@ -1,0 +1,107 @@
+#include "platform/linux/x11/WindowApplication.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <filesystem>
+#include <limits>
+#include <string_view>
+#include <system_error>
+
+#include "text/Unicode.h"
+
+namespace vantorel {
+
+namespace {
+
+std::string_view firstLabel(std::string_view host) { return host.substr(0, host.find('.')); }
+
+bool isLocal(const WindowFacts& facts, const LocalHost& host) {
+  if (facts.clientMachine.empty()) return true;
+  const auto machine = lowerCased(facts.clientMachine);
+  const auto own = lowerCased(host.name);
+  if (machine == own || machine == "localhost") return true;
+  // One of the two may carry its domain.
+  const bool oneIsShort =
+      machine.find('.') == std::string::npos || own.find('.') == std::string::npos;
+  return oneIsShort && firstLabel(machine) == firstLabel(own);
+}
+
+ProcessId numberOfClient(xcb_window_t window, std::uint32_t resourceMask) {
+  const auto client = (window & ~resourceMask) >> std::popcount(resourceMask);
+  return -1 - static_cast<ProcessId>(client);
+}
+
+bool isProcess(std::uint32_t pid) {
+  return pid > 0 && pid <= static_cast<std::uint32_t>(std::numeric_limits<ProcessId>::max());
+}
+
+}  // namespace
+
+LocalHost LocalHost::current(std::uint32_t resourceMask) {
+  std::array<char, 256> name{};
+  if (::gethostname(name.data(), name.size() - 1) != 0) name.front() = '\0';
+  return {name.data(), ::getpid(), resourceMask};
+}
+
+ProcessId processOf(const WindowFacts& facts, const LocalHost& host) {
+  if (isLocal(facts, host)) {
+    if (facts.statedPid && isProcess(*facts.statedPid)) {
+      return static_cast<ProcessId>(*facts.statedPid);
+    }
+    if (facts.clientPid && isProcess(*facts.clientPid)) {
+      return static_cast<ProcessId>(*facts.clientPid);
+    }
+  }
+  return numberOfClient(facts.window, host.resourceMask);
+}
+
+std::string executableOf(ProcessId pid) {
+  if (pid <= 0) return {};
+  std::error_code error;
+  const auto path =
+      std::filesystem::read_symlink("/proc/" + std::to_string(pid) + "/exe", error).string();
+  if (error) return {};
+  // A program that was replaced while it runs.
+  constexpr std::string_view deleted = " (deleted)";
+  std::string_view name(path);
+  if (name.size() > deleted.size() && name.substr(name.size() - deleted.size()) == deleted) {
+    name.remove_suffix(deleted.size());
+  }
+  return std::string(name.substr(name.rfind('/') + 1));
+}
+
+WindowIdentity identityOf(const WindowFacts& facts, const LocalHost& host) {
+  WindowIdentity identity{facts.desktopFile, facts.wmClass, facts.wmInstance, {}};
+  if (!isLocal(facts, host)) return identity;
+  // A program in a container states its number there; the server knows the one here.
+  const auto pid = facts.clientPid ? facts.clientPid : facts.statedPid;
+  if (pid && isProcess(*pid)) identity.executable = executableOf(static_cast<ProcessId>(*pid));
+  return identity;
+}
+
+RunningApplication applicationOf(const WindowFacts& facts, const DesktopEntry* entry,
+                                 const LocalHost& host) {
+  RunningApplication application;
+  application.processIdentifier = processOf(facts, host);
+  application.activationPolicy = ActivationPolicy::accessory;
+  if (application.processIdentifier == host.ownPid) {
+    application.bundleIdentifier = ownApplicationId;
+    application.localizedName = ownApplicationName;
+    return application;
+  }
+  if (facts.kind == WindowKind::normal) application.activationPolicy = ActivationPolicy::regular;
+  const auto& wmClass = facts.wmClass.empty() ? facts.wmInstance : facts.wmClass;
+  if (entry) {
+    application.bundleIdentifier = entry->id;
+    application.localizedName = entry->name.empty() ? wmClass : entry->name;
+  } else if (!wmClass.empty()) {
+    application.bundleIdentifier = wmClass;
+    application.localizedName = wmClass;
+  }
+  return application;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,85 @@
+#include "platform/linux/x11/X11EventMonitors.h"
+
+#include <xcb/xinput.h>
+
+#include <utility>
+
+#include "platform/linux/x11/X11Thread.h"
+
+namespace vantorel {
+
+namespace {
+
+constexpr std::uint32_t leftButton = 1;
+constexpr std::uint32_t rightButton = 3;
+
+class MouseDownMonitor : public Observation {
+ public:
+  MouseDownMonitor(Dispatch& dispatch, std::unique_ptr<X11Connection> connection,
+                   std::function<void()> handler)
+      : dispatch_(dispatch),
+        handler_(std::make_shared<std::function<void()>>(std::move(handler))),
+        thread_(std::move(connection), "mouse monitor") {}
+  ~MouseDownMonitor() override { thread_.stop(); }
+  MouseDownMonitor(const MouseDownMonitor&) = delete;
+  MouseDownMonitor& operator=(const MouseDownMonitor&) = delete;
+
+  /// False when the server does not report raw presses.
+  [[nodiscard]] bool begin() {
+    auto& connection = thread_.connection();
+    const auto* extension = connection.extension(xcb_input_id);
+    if (extension == nullptr) return false;
+    opcode_ = extension->major_opcode;
+    const auto version = connection.reply(xcb_input_xi_query_version_reply,
+                                          xcb_input_xi_query_version(connection.xcb(), 2, 2));
+    // Before 2.1 a grab by another client hides the presses.
+    if (!version || version->major_version < 2) return false;
+    if (!select(connection)) return false;
+    thread_.start([this](const xcb_generic_event_t& event) { handle(event); }, [] {});
+    return true;
+  }
+
+ private:
+  static bool select(const X11Connection& connection) {
+    struct {
+      xcb_input_event_mask_t head;
+      std::uint32_t mask;
+    } request{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
+    const auto cookie =
+        xcb_input_xi_select_events_checked(connection.xcb(), connection.root(), 1, &request.head);
+    return !connection.error(cookie) && !connection.broken();
+  }
+
+  void handle(const xcb_generic_event_t& event) const {
+    if ((event.response_type & 0x7FU) != XCB_GE_GENERIC) return;
+    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+    if (generic.extension != opcode_ || generic.event_type != XCB_INPUT_RAW_BUTTON_PRESS) return;
+    const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+    if (press.detail != leftButton && press.detail != rightButton) return;
+    dispatch_.async([weak = std::weak_ptr(handler_)] {
+      if (const auto handler = weak.lock()) (*handler)();
+    });
+  }
+
+  Dispatch& dispatch_;
+  std::shared_ptr<std::function<void()>> handler_;
+  X11Thread thread_;
+  std::uint8_t opcode_ = 0;
+};
+
+}  // namespace
+
+X11EventMonitors::X11EventMonitors(Dispatch& dispatch, std::string display)
+    : dispatch_(dispatch), display_(std::move(display)) {}
+
+std::unique_ptr<Observation> X11EventMonitors::addGlobalMouseDownMonitor(
+    std::function<void()> handler) {
+  auto connection = X11Connection::open(display_);
+  if (!connection) return nullptr;
+  auto monitor =
+      std::make_unique<MouseDownMonitor>(dispatch_, std::move(connection), std::move(handler));
+  if (!monitor->begin()) return nullptr;
+  return monitor;
+}
+
+}  // namespace vantorel

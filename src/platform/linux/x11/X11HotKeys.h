@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Dispatch.h"
+#include "platform/HotKeys.h"
+#include "platform/linux/x11/X11KeyGrabber.h"
+
+namespace vantorel {
+
+/// System-wide shortcuts by passive grabs on the root window, on a connection and thread of their
+/// own, so that a press is noticed at once whatever the main thread does.
+class X11HotKeys : public HotKeys {
+ public:
+  /// `dispatch` outlives the result. Null when there is no X server that knows keyboards.
+  [[nodiscard]] static std::unique_ptr<X11HotKeys> open(Dispatch& dispatch,
+                                                        const std::string& display = {});
+  ~X11HotKeys() override;
+
+  [[nodiscard]] bool installHandler(std::function<void(HotKeyId)> handler) override;
+  void removeHandler() override;
+  [[nodiscard]] std::optional<HotKeyRef> registerHotKey(KeyCode keyCode, HotKeyModifiers modifiers,
+                                                        HotKeyId id) override;
+  void unregisterHotKey(HotKeyRef reference) override;
+
+ private:
+  /// Belongs to the main thread; presses on their way to it hold it weakly.
+  struct Registrations {
+    std::function<void(HotKeyId)> handler;
+    std::map<HotKeyRef, HotKeyId> ids;
+  };
+
+  X11HotKeys(Dispatch& dispatch, std::unique_ptr<X11Connection> connection);
+  void announce(HotKeyRef reference) const;
+
+  Dispatch& dispatch_;
+  std::shared_ptr<Registrations> registrations_;
+  HotKeyRef lastReference_ = 0;
+  X11KeyGrabber grabber_;  // last: its thread uses what is above
+};
+
+}  // namespace vantorel

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+
+#include "platform/HotKeys.h"
+#include "platform/linux/x11/HotKeyGrabs.h"
+#include "platform/linux/x11/X11Keyboard.h"
+#include "platform/linux/x11/X11Thread.h"
+
+namespace vantorel {
+
+/// A key and modifiers as hot keys name them.
+struct HotKeyCombination {
+  KeyCode keyCode = 0;
+  HotKeyModifiers modifiers = 0;
+  friend bool operator==(const HotKeyCombination&, const HotKeyCombination&) = default;
+};
+
+/// Holds keys grabbed for this program and tells of each press, on a thread of its own. When
+/// keyboards or modifiers change it moves the grabs to where the keys are now.
+class X11KeyGrabber {
+ public:
+  /// `onPress` runs on the thread.
+  X11KeyGrabber(std::unique_ptr<X11Connection> connection, std::function<void(HotKeyRef)> onPress);
+  ~X11KeyGrabber();
+  X11KeyGrabber(const X11KeyGrabber&) = delete;
+  X11KeyGrabber& operator=(const X11KeyGrabber&) = delete;
+
+  [[nodiscard]] bool isAvailable() const { return keyboard_.isAvailable(); }
+
+  /// Takes the combination in every state of the Lock keys, or nothing of it: false when somebody
+  /// has one of them (this program too) or the keyboard lacks a key. Waits for the server. Main
+  /// thread.
+  [[nodiscard]] bool add(HotKeyRef reference, HotKeyCombination combination);
+  /// Gives it back; a press that begins later goes to whoever has the keyboard. Main thread.
+  void remove(HotKeyRef reference);
+
+ private:
+  struct Registration {
+    HotKeyCombination combination;
+    std::set<KeyGrab> grabs;  // held now
+  };
+
+  [[nodiscard]] bool addOnThread(HotKeyRef reference, HotKeyCombination combination);
+  void handle(const xcb_generic_event_t& event);
+  void pressed(const xcb_key_press_event_t& event);
+  void released(const xcb_key_release_event_t& event);
+  void regrab();
+  [[nodiscard]] std::set<KeyGrab> grab(const std::set<KeyGrab>& grabs);
+  void ungrab(const std::set<KeyGrab>& grabs);
+
+  std::function<void(HotKeyRef)> onPress_;
+  X11Thread thread_;
+  X11Keyboard keyboard_;
+
+  // On the thread.
+  KeyboardMap map_;
+  std::map<HotKeyRef, Registration> registrations_;
+  std::set<X11KeyCode> down_;  // a press of these was told, and they are held since
+  std::optional<std::pair<X11KeyCode, xcb_timestamp_t>> lastRelease_;
+  X11Thread::TimerId regrabTimer_ = 0;
+};
+
+}  // namespace vantorel
