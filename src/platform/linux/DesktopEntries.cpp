@@ -1,7 +1,6 @@
 #include "platform/linux/DesktopEntries.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
 
 #include "platform/linux/DesktopEntryScan.h"
@@ -9,11 +8,6 @@
 namespace vantorel {
 
 namespace {
-
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): read once, at the start
-  return value ? value : "";
-}
 
 std::vector<std::string> parts(std::string_view list) {
   std::vector<std::string> result;
@@ -25,18 +19,17 @@ std::vector<std::string> parts(std::string_view list) {
   return result;
 }
 
-std::string firstSet(std::initializer_list<const char*> names) {
-  for (const auto* name : names) {
-    if (auto value = environment(name); !value.empty()) return value;
+std::vector<std::string> localesFrom(const EnvironmentLookup& lookup) {
+  std::string locale;
+  for (const auto* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    locale = lookup(name).value_or("");
+    if (!locale.empty()) break;
   }
-  return {};
-}
-
-std::vector<std::string> localesFromEnvironment() {
-  const auto messages = desktopEntryLocales(firstSet({"LC_ALL", "LC_MESSAGES", "LANG"}));
+  const auto messages = desktopEntryLocales(locale);
+  // A list of languages counts only where there is a locale at all.
   if (messages.empty()) return {};
   std::vector<std::string> result;
-  for (const auto& language : parts(environment("LANGUAGE"))) {
+  for (const auto& language : parts(lookup("LANGUAGE").value_or(""))) {
     const auto suffixes = desktopEntryLocales(language);
     result.insert(result.end(), suffixes.begin(), suffixes.end());
   }
@@ -46,18 +39,16 @@ std::vector<std::string> localesFromEnvironment() {
 
 }  // namespace
 
-DesktopEntryPlaces DesktopEntryPlaces::fromEnvironment() {
-  auto home = environment("XDG_DATA_HOME");
-  if (home.empty() || home.front() != '/') home = environment("HOME") + "/.local/share";
-  auto system = environment("XDG_DATA_DIRS");
-  if (system.empty()) system = "/usr/local/share:/usr/share";
+DesktopEntryPlaces DesktopEntryPlaces::fromEnvironment(const EnvironmentLookup& lookup) {
   DesktopEntryPlaces places;
-  places.directories.push_back(std::filesystem::path(home) / "applications");
-  for (const auto& directory : parts(system)) {
-    if (directory.front() != '/') continue;
-    places.directories.push_back(std::filesystem::path(directory) / "applications");
-  }
-  places.locales = localesFromEnvironment();
+  const auto add = [&places](const std::filesystem::path& directory) {
+    if (directory.is_absolute()) places.directories.push_back(directory / "applications");
+  };
+  if (const auto home = XdgDirectories::fromEnvironment(lookup).dataHome) add(*home);
+  auto system = lookup("XDG_DATA_DIRS").value_or("");
+  if (system.empty()) system = "/usr/local/share:/usr/share";
+  for (const auto& directory : parts(system)) add(directory);
+  places.locales = localesFrom(lookup);
   return places;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/linux/DesktopEntryIndex.h"
+#include "platform/linux/XdgDirectories.h"
 
 namespace vantorel {
 
@@ -17,8 +18,8 @@ struct DesktopEntryPlaces {
   std::vector<std::filesystem::path> directories;  // "applications", the most important first
   std::vector<std::string> locales;                // suffixes, the best first
 
-  /// By XDG_DATA_HOME, XDG_DATA_DIRS and the locale of messages. Reads the environment.
-  [[nodiscard]] static DesktopEntryPlaces fromEnvironment();
+  /// By XDG_DATA_HOME, XDG_DATA_DIRS and the locale of messages.
+  [[nodiscard]] static DesktopEntryPlaces fromEnvironment(const EnvironmentLookup& lookup);
 };
 
 /// The installed desktop entries. Empty until the first `refresh()`.

@@ -115,7 +115,7 @@ xcb_window_t X11ChordPresser::inputFocus() const {
   const auto& connection = thread_.connection();
   const auto focus =
       connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection.xcb()));
-  return focus ? focus->focus : XCB_WINDOW_NONE;
+  return focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 X11ChordPresser::Outcome X11ChordPresser::pressUnderGrab(const KeyChord& chord, ProcessId pid,

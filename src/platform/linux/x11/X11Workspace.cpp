@@ -96,8 +96,8 @@ bool X11Workspace::activate(const RunningApplication& application) {
   const auto active = applications_.active();
   const bool ownIsActive =
       active && active->application.processIdentifier == applications_.host().ownPid;
-  applications_.windows().activate(best->facts.window,
-                                   ownIsActive ? active->facts.window : XCB_WINDOW_NONE);
+  applications_.windows().activate(
+      best->facts.window, ownIsActive ? active->facts.window : xcb_window_t{XCB_WINDOW_NONE});
   return !queries_->broken();
 }
 

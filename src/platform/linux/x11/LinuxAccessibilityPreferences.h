@@ -1,0 +1,50 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "platform/AccessibilityPreferences.h"
+#include "platform/linux/x11/X11Thread.h"
+
+namespace vantorel {
+
+/// What an X desktop's settings manager publishes: animations switched off mean reduced motion, a
+/// high-contrast theme means reduced transparency; and so does the absence of a compositor, for
+/// nothing can be seen through then. A thread of its own follows the changes, so that a question
+/// is answered from memory.
+class LinuxAccessibilityPreferences : public AccessibilityPreferences {
+ public:
+  /// Knows the present state when it returns. Null when there is no X server.
+  [[nodiscard]] static std::unique_ptr<LinuxAccessibilityPreferences> open(
+      const std::string& display = {});
+  ~LinuxAccessibilityPreferences() override;
+  LinuxAccessibilityPreferences(const LinuxAccessibilityPreferences&) = delete;
+  LinuxAccessibilityPreferences& operator=(const LinuxAccessibilityPreferences&) = delete;
+
+  [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
+  [[nodiscard]] bool reduceTransparency() const override { return highContrast_ || !composited_; }
+
+ private:
+  explicit LinuxAccessibilityPreferences(std::unique_ptr<X11Connection> connection);
+
+  void watchSelections();
+  void handle(const xcb_generic_event_t& event);
+  void readCompositor();
+  void followManager();
+  void readSettings();
+  [[nodiscard]] xcb_window_t ownerOf(xcb_atom_t selection) const;
+
+  std::atomic<bool> reduceMotion_ = false;
+  std::atomic<bool> highContrast_ = false;
+  std::atomic<bool> composited_ = false;
+
+  X11Thread thread_;
+  xcb_atom_t compositorSelection_;
+  xcb_atom_t settingsSelection_;
+  xcb_atom_t settingsProperty_;
+  xcb_window_t manager_ = XCB_WINDOW_NONE;  // of the settings; on the thread
+  std::uint8_t fixesEvent_ = 0;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,110 @@
+#include "platform/linux/x11/WindowApplication.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace vantorel {
+namespace {
+
+const LocalHost host{"desk.example.org", 100, 0x1fffff};
+
+WindowFacts windowOf(std::optional<std::uint32_t> stated, std::optional<std::uint32_t> client,
+                     const std::string& machine = {}) {
+  WindowFacts facts;
+  facts.window = 0x0260000b;
+  facts.wmInstance = "editor";
+  facts.wmClass = "Editor";
+  facts.statedPid = stated;
+  facts.clientPid = client;
+  facts.clientMachine = machine;
+  return facts;
+}
+
+TEST(ProcessOfWindow, IsWhatALocalProgramStates) {
+  EXPECT_EQ(processOf(windowOf(7, 8), host), 7);
+  EXPECT_EQ(processOf(windowOf(7, 8, "desk.example.org"), host), 7);
+  EXPECT_EQ(processOf(windowOf(7, 8, "DESK"), host), 7);
+  EXPECT_EQ(processOf(windowOf(7, 8, "localhost"), host), 7);
+}
+
+TEST(ProcessOfWindow, IsWhatTheServerSeesWhenNothingIsStated) {
+  EXPECT_EQ(processOf(windowOf(std::nullopt, 8), host), 8);
+}
+
+TEST(ProcessOfWindow, OfAnotherMachineIsANumberOfItsOwn) {
+  const auto first = processOf(windowOf(7, 8, "elsewhere"), host);
+  EXPECT_LT(first, -1);
+  auto second = windowOf(7, 8, "elsewhere");
+  second.window = 0x026000ff;
+  EXPECT_EQ(processOf(second, host), first) << "another window of the same client";
+  second.window = 0x0280000b;
+  EXPECT_NE(processOf(second, host), first) << "another client";
+  EXPECT_LT(processOf(windowOf(7, 8, "desk.another.net"), host), 0);
+}
+
+TEST(ProcessOfWindow, WithoutAnyNumberIsOneOfItsOwn) {
+  EXPECT_LT(processOf(windowOf(std::nullopt, std::nullopt), host), -1);
+  EXPECT_LT(processOf(windowOf(0x80000000, std::nullopt), host), -1) << "no process has that";
+}
+
+TEST(ApplicationOfWindow, IsCalledLikeItsDesktopEntry) {
+  DesktopEntry entry;
+  entry.id = "org.example.Editor";
+  entry.name = "Text Editor";
+  const auto application = applicationOf(windowOf(7, {}), &entry, host);
+  EXPECT_EQ(application.processIdentifier, 7);
+  EXPECT_EQ(application.bundleIdentifier, "org.example.Editor");
+  EXPECT_EQ(application.localizedName, "Text Editor");
+  EXPECT_EQ(application.activationPolicy, ActivationPolicy::regular);
+}
+
+TEST(ApplicationOfWindow, WithoutAnEntryIsCalledByItsClass) {
+  const auto application = applicationOf(windowOf(7, {}), nullptr, host);
+  EXPECT_EQ(application.bundleIdentifier, "Editor");
+  EXPECT_EQ(application.localizedName, "Editor");
+  DesktopEntry nameless;
+  nameless.id = "editor";
+  EXPECT_EQ(applicationOf(windowOf(7, {}), &nameless, host).localizedName, "Editor");
+}
+
+TEST(ApplicationOfWindow, WithoutAClassIsCalledNothing) {
+  auto facts = windowOf(7, {});
+  facts.wmClass.clear();
+  EXPECT_EQ(applicationOf(facts, nullptr, host).bundleIdentifier, "editor");
+  facts.wmInstance.clear();
+  const auto application = applicationOf(facts, nullptr, host);
+  EXPECT_EQ(application.bundleIdentifier, std::nullopt);
+  EXPECT_EQ(application.localizedName, std::nullopt);
+}
+
+TEST(ApplicationOfWindow, OfThisProgramIsAnAccessoryUnderItsOwnName) {
+  DesktopEntry entry;
+  entry.id = "some-entry";
+  const auto application = applicationOf(windowOf(100, {}), &entry, host);
+  EXPECT_EQ(application.bundleIdentifier, "com.vantorel.Vantorel");
+  EXPECT_EQ(application.localizedName, "Vantorel");
+  EXPECT_EQ(application.activationPolicy, ActivationPolicy::accessory);
+}
+
+TEST(ApplicationOfWindow, ThatIsNoNormalWindowIsAnAccessory) {
+  auto facts = windowOf(7, {});
+  facts.kind = WindowKind::other;
+  EXPECT_EQ(applicationOf(facts, nullptr, host).activationPolicy, ActivationPolicy::accessory);
+}
+
+TEST(ExecutableOfProcess, IsTheProgramsFileName) {
+  EXPECT_EQ(executableOf(::getpid()), "x11_unit_tests");
+  EXPECT_EQ(executableOf(0), "");
+  EXPECT_EQ(executableOf(-5), "");
+}
+
+TEST(IdentityOfWindow, NamesTheProgramOfLocalWindowsOnly) {
+  const auto own = static_cast<std::uint32_t>(::getpid());
+  EXPECT_EQ(identityOf(windowOf(own, own), host).executable, "x11_unit_tests");
+  EXPECT_EQ(identityOf(windowOf(2, own), host).executable, "x11_unit_tests")
+      << "a container's own number says nothing here";
+  EXPECT_EQ(identityOf(windowOf(own, own, "elsewhere"), host).executable, "");
+}
+
+}  // namespace
+}  // namespace vantorel
