@@ -7,7 +7,7 @@ namespace vantorel::VantorelTheme {
 namespace {
 
 // Chosen so that small text keeps a contrast of 4.5 to 1 on the usual light and dark windows.
-constexpr float secondaryAlpha = 0.66F;
+constexpr float secondaryAlpha = 0.70F;
 constexpr float tertiaryAlpha = 0.44F;
 
 QColor faded(QColor color, float alpha) {

@@ -2,13 +2,24 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
+#include "chrome/ToastPresenter.h"
+#include "panel/DateText.h"
+#include "panel/PanelKeys.h"
 #include "panel/PanelServices.h"
+#include "panel/RowContent.h"
 #include "paste/PasteController.h"
+#include "platform/KeyEvent.h"
 #include "platform/Workspace.h"
+#include "store/ClipSearchIndex.h"
 #include "store/ClipStore.h"
 
 namespace vantorel {
+
+class HistoryPanelView;
 
 /// Owns the history panel: its window, the list that it shows, its selection and its commands.
 /// The native window exists from construction on, hidden, so that showing it costs little. Needs a
@@ -35,8 +46,51 @@ class HistoryPanelController {
   void refreshSearchIfVisible();
 
  private:
-  class Implementation;
-  std::unique_ptr<Implementation> implementation_;
+  bool handleKey(const KeyEvent& event);
+  [[nodiscard]] PanelKeyState keyState();
+  void perform(const PanelKeyDecision& decision);
+
+  enum class Selection { keepEntry, keepIndex };
+  void refresh(Selection selection);
+  void rebuildDocument();
+  void resizeForCurrentContent();
+  void positionOnCurrentScreen();
+  void showSearchBar();
+  void clearFilters();
+
+  void startOutsideClickMonitor();
+  void warmSearchIndex(std::size_t nextItem);
+
+  [[nodiscard]] const ClipItem* selectedItem() const;
+  void updateSelection();
+  void moveSelection(int delta);
+  void select(const Uuid& id);
+  void scrollSelectionIntoView();
+
+  void pasteSelected(PasteStyle style);
+  void pasteFromControl(const Uuid& id);
+  void deleteSelected();
+  void togglePin(const Uuid& id);
+  void movePin(const Uuid& id, int delta);
+
+  ClipStore& store_;
+  PasteController& pasteController_;
+  PanelServices services_;
+  ToastPresenter toast_;
+  std::unique_ptr<HistoryPanelView> view_;
+  DateText dateText_;
+  ClipSearchIndex searchIndex_;
+  // Whether an entry's files exist is asked once for each showing of the panel.
+  std::unordered_map<Uuid, Availability> availabilities_;
+  std::vector<ClipItem> displayedItems_;
+  std::size_t selectedIndex_ = 0;  // below the count, or 0
+  ClipTypeFilter selectedType_ = ClipTypeFilter::all;
+  std::optional<std::string> selectedSourceId_;
+  std::unique_ptr<Observation> outsideClickMonitor_;
+  // Dies with this; queued work that finds it dead does nothing.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  // One for each showing of the panel, for work that belongs to it.
+  std::shared_ptr<const bool> showing_;
 };
 
 }  // namespace vantorel

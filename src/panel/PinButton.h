@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QAbstractButton>
-#include <string_view>
+#include "chrome/SymbolButton.h"
 
 namespace vantorel {
 
-/// The pin of a row: shows whether the entry is pinned, and pins or unpins it. What is drawn and
-/// what can be hit fill its frame exactly.
-class PinButton : public QAbstractButton {
+/// The pin of a row: shows whether the entry is pinned, and pins or unpins it.
+class PinButton : public SymbolButton {
   Q_OBJECT
 
  public:
@@ -21,18 +19,12 @@ class PinButton : public QAbstractButton {
 
   /// What a screen reader says after the name.
   [[nodiscard]] QString accessibilityValue() const;
-  [[nodiscard]] QSize sizeHint() const override { return {side, side}; }
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
-  void enterEvent(QEnterEvent* event) override;
-  void leaveEvent(QEvent* event) override;
+  [[nodiscard]] QColor tint() const override;
 
  private:
-  [[nodiscard]] QColor tint() const;
-
   Pin pin_ = Pin::notPinned;
-  bool hovering_ = false;
 };
 
 }  // namespace vantorel

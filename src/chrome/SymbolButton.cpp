@@ -1,0 +1,60 @@
+#include "chrome/SymbolButton.h"
+
+#include <QPainter>
+
+#include "chrome/Symbols.h"
+#include "chrome/VantorelTheme.h"
+
+namespace vantorel {
+namespace {
+
+constexpr double hoverAlpha = 0.07;
+constexpr double pressedAlpha = 0.13;
+constexpr double disabledAlpha = 0.24;
+
+}  // namespace
+
+SymbolButton::SymbolButton(int side, double symbolPoints, QWidget* parent)
+    : QAbstractButton(parent), side_(side), symbolPoints_(symbolPoints) {
+  setFocusPolicy(Qt::NoFocus);
+  setFixedSize(side, side);
+  setCursor(Qt::ArrowCursor);
+}
+
+void SymbolButton::setSymbol(std::string_view name) {
+  if (name == symbol_) return;
+  symbol_ = name;
+  update();
+}
+
+QColor SymbolButton::tint() const {
+  return isEnabled() ? VantorelTheme::secondaryLabel(palette())
+                     : VantorelTheme::labelWash(palette(), disabledAlpha);
+}
+
+void SymbolButton::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  if (isEnabled() && (hovering_ || isDown())) {
+    constexpr double inset = 2;
+    constexpr double radius = 6;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(VantorelTheme::labelWash(palette(), isDown() ? pressedAlpha : hoverAlpha));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
+  }
+  Symbols::draw(painter, symbol_, rect(), symbolPoints_, tint());
+}
+
+void SymbolButton::enterEvent(QEnterEvent* event) {
+  QAbstractButton::enterEvent(event);
+  hovering_ = true;
+  update();
+}
+
+void SymbolButton::leaveEvent(QEvent* event) {
+  QAbstractButton::leaveEvent(event);
+  hovering_ = false;
+  update();
+}
+
+}  // namespace vantorel

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <string_view>
+
+namespace vantorel {
+
+/// A borderless button that shows one symbol, and answers the pointer with a faint wash. What is
+/// drawn and what can be hit fill its frame exactly. It never takes the keyboard.
+class SymbolButton : public QAbstractButton {
+  Q_OBJECT
+
+ public:
+  /// `side` and `symbolPoints` in points.
+  SymbolButton(int side, double symbolPoints, QWidget* parent);
+
+  /// A name of `Symbols`, which has to live as long as the program.
+  void setSymbol(std::string_view name);
+  [[nodiscard]] std::string_view symbol() const { return symbol_; }
+
+  [[nodiscard]] QSize sizeHint() const override { return {side_, side_}; }
+
+ protected:
+  [[nodiscard]] virtual QColor tint() const;
+  void paintEvent(QPaintEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  int side_;
+  double symbolPoints_;
+  std::string_view symbol_;
+  bool hovering_ = false;
+};
+
+}  // namespace vantorel

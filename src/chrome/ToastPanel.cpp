@@ -1,0 +1,71 @@
+#include "chrome/ToastPanel.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QLabel>
+
+#include "chrome/ReadableGlassView.h"
+#include "chrome/TextPresentation.h"
+#include "chrome/VantorelTheme.h"
+
+namespace vantorel {
+namespace {
+
+constexpr double cornerRadius = 14;
+constexpr double fontPoints = 12.5;
+constexpr int inset = 14;
+constexpr std::size_t mostCharacters = 200;
+
+}  // namespace
+
+ToastPanel::ToastPanel(const QString& message, const GlassFinish& finish)
+    : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus) {
+  setAttribute(Qt::WA_TranslucentBackground);
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_QuitOnClose, false);
+  setWindowTitle(message);
+  setAccessibleName(message);
+  setFixedSize(width, height);
+
+  auto* glass = new ReadableGlassView(cornerRadius, this);
+  glass->setGeometry(rect());
+  glass->setFinish(finish);
+  if (finish.outline == GlassFinish::Outline::shaped) setMask(glass->outline());
+
+  label_ = new QLabel(glass);
+  label_->setGeometry(rect().adjusted(inset, 0, -inset, 0));
+  label_->setAlignment(Qt::AlignCenter);
+  label_->setTextFormat(Qt::PlainText);
+  label_->setFont(VantorelTheme::systemFont(fontPoints, QFont::Medium));
+  const auto utf8 = message.toStdString();
+  label_->setLayoutDirection(TextPresentation::isPrimarilyRTL(utf8) ? Qt::RightToLeft
+                                                                    : Qt::LeftToRight);
+  const auto line = QString::fromStdString(TextPresentation::singleLine(utf8, mostCharacters));
+  label_->setText(label_->fontMetrics().elidedText(line, Qt::ElideRight, label_->width()));
+  label_->setAccessibleName(message);
+  tintLabel();
+}
+
+void ToastPanel::orderFrontRegardless() {
+  show();
+  raise();
+  if (!QAccessible::isActive()) return;
+  QAccessibleEvent alert(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
+void ToastPanel::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) tintLabel();
+}
+
+void ToastPanel::tintLabel() {
+  QPalette colors = label_->palette();
+  const QColor color = VantorelTheme::label(palette());
+  if (colors.color(QPalette::WindowText) == color) return;
+  colors.setColor(QPalette::WindowText, color);
+  label_->setPalette(colors);
+}
+
+}  // namespace vantorel

@@ -1,0 +1,35 @@
+#include "chrome/ToastPresenter.h"
+
+#include <cmath>
+
+#include "chrome/GlassFinish.h"
+#include "chrome/KeySymbols.h"
+#include "chrome/ToastPanel.h"
+
+namespace vantorel {
+namespace {
+
+constexpr Seconds timeOnScreen{2.1};
+constexpr double distanceFromTop = 30;
+
+}  // namespace
+
+ToastPresenter::ToastPresenter(ChromeServices services) : services_(services) {}
+
+ToastPresenter::~ToastPresenter() = default;
+
+void ToastPresenter::show(const std::string& message) {
+  dismissWorkItem_.reset();
+  panel_ = std::make_unique<ToastPanel>(QString::fromStdString(spelledKeys(message)),
+                                        glassFinish(services_.accessibility, services_.backdrops));
+  if (const auto screen = screenUnderMouse(services_.screens)) {
+    const auto& area = screen->visibleFrame;
+    panel_->move(static_cast<int>(std::lround(area.midX() - ToastPanel::width / 2.0)),
+                 static_cast<int>(std::lround(area.y + distanceFromTop)));
+  }
+  panel_->orderFrontRegardless();
+  // The timer dies with this presenter, and so cannot outlive what it refers to.
+  dismissWorkItem_ = services_.dispatch.after(timeOnScreen, [this] { panel_.reset(); });
+}
+
+}  // namespace vantorel

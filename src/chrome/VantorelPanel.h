@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "chrome/ReadableGlassView.h"
+#include "platform/AccessibilityPreferences.h"
+#include "platform/WindowBackdrops.h"
+
+class QKeyEvent;
+
+namespace vantorel {
+
+/// A borderless window on rounded glass that floats above others, takes the keyboard and is moved
+/// by its background. Its native window exists from the first size on, so that showing is quick.
+class VantorelPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  VantorelPanel(const QString& title, QSize size, double cornerRadius,
+                const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops);
+
+  /// Sees every key pressed in the panel before anything else does; true swallows it.
+  std::function<bool(const QKeyEvent&)> onKeyPress;
+  /// The window manager asked the panel to go. Nothing happens by itself.
+  std::function<void()> onCloseRequested;
+
+  /// What to put content on; always as large as the panel.
+  [[nodiscard]] ReadableGlassView& glass() { return *glass_; }
+
+  /// Shows the panel in front and asks for the keyboard. Whether it is given shows later.
+  void makeKeyAndOrderFront();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void applyOutline();
+
+  const AccessibilityPreferences& accessibility_;
+  const WindowBackdrops* backdrops_;
+  ReadableGlassView* glass_;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,179 @@
+#include "panel/HistoryPanelController.h"
+
+#include <algorithm>
+
+#include "chrome/KeyTranslation.h"
+#include "panel/HistoryPanelView.h"
+#include "panel/ListGeometry.h"
+#include "panel/PanelAccessibility.h"
+
+namespace vantorel {
+
+using ListGeometry::SearchBar;
+
+HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController& pasteController,
+                                               PanelServices services)
+    : store_(store),
+      pasteController_(pasteController),
+      services_(std::move(services)),
+      toast_(ChromeServices{services_.dispatch, services_.screens, services_.accessibility,
+                            services_.backdrops}),
+      dateText_(DateText::forUser()) {
+  installPanelAccessibility();
+  view_ = std::make_unique<HistoryPanelView>(services_.accessibility, services_.backdrops);
+  view_->panel.onCloseRequested = [this] { hide(); };
+  view_->panel.onKeyPress = [this](const QKeyEvent& event) {
+    return handleKey(translated(event, services_.keyCodeForScanCode));
+  };
+  view_->searchField.onEdit = [this] {
+    selectedIndex_ = 0;
+    refresh(Selection::keepIndex);
+  };
+  view_->list.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
+  view_->list.onTogglePin = [this](const Uuid& id) { togglePin(id); };
+}
+
+HistoryPanelController::~HistoryPanelController() = default;
+
+bool HistoryPanelController::isVisible() const { return view_->panel.isVisible(); }
+
+void HistoryPanelController::toggle(const std::optional<RunningApplication>& targetApplication) {
+  if (isVisible()) {
+    hide();
+    return;
+  }
+  pasteController_.setTargetApplication(targetApplication);
+  view_->searchField.clear();
+  view_->setSearchBar(SearchBar::hidden);
+  clearFilters();
+  selectedIndex_ = 0;
+  refresh(Selection::keepIndex);
+  positionOnCurrentScreen();
+  view_->list.setFocus();
+  view_->panel.makeKeyAndOrderFront();
+  startOutsideClickMonitor();
+  showing_ = std::make_shared<const bool>(true);
+  warmSearchIndex(0);
+}
+
+void HistoryPanelController::openSearch(
+    const std::optional<RunningApplication>& targetApplication) {
+  if (!isVisible()) toggle(targetApplication);
+  showSearchBar();
+  view_->searchField.selectAll();
+}
+
+void HistoryPanelController::hide() {
+  view_->panel.hide();
+  view_->searchField.clear();
+  view_->setSearchBar(SearchBar::hidden);
+  outsideClickMonitor_.reset();
+  showing_.reset();
+  // Nothing of the history stays here longer than it is looked at.
+  displayedItems_.clear();
+  searchIndex_.clear();
+  availabilities_.clear();
+}
+
+void HistoryPanelController::refreshIfVisible() {
+  if (!isVisible() || view_->frame().contains(services_.screens.mouseLocation())) return;
+  refresh(Selection::keepEntry);
+  scrollSelectionIntoView();
+}
+
+void HistoryPanelController::refreshSearchIfVisible() {
+  if (!isVisible() || view_->searchField.text().isEmpty()) return;
+  refresh(Selection::keepEntry);
+}
+
+void HistoryPanelController::refresh(Selection selection) {
+  std::optional<Uuid> selectedId;
+  if (const auto* item = selectedItem(); item != nullptr && selection == Selection::keepEntry) {
+    selectedId = item->id;
+  }
+  const ClipSearchFilter filter{view_->searchField.text().toStdString(), selectedType_,
+                                selectedSourceId_};
+  displayedItems_ = searchIndex_.matching(store_.items(), filter);
+  const auto selected =
+      std::find_if(displayedItems_.begin(), displayedItems_.end(),
+                   [&](const ClipItem& item) { return selectedId && item.id == *selectedId; });
+  if (selected != displayedItems_.end()) {
+    selectedIndex_ = static_cast<std::size_t>(selected - displayedItems_.begin());
+  } else if (selectedIndex_ >= displayedItems_.size()) {
+    selectedIndex_ = displayedItems_.empty() ? 0 : displayedItems_.size() - 1;
+  }
+  rebuildDocument();
+  resizeForCurrentContent();
+}
+
+void HistoryPanelController::rebuildDocument() {
+  if (displayedItems_.empty()) {
+    const bool everything = view_->searchField.text().isEmpty() &&
+                            selectedType_ == ClipTypeFilter::all && !selectedSourceId_;
+    view_->list.setEmpty(everything ? QStringLiteral("No clips yet")
+                                    : QStringLiteral("No matching clips"));
+    return;
+  }
+  const Date now = services_.dispatch.now();
+  const bool canPinMore = store_.canPinMore();
+  std::vector<RowContent> rows;
+  rows.reserve(displayedItems_.size());
+  for (const auto& item : displayedItems_) {
+    const auto [known, isNew] = availabilities_.try_emplace(item.id, Availability::available);
+    if (isNew) known->second = availability(item);
+    rows.push_back(
+        rowContent(item, known->second, dateText_.text(item.recency(), now), canPinMore));
+  }
+  view_->list.setRows(rows, ListGeometry::pinBoundary(displayedItems_));
+  updateSelection();
+  view_->listScrollView.scrollTo(0);
+}
+
+void HistoryPanelController::resizeForCurrentContent() {
+  const auto searchBar = view_->searchBar();
+  const double height = ListGeometry::listHeight(
+      displayedItems_.size(), ListGeometry::pinBoundary(displayedItems_), searchBar);
+  view_->setListHeight(height);
+  view_->setFrame(
+      ListGeometry::resized(view_->frame(), ListGeometry::panelHeight(height, searchBar)));
+}
+
+void HistoryPanelController::positionOnCurrentScreen() {
+  if (const auto screen = screenUnderMouse(services_.screens)) {
+    view_->setFrame(ListGeometry::centred(view_->frame(), screen->visibleFrame));
+  }
+}
+
+void HistoryPanelController::showSearchBar() {
+  view_->setSearchBar(SearchBar::shown);
+  resizeForCurrentContent();
+  view_->searchField.setFocus();
+}
+
+void HistoryPanelController::clearFilters() {
+  selectedType_ = ClipTypeFilter::all;
+  selectedSourceId_.reset();
+}
+
+void HistoryPanelController::startOutsideClickMonitor() {
+  outsideClickMonitor_ =
+      services_.eventMonitors.addGlobalMouseDownMonitor([this, alive = std::weak_ptr(alive_)] {
+        if (alive.expired() || !isVisible()) return;
+        if (view_->frame().contains(services_.screens.mouseLocation())) return;
+        services_.dispatch.async([this, alive] {
+          if (!alive.expired()) hide();
+        });
+      });
+}
+
+/// Prepares one entry in each turn of the main queue, so that the first key typed finds the work
+/// done and no key waits for it.
+void HistoryPanelController::warmSearchIndex(std::size_t nextItem) {
+  services_.dispatch.async([this, nextItem, showing = std::weak_ptr(showing_)] {
+    if (showing.expired() || nextItem >= store_.items().size()) return;
+    searchIndex_.prepare(store_.items()[nextItem]);
+    warmSearchIndex(nextItem + 1);
+  });
+}
+
+}  // namespace vantorel

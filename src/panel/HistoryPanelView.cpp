@@ -1,0 +1,93 @@
+#include "panel/HistoryPanelView.h"
+
+#include <cmath>
+
+#include "panel/ClipRowView.h"
+
+namespace vantorel {
+namespace {
+
+using ListGeometry::SearchBar;
+
+constexpr double cornerRadius = 18;
+constexpr QSize initialSize(408, 360);
+constexpr double initialListHeight = 340;
+
+QRect rounded(const Rect& frame) {
+  return {static_cast<int>(std::floor(frame.x)), static_cast<int>(std::floor(frame.y)),
+          static_cast<int>(std::lround(frame.width)), static_cast<int>(std::lround(frame.height))};
+}
+
+}  // namespace
+
+HistoryPanelView::HistoryPanelView(const AccessibilityPreferences& accessibility,
+                                   const WindowBackdrops* backdrops)
+    : panel(QStringLiteral("Vantorel"), initialSize, cornerRadius, accessibility, backdrops),
+      searchField(*new SearchField(&panel.glass())),
+      listScrollView(*new ElasticScrollView(&panel.glass())),
+      list(*new ClipListView(nullptr)),
+      listHeight_(initialListHeight),
+      frame_{0, 0, static_cast<double>(initialSize.width()),
+             static_cast<double>(initialSize.height())} {
+  listScrollView.setFocusPolicy(Qt::NoFocus);
+  listScrollView.setWidget(&list);
+  list.setAutoFillBackground(false);
+  searchField.hide();
+  layOut();
+}
+
+void HistoryPanelView::setSearchBar(SearchBar searchBar) {
+  if (searchBar == searchBar_) return;
+  searchBar_ = searchBar;
+  const bool shown = searchBar == SearchBar::shown;
+  if (!shown) list.setFocus();
+  searchField.setVisible(shown);
+  layOut();
+}
+
+Rect HistoryPanelView::frame() {
+  const QRect now = panel.geometry();
+  if (now != rounded(frame_)) {
+    frame_ = {static_cast<double>(now.x()), static_cast<double>(now.y()),
+              static_cast<double>(now.width()), static_cast<double>(now.height())};
+  }
+  return frame_;
+}
+
+void HistoryPanelView::setFrame(const Rect& frame) {
+  frame_ = frame;
+  panel.setGeometry(rounded(frame));
+}
+
+void HistoryPanelView::setListHeight(double height) {
+  if (height == listHeight_) return;
+  listHeight_ = height;
+  layOut();
+}
+
+void HistoryPanelView::layOut() {
+  constexpr int x = static_cast<int>(ListGeometry::margin);
+  constexpr int width = static_cast<int>(ListGeometry::listWidth);
+  // One row alone is lower than the lowest panel: it stands in the middle.
+  const double needed = ListGeometry::panelHeight(listHeight_, searchBar_);
+  const double spare = needed - 2 * ListGeometry::margin - listHeight_ -
+                       (searchBar_ == SearchBar::shown ? ListGeometry::searchSpace : 0);
+  int y = x + static_cast<int>(spare / 2);
+  if (searchBar_ == SearchBar::shown) {
+    searchField.setGeometry(x, y, width, static_cast<int>(ListGeometry::searchFieldHeight));
+    y += static_cast<int>(ListGeometry::searchSpace);
+  }
+  listScrollView.setGeometry(x, y, width, static_cast<int>(std::lround(listHeight_)));
+}
+
+void HistoryPanelView::revealRow(std::size_t index) {
+  const auto* row = list.row(index);
+  if (row == nullptr) return;
+  const QRect place = row->geometry();
+  const Rect frame{static_cast<double>(place.x()), static_cast<double>(place.y()),
+                   static_cast<double>(place.width()), static_cast<double>(place.height())};
+  listScrollView.scrollTo(ListGeometry::offsetRevealing(
+      frame, listScrollView.offset(), listScrollView.viewport()->height(), list.height()));
+}
+
+}  // namespace vantorel

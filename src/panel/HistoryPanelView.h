@@ -1,0 +1,40 @@
+#pragma once
+
+#include "chrome/ElasticScrollView.h"
+#include "chrome/VantorelPanel.h"
+#include "panel/ClipListView.h"
+#include "panel/ListGeometry.h"
+#include "panel/SearchField.h"
+
+namespace vantorel {
+
+/// The panel's window and what is in it, laid out by `ListGeometry`. It decides nothing.
+class HistoryPanelView {
+ public:
+  HistoryPanelView(const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops);
+
+  VantorelPanel panel;
+  SearchField& searchField;
+  ElasticScrollView& listScrollView;
+  ClipListView& list;
+
+  [[nodiscard]] ListGeometry::SearchBar searchBar() const { return searchBar_; }
+  void setSearchBar(ListGeometry::SearchBar searchBar);
+
+  /// Where the panel is, which the user may have changed.
+  [[nodiscard]] Rect frame();
+  void setFrame(const Rect& frame);
+  void setListHeight(double height);
+
+  void revealRow(std::size_t index);
+
+ private:
+  void layOut();
+
+  ListGeometry::SearchBar searchBar_ = ListGeometry::SearchBar::hidden;
+  double listHeight_ = 0;
+  // Halves of points would add up if the frame were read back from the window each time.
+  Rect frame_{};
+};
+
+}  // namespace vantorel
