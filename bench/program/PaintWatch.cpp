@@ -62,6 +62,8 @@ bool PaintWatch::isOurs(xcb_window_t window) {
 
 double PaintWatch::measure(const std::function<Clock::time_point()>& act) {
   screen_.discardEvents();
+  // Made meanwhile and not shown yet: such a window is still the root's own child.
+  for (const auto child : screen_.children(screen_.root())) watch(child);
   std::vector<Painting> paintings;
   xcb_window_t window = XCB_WINDOW_NONE;
   const auto beginning = act();

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <deque>
-#include <stdexcept>
 
 namespace vantorel::bench {
 
@@ -10,7 +9,15 @@ PauseWatch::PauseWatch(xcb_window_t window)
     : window_(window),
       protocols_(screen_.atom("WM_PROTOCOLS")),
       pingAtom_(screen_.atom("_NET_WM_PING")),
-      thread_([this] { run(); }) {}
+      thread_([this] { run(); }) {
+  try {
+    waitFor("an answer of the program to a ping", [this] { return answered_.load(); });
+  } catch (...) {
+    stopping_ = true;
+    thread_.join();
+    throw;
+  }
+}
 
 PauseWatch::~PauseWatch() {
   stopping_ = true;
@@ -20,7 +27,6 @@ PauseWatch::~PauseWatch() {
 double PauseWatch::finish() {
   stopping_ = true;
   thread_.join();
-  if (longest_ <= 0) throw std::runtime_error("the program answers no pings");
   return longest_;
 }
 
@@ -39,7 +45,7 @@ void PauseWatch::ping(std::uint32_t number) const {
 }
 
 void PauseWatch::run() {
-  const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+  const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(screen_.connection(), screen_.root(), XCB_CW_EVENT_MASK, &mask);
   std::deque<std::pair<std::uint32_t, Clock::time_point>> pending;
   std::uint32_t number = 0;
@@ -59,6 +65,7 @@ void PauseWatch::run() {
       const auto* answer = reinterpret_cast<const xcb_client_message_event_t*>(event.get());
       if (answer->type != protocols_) continue;
       const auto now = Clock::now();
+      answered_ = true;
       while (!pending.empty() && pending.front().first <= answer->data.data32[1]) {
         longest_ = std::max(longest_, milliseconds(now - pending.front().second));
         pending.pop_front();

@@ -12,6 +12,7 @@ namespace vantorel::bench {
 /// wants to know whether a program hangs. The longest time to an answer is the longest pause.
 class PauseWatch {
  public:
+  /// Begins, and waits for the first answer; throws when there is none within 10 s.
   explicit PauseWatch(xcb_window_t window);
   ~PauseWatch();
   PauseWatch(const PauseWatch&) = delete;
@@ -28,8 +29,9 @@ class PauseWatch {
   xcb_window_t window_;
   xcb_atom_t protocols_;
   xcb_atom_t pingAtom_;
+  std::atomic<bool> answered_{false};
   std::atomic<bool> stopping_{false};
-  double longest_ = 0;
+  double longest_ = 0;  // the thread's until it has ended
   std::thread thread_;
 };
 

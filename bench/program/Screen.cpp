@@ -115,13 +115,16 @@ std::optional<xcb_window_t> Screen::visibleWindow(std::string_view title) const 
   return find(root_, title);
 }
 
-std::optional<xcb_window_t> Screen::find(xcb_window_t parent, std::string_view wanted) const {
+std::vector<xcb_window_t> Screen::children(xcb_window_t window) const {
   const auto tree =
-      owned(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, parent), nullptr));
-  if (!tree) return std::nullopt;
-  const auto* children = xcb_query_tree_children(tree.get());
-  for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-    const auto child = children[i];
+      owned(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+  if (!tree) return {};
+  const auto* first = xcb_query_tree_children(tree.get());
+  return {first, first + xcb_query_tree_children_length(tree.get())};
+}
+
+std::optional<xcb_window_t> Screen::find(xcb_window_t parent, std::string_view wanted) const {
+  for (const auto child : children(parent)) {
     if (!isVisible(child)) continue;
     if (title(child) == wanted) return child;
     if (const auto inner = find(child, wanted)) return inner;
