@@ -22,6 +22,8 @@ def _applications():
     for index in range(desktop.get_child_count()):
         application = desktop.get_child_at_index(index)
         if application is not None:
+            # What the library remembers is kept up by events, which nobody handles here.
+            application.set_cache_mask(Atspi.Cache.NONE)
             yield application
 
 
@@ -66,9 +68,6 @@ def _find(name):
 
 
 def _answer(request):
-    # What the library has cached belongs to an earlier request.
-    for application in _applications():
-        application.clear_cache()
     if "read" in request:
         application = _find(request["read"])
         return None if application is None else _describe(application)
