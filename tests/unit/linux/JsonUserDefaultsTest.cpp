@@ -38,13 +38,15 @@ TEST_F(JsonUserDefaultsTest, AnAbsentFileHoldsNothingAndIsNotCreatedByReading) {
 }
 
 TEST_F(JsonUserDefaultsTest, KeepsEveryTypeOverARestart) {
+  using namespace std::string_literals;
+  const std::string unusual = "שלום \"x\"\n\0y"s;
   const Date date = sys_days(year(2025) / 3 / 14) + hours(9) + milliseconds(125);
   {
     auto defaults = open();
     defaults.set("a.bool", false);
     defaults.set("a.int", std::int64_t{-9007199254740993});
     defaults.set("a.double", 0.5);
-    defaults.set("a.text", std::string("שלום \"x\"\n\0y", 17));
+    defaults.set("a.text", unusual);
     defaults.set("a.date", date);
     defaults.set("a.list", std::vector<std::string>{"one", "", "שתיים"});
   }
@@ -52,7 +54,7 @@ TEST_F(JsonUserDefaultsTest, KeepsEveryTypeOverARestart) {
   EXPECT_EQ(defaults.boolean("a.bool"), false);
   EXPECT_EQ(defaults.integer("a.int"), -9007199254740993);
   EXPECT_TRUE(defaults.contains("a.double"));
-  EXPECT_EQ(defaults.string("a.text"), std::string("שלום \"x\"\n\0y", 17));
+  EXPECT_EQ(defaults.string("a.text"), unusual);
   EXPECT_EQ(defaults.date("a.date"), date);
   EXPECT_THAT(defaults.stringArray("a.list"), Optional(ElementsAre("one", "", "שתיים")));
   EXPECT_THAT(stored(), HasSubstr(R"("2025-03-14T09:00:00.125Z")"));
