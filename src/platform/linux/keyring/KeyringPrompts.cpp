@@ -22,10 +22,6 @@ void KeyringPrompts::forget(const ObjectPath& path) {
   g_dbus_connection_signal_unsubscribe(node.mapped().connection.get(), node.mapped().subscription);
 }
 
-void KeyringPrompts::discard(const ObjectPath& prompt) {
-  bus_.send(prompt, promptInterface, "Dismiss", g_variant_new("()"));
-}
-
 KeyringAnswer<KeyringPrompts::Answer> KeyringPrompts::perform(const ObjectPath& path) {
   GDBusConnection* connection = bus_.connection();
   if (!connection) return KeyringFailure::noAnswer;

@@ -25,8 +25,6 @@ class KeyringPrompts {
     VariantPointer result;  // what was agreed to, by the kind of the question
   };
   [[nodiscard]] KeyringAnswer<Answer> perform(const ObjectPath& prompt);
-  /// Tells the service that this question will not be asked.
-  void discard(const ObjectPath& prompt);
 
  private:
   struct Prompt {

@@ -51,7 +51,7 @@ class KeyringService {
   [[nodiscard]] virtual KeyringAnswer<ObjectPath> collectionNamed(const std::string& alias) = 0;
   [[nodiscard]] virtual KeyringAnswer<bool> isLocked(const ObjectPath& collection) = 0;
   /// Unlocks a collection or an item, with the user's help where needed. The user is asked once for
-  /// each object.
+  /// each object; what is asked for again is refused.
   [[nodiscard]] virtual KeyringAnswer<UnlockOutcome> unlock(const ObjectPath& object) = 0;
 
   /// The collection's items with that service and account, the oldest first. A locked collection

@@ -95,6 +95,9 @@ KeyringAnswer<bool> SecretServiceBus::isLocked(const ObjectPath& collection) {
 
 KeyringAnswer<UnlockOutcome> SecretServiceBus::unlock(const ObjectPath& object) {
   watchForUnlock();
+  // Not even requested a second time: gnome-keyring 42 ends with a failed assertion when another
+  // unlocking is requested and dropped while a question is open.
+  if (asked_.contains(object)) return UnlockOutcome::refused;
   const char* path = object.c_str();
   const auto reply = bus_.call(KeyringBus::servicePath, serviceInterface, "Unlock",
                                tupleOf(g_variant_new_objv(&path, 1)));
@@ -106,15 +109,11 @@ KeyringAnswer<UnlockOutcome> SecretServiceBus::unlock(const ObjectPath& object) 
   }
   const ObjectPath prompt = pathAt(*reply, 1);
   if (prompt == noObject) return UnlockOutcome::refused;
-  return ask(object, prompt);
+  asked_.insert(object);
+  return ask(prompt);
 }
 
-KeyringAnswer<UnlockOutcome> SecretServiceBus::ask(const ObjectPath& object,
-                                                   const ObjectPath& prompt) {
-  if (!asked_.insert(object).second) {
-    prompts_.discard(prompt);
-    return UnlockOutcome::refused;
-  }
+KeyringAnswer<UnlockOutcome> SecretServiceBus::ask(const ObjectPath& prompt) {
   const auto answer = prompts_.perform(prompt);
   if (!answer) return answer.failure();
   switch (answer->outcome) {
@@ -210,17 +209,25 @@ void SecretServiceBus::watchForUnlock() {
   if (!connection || connection == watched_.get()) return;
   endWatch();
   watched_.reset(G_DBUS_CONNECTION(g_object_ref(connection)));
-  watch_ = g_dbus_connection_signal_subscribe(
-      connection, KeyringBus::serviceName, "org.freedesktop.DBus.Properties", "PropertiesChanged",
-      nullptr, collectionInterface, G_DBUS_SIGNAL_FLAGS_NONE,
+  // Services differ in which of the two they send.
+  watch("org.freedesktop.DBus.Properties", "PropertiesChanged", collectionInterface);
+  watch(serviceInterface, "CollectionChanged", nullptr);
+}
+
+void SecretServiceBus::watch(const char* interface, const char* signal, const char* argument) {
+  watches_.push_back(g_dbus_connection_signal_subscribe(
+      watched_.get(), KeyringBus::serviceName, interface, signal, nullptr, argument,
+      G_DBUS_SIGNAL_FLAGS_NONE,
       [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*, GVariant*,
          gpointer self) { static_cast<SecretServiceBus*>(self)->unlockedLater_(); },
-      this, nullptr);
+      this, nullptr));
 }
 
 void SecretServiceBus::endWatch() {
-  if (!watched_) return;
-  g_dbus_connection_signal_unsubscribe(watched_.get(), watch_);
+  for (const guint watch : watches_) {
+    g_dbus_connection_signal_unsubscribe(watched_.get(), watch);
+  }
+  watches_.clear();
   watched_.reset();
 }
 

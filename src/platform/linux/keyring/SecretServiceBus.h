@@ -42,9 +42,9 @@ class SecretServiceBus : public KeyringService {
  private:
   [[nodiscard]] KeyringSession* session();
   void watchForUnlock();
+  void watch(const char* interface, const char* signal, const char* argument);
   void endWatch();
-  [[nodiscard]] KeyringAnswer<UnlockOutcome> ask(const ObjectPath& object,
-                                                 const ObjectPath& prompt);
+  [[nodiscard]] KeyringAnswer<UnlockOutcome> ask(const ObjectPath& prompt);
   [[nodiscard]] KeyringAnswer<ObjectPath> createdByPrompt(const ObjectPath& prompt);
   [[nodiscard]] std::uint64_t creationTime(const ObjectPath& item);
 
@@ -54,7 +54,7 @@ class SecretServiceBus : public KeyringService {
   std::set<ObjectPath> asked_;
   std::unique_ptr<KeyringSession> session_;  // of the current piece of work
   ObjectPointer<GDBusConnection> watched_;
-  guint watch_ = 0;
+  std::vector<guint> watches_;
 };
 
 }  // namespace vantorel
