@@ -104,8 +104,9 @@ bool HistoryReader::Uint64(std::uint64_t value) {
 
 bool HistoryReader::Double(double value) {
   if (state_ == State::skipping) return scalarWhileSkipping();
-  constexpr double limit = 9223372036854775808.0;  // 2^63
-  if (!(value >= -limit && value < limit)) return false;
+  // 2^63: whole numbers that do not fit come as it, or its negative, too.
+  constexpr double limit = 9223372036854775808.0;
+  if (!(value > -limit && value < limit)) return false;
   const auto integer = static_cast<std::int64_t>(value);
   if (static_cast<double>(integer) != value) return false;
   return number(integer);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "security/RandomBytes.h"
 #include "store/CapturedEntries.h"
 #include "store/ContentFingerprint.h"
 #include "store/HistoryFile.h"
@@ -11,7 +12,11 @@
 namespace vantorel {
 
 TestStore::TestStore(ClipStoreLimits limits)
-    : limits_(limits), storage_(SecureStorage::ephemeral()) {
+    : limits_(limits),
+      storage_(std::make_shared<SecureStorage>(
+          randomSecret(SecureStorage::keySize), [this](const SecretBytes& /*key*/) {
+            if (files_.isDead()) throw std::runtime_error("a dead process replaces no key");
+          })) {
   start();
 }
 

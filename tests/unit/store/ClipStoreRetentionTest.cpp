@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include "fakes/FakeImage.h"
+#include "fakes/TestStore.h"
+
+namespace vantorel {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+/// An image of `size` bytes, 33 more when sealed, that no other `name` equals.
+FakeImage image(std::string_view name, std::size_t size) {
+  std::string bytes(name);
+  bytes.resize(size, '.');
+  return {{1, 1}, bytes};
+}
+
+class ClipStoreBudget : public ::testing::Test {
+ protected:
+  static ClipStoreLimits limits() {
+    ClipStoreLimits limits;
+    limits.maxAssetBytes = 1000;
+    return limits;
+  }
+  Uuid add(std::string_view name, std::size_t size) {
+    store.tick();
+    store->captureImage(image(name, size), {});
+    for (const ClipItem& item : store->items()) {
+      if (item.createdAt == store.dispatch().now()) return item.id;
+    }
+    return {};
+  }
+  TestStore store{limits()};
+};
+
+TEST_F(ClipStoreBudget, TheOldestImagesGoUntilTheRestFits) {
+  const Uuid text = store.addText("text");
+  const Uuid first = add("first", 267);
+  const Uuid second = add("second", 267);
+  const Uuid third = add("third", 267);
+  EXPECT_TRUE(store.has(first));
+  const Uuid fourth = add("fourth", 267);  // 1200 bytes sealed
+  EXPECT_FALSE(store.has(first));
+  EXPECT_TRUE(store.has(second) && store.has(third) && store.has(fourth) && store.has(text));
+  EXPECT_EQ(store.assetNames().size(), 3U);
+  add("fifth", 867);
+  EXPECT_FALSE(store.has(second) || store.has(third) || store.has(fourth));
+  EXPECT_EQ(store.assetNames().size(), 1U);
+  EXPECT_EQ(store.savedItems()->size(), 2U);
+}
+
+TEST_F(ClipStoreBudget, PinnedImagesStayAndLeaveNoRoomForOthers) {
+  const Uuid pin = add("pin", 900);
+  store->togglePinned(pin);
+  add("second pin", 900);
+  EXPECT_EQ(store->items().size(), 1U);
+  EXPECT_TRUE(store.has(pin));
+  EXPECT_EQ(store.assetNames(), Texts{*store.item(pin).assetFilename});
+}
+
+TEST_F(ClipStoreBudget, AFileOfUnknownSizeIsStillDeletedWithItsEntry) {
+  const Uuid first = add("first", 300);
+  store.files().hideSize(store.assets() / *store.item(first).assetFilename);
+  add("second", 600);
+  EXPECT_TRUE(store.has(first));
+  const Uuid third = add("third", 600);
+  EXPECT_FALSE(store.has(first));
+  EXPECT_EQ(store.assetNames(), Texts{*store.item(third).assetFilename});
+}
+
+TEST_F(ClipStoreBudget, EntriesThatAgeOutMakeRoomFirst) {
+  const Uuid old = add("old", 500);
+  store.dispatch().setNow(testDate(604'800));
+  const Uuid kept = add("kept", 300);
+  store.dispatch().setNow(testDate(604'900));
+  const Uuid fresh = add("fresh", 500);
+  EXPECT_FALSE(store.has(old));
+  EXPECT_TRUE(store.has(kept) && store.has(fresh));
+}
+
+TEST(ClipStoreRetention, DroppedEntriesTakeTheirImagesAlong) {
+  ClipStoreLimits limits;
+  limits.maxItems = 2;
+  TestStore store(limits);
+  store->captureImage(image("one", 10), {});
+  store.addText("a");
+  EXPECT_EQ(store.assetNames().size(), 1U);
+  store.addText("b");
+  EXPECT_EQ(store.texts(), (Texts{"b", "a"}));
+  EXPECT_TRUE(store.assetNames().empty());
+}
+
+TEST(ClipStoreRetention, AppliesAtStart) {
+  TestStore store;
+  store.addText("old");
+  store.dispatch().setNow(testDate(604'800));
+  store.addText("new");
+  store.dispatch().setNow(testDate(604'802));
+  store.restart();
+  EXPECT_EQ(store.texts(), Texts{"new"});
+  EXPECT_EQ(store.savedItems()->size(), 1U);
+}
+
+TEST(ClipStoreRetention, AFileThatCannotBeDeletedIsDeletedLater) {
+  ClipStoreLimits limits;
+  limits.maxItems = 1;
+  TestStore store(limits);
+  store->captureImage(image("one", 10), {});
+  store.files().fail(FaultyFileSystem::Operation::remove, std::errc::permission_denied);
+  store.addText("a");
+  EXPECT_EQ(store.texts(), Texts{"a"});
+  EXPECT_EQ(store.assetNames().size(), 1U);
+  store.files().recover();
+  store.addText("b");
+  EXPECT_TRUE(store.assetNames().empty());
+}
+
+TEST(ClipStoreRetention, StrayFilesAmongTheImagesAreDeleted) {
+  TestStore store;
+  ASSERT_FALSE(store.disk().writeNewFile(store.assets() / ".DS_Store", toBytes("x"), 0600));
+  store->captureImage(image("one", 10), {});
+  EXPECT_EQ(store.assetNames(), Texts{*store->items()[0].assetFilename});
+}
+
+TEST(ClipStoreRetention, DeletesWhatWasDroppedOnlyAfterTheListIsSaved) {
+  ClipStoreLimits limits;
+  limits.maxItems = 1;
+  TestStore store(limits);
+  store->captureImage(image("one", 10), {});
+  const auto before = store.files().calls().size();
+  store.addText("a");
+  using Operation = FaultyFileSystem::Operation;
+  std::vector<Operation> operations;
+  for (auto i = before; i < store.files().calls().size(); ++i) {
+    operations.push_back(store.files().calls()[i].operation);
+  }
+  EXPECT_EQ(operations, (std::vector<Operation>{Operation::writeNewFile, Operation::rename,
+                                                Operation::syncDirectory, Operation::remove}));
+}
+
+}  // namespace
+}  // namespace vantorel
