@@ -65,6 +65,7 @@ ClipItem filesEntry(std::vector<std::string> paths, const SourceApp& source, Dat
   ClipItem item = newEntry(ClipKind::files, source, now);
   item.title = title(paths);
   std::vector<std::string> names;
+  names.reserve(paths.size());
   for (const std::string& path : paths) names.emplace_back(lastComponent(path));
   item.preview = validUtf8(joined(names, ", "));
   // NUL stands in no path, so no two lists are the same when joined by it.

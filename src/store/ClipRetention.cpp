@@ -42,16 +42,16 @@ Retention withinAssetBudget(std::vector<ClipItem> items, std::uint64_t total,
   for (const ClipItem& item : items) {
     if (item.assetFilename) ++owners[*item.assetFilename];
   }
-  for (auto item = items.rbegin(); item != items.rend(); ++item) {
-    const bool dispensable = item->kind == ClipKind::image && !item->pinned() &&
-                             item->assetFilename && owners[*item->assetFilename] == 1;
+  std::for_each(items.rbegin(), items.rend(), [&](ClipItem& item) {
+    const bool dispensable = item.kind == ClipKind::image && !item.pinned() && item.assetFilename &&
+                             owners[*item.assetFilename] == 1;
     if (total <= maxAssetBytes || !dispensable) {
-      result.kept.push_back(std::move(*item));
-      continue;
+      result.kept.push_back(std::move(item));
+      return;
     }
-    total -= std::min(total, sizeOf(*item->assetFilename));
-    result.dropped.push_back(std::move(*item));
-  }
+    total -= std::min(total, sizeOf(*item.assetFilename));
+    result.dropped.push_back(std::move(item));
+  });
   std::reverse(result.kept.begin(), result.kept.end());
   return result;
 }

@@ -45,7 +45,8 @@ std::shared_ptr<SecureStorage> storageFor(Keychain& keychain, bool isProduction)
 
 }  // namespace
 
-ClipStore::ClipStore(ClipStoreServices services, std::optional<std::filesystem::path> baseUrl,
+ClipStore::ClipStore(ClipStoreServices services,
+                     const std::optional<std::filesystem::path>& baseUrl,
                      std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits)
     : services_(std::move(services)),
       limits_(limits),

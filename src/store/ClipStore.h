@@ -51,7 +51,7 @@ class ClipStore {
   /// Application Support and takes its key from the keychain; with one and without a storage it
   /// seals under a key that dies with the process. Ends the program when it is given neither a
   /// directory nor an Application Support.
-  ClipStore(ClipStoreServices services, std::optional<std::filesystem::path> baseUrl,
+  ClipStore(ClipStoreServices services, const std::optional<std::filesystem::path>& baseUrl,
             std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits);
   ~ClipStore();
   ClipStore(const ClipStore&) = delete;

@@ -76,6 +76,7 @@ std::vector<std::string> TestStore::texts() const {
 std::vector<std::string> TestStore::assetNames() {
   std::vector<std::string> names;
   const auto listed = disk_.list(assets()).value();
+  names.reserve(listed.size());
   for (const auto& name : listed) names.push_back(name.string());
   std::sort(names.begin(), names.end());
   return names;
