@@ -71,14 +71,14 @@ ClipboardWatcher::~ClipboardWatcher() { stop(); }
 
 void ClipboardWatcher::start() {
   timer_ = services_.dispatch.every(pollInterval, [this] { poll(); });
-  const std::weak_ptr<bool> alive = alive_;
-  services_.pasteboard.setChangeHandler([this, alive] {
-    if (!alive.expired()) poll();
+  if (!listening_) listening_ = std::make_shared<bool>(true);
+  const std::weak_ptr<bool> listening = listening_;
+  services_.pasteboard.setChangeHandler([this, listening] {
+    if (!listening.expired()) poll();
   });
-  services_.pasteboard.setOwnerExitHandler([this, alive](Pasteboard::ChangeCount change) {
-    if (!alive.expired()) ownerExited(change);
+  services_.pasteboard.setOwnerExitHandler([this, listening](Pasteboard::ChangeCount change) {
+    if (!listening.expired()) ownerExited(change);
   });
-  listening_ = true;
 }
 
 void ClipboardWatcher::stop() {
@@ -87,7 +87,7 @@ void ClipboardWatcher::stop() {
   if (!listening_) return;
   services_.pasteboard.setChangeHandler({});
   services_.pasteboard.setOwnerExitHandler({});
-  listening_ = false;
+  listening_.reset();
 }
 
 template <class Value, class Next>
@@ -102,7 +102,6 @@ void ClipboardWatcher::poll() {
   const auto change = services_.pasteboard.changeCount();
   if (change == lastChangeCount_) return;
   lastChangeCount_ = change;
-  newestCapture_.reset();
   reading_.reset();
 
   auto source = currentSourceApp();
@@ -177,10 +176,11 @@ void ClipboardWatcher::finish(const std::function<void()>& capture) {
   const auto before = copyDates(store_.items());
   capture();
   const auto entry = capturedEntry(before, store_.items());
-  if (entry && reading->change == lastChangeCount_) newestCapture_ = {reading->change, *entry};
+  if (entry) newestCapture_ = {reading->change, *entry};
 }
 
 void ClipboardWatcher::ownerExited(Pasteboard::ChangeCount change) {
+  // Anything newer, whoever wrote it and whether or not it was kept, has the higher number.
   if (!newestCapture_ || newestCapture_->first != change) return;
   if (services_.pasteboard.changeCount() != change) return;
   const auto id = std::exchange(newestCapture_, std::nullopt)->second;
@@ -192,9 +192,7 @@ void ClipboardWatcher::ownerExited(Pasteboard::ChangeCount change) {
 }
 
 void ClipboardWatcher::advanceLastChangeCount() {
-  const auto change = services_.pasteboard.changeCount();
-  if (change != lastChangeCount_) newestCapture_.reset();
-  lastChangeCount_ = change;
+  lastChangeCount_ = services_.pasteboard.changeCount();
   reading_.reset();
 }
 

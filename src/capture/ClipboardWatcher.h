@@ -76,12 +76,10 @@ class ClipboardWatcher {
   ClipboardServices services_;
   Pasteboard::ChangeCount lastChangeCount_;
   std::unique_ptr<Timer> timer_;
-  bool listening_ = false;
+  std::shared_ptr<bool> listening_;   // announcements on their way hold it weakly
   std::shared_ptr<Reading> reading_;  // under way; queued steps hold it weakly
-  /// The change that was captured last, while nothing newer was seen, and its entry.
+  /// The change that was captured last, and its entry.
   std::optional<std::pair<Pasteboard::ChangeCount, Uuid>> newestCapture_;
-  /// Announcements on their way hold it weakly.
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace vantorel

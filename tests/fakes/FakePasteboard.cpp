@@ -7,11 +7,11 @@ namespace vantorel {
 FakePasteboard::~FakePasteboard() = default;
 
 void FakePasteboard::setChangeHandler(std::function<void()> handler) {
-  *changeHandler_ = std::move(handler);
+  changeHandler_ = std::move(handler);
 }
 
 void FakePasteboard::setOwnerExitHandler(std::function<void(ChangeCount)> handler) {
-  *ownerExitHandler_ = std::move(handler);
+  ownerExitHandler_ = std::move(handler);
 }
 
 template <class Value>
@@ -114,11 +114,7 @@ void FakePasteboard::offer(Owner owner) {
   ++changeCount_;
   ownerEnded_ = false;
   contents_ = std::move(owner);
-  if (!announcing_) return;
-  dispatch_.async([handler = changeHandler_] {
-    const auto current = *handler;  // it may replace itself
-    if (current) current();
-  });
+  if (announcing_ && changeHandler_) dispatch_.async(changeHandler_);
 }
 
 void FakePasteboard::offerText(std::string text) { offer({.string = std::move(text)}); }
@@ -126,10 +122,8 @@ void FakePasteboard::offerText(std::string text) { offer({.string = std::move(te
 void FakePasteboard::endOwner() {
   ownerEnded_ = true;
   contents_ = {};
-  dispatch_.async([handler = ownerExitHandler_, change = changeCount_] {
-    const auto current = *handler;
-    if (current) current(change);
-  });
+  if (!ownerExitHandler_) return;
+  dispatch_.async([handler = ownerExitHandler_, change = changeCount_] { handler(change); });
 }
 
 std::size_t FakePasteboard::release() {

@@ -65,7 +65,8 @@ class FakePasteboard : public Pasteboard {
 
   // The test's side.
 
-  /// Another program takes the pasteboard.
+  /// Another program takes the pasteboard. Whoever listens now hears of it in a later turn, even
+  /// if it has stopped listening by then.
   void offer(Owner owner);
   void offerText(std::string text);
   /// The owner ends without a successor; only meaningful after `offer`.
@@ -77,8 +78,8 @@ class FakePasteboard : public Pasteboard {
   /// Every later write fails and changes nothing.
   void setRefusingWrites(bool refusing) { refusingWrites_ = refusing; }
 
-  [[nodiscard]] bool hasChangeHandler() const { return static_cast<bool>(*changeHandler_); }
-  [[nodiscard]] bool hasOwnerExitHandler() const { return static_cast<bool>(*ownerExitHandler_); }
+  [[nodiscard]] bool hasChangeHandler() const { return static_cast<bool>(changeHandler_); }
+  [[nodiscard]] bool hasOwnerExitHandler() const { return static_cast<bool>(ownerExitHandler_); }
   [[nodiscard]] std::size_t heldCount() const { return held_.size(); }
   /// What was asked for, in order.
   [[nodiscard]] const std::vector<Form>& reads() const { return reads_; }
@@ -102,9 +103,8 @@ class FakePasteboard : public Pasteboard {
   bool ownerEnded_ = false;
   bool announcing_ = true;
   bool refusingWrites_ = false;
-  std::shared_ptr<std::function<void()>> changeHandler_ = std::make_shared<std::function<void()>>();
-  std::shared_ptr<std::function<void(ChangeCount)>> ownerExitHandler_ =
-      std::make_shared<std::function<void(ChangeCount)>>();
+  std::function<void()> changeHandler_;
+  std::function<void(ChangeCount)> ownerExitHandler_;
   std::deque<std::function<void()>> held_;
   std::vector<std::unique_ptr<Timer>> silences_;
   std::vector<Form> reads_;

@@ -58,10 +58,20 @@ TEST_F(ClipboardReadingTest, ANewerChangeSupersedesTheReadingAtEveryStep) {
   }
 }
 
+TEST_F(ClipboardReadingTest, ANewerChangeThatIsIgnoredSupersedesTheReadingToo) {
+  pasteboard.offer({.string = "older", .answeringOf = {{Form::rtf, Answering::whenReleased}}});
+  pollAndRead();
+  ASSERT_EQ(pasteboard.heldCount(), 1U);  // its text is read already
+  workspace.setFront(keeper.processIdentifier);
+  copyText("secret");
+  pasteboard.release();
+  dispatch().runQueued();
+  EXPECT_EQ(count(), 0U);
+}
+
 TEST_F(ClipboardReadingTest, AnAnswerOnItsWayIsDroppedWithItsReading) {
   pasteboard.offerText("older");
   watcher->poll();
-  ASSERT_TRUE(dispatch().runOne());  // an announcement without a listener
   ASSERT_TRUE(dispatch().runOne());  // the types are known, the next answer is queued
   pasteboard.offerText("newer");
   pollAndRead();

@@ -104,11 +104,8 @@ TEST_F(ContentsLostTest, SaysNothingOfWhatCouldNotBeKept) {
 }
 
 TEST_F(ContentsLostTest, SaysNothingOnceAnotherProgramHasCopied) {
-  offerAndRead({.string = "older"});
-  endOwner();
-  pasteboard.setAnnouncing(false);
-  lost.clear();
   offerAndRead({.string = "captured"});
+  pasteboard.setAnnouncing(false);
   pasteboard.endOwner();
   pasteboard.offerText("newer, not seen yet");
   dispatch().runQueued();
@@ -142,6 +139,14 @@ TEST_F(ContentsLostTest, SaysNothingOfWhatWasThereBeforeTheWatcher) {
   makeWatcher();
   watcher->start();
   endOwner();
+  EXPECT_THAT(lost, IsEmpty());
+}
+
+TEST_F(ContentsLostTest, SaysNothingOnceItHasStoppedListening) {
+  offerAndRead({.string = "captured"});
+  pasteboard.endOwner();
+  watcher->stop();
+  dispatch().runQueued();
   EXPECT_THAT(lost, IsEmpty());
 }
 
