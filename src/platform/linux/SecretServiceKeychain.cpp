@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/keyring/GlibThread.h"
+#include "platform/linux/glib/GlibThread.h"
 #include "platform/linux/keyring/KeyringCall.h"
 #include "platform/linux/keyring/KeyringItems.h"
 #include "platform/linux/keyring/SecretServiceBus.h"

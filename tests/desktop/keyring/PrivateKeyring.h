@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "desktop/keyring/PrivateSession.h"
+#include "desktop/session/PrivateSession.h"
 
 namespace vantorel {
 

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "desktop/keyring/PrivateSession.h"
+#include "desktop/session/PrivateSession.h"
 
 namespace vantorel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "desktop/keyring/ChildProcess.h"
+#include "desktop/session/ChildProcess.h"
 
 namespace vantorel {
 

@@ -5,7 +5,7 @@
 #include <future>
 
 #include "desktop/keyring/PrivateKeyring.h"
-#include "platform/linux/keyring/GlibThread.h"
+#include "platform/linux/glib/GlibThread.h"
 
 namespace vantorel {
 namespace {

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "desktop/keyring/PrivateKeyring.h"
-#include "desktop/keyring/PrivateSession.h"
+#include "desktop/session/PrivateSession.h"
 #include "fakes/ManualDispatch.h"
 #include "security/HistoryKeychain.h"
 #include "security/SecureStorage.h"

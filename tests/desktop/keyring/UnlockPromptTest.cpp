@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "desktop/keyring/PrivateKeyring.h"
-#include "desktop/keyring/PrivateSession.h"
 #include "desktop/keyring/PromptDisplay.h"
+#include "desktop/session/PrivateSession.h"
 #include "fakes/ManualDispatch.h"
 #include "platform/linux/SecretServiceKeychain.h"
 

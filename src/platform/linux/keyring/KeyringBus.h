@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/linux/keyring/GlibPointers.h"
-#include "platform/linux/keyring/GlibThread.h"
+#include "platform/linux/glib/GlibPointers.h"
+#include "platform/linux/glib/GlibThread.h"
 #include "platform/linux/keyring/KeyringService.h"
 
 namespace vantorel {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/keyring/GlibThread.h"
+#include "platform/linux/glib/GlibThread.h"
 
 namespace vantorel {
 

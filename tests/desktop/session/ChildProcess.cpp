@@ -1,4 +1,4 @@
-#include "desktop/keyring/ChildProcess.h"
+#include "desktop/session/ChildProcess.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>

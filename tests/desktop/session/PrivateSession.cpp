@@ -1,4 +1,4 @@
-#include "desktop/keyring/PrivateSession.h"
+#include "desktop/session/PrivateSession.h"
 
 #include <cstdlib>
 #include <fstream>

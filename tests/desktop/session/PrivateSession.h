@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "desktop/keyring/ChildProcess.h"
+#include "desktop/session/ChildProcess.h"
 
 namespace vantorel {
 
