@@ -202,5 +202,20 @@ TEST_F(X11PasteboardChanges, NothingIsHeardOfAPasteboardThatIsGone) {
   EXPECT_FALSE(answer);
 }
 
+TEST_F(X11PasteboardChanges, QuittingWithinAReadLeavesNothingBehind) {
+  ScriptedForm silent;
+  silent.manner = Manner::stay_silent;
+  ScriptedOwner slow(server->display());
+  slow.offer("TARGETS", silent);
+  copy(slow);
+  auto token = std::make_shared<int>();
+  const std::weak_ptr<int> kept = token;
+  pasteboard->readString(now(), [token = std::move(token)](const Text&) { ADD_FAILURE(); });
+  ASSERT_TRUE(slow.waitForRequest("TARGETS"));
+  pasteboard.reset();
+  loop.runQueued();
+  EXPECT_TRUE(kept.expired());
+}
+
 }  // namespace
 }  // namespace vantorel

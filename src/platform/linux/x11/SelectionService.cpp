@@ -85,6 +85,9 @@ SelectionService::SelectionService(X11Thread& thread, Observer observer,
   noteFirstOwner();
 }
 
+// A read under way and its contents keep each other alive until the read has ended.
+SelectionService::~SelectionService() { reader_.abortAll(); }
+
 void SelectionService::noteFirstOwner() {
   const auto answer = connection_.reply(xcb_get_selection_owner_reply,
                                         xcb_get_selection_owner(connection_.xcb(), clipboard_));

@@ -35,6 +35,11 @@ class SelectionService {
   [[nodiscard]] static std::unique_ptr<SelectionService> create(
       X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere);
 
+  /// Ends every read under way, as aborted.
+  ~SelectionService();
+  SelectionService(const SelectionService&) = delete;
+  SelectionService& operator=(const SelectionService&) = delete;
+
   void handle(const xcb_generic_event_t& event);
   /// The server has gone: everything under way ends, everything asked later finds nothing.
   void handleLoss();
