@@ -123,7 +123,10 @@ std::string uriListOf(const std::vector<std::filesystem::path>& paths) {
 
 std::string copiedFilesOf(const std::vector<std::filesystem::path>& paths) {
   std::string list = "copy";
-  for (const auto& path : paths) list += "\n" + fileUri(path);
+  for (const auto& path : paths) {
+    list += '\n';
+    list += fileUri(path);
+  }
   return list;
 }
 
