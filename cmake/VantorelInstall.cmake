@@ -1,0 +1,32 @@
+# Where everything goes that a desktop needs to know the program.
+#
+# The desktop entry does not say DBusActivatable: a first start then shows no panel, as a start at
+# login should not, while being activated over the bus always means "reopen the application". Who
+# calls the name on the bus still starts the program, by the service file.
+include(GNUInstallDirs)
+
+set(application_id com.vantorel.Vantorel)
+set(packaging "${PROJECT_SOURCE_DIR}/packaging")
+
+configure_file("${packaging}/${application_id}.service.in"
+  "${PROJECT_BINARY_DIR}/${application_id}.service" @ONLY)
+
+if(TARGET vantorel)
+  install(TARGETS vantorel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
+install(FILES "${packaging}/${application_id}.desktop"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
+install(FILES "${packaging}/${application_id}.metainfo.xml"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+install(FILES "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
+install(FILES "${PROJECT_BINARY_DIR}/${application_id}.service"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
+
+if(BUILD_TESTING)
+  # The programs that check these files come with the test packages.
+  add_test(NAME "${VANTOREL_TEST_PREFIX}packaging.desktop_entry"
+    COMMAND desktop-file-validate "${packaging}/${application_id}.desktop")
+  add_test(NAME "${VANTOREL_TEST_PREFIX}packaging.metainfo"
+    COMMAND appstreamcli validate --no-net "${packaging}/${application_id}.metainfo.xml")
+endif()
