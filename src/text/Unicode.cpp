@@ -130,14 +130,15 @@ std::size_t startOfCodePointAt(std::string_view text, std::size_t position) {
   return position;
 }
 
+/// One per thread, since a break iterator is bound to the text that it walks; null without ICU's
+/// data.
 icu::BreakIterator* characterBreaks() {
-  thread_local const std::unique_ptr<icu::BreakIterator> breaks = [] {
+  thread_local std::unique_ptr<icu::BreakIterator> breaks;
+  if (!breaks) {
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::BreakIterator> made(
-        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-    return U_SUCCESS(status) ? std::move(made) : nullptr;
-  }();
-  return breaks.get();
+    breaks.reset(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  }
+  return breaks.get();  // NOLINT: the analyser takes a variable of the thread for a local one
 }
 
 /// Where the first `count` characters of `window` end; its size when they do not end in it.

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 #include "platform/posix/ThreadedQueue.h"
@@ -40,33 +41,46 @@ class QtTimer : public Timer {
 }  // namespace
 
 // One event is under way for any number of pieces of work. A turn runs what was queued before it
-// began, so that work which queues more work leaves room for input and painting in between.
+// began, so that work which queues more work leaves room for input and painting in between. Pieces
+// leave the queue one by one: when one of them lets the loop turn, in a menu or a drag, the others
+// go on there.
 class QtDispatch::MainQueue : public QObject {
  public:
   void add(Work work) {
-    bool first = false;
     {
       const std::lock_guard lock(mutex_);
-      first = work_.empty();
       work_.push_back(std::move(work));
+      if (std::exchange(eventIsPosted_, true)) return;
     }
-    if (first) QCoreApplication::postEvent(this, new QEvent(runWork));
+    QCoreApplication::postEvent(this, new QEvent(runWork));
   }
 
   bool event(QEvent* event) override {
     if (event->type() != runWork) return QObject::event(event);
-    std::deque<Work> turn;
+    std::size_t count = 0;
     {
       const std::lock_guard lock(mutex_);
-      turn.swap(work_);
+      eventIsPosted_ = false;
+      count = work_.size();
     }
-    for (const Work& work : turn) work();
+    for (; count > 0; --count) {
+      if (const auto work = next()) (*work)();
+    }
     return true;
   }
 
  private:
+  std::optional<Work> next() {
+    const std::lock_guard lock(mutex_);
+    if (work_.empty()) return std::nullopt;
+    std::optional<Work> work(std::move(work_.front()));
+    work_.pop_front();
+    return work;
+  }
+
   std::mutex mutex_;
-  std::deque<Work> work_;  // guarded
+  std::deque<Work> work_;       // guarded
+  bool eventIsPosted_ = false;  // guarded
 };
 
 QtDispatch::QtDispatch() : mainQueue_(std::make_unique<MainQueue>()) {}

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -41,9 +42,11 @@ bool finds(std::string query, const ClipItem& item) {
 }
 
 TEST(TypeFilter, IsListedAndNamedInOrder) {
-  std::vector<std::string> names;
-  for (const auto filter : allClipTypeFilters) names.emplace_back(rawValue(filter));
-  EXPECT_EQ(names, (std::vector<std::string>{"all", "text", "image", "files", "video"}));
+  constexpr std::array names = {"all", "text", "image", "files", "video"};
+  ASSERT_EQ(allClipTypeFilters.size(), names.size());
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    EXPECT_EQ(rawValue(allClipTypeFilters[i]), names[i]);
+  }
 }
 
 TEST(TypeFilter, IsReadFromItsNameAlone) {

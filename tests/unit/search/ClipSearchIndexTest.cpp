@@ -19,6 +19,7 @@ ClipItem textItem(const std::string& text) {
 
 std::vector<Uuid> ids(const std::vector<ClipItem>& items) {
   std::vector<Uuid> found;
+  found.reserve(items.size());
   for (const auto& item : items) found.push_back(item.id);
   return found;
 }

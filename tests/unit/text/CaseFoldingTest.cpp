@@ -127,7 +127,7 @@ TEST_P(EveryRule, GivesWhatTheLibraryGivesForEveryCharacter) {
     std::string text;
     icu::UnicodeString(c).toUTF8String(text);
     ASSERT_EQ(foldedForSearch(text, GetParam()), foldedPlainly(text, GetParam())) << std::hex << c;
-    text = "e" + text + "\u0323\u0301";
+    text.insert(0, "e").append("\u0323\u0301");
     ASSERT_EQ(foldedForSearch(text, GetParam()), foldedPlainly(text, GetParam())) << std::hex << c;
   }
 }

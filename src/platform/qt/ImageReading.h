@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QImage>
+
+#include "platform/Bytes.h"
+#include "platform/qt/ImageLimits.h"
+
+namespace vantorel {
+
+/// The pixels of an encoded image, turned as its maker meant it to be seen. Null when it is
+/// damaged, of no known format, or not of acceptable size. Formats that are text, or drawings of
+/// any size, are not images here: a copied program must not become one. Any thread.
+[[nodiscard]] QImage decodedPixels(ByteView bytes);
+
+/// The size at which a viewer shows the image, when it is stored at `stored`: a camera's picture
+/// may be stored lying on its side. Reads only what precedes the pixels.
+[[nodiscard]] PixelSize shownSize(ByteView bytes, PixelSize stored);
+
+}  // namespace vantorel

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/Bytes.h"
+#include "platform/qt/ImageLimits.h"
+
+namespace vantorel {
+
+/// Whether the bytes begin as every PNG does.
+[[nodiscard]] bool looksLikePng(ByteView bytes);
+
+/// The size of the image in `bytes` when they are a whole and undamaged PNG of acceptable size:
+/// every chunk within the bytes and true to its checksum, the obligatory ones in their order, and
+/// pixel data that begins well and is long enough to be what the header claims. No pixel is
+/// decoded. What follows the end of the image is not looked at.
+[[nodiscard]] std::optional<PixelSize> checkedPng(ByteView bytes);
+
+}  // namespace vantorel

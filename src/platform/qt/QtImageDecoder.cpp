@@ -1,0 +1,35 @@
+#include "platform/qt/QtImageDecoder.h"
+
+#include <QImageReader>
+#include <utility>
+
+#include "platform/qt/ImageReading.h"
+#include "platform/qt/JpegStructure.h"
+#include "platform/qt/PngStructure.h"
+#include "platform/qt/QtImage.h"
+
+namespace vantorel {
+
+QtImageDecoder::QtImageDecoder() {
+  constexpr std::uint64_t bytesPerPixel = 4;
+  QImageReader::setAllocationLimit(
+      static_cast<int>(maxImagePixels * bytesPerPixel / (1024 * 1024) + 1));
+}
+
+std::shared_ptr<const Image> QtImageDecoder::decode(std::shared_ptr<const Bytes> bytes) const {
+  if (!bytes) return nullptr;
+  if (looksLikePng(*bytes)) {
+    const auto size = checkedPng(*bytes);
+    return size ? QtImage::fromPng(std::move(bytes), *size) : nullptr;
+  }
+  if (looksLikeJpeg(*bytes)) {
+    const auto size = checkedJpeg(*bytes);
+    if (!size) return nullptr;
+    const auto shown = shownSize(*bytes, *size);
+    return QtImage::fromEncoded(std::move(bytes), shown);
+  }
+  QImage pixels = decodedPixels(*bytes);
+  return pixels.isNull() ? nullptr : QtImage::fromPixels(std::move(pixels));
+}
+
+}  // namespace vantorel

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QImage>
+#include <memory>
+#include <string_view>
+
+#include "platform/Bytes.h"
+
+namespace vantorel {
+
+enum class Transparency { none, some };
+
+/// A picture in which no two neighbouring pixels are alike.
+[[nodiscard]] QImage colourful(int width, int height, Transparency transparency);
+
+[[nodiscard]] Bytes encoded(const QImage& pixels, const char* format, int quality = -1);
+
+[[nodiscard]] std::shared_ptr<const Bytes> shared(Bytes bytes);
+
+[[nodiscard]] Bytes copied(std::string_view text);
+
+}  // namespace vantorel
