@@ -10,7 +10,6 @@ namespace vantorel {
 namespace {
 
 using testing::ElementsAre;
-using testing::Eq;
 using testing::Optional;
 
 class FocusTrackerTest : public testing::Test {

@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "capture/ClipboardWatcher.h"
 #include "fakes/FakeImage.h"
+#include "fakes/FakeUserDefaults.h"
 #include "fakes/TemporaryDirectory.h"
 #include "unit/paste/PasteScene.h"
 
@@ -136,6 +138,22 @@ TEST_F(PasteboardWriteTest, ARefusedWriteLeavesThePasteboardEmptyAndGoesNoFurthe
   EXPECT_EQ(ownWrites, 0);
   EXPECT_THAT(input.prompts(), IsEmpty());
   EXPECT_THAT(workspace.activations(), IsEmpty());
+}
+
+TEST_F(PasteboardWriteTest, APasteIsNotCapturedAsANewEntry) {
+  FakeUserDefaults defaults;
+  PrivacyPreferences privacy(defaults, dispatch());
+  ClipboardWatcher watcher(*history, privacy, {pasteboard, workspace, dispatch()});
+  controller->onInternalPasteboardWrite = [&] { watcher.advanceLastChangeCount(); };
+  watcher.start();
+  heedActivations();
+  pasteText("pasted");
+  dispatch().advance(Seconds(2));
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::pasted));
+  EXPECT_THAT(history.texts(), IsEmpty());
+  pasteboard.offerText("copied");
+  dispatch().runQueued();
+  EXPECT_THAT(history.texts(), ElementsAre("copied"));
 }
 
 TEST_F(PasteboardWriteTest, TheWriteIsToldOfBeforeTheOutcome) {
