@@ -1,9 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <optional>
-
 #include "platform/KeyEvent.h"
 
 class QKeyEvent;
@@ -12,10 +8,6 @@ namespace vantorel {
 
 /// The key code of keys that this system has no number for.
 inline constexpr KeyCode unknownKeyCode = 0xFF;
-
-/// Finds the key at the place that the window system gives that number; absent for keys without a
-/// number here. May be empty: then a key is known by what the layout prints on it.
-using KeyCodeForScanCode = std::function<std::optional<KeyCode>(std::uint32_t scanCode)>;
 
 /// A toolkit's key press in this system's own terms: Ctrl and Super are command, Alt is option.
 ///

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/KeyCodes.h"
@@ -13,5 +16,9 @@ struct KeyEvent {
   std::string characters;                   // UTF-8, what the press would type
   std::string charactersIgnoringModifiers;  // UTF-8, what the key alone (with Shift) types
 };
+
+/// Finds the key at the place that the window system gives that number; absent for keys without a
+/// number here. May be empty: then a key is known by what the layout prints on it.
+using KeyCodeForScanCode = std::function<std::optional<KeyCode>(std::uint32_t scanCode)>;
 
 }  // namespace vantorel

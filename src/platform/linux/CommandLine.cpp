@@ -13,7 +13,6 @@ struct Spelling {
 
 constexpr std::array spellings = {
     Spelling{"--toggle", Command::toggle}, Spelling{"--search", Command::search},
-    Spelling{"--menu", Command::menu},     Spelling{"--about", Command::about},
     Spelling{"--quit", Command::quit},     Spelling{"--version", Command::version},
     Spelling{"--help", Command::help},
 };
@@ -59,13 +58,11 @@ std::string_view CommandLine::helpText() {
 
 Vantorel keeps a private, encrypted history of what you copy and pastes any of
 it again. Without a command it starts in the background; if it is running
-already, its history panel is shown or hidden.
+already, its history panel is shown.
 
 Commands for the running Vantorel, for keys and launchers of your desktop:
   --toggle     show or hide the history panel
   --search     show the panel with its search field
-  --menu       show the menu of commands
-  --about      show help and what Vantorel is
   --quit       quit Vantorel
 
 Other:
@@ -84,10 +81,6 @@ std::optional<std::string_view> actionName(Command command) {
       return "toggle";
     case Command::search:
       return "search";
-    case Command::menu:
-      return "menu";
-    case Command::about:
-      return "about";
     case Command::quit:
       return "quit";
     case Command::open:

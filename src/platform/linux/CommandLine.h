@@ -8,7 +8,7 @@
 namespace vantorel {
 
 /// What a start of the program is asked to do.
-enum class Command { open, toggle, search, menu, about, quit, version, help };
+enum class Command { open, toggle, search, quit, version, help };
 
 /// The arguments of a start, understood or not.
 struct CommandLine {
@@ -25,7 +25,7 @@ struct CommandLine {
 };
 
 /// The name under which the running instance offers `command` to other programs ("toggle",
-/// "search", "menu", "about", "quit"); absent for a command that is no action of its own.
+/// "search", "quit"); absent for a command that is no action of its own.
 [[nodiscard]] std::optional<std::string_view> actionName(Command command);
 [[nodiscard]] std::optional<Command> commandForAction(std::string_view name);
 

@@ -18,10 +18,11 @@ TEST(CommandLine, NoArgumentOpens) {
 }
 
 TEST(CommandLine, UnderstandsEachOption) {
-  const std::vector<std::pair<const char*, Command>> options = {
-      {"--toggle", Command::toggle},  {"--search", Command::search}, {"--menu", Command::menu},
-      {"--about", Command::about},    {"--quit", Command::quit},     {"--help", Command::help},
-      {"--version", Command::version}};
+  const std::vector<std::pair<const char*, Command>> options = {{"--toggle", Command::toggle},
+                                                                {"--search", Command::search},
+                                                                {"--quit", Command::quit},
+                                                                {"--help", Command::help},
+                                                                {"--version", Command::version}};
   for (const auto& [option, command] : options) {
     const CommandLine line = parse({option});
     EXPECT_EQ(line.command, command) << option;
@@ -52,8 +53,7 @@ TEST(CommandLine, ShowsNoControlCharacters) {
 }
 
 TEST(CommandLine, ActionNamesLeadBackToTheirCommands) {
-  for (const Command command :
-       {Command::toggle, Command::search, Command::menu, Command::about, Command::quit}) {
+  for (const Command command : {Command::toggle, Command::search, Command::quit}) {
     const auto name = actionName(command);
     ASSERT_TRUE(name);
     EXPECT_EQ(commandForAction(*name), command);

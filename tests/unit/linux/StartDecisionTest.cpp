@@ -63,7 +63,7 @@ TEST(StartDecision, ASecondStartEndsBeforeTheToolkit) {
 
 TEST(StartDecision, WithNobodyThereTheStartGoesOn) {
   for (const auto result : {ForwardResult::notRunning, ForwardResult::noBus}) {
-    for (const Command command : {Command::open, Command::toggle, Command::about}) {
+    for (const Command command : {Command::open, Command::toggle, Command::search}) {
       Surroundings s{.forward = {result}};
       EXPECT_EQ(before(s, command).course, Course::run);
     }

@@ -36,7 +36,7 @@ class ApplicationService {
 
   /// Called on the main queue for each activation ("reopen the application").
   void onActivate(std::function<void()> handler);
-  /// Called on the main queue for each command by name: `toggle`, `search`, `menu`, `about`,
+  /// Called on the main queue for each command by name: `toggle`, `search`,
   /// `quit`. The caller has its answer before the command begins. An unknown name is an error to
   /// the caller.
   void onAction(std::function<void(Command)> handler);

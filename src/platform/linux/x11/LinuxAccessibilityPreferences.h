@@ -25,6 +25,9 @@ class LinuxAccessibilityPreferences : public AccessibilityPreferences {
   [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
   [[nodiscard]] bool reduceTransparency() const override { return highContrast_ || !composited_; }
 
+  /// Whether a compositor runs. Any thread.
+  [[nodiscard]] bool composited() const { return composited_; }
+
  private:
   explicit LinuxAccessibilityPreferences(std::unique_ptr<X11Connection> connection);
 

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "app/FocusTracker.h"
+#include "app/HotKeyRegistration.h"
+#include "capture/ClipboardWatcher.h"
+#include "capture/PrivacyPreferences.h"
+#include "chrome/ToastPresenter.h"
+#include "panel/HistoryPanelController.h"
+#include "paste/PasteController.h"
+#include "platform/Desktop.h"
+#include "store/ClipStore.h"
+
+namespace vantorel {
+
+/// The application's one object: owns every long-lived service and wires them to one another.
+/// Main thread.
+class AppDelegate {
+ public:
+  /// Builds the store, which asks the keychain for its key; nothing else begins yet. The ports
+  /// outlive this object.
+  explicit AppDelegate(const Desktop& desktop);
+  ~AppDelegate();
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+
+  void applicationDidFinishLaunching();
+  /// Stops timers and observers and gives the shortcut back. The history has been saved after
+  /// every change, so nothing is left to save.
+  void applicationWillTerminate();
+  /// Another start of the program, or a click on its icon: brings up the panel, unless it is there.
+  void applicationShouldHandleReopen();
+
+  void openHistory();
+  void openSearch();
+
+ private:
+  void configureHotKey();
+  void configureServices();
+  void show(std::string_view notice);
+  void keepContents(const ClipItem& item);
+  void warmUp();
+
+  // Built once, at the first use.
+  ClipboardWatcher& watcher();
+  PasteController& pasteController();
+  HistoryPanelController& panelController();
+
+  const Desktop desktop_;
+  ClipStore store_;
+  PrivacyPreferences privacy_;
+  ToastPresenter toast_;
+  HotKeyRegistration hotKey_;
+  FocusTracker focus_;
+  std::unique_ptr<PasteController> pasteController_;
+  std::unique_ptr<ClipboardWatcher> watcher_;
+  std::unique_ptr<HistoryPanelController> panelController_;
+  /// Callbacks hold it weakly and do nothing once it is gone.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace vantorel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+
+#include "platform/AccessibilityPreferences.h"
+#include "platform/Dispatch.h"
+#include "platform/EventMonitors.h"
+#include "platform/FileSystem.h"
+#include "platform/HotKeys.h"
+#include "platform/Image.h"
+#include "platform/KeyEvent.h"
+#include "platform/Keychain.h"
+#include "platform/Pasteboard.h"
+#include "platform/Screens.h"
+#include "platform/SyntheticInput.h"
+#include "platform/UserDefaults.h"
+#include "platform/WindowBackdrops.h"
+#include "platform/Workspace.h"
+
+namespace vantorel {
+
+/// Everything the program needs of the desktop it runs on. Built by that desktop's factory, which
+/// owns the ports and outlives whoever was given this.
+struct Desktop {
+  Dispatch& dispatch;
+  FileSystem& files;
+  Keychain& keychain;
+  UserDefaults& defaults;
+  Pasteboard& pasteboard;
+  Workspace& workspace;
+  SyntheticInput& input;
+  HotKeys& hotKeys;
+  EventMonitors& monitors;
+  Screens& screens;
+  const AccessibilityPreferences& accessibility;
+  const ImageDecoder& images;
+  const WindowBackdrops* backdrops;  // null: nothing is seen through a window
+  KeyCodeForScanCode keyCodeForScanCode;
+  /// Where this user's applications keep their data.
+  std::filesystem::path applicationSupport;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,91 @@
+#include "platform/linux/desktop/LinuxDesktop.h"
+
+#include <optional>
+#include <utility>
+
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/JsonUserDefaults.h"
+#include "platform/linux/NoDump.h"
+#include "platform/linux/XdgDirectories.h"
+#include "platform/linux/x11/KeyCodeTable.h"
+#include "platform/linux/x11/LinuxAccessibilityPreferences.h"
+#include "platform/linux/x11/X11EventMonitors.h"
+#include "platform/linux/x11/X11HotKeys.h"
+#include "platform/linux/x11/X11Pasteboard.h"
+#include "platform/linux/x11/X11SyntheticInput.h"
+#include "platform/linux/x11/X11Workspace.h"
+#include "platform/posix/PosixFileSystem.h"
+#include "platform/qt/QtImageDecoder.h"
+#include "platform/qt/QtScreens.h"
+
+namespace vantorel {
+namespace {
+
+/// Windows are composed with what lies behind them as long as a compositor runs.
+class CompositorBackdrops : public WindowBackdrops {
+ public:
+  explicit CompositorBackdrops(const LinuxAccessibilityPreferences& preferences)
+      : preferences_(preferences) {}
+  [[nodiscard]] Backdrop available() const override {
+    return preferences_.composited() ? Backdrop::translucent : Backdrop::none;
+  }
+
+ private:
+  const LinuxAccessibilityPreferences& preferences_;
+};
+
+}  // namespace
+
+struct LinuxDesktop::Ports {
+  Ports(Dispatch& dispatchPort, Keychain& keychainPort)
+      : dispatch(dispatchPort), keychain(keychainPort) {}
+
+  Dispatch& dispatch;
+  Keychain& keychain;
+  XdgDirectories directories = XdgDirectories::fromEnvironment(processEnvironment);
+  PosixFileSystem files{setNoDump};
+  JsonUserDefaults defaults{
+      files, directories.configHome.value_or("/nonexistent") / "vantorel" / "defaults.json"};
+  QtImageDecoder images;
+  QtScreens screens;
+  X11EventMonitors monitors{dispatch};
+  // In this order: each of them may use what stands above it until it has ended.
+  std::unique_ptr<LinuxAccessibilityPreferences> accessibility =
+      LinuxAccessibilityPreferences::open();
+  std::unique_ptr<X11Pasteboard> pasteboard = X11Pasteboard::open({dispatch, images});
+  std::unique_ptr<X11Workspace> workspace =
+      X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));
+  std::unique_ptr<X11SyntheticInput> input;
+  std::optional<CompositorBackdrops> backdrops;
+  std::unique_ptr<X11HotKeys> hotKeys = X11HotKeys::open(dispatch);
+
+  [[nodiscard]] bool areComplete() const {
+    return accessibility && pasteboard && workspace && input && hotKeys;
+  }
+};
+
+LinuxDesktop::LinuxDesktop(std::unique_ptr<Ports> ports) : ports_(std::move(ports)) {}
+
+LinuxDesktop::~LinuxDesktop() = default;
+
+std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& keychain) {
+  auto ports = std::make_unique<Ports>(dispatch, keychain);
+  if (ports->pasteboard && ports->workspace) {
+    ports->input = X11SyntheticInput::open(
+        ports->workspace->desktopEntries(),
+        [pasteboard = ports->pasteboard.get()] { return pasteboard->alsoOfferPrimary(); });
+  }
+  if (!ports->areComplete()) return nullptr;
+  ports->backdrops.emplace(*ports->accessibility);
+  return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));
+}
+
+Desktop LinuxDesktop::ports() {
+  return {ports_->dispatch,    ports_->files,          ports_->keychain,
+          ports_->defaults,    *ports_->pasteboard,    *ports_->workspace,
+          *ports_->input,      *ports_->hotKeys,       ports_->monitors,
+          ports_->screens,     *ports_->accessibility, ports_->images,
+          &*ports_->backdrops, keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
+}
+
+}  // namespace vantorel

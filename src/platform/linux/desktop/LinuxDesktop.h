@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Desktop.h"
+
+namespace vantorel {
+
+/// Builds and owns the ports of an X11 desktop. Main thread.
+class LinuxDesktop {
+ public:
+  /// Null when no X server can be reached. Needs the toolkit's application object; `dispatch` and
+  /// `keychain` outlive the result.
+  [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(Dispatch& dispatch, Keychain& keychain);
+  ~LinuxDesktop();
+  LinuxDesktop(const LinuxDesktop&) = delete;
+  LinuxDesktop& operator=(const LinuxDesktop&) = delete;
+
+  /// The ports; they end with this object.
+  [[nodiscard]] Desktop ports();
+
+ private:
+  struct Ports;
+  explicit LinuxDesktop(std::unique_ptr<Ports> ports);
+
+  std::unique_ptr<Ports> ports_;
+};
+
+}  // namespace vantorel
