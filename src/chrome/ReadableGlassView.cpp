@@ -1,8 +1,8 @@
 #include "chrome/ReadableGlassView.h"
 
-#include <QBitmap>
 #include <QPainter>
-#include <QPainterPath>
+#include <algorithm>
+#include <cmath>
 
 #include "chrome/VantorelTheme.h"
 
@@ -10,7 +10,7 @@ namespace vantorel {
 namespace {
 
 // The rim tells the panel from a window of the same colour behind it.
-constexpr double rimAlphaOnLight = 0.16;
+constexpr double rimAlphaOnLight = 0.2;
 constexpr double rimAlphaOnDark = 0.22;
 
 }  // namespace
@@ -25,29 +25,43 @@ void ReadableGlassView::setFinish(const GlassFinish& finish) {
 }
 
 QRegion ReadableGlassView::outline() const {
-  QPainterPath path;
-  path.addRoundedRect(rect(), cornerRadius_, cornerRadius_);
-  return QRegion(path.toFillPolygon().toPolygon());
+  // Row by row, since regions made of polygons leave out their right and lower edges.
+  const int rows = static_cast<int>(std::ceil(cornerRadius_));
+  QRegion region(rect().adjusted(0, rows, 0, -rows));
+  for (int row = 0; row < rows; ++row) {
+    constexpr double middleOfPixel = 0.5;
+    const double fromCentre = cornerRadius_ - row - middleOfPixel;
+    const double half =
+        std::sqrt(std::max(0.0, cornerRadius_ * cornerRadius_ - fromCentre * fromCentre));
+    const int inset = static_cast<int>(std::lround(cornerRadius_ - half));
+    region += QRect(inset, row, width() - 2 * inset, 1);
+    region += QRect(inset, height() - 1 - row, width() - 2 * inset, 1);
+  }
+  return region;
 }
 
 void ReadableGlassView::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+  const bool dark = VantorelTheme::isDark(palette());
+  const QColor rim = VantorelTheme::labelWash(palette(), dark ? rimAlphaOnDark : rimAlphaOnLight);
   QColor veil = VantorelTheme::window(palette());
   veil.setAlphaF(static_cast<float>(finish_.veilAlpha));
   const QRectF bounds = rect();
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
   if (finish_.outline == GlassFinish::Outline::shaped) {
+    // Every pixel at the jagged edge has the colour of the rim.
     painter.fillRect(bounds, veil);
-  } else {
-    painter.setPen(Qt::NoPen);
+    painter.fillRect(bounds, rim);
     painter.setBrush(veil);
-    painter.drawRoundedRect(bounds, cornerRadius_, cornerRadius_);
+    painter.drawRoundedRect(bounds.adjusted(1, 1, -1, -1), cornerRadius_ - 1, cornerRadius_ - 1);
+    return;
   }
-  const bool dark = VantorelTheme::isDark(palette());
-  painter.setBrush(Qt::NoBrush);
-  painter.setPen(
-      QPen(VantorelTheme::labelWash(palette(), dark ? rimAlphaOnDark : rimAlphaOnLight), 1));
+  painter.setBrush(veil);
+  painter.drawRoundedRect(bounds, cornerRadius_, cornerRadius_);
   constexpr double half = 0.5;
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(rim, 1));
   painter.drawRoundedRect(bounds.adjusted(half, half, -half, -half), cornerRadius_ - half,
                           cornerRadius_ - half);
 }

@@ -86,9 +86,11 @@ void ClipRowView::paintEvent(QPaintEvent* /*event*/) {
 
 void ClipRowView::drawBackground(QPainter& painter) const {
   painter.setPen(Qt::NoPen);
-  const double start = textStart(content_.kind);
-  painter.fillRect(QRectF(start, height() - 1, width() - start - leading, 1),
-                   VantorelTheme::labelWash(palette(), dividerAlpha));
+  if (content_.divided) {
+    const double start = textStart(content_.kind);
+    painter.fillRect(QRectF(start, height() - 1, width() - start - leading, 1),
+                     VantorelTheme::labelWash(palette(), dividerAlpha));
+  }
   if (!selected_ && !hovering_) return;
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(selected_ ? VantorelTheme::goldStrong()
@@ -143,8 +145,10 @@ void ClipRowView::drawMetadata(QPainter& painter) {
   const double room = pinButton_->x() - titleToPin - start;
   if (metadata_.width < 0) {
     const QFontMetricsF metrics(painter.font());
-    metadata_.text =
-        metrics.elidedText(QString::fromStdString(content_.metadata), Qt::ElideRight, room);
+    // Left-to-right marks keep the parts in their order whatever scripts they are written in.
+    const auto text = QString::fromStdString(content_.metadata)
+                          .replace(QStringLiteral(" · "), QStringLiteral(" \u200E·\u200E "));
+    metadata_.text = metrics.elidedText(text, Qt::ElideRight, room);
     metadata_.width = 0;
   }
   painter.setPen(VantorelTheme::secondaryLabel(palette()));

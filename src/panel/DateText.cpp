@@ -6,7 +6,7 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
-#include <clocale>
+#include <cstdlib>
 #include <ctime>
 #include <string_view>
 #include <utility>
@@ -71,8 +71,12 @@ DateText::DateText(const std::string& locale)
 }
 
 DateText DateText::forUser() {
-  const char* name = std::setlocale(LC_TIME, nullptr);
-  return DateText(name != nullptr ? name : "");
+  // The environment itself, since a locale that is not installed still says what the user reads.
+  for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+    const char* name = std::getenv(variable);
+    if (name != nullptr && *name != '\0') return DateText(name);
+  }
+  return DateText("");
 }
 
 DateText::~DateText() = default;

@@ -14,7 +14,7 @@ class DateText {
   /// `locale` as the environment names it ("he_IL.UTF-8"); "C", "POSIX" and nonsense read as US
   /// English.
   explicit DateText(const std::string& locale);
-  /// The locale that dates follow in this process, as set by the environment.
+  /// In the locale that the environment names for dates.
   [[nodiscard]] static DateText forUser();
   ~DateText();
   DateText(DateText&&) noexcept;

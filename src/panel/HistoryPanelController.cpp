@@ -31,6 +31,9 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
   };
   view_->list.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
   view_->list.onTogglePin = [this](const Uuid& id) { togglePin(id); };
+  services_.dispatch.async([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) view_->warmUp();
+  });
 }
 
 HistoryPanelController::~HistoryPanelController() = default;
@@ -124,7 +127,10 @@ void HistoryPanelController::rebuildDocument() {
     rows.push_back(
         rowContent(item, known->second, dateText_.text(item.recency(), now), canPinMore));
   }
-  view_->list.setRows(rows, ListGeometry::pinBoundary(displayedItems_));
+  const auto boundary = ListGeometry::pinBoundary(displayedItems_);
+  rows.back().divided = false;
+  if (boundary) rows[*boundary - 1].divided = false;  // the line below the pins does it
+  view_->list.setRows(rows, boundary);
   updateSelection();
   view_->listScrollView.scrollTo(0);
 }

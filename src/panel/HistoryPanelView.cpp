@@ -90,4 +90,24 @@ void HistoryPanelView::revealRow(std::size_t index) {
       frame, listScrollView.offset(), listScrollView.viewport()->height(), list.height()));
 }
 
+void HistoryPanelView::warmUp() {
+  if (panel.isVisible()) return;
+  std::vector<RowContent> samples(3);
+  samples[0].title = "Latin";
+  samples[0].metadata = "Application  ·  12:34";
+  samples[0].symbol = "text.alignleft";
+  samples[1].title = "עברית";
+  samples[1].symbol = "doc";
+  samples[1].kind = ClipKind::files;
+  samples[2].title = "Named…";
+  samples[2].named = true;
+  samples[2].pinned = true;
+  samples[2].symbol = "photo";
+  samples[2].kind = ClipKind::image;
+  list.setRows(samples, 1);
+  setListHeight(ListGeometry::listHeight(samples.size(), 1, searchBar_));
+  static_cast<void>(panel.grab());
+  list.setEmpty({});
+}
+
 }  // namespace vantorel

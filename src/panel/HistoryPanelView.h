@@ -28,6 +28,10 @@ class HistoryPanelView {
 
   void revealRow(std::size_t index);
 
+  /// Draws what rows are made of once, unseen, so that the first showing finds fonts and symbols
+  /// loaded.
+  void warmUp();
+
  private:
   void layOut();
 

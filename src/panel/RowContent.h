@@ -20,7 +20,8 @@ struct RowContent {
   std::string accessibilityText;
   std::string_view symbol;  // stands in for a picture of the entry
   bool pinned = false;
-  bool canPin = true;  // or unpin
+  bool canPin = true;   // or unpin
+  bool divided = true;  // a hairline parts it from the row below
   friend bool operator==(const RowContent&, const RowContent&) = default;
 };
 

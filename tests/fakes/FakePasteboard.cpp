@@ -100,7 +100,13 @@ bool FakePasteboard::writeImage(std::shared_ptr<const Image> image) {
 
 bool FakePasteboard::writeFileURLs(const std::vector<std::filesystem::path>& paths) {
   if (paths.empty()) return false;
-  return write({.kind = Write::Kind::files, .files = paths}, {.files = paths});
+  // Named, since g++ 12 mistakes the temporaries for uninitialized when it optimises.
+  Write files;
+  files.kind = Write::Kind::files;
+  files.files = paths;
+  Owner contents;
+  contents.files = paths;
+  return write(std::move(files), std::move(contents));
 }
 
 void FakePasteboard::clearContents() {

@@ -31,7 +31,7 @@ class GlassTest : public testing::Test {
 
 TEST_F(GlassTest, SharpBackdropsAreNearlyCovered) {
   EXPECT_EQ(glassFinish(accessibility_, &backdrops_),
-            (GlassFinish{0.94, GlassFinish::Outline::blended}));
+            (GlassFinish{0.96, GlassFinish::Outline::blended}));
 }
 
 TEST_F(GlassTest, ReducedTransparencyIsOpaqueButKeepsSmoothCorners) {
@@ -61,7 +61,7 @@ TEST_F(GlassTest, CornersAreSeenThroughAndTheMiddleIsAVeil) {
   panel->makeKeyAndOrderFront();
   const auto image = picture(*panel);
   EXPECT_EQ(qAlpha(image.pixel(1, 1)), 0);
-  EXPECT_NEAR(qAlpha(image.pixel(100, 50)), 0.94 * 255, 2);
+  EXPECT_NEAR(qAlpha(image.pixel(100, 50)), 0.96 * 255, 2);
   EXPECT_TRUE(panel->mask().isEmpty());
 }
 
@@ -75,6 +75,20 @@ TEST_F(GlassTest, AnOpaquePanelFillsItsOutline) {
   EXPECT_FALSE(panel->mask().contains(QPoint(199, 99)));
   EXPECT_TRUE(panel->mask().contains(QPoint(100, 0)));
   EXPECT_TRUE(panel->mask().contains(QPoint(0, 50)));
+}
+
+TEST_F(GlassTest, TheOutlineIsTheSameAtEveryCorner) {
+  backdrops_.setAvailable(Backdrop::none);
+  const auto panel = makePanel();
+  panel->makeKeyAndOrderFront();
+  for (int y = 0; y < 20; ++y) {
+    for (int x = 0; x < 20; ++x) {
+      const bool inside = panel->mask().contains(QPoint(x, y));
+      EXPECT_EQ(panel->mask().contains(QPoint(199 - x, y)), inside) << x << "," << y;
+      EXPECT_EQ(panel->mask().contains(QPoint(x, 99 - y)), inside) << x << "," << y;
+      EXPECT_EQ(panel->mask().contains(QPoint(199 - x, 99 - y)), inside) << x << "," << y;
+    }
+  }
 }
 
 TEST_F(GlassTest, TheOutlineFollowsTheSizeAndTheCompositor) {

@@ -15,25 +15,38 @@ Date utc(int y, unsigned m, unsigned d, int hour, int minute) {
          minutes(minute);
 }
 
-class DateTextTest : public testing::Test {
- protected:
-  DateTextTest() {
-    if (const char* zone = std::getenv("TZ")) before_ = zone;
-    setZone("UTC0");
+/// Sets a variable, or takes it away, and puts back what was there.
+class EnvironmentVariable {
+ public:
+  EnvironmentVariable(const char* name, const char* value) : name_(name) {
+    if (const char* before = std::getenv(name)) before_ = before;
+    set(value);
   }
-  ~DateTextTest() override {
-    if (before_) {
-      setZone(before_->c_str());
+  ~EnvironmentVariable() { set(before_ ? before_->c_str() : nullptr); }
+  EnvironmentVariable(const EnvironmentVariable&) = delete;
+  EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
+
+  void set(const char* value) const {
+    if (value != nullptr) {
+      ::setenv(name_, value, 1);
     } else {
-      ::unsetenv("TZ");
+      ::unsetenv(name_);
     }
   }
-  static void setZone(const char* zone) { ::setenv("TZ", zone, 1); }
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+class DateTextTest : public testing::Test {
+ protected:
+  void setZone(const char* zone) const { zone_.set(zone); }
 
   const Date now_ = utc(2025, 3, 14, 9, 26);
 
  private:
-  std::optional<std::string> before_;
+  const EnvironmentVariable zone_{"TZ", "UTC0"};
 };
 
 TEST_F(DateTextTest, NearDaysHaveNames) {
@@ -61,6 +74,19 @@ TEST_F(DateTextTest, NoLocaleReadsAsAmerican) {
     EXPECT_EQ(DateText(name).text(now_, now_), american) << name;
   }
   EXPECT_FALSE(DateText("!!!").text(now_, now_).empty());
+}
+
+TEST_F(DateTextTest, TheEnvironmentNamesTheLocale) {
+  const EnvironmentVariable all("LC_ALL", nullptr);
+  const EnvironmentVariable time("LC_TIME", "de_DE.UTF-8");
+  const EnvironmentVariable language("LANG", "he_IL.UTF-8");
+  EXPECT_EQ(DateText::forUser().text(now_, now_), "Heute, 09:26");
+  {
+    const EnvironmentVariable empty("LC_TIME", "");
+    EXPECT_EQ(DateText::forUser().text(now_, now_), "היום, 9:26");
+  }
+  const EnvironmentVariable stronger("LC_ALL", "en_GB.UTF-8");
+  EXPECT_EQ(DateText::forUser().text(now_, now_), "Today, 09:26");
 }
 
 TEST_F(DateTextTest, TheDayIsTheMachinesOwn) {
