@@ -43,7 +43,7 @@ class Program {
 
   /// What another start, a launcher or the desktop asks for; waits for the delegate.
   void perform(Command command) {
-    if (command == Command::quit) return QCoreApplication::quit();
+    if (command == Command::quit) return QCoreApplication::exit(0);
     if (!delegate_) {
       pending_ = command;
       return;
@@ -86,7 +86,7 @@ int run(int argc, char** argv, Command command) {
   if (early.course == StartDecision::Course::exit) return finish(early);
 
   QtDispatch dispatch;
-  const TerminationSignals terminationSignals(dispatch, [] { QCoreApplication::quit(); });
+  const TerminationSignals terminationSignals(dispatch, [] { QCoreApplication::exit(0); });
   SecretServiceKeychain keychain(dispatch);
   std::function<void()> launch;  // empty while there is nothing to launch
   const auto prepare = [&] {
