@@ -16,10 +16,9 @@ X11ActivationWatcher::X11ActivationWatcher(std::unique_ptr<X11Connection> connec
   const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_change_window_attributes(thread_.connection().xcb(), thread_.connection().root(),
                                XCB_CW_EVENT_MASK, &mask);
-  thread_.post([this] {
-    entries_.refresh();
-    look(Announcement::silent);
-  });
+  // Who is in front now is no news; whoever comes from here on is.
+  if (const auto active = applications_.active()) front_ = active->application;
+  thread_.post([this] { readEntries(); });
   thread_.start([this](const xcb_generic_event_t& event) { handle(event); }, [] {});
 }
 
@@ -29,7 +28,18 @@ void X11ActivationWatcher::handle(const xcb_generic_event_t& event) {
   if ((event.response_type & 0x7FU) != XCB_PROPERTY_NOTIFY) return;
   const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
   if (change.window != thread_.connection().root() || change.atom != activeWindow_) return;
-  look(Announcement::spoken);
+  look();
+}
+
+void X11ActivationWatcher::readEntries() {
+  entries_.refresh();
+  const auto active = applications_.active();
+  if (!active || !front_) return;
+  order_.note(active->facts.window);
+  // The same one, but called by its entry now.
+  if (active->application.processIdentifier == front_->processIdentifier) {
+    front_ = active->application;
+  }
 }
 
 std::optional<ApplicationWindow> X11ActivationWatcher::activeWithFreshEntries() {
@@ -42,16 +52,14 @@ std::optional<ApplicationWindow> X11ActivationWatcher::activeWithFreshEntries() 
   return active;
 }
 
-void X11ActivationWatcher::look(Announcement announcement) {
+void X11ActivationWatcher::look() {
   const auto active = activeWithFreshEntries();
-  if (!active) {
-    front_.reset();
-    return;
-  }
+  // Between two windows there may be none for a moment; that makes the same application no other.
+  if (!active) return;
   order_.note(active->facts.window);
   if (front_ == active->application) return;
   front_ = active->application;
-  if (announcement == Announcement::spoken) onActivated_(active->application);
+  onActivated_(active->application);
 }
 
 }  // namespace vantorel

@@ -27,10 +27,9 @@ class X11ActivationWatcher {
   X11ActivationWatcher& operator=(const X11ActivationWatcher&) = delete;
 
  private:
-  enum class Announcement { silent, spoken };
-
   void handle(const xcb_generic_event_t& event);
-  void look(Announcement announcement);
+  void readEntries();
+  void look();
   [[nodiscard]] std::optional<ApplicationWindow> activeWithFreshEntries();
 
   DesktopEntries& entries_;
@@ -39,7 +38,7 @@ class X11ActivationWatcher {
   X11Thread thread_;
   X11Applications applications_;
   xcb_atom_t activeWindow_;
-  std::optional<RunningApplication> front_;  // on the thread
+  std::optional<RunningApplication> front_;  // the last one; on the thread
   xcb_window_t unknown_ = XCB_WINDOW_NONE;   // the last window without an entry; on the thread
 };
 

@@ -104,11 +104,8 @@ void X11KeyGrabber::handle(const xcb_generic_event_t& event) {
 }
 
 void X11KeyGrabber::pressed(const xcb_key_press_event_t& event) {
-  // Where repeats cannot be told from presses by the server, they follow a release of the very
-  // same moment.
-  const bool repeated =
-      down_.contains(event.detail) ||
-      lastRelease_ == std::pair<X11KeyCode, xcb_timestamp_t>(event.detail, event.time);
+  // Repeats of a held key come without releases between them.
+  const bool repeated = down_.contains(event.detail);
   const KeyGrab grab(event.detail, static_cast<X11Modifiers>(event.state & modifierBits));
   for (const auto& [reference, registration] : registrations_) {
     if (!registration.grabs.contains(grab)) continue;
@@ -118,10 +115,7 @@ void X11KeyGrabber::pressed(const xcb_key_press_event_t& event) {
   }
 }
 
-void X11KeyGrabber::released(const xcb_key_release_event_t& event) {
-  down_.erase(event.detail);
-  lastRelease_.emplace(event.detail, event.time);
-}
+void X11KeyGrabber::released(const xcb_key_release_event_t& event) { down_.erase(event.detail); }
 
 void X11KeyGrabber::regrab() {
   auto map = keyboard_.readMap();

@@ -3,7 +3,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <set>
 
 #include "platform/HotKeys.h"
@@ -61,7 +60,6 @@ class X11KeyGrabber {
   KeyboardMap map_;
   std::map<HotKeyRef, Registration> registrations_;
   std::set<X11KeyCode> down_;  // a press of these was told, and they are held since
-  std::optional<std::pair<X11KeyCode, xcb_timestamp_t>> lastRelease_;
   X11Thread::TimerId regrabTimer_ = 0;
 };
 

@@ -1,0 +1,371 @@
+#include <unistd.h>
+
+#include <chrono>
+
+#include "desktop/x11/DesktopFixture.h"
+#include "platform/linux/x11/X11Workspace.h"
+
+namespace vantorel {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Optional;
+
+class WorkspaceTest : public DesktopFixture {
+ protected:
+  WorkspaceTest() { startWindowManager(); }
+
+  void open() {
+    workspace = X11Workspace::open(dispatch, places(), display());
+    ASSERT_NE(workspace, nullptr);
+  }
+  void waitForEntries() {
+    waitUntil("the desktop entries are read",
+              [&] { return !workspace->desktopEntries().index()->entries().empty(); });
+  }
+  [[nodiscard]] std::string frontIdentifier() {
+    const auto front = workspace->frontmostApplication();
+    return front ? front->bundleIdentifier.value_or("(none)") : "(nobody)";
+  }
+  static std::string pidOf(const PlayedProgram& program) {
+    return "pid=" + std::to_string(program.process->pid());
+  }
+
+  std::unique_ptr<X11Workspace> workspace;
+};
+
+TEST_F(WorkspaceTest, NobodyIsInFrontOfAnEmptyDesktop) {
+  open();
+  EXPECT_EQ(workspace->frontmostApplication(), std::nullopt);
+  EXPECT_EQ(workspace->ownBundleIdentifier(), "com.vantorel.Vantorel");
+}
+
+TEST_F(WorkspaceTest, TellsTheApplicationInFront) {
+  const auto program = play({{"class=editor,Editor"}});
+  expectInFront(program.windows[0]);
+  open();
+  const auto front = workspace->frontmostApplication();
+  ASSERT_TRUE(front);
+  EXPECT_EQ(front->processIdentifier, program.process->pid()) << "stated by nobody but the server";
+  EXPECT_EQ(front->bundleIdentifier, "Editor");
+  EXPECT_EQ(front->localizedName, "Editor");
+  EXPECT_EQ(front->activationPolicy, ActivationPolicy::regular);
+}
+
+TEST_F(WorkspaceTest, BelievesTheStatedProcess) {
+  const auto program = play({{"class=editor,Editor", "pid=4242"}});
+  expectInFront(program.windows[0]);
+  open();
+  EXPECT_EQ(workspace->frontmostApplication()->processIdentifier, 4242);
+}
+
+TEST_F(WorkspaceTest, NamesTheApplicationByItsDesktopEntry) {
+  install("org.example.Editor", "Name=Text Editor\nStartupWMClass=Editor\n");
+  const auto program = play({{"class=editor,Editor"}});
+  expectInFront(program.windows[0]);
+  open();
+  waitForEntries();
+  const auto front = workspace->frontmostApplication();
+  EXPECT_EQ(front->bundleIdentifier, "org.example.Editor");
+  EXPECT_EQ(front->localizedName, "Text Editor");
+}
+
+TEST_F(WorkspaceTest, BelievesTheAnnouncedDesktopEntryFirst) {
+  install("org.example.A", "Name=A\nStartupWMClass=Editor\n");
+  install("org.example.B", "Name=B\n");
+  open();
+  waitForEntries();
+  const auto gtk = play({{"class=editor,Editor", "gtk=org.example.B"}});
+  expectInFront(gtk.windows[0]);
+  EXPECT_EQ(frontIdentifier(), "org.example.B");
+  const auto kde = play({{"class=editor,Editor", "kde=org.example.B"}});
+  expectInFront(kde.windows[0]);
+  EXPECT_EQ(frontIdentifier(), "org.example.B");
+}
+
+TEST_F(WorkspaceTest, FindsAnEntryByTheRunningProgram) {
+  install("by-program", "Name=Played\nExec=x11_window_client %u\n");
+  open();
+  waitForEntries();
+  const auto program = play({{"class=unheard,Unheard"}});
+  expectInFront(program.windows[0]);
+  EXPECT_EQ(frontIdentifier(), "by-program");
+}
+
+TEST_F(WorkspaceTest, NoticesAnEntryThatIsInstalledLater) {
+  open();
+  install("editor", "Name=Installed Later\n");
+  const auto program = play({{"class=editor,Editor"}});
+  expectInFront(program.windows[0]);
+  waitUntil("the new entry is found", [&] { return frontIdentifier() == "editor"; });
+}
+
+TEST_F(WorkspaceTest, KnowsARealTerminal) {
+  install("debian-xterm", "Name=XTerm\nStartupWMClass=XTerm\nCategories=TerminalEmulator;\n");
+  open();
+  waitForEntries();
+  const auto terminal = run({"xterm"});
+  waitUntil("the terminal is in front", [&] { return frontIdentifier() == "debian-xterm"; });
+  EXPECT_EQ(workspace->frontmostApplication()->localizedName, "XTerm");
+}
+
+TEST_F(WorkspaceTest, AClientFromElsewhereHasANumberOfItsOwn) {
+  const auto program = play({{"class=far,Far", "machine=elsewhere.example", "pid=1"}});
+  const auto other = play({{"class=far,Far", "machine=elsewhere.example", "pid=1"}});
+  expectInFront(other.windows[0]);
+  open();
+  const auto running = workspace->runningApplications("Far");
+  ASSERT_EQ(running.size(), 2U);
+  EXPECT_LT(running[0].processIdentifier, 0);
+  EXPECT_NE(running[0].processIdentifier, running[1].processIdentifier);
+  const auto second = running[1];
+  EXPECT_EQ(workspace->runningApplication(second.processIdentifier), second);
+  EXPECT_TRUE(workspace->activate(second));
+  expectInFront(program.windows[0]);
+  EXPECT_EQ(workspace->frontmostApplication(), second);
+}
+
+TEST_F(WorkspaceTest, ThisProgramsWindowsAreAnAccessorys) {
+  const auto program = play({{"class=vantorel,Vantorel", "pid=" + std::to_string(::getpid())}});
+  expectInFront(program.windows[0]);
+  open();
+  const auto front = workspace->frontmostApplication();
+  EXPECT_EQ(front->bundleIdentifier, "com.vantorel.Vantorel");
+  EXPECT_EQ(front->localizedName, "Vantorel");
+  EXPECT_EQ(front->activationPolicy, ActivationPolicy::accessory);
+}
+
+TEST_F(WorkspaceTest, AWindowThatSkipsTheTaskbarMakesNoRegularApplication) {
+  const auto program = play({{"class=note,Note", "state=SKIP_TASKBAR"}});
+  const auto tool = play({{"class=tool,Tool", "type=UTILITY"}});
+  open();
+  for (const auto* name : {"Note", "Tool"}) {
+    const auto running = workspace->runningApplications(name);
+    ASSERT_EQ(running.size(), 1U);
+    EXPECT_EQ(running[0].activationPolicy, ActivationPolicy::accessory) << name;
+  }
+}
+
+TEST_F(WorkspaceTest, AnApplicationIsRegularBesideItsSkippingDialog) {
+  const auto program =
+      play({{"class=paint,Paint"}, {"class=paint,Paint", "type=DIALOG", "state=SKIP_TASKBAR"}});
+  open();
+  for (const auto window : program.windows) {
+    bringToFront(window);
+    EXPECT_EQ(workspace->frontmostApplication()->activationPolicy, ActivationPolicy::regular);
+  }
+}
+
+TEST_F(WorkspaceTest, AnApplicationRunsAsLongAsItOwnsAWindow) {
+  auto program = play({{"class=editor,Editor"}});
+  open();
+  const auto pid = program.process->pid();
+  EXPECT_TRUE(workspace->runningApplication(pid));
+  program.process->kill();
+  waitUntil("the application is gone", [&] { return !workspace->runningApplication(pid); });
+  EXPECT_THAT(workspace->runningApplications("Editor"), IsEmpty());
+  EXPECT_FALSE(workspace->activate({pid, "Editor", "Editor", ActivationPolicy::regular}));
+}
+
+TEST_F(WorkspaceTest, ListsTheOneInFrontLastFirst) {
+  const auto first = play({{"class=editor,Editor"}});
+  const auto second = play({{"class=editor,Editor"}});
+  expectInFront(second.windows[0]);
+  open();
+  const auto pids = [&] {
+    std::vector<ProcessId> result;
+    for (const auto& each : workspace->runningApplications("Editor")) {
+      result.push_back(each.processIdentifier);
+    }
+    return result;
+  };
+  EXPECT_THAT(pids(), ElementsAre(second.process->pid(), first.process->pid()));
+  bringToFront(first.windows[0]);
+  waitUntil("the other one is first", [&] { return pids().front() == first.process->pid(); });
+}
+
+TEST_F(WorkspaceTest, ActivatesTheLastUsedWindow) {
+  const auto editor = play({{"class=editor,Editor"}, {"class=editor,Editor"}});
+  open();
+  bringToFront(editor.windows[1]);
+  EXPECT_EQ(frontIdentifier(), "Editor");
+  bringToFront(editor.windows[0]);
+  const auto application = workspace->frontmostApplication();
+  const auto other = play({{"class=other,Other"}});
+  expectInFront(other.windows[0]);
+  EXPECT_TRUE(workspace->activate(*application));
+  expectInFront(editor.windows[0]);
+}
+
+TEST_F(WorkspaceTest, ActivatesWhatWasIconified) {
+  const auto editor = play({{"class=editor,Editor"}});
+  expectInFront(editor.windows[0]);
+  open();
+  const auto application = workspace->frontmostApplication();
+  sendToRoot(editor.windows[0], tester().atom("WM_CHANGE_STATE"), {3});
+  waitUntil("the window is iconified", [&] { return activeWindow() != editor.windows[0]; });
+  EXPECT_EQ(workspace->frontmostApplication(), std::nullopt);
+  EXPECT_TRUE(workspace->activate(*application));
+  expectInFront(editor.windows[0]);
+}
+
+TEST_F(WorkspaceTest, ChoosesTheWindowOfTheApplicationWithinOneProcess) {
+  const auto office = play({{"class=office,Writer"}, {"class=office,Calc"}});
+  open();
+  bringToFront(office.windows[0]);
+  const auto writer = workspace->frontmostApplication();
+  bringToFront(office.windows[1]);
+  EXPECT_EQ(frontIdentifier(), "Calc");
+  EXPECT_TRUE(workspace->activate(*writer));
+  expectInFront(office.windows[0]);
+}
+
+TEST_F(WorkspaceTest, AStaleActiveWindowIsNotBelieved) {
+  const auto program = play({{"class=editor,Editor"}});
+  expectInFront(program.windows[0]);
+  stopWindowManager();
+  open();
+  const xcb_window_t gone = program.windows[0] + 0x100;
+  xcb_change_property(tester().xcb(), XCB_PROP_MODE_REPLACE, tester().root(),
+                      tester().atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 32, 1, &gone);
+  xcb_set_input_focus(tester().xcb(), XCB_INPUT_FOCUS_PARENT, program.windows[0], XCB_CURRENT_TIME);
+  sync();
+  EXPECT_EQ(frontIdentifier(), "Editor") << "by the keyboard";
+
+  // The number may have been given to a window that is nobody's main window.
+  const auto reused = xcb_generate_id(tester().xcb());
+  xcb_create_window(tester().xcb(), 0, reused, tester().root(), 0, 0, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  xcb_change_property(tester().xcb(), XCB_PROP_MODE_REPLACE, tester().root(),
+                      tester().atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 32, 1, &reused);
+  sync();
+  EXPECT_EQ(frontIdentifier(), "Editor") << "by the keyboard";
+}
+
+class BareWorkspaceTest : public DesktopFixture {};
+
+TEST_F(BareWorkspaceTest, WithoutAWindowManagerTheKeyboardTells) {
+  const auto editor = play({{"class=editor,Editor"}});
+  const auto other = play({{"class=other,Other"}});
+  const auto workspace = X11Workspace::open(dispatch, places(), display());
+  xcb_set_input_focus(tester().xcb(), XCB_INPUT_FOCUS_PARENT, editor.windows[0], XCB_CURRENT_TIME);
+  sync();
+  EXPECT_EQ(workspace->frontmostApplication()->bundleIdentifier, "Editor");
+  const auto running = workspace->runningApplications("Other");
+  ASSERT_EQ(running.size(), 1U);
+  EXPECT_TRUE(workspace->activate(running[0]));
+  waitUntil("the other has the keyboard", [&] { return focus() == other.windows[0]; });
+  EXPECT_EQ(workspace->frontmostApplication()->bundleIdentifier, "Other");
+}
+
+TEST_F(BareWorkspaceTest, WithTheKeyboardUnderThePointerTheWindowThereTells) {
+  const auto editor = play({{"class=editor,Editor"}});
+  const auto workspace = X11Workspace::open(dispatch, places(), display());
+  xcb_set_input_focus(tester().xcb(), XCB_INPUT_FOCUS_NONE, XCB_INPUT_FOCUS_POINTER_ROOT,
+                      XCB_CURRENT_TIME);
+  xcb_warp_pointer(tester().xcb(), XCB_WINDOW_NONE, editor.windows[0], 0, 0, 0, 0, 5, 5);
+  sync();
+  const auto front = workspace->frontmostApplication();
+  ASSERT_TRUE(front);
+  EXPECT_EQ(front->bundleIdentifier, "Editor");
+  xcb_set_input_focus(tester().xcb(), XCB_INPUT_FOCUS_NONE, XCB_INPUT_FOCUS_NONE, XCB_CURRENT_TIME);
+  sync();
+  EXPECT_EQ(workspace->frontmostApplication(), std::nullopt);
+}
+
+TEST_F(WorkspaceTest, AnnouncesEachApplicationThatComesToTheFront) {
+  const auto editor = play({{"class=editor,Editor"}});
+  const auto other = play({{"class=other,Other"}});
+  expectInFront(other.windows[0]);
+  install("other", "Name=Other\n");
+  open();
+  waitForEntries();
+  std::vector<std::string> announced;
+  const auto observation = workspace->observeActivations(
+      [&](const RunningApplication& each) { announced.push_back(*each.bundleIdentifier); });
+  bringToFront(editor.windows[0]);
+  waitUntil("the editor is announced", [&] { return announced.size() == 1; });
+  bringToFront(other.windows[0]);
+  waitUntil("the other is announced", [&] { return announced.size() == 2; });
+  EXPECT_THAT(announced, ElementsAre("Editor", "other"));
+}
+
+TEST_F(WorkspaceTest, DoesNotAnnounceAnotherWindowOfTheSameApplication) {
+  const auto editor = play({{"class=editor,Editor"}, {"class=editor,Editor"}});
+  const auto other = play({{"class=other,Other"}});
+  expectInFront(other.windows[0]);
+  open();
+  std::vector<std::string> announced;
+  const auto observation = workspace->observeActivations(
+      [&](const RunningApplication& each) { announced.push_back(*each.bundleIdentifier); });
+  bringToFront(editor.windows[0]);
+  waitUntil("the editor is announced", [&] { return announced.size() == 1; });
+  bringToFront(editor.windows[1]);
+  bringToFront(other.windows[0]);
+  waitUntil("the other is announced",
+            [&] { return !announced.empty() && announced.back() == "Other"; });
+  EXPECT_THAT(announced, ElementsAre("Editor", "Other"));
+}
+
+TEST_F(WorkspaceTest, AnEndedObservationHearsNothingOfWhatIsUnderWay) {
+  const auto editor = play({{"class=editor,Editor"}});
+  const auto other = play({{"class=other,Other"}});
+  open();
+  expectInFront(other.windows[0]);
+  int heard = 0;
+  int alsoHeard = 0;
+  auto ended = workspace->observeActivations([&](const RunningApplication&) { ++heard; });
+  const auto kept = workspace->observeActivations([&](const RunningApplication&) {
+    ++alsoHeard;
+    ended.reset();
+  });
+  bringToFront(editor.windows[0]);
+  waitUntil("the editor is announced", [&] { return alsoHeard == 1; });
+  const int before = heard;
+  bringToFront(other.windows[0]);
+  waitUntil("the other is announced", [&] { return alsoHeard == 2; });
+  EXPECT_EQ(heard, before);
+}
+
+TEST_F(WorkspaceTest, AnAnnouncementUnderWayDoesNotOutliveTheWorkspace) {
+  const auto editor = play({{"class=editor,Editor"}});
+  const auto other = play({{"class=other,Other"}});
+  open();
+  expectInFront(other.windows[0]);
+  waitUntil("the start is over", [&] { return workspace->frontmostApplication().has_value(); });
+  dispatch.runQueued();
+  int heard = 0;
+  const auto observation =
+      workspace->observeActivations([&](const RunningApplication&) { ++heard; });
+  xcb_set_input_focus(tester().xcb(), XCB_INPUT_FOCUS_PARENT, editor.windows[0], XCB_CURRENT_TIME);
+  sync();
+  // Not waitUntil: that would run the queue.
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (dispatch.queuedCount() == 0 && std::chrono::steady_clock::now() < end) sync();
+  ASSERT_GT(dispatch.queuedCount(), 0U);
+  workspace.reset();
+  dispatch.runQueued();
+  EXPECT_EQ(heard, 0);
+}
+
+TEST_F(WorkspaceTest, WithoutTheServerNobodyIsThere) {
+  const auto editor = play({{"class=editor,Editor"}});
+  expectInFront(editor.windows[0]);
+  open();
+  const auto application = workspace->frontmostApplication();
+  ASSERT_TRUE(application);
+  killServer();
+  waitUntil("the loss is noticed", [&] { return !workspace->frontmostApplication(); });
+  EXPECT_EQ(workspace->runningApplication(application->processIdentifier), std::nullopt);
+  EXPECT_THAT(workspace->runningApplications("Editor"), IsEmpty());
+  EXPECT_FALSE(workspace->activate(*application));
+}
+
+TEST(WorkspaceWithoutServer, IsNone) {
+  ManualDispatch dispatch;
+  EXPECT_EQ(X11Workspace::open(dispatch, {}, ":4711"), nullptr);
+}
+
+}  // namespace
+}  // namespace vantorel
