@@ -311,8 +311,8 @@ TEST_F(WorkspaceTest, DoesNotAnnounceAnotherWindowOfTheSameApplication) {
 TEST_F(WorkspaceTest, AnEndedObservationHearsNothingOfWhatIsUnderWay) {
   const auto editor = play({{"class=editor,Editor"}});
   const auto other = play({{"class=other,Other"}});
-  open();
   expectInFront(other.windows[0]);
+  open();
   int heard = 0;
   int alsoHeard = 0;
   auto ended = workspace->observeActivations([&](const RunningApplication&) { ++heard; });
@@ -331,8 +331,8 @@ TEST_F(WorkspaceTest, AnEndedObservationHearsNothingOfWhatIsUnderWay) {
 TEST_F(WorkspaceTest, AnAnnouncementUnderWayDoesNotOutliveTheWorkspace) {
   const auto editor = play({{"class=editor,Editor"}});
   const auto other = play({{"class=other,Other"}});
-  open();
   expectInFront(other.windows[0]);
+  open();
   waitUntil("the start is over", [&] { return workspace->frontmostApplication().has_value(); });
   dispatch.runQueued();
   int heard = 0;

@@ -1,0 +1,117 @@
+#include "desktop/x11/DesktopFixture.h"
+#include "platform/linux/x11/LinuxAccessibilityPreferences.h"
+
+namespace vantorel {
+namespace {
+
+/// A program that owns a selection by which it says what it is.
+class SelectionHolder {
+ public:
+  SelectionHolder(const std::string& display, std::string_view selection)
+      : connection_(X11Connection::open(display)), window_(xcb_generate_id(connection_->xcb())) {
+    xcb_create_window(connection_->xcb(), 0, window_, connection_->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_set_selection_owner(connection_->xcb(), window_, connection_->atom(selection),
+                            XCB_CURRENT_TIME);
+    connection_->flush();
+  }
+
+  /// One number and one text, as a settings manager publishes them.
+  void publish(std::int32_t animations, const std::string& theme) {
+    std::string bytes("\0\0\0\0\1\0\0\0\2\0\0\0", 12);
+    addHead(bytes, 0, "Gtk/EnableAnimations");
+    addNumber(bytes, static_cast<std::uint32_t>(animations));
+    addHead(bytes, 1, "Net/ThemeName");
+    addNumber(bytes, static_cast<std::uint32_t>(theme.size()));
+    addText(bytes, theme);
+    const auto property = connection_->atom("_XSETTINGS_SETTINGS");
+    xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, window_, property, property, 8,
+                        static_cast<std::uint32_t>(bytes.size()), bytes.data());
+    connection_->flush();
+  }
+
+ private:
+  static void addNumber(std::string& bytes, std::uint32_t number) {
+    for (int i = 0; i < 4; ++i) bytes += static_cast<char>(number >> (8 * i) & 0xFFU);
+  }
+  static void addText(std::string& bytes, const std::string& text) {
+    bytes += text;
+    while (bytes.size() % 4 != 0) bytes += '\0';
+  }
+  static void addHead(std::string& bytes, char kind, const std::string& name) {
+    bytes += kind;
+    bytes += '\0';
+    bytes += static_cast<char>(name.size());
+    bytes += '\0';
+    addText(bytes, name);
+    addNumber(bytes, 1);
+  }
+
+  std::unique_ptr<X11Connection> connection_;
+  xcb_window_t window_;
+};
+
+class AccessibilityPreferencesTest : public DesktopFixture {
+ protected:
+  void open() {
+    preferences = LinuxAccessibilityPreferences::open(display());
+    ASSERT_NE(preferences, nullptr);
+  }
+  std::unique_ptr<LinuxAccessibilityPreferences> preferences;
+};
+
+TEST_F(AccessibilityPreferencesTest, ABareDesktopMovesButShowsNothingThrough) {
+  open();
+  EXPECT_FALSE(preferences->reduceMotion());
+  EXPECT_TRUE(preferences->reduceTransparency()) << "nothing composites";
+}
+
+TEST_F(AccessibilityPreferencesTest, ACompositorMakesTransparencyPossible) {
+  auto compositor = std::make_unique<SelectionHolder>(display(), "_NET_WM_CM_S0");
+  sync();
+  open();
+  EXPECT_FALSE(preferences->reduceTransparency());
+  compositor.reset();
+  waitUntil("its end is noticed", [&] { return preferences->reduceTransparency(); });
+  compositor = std::make_unique<SelectionHolder>(display(), "_NET_WM_CM_S0");
+  waitUntil("the next one is noticed", [&] { return !preferences->reduceTransparency(); });
+}
+
+TEST_F(AccessibilityPreferencesTest, FollowARealCompositor) {
+  open();
+  const auto compositor = run({"picom", "--backend", "xrender", "--config", "/dev/null"});
+  waitUntil("the compositor is noticed", [&] { return !preferences->reduceTransparency(); });
+}
+
+TEST_F(AccessibilityPreferencesTest, FollowTheSettingsManager) {
+  const SelectionHolder compositor(display(), "_NET_WM_CM_S0");
+  auto manager = std::make_unique<SelectionHolder>(display(), "_XSETTINGS_S0");
+  manager->publish(0, "Adwaita");
+  waitUntil("the manager is there", [&] {
+    open();
+    return preferences->reduceMotion();
+  });
+  EXPECT_FALSE(preferences->reduceTransparency());
+  manager->publish(1, "HighContrastInverse");
+  waitUntil("animations are on again", [&] { return !preferences->reduceMotion(); });
+  EXPECT_TRUE(preferences->reduceTransparency());
+  manager->publish(0, "Adwaita");
+  waitUntil("animations are off again", [&] { return preferences->reduceMotion(); });
+  EXPECT_FALSE(preferences->reduceTransparency());
+  manager.reset();
+  waitUntil("its end is noticed", [&] { return !preferences->reduceMotion(); });
+}
+
+TEST_F(AccessibilityPreferencesTest, NoticeASettingsManagerThatComesLater) {
+  open();
+  SelectionHolder manager(display(), "_XSETTINGS_S0");
+  manager.publish(0, "Adwaita");
+  waitUntil("the manager is noticed", [&] { return preferences->reduceMotion(); });
+}
+
+TEST(AccessibilityPreferencesWithoutServer, AreNone) {
+  EXPECT_EQ(LinuxAccessibilityPreferences::open(":4711"), nullptr);
+}
+
+}  // namespace
+}  // namespace vantorel
