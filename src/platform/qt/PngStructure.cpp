@@ -101,7 +101,8 @@ class Sequence {
     pixelsEnded_ = pixelsBegun_;
     if (chunk.type == "PLTE") {
       const bool wellFormed = !chunk.data.empty() && chunk.data.size() % 3 == 0 &&
-                              chunk.data.size() <= 3U * 256 && !hasPalette_ && !pixelsBegun_;
+                              chunk.data.size() <= std::size_t{3} * 256 && !hasPalette_ &&
+                              !pixelsBegun_;
       hasPalette_ = true;
       return wellFormed;
     }

@@ -12,8 +12,9 @@ namespace vantorel {
 
 QtImageDecoder::QtImageDecoder() {
   constexpr std::uint64_t bytesPerPixel = 4;
+  constexpr std::uint64_t bytesPerMebibyte = 1'048'576;
   QImageReader::setAllocationLimit(
-      static_cast<int>(maxImagePixels * bytesPerPixel / (1024 * 1024) + 1));
+      static_cast<int>(maxImagePixels * bytesPerPixel / bytesPerMebibyte + 1));
 }
 
 std::shared_ptr<const Image> QtImageDecoder::decode(std::shared_ptr<const Bytes> bytes) const {

@@ -39,6 +39,13 @@ const std::string coded =
 
 std::optional<PixelSize> sizeOf(const std::string& text) { return checkedJpeg(copied(text)); }
 
+/// A file that is in order but for what is asked of its frame.
+bool passesWith(const std::string& itsFrame) {
+  std::string text = start;
+  text.append(itsFrame).append(scan).append(coded).append(end);
+  return sizeOf(text).has_value();
+}
+
 TEST(JpegStructure, TakesWhatEncodersWrite) {
   EXPECT_EQ(checkedJpeg(encoded(colourful(37, 21, Transparency::none), "jpg")),
             (PixelSize{37, 21}));
@@ -63,22 +70,20 @@ TEST(JpegStructure, RefusesEveryTruncation) {
 TEST(JpegStructure, RefusesSizesThatNobodyWillHold) {
   for (const auto& [width, height] :
        {std::pair{0U, 5U}, {5U, 0U}, {65535U, 1U}, {20000U, 20000U}}) {
-    EXPECT_FALSE(sizeOf(start + frame(width, height) + scan + coded + end));
+    EXPECT_FALSE(passesWith(frame(width, height)));
   }
-  EXPECT_TRUE(sizeOf(start + frame(1, 20000) + scan + coded + end));
+  EXPECT_TRUE(passesWith(frame(1, 20000)));
 }
 
 TEST(JpegStructure, RefusesFramesThatCannotBeDecoded) {
   for (const unsigned marker : {0xC0, 0xC1, 0xC2, 0xC9, 0xCA}) {
-    EXPECT_TRUE(
-        sizeOf(start + frame(2, 2, static_cast<unsigned char>(marker)) + scan + coded + end));
+    EXPECT_TRUE(passesWith(frame(2, 2, static_cast<unsigned char>(marker))));
   }
   for (const unsigned marker : {0xC3, 0xC5, 0xC6, 0xC7, 0xCB, 0xCD, 0xCE, 0xCF}) {
-    EXPECT_FALSE(
-        sizeOf(start + frame(2, 2, static_cast<unsigned char>(marker)) + scan + coded + end));
+    EXPECT_FALSE(passesWith(frame(2, 2, static_cast<unsigned char>(marker))));
   }
-  EXPECT_FALSE(sizeOf(start + frame(2, 2, 0xC1, 12) + scan + coded + end));
-  EXPECT_FALSE(sizeOf(start + frame(2, 2, 0xC0, 8, 2) + scan + coded + end));
+  EXPECT_FALSE(passesWith(frame(2, 2, 0xC1, 12)));
+  EXPECT_FALSE(passesWith(frame(2, 2, 0xC0, 8, 2)));
 }
 
 TEST(JpegStructure, RefusesMarkersOutOfOrder) {
