@@ -15,8 +15,8 @@ namespace vantorel {
 /// of the same kind ends the process at once, so that a quit that hangs can be ended too. A signal
 /// that was ignored when the process began (by nohup, or a shell's background job) stays ignored.
 ///
-/// Create one, on the main thread, before other threads and as early as there is a `Dispatch`; the
-/// end of it restores what was in force before. `dispatch` outlives it.
+/// Create one, on the main thread, as soon as there is a `Dispatch`; its end restores what was in
+/// force before. `dispatch` outlives it.
 class TerminationSignals {
  public:
   TerminationSignals(Dispatch& dispatch, std::function<void()> handler);
