@@ -220,14 +220,18 @@ TEST_F(X11PasteboardBadOwner, OneThatHasDiedHasNothing) {
 }
 
 TEST_F(X11PasteboardBadOwner, ALateAnswerDoesNotLandInTheNextRead) {
-  ScriptedForm late = inPieces(10);
-  owner.offer("UTF8_STRING", behaving(Manner::stay_silent));
+  ScriptedForm late;
+  late.bytes = bytes("late");
+  late.pause = std::chrono::milliseconds(400);
+  owner.offer("UTF8_STRING", late);
   copy(owner);
-  EXPECT_FALSE(string());
-  ScriptedOwner next(server->display());
-  next.offer("UTF8_STRING", "the next one's");
-  copy(next);
-  EXPECT_EQ(string(), "the next one's");
+  EXPECT_FALSE(string()) << "given up before the answer";
+  // The late one arrives while this read waits for its own.
+  ScriptedForm slow;
+  slow.bytes = bytes("slow");
+  slow.pause = std::chrono::milliseconds(200);
+  owner.offer("UTF8_STRING", slow);
+  EXPECT_EQ(string(), "slow");
 }
 
 TEST_F(X11PasteboardBadOwner, OthersAreReadWhileTheMainThreadIsElsewhere) {

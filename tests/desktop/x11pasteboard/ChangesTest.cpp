@@ -1,3 +1,5 @@
+#include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "desktop/x11pasteboard/PasteboardFixture.h"
@@ -20,6 +22,57 @@ class X11PasteboardChanges : public PasteboardFixture {
     const auto before = announced;
     copy(marker);
     ASSERT_TRUE(loop.runUntil([&] { return announced > before; }));
+  }
+
+  void turnFor(Seconds interval) {
+    bool later = false;
+    const auto timer = loop.after(interval, [&] { later = true; });
+    ASSERT_TRUE(loop.runUntil([&] { return later; }));
+  }
+
+  /// Twenty programs copy, 30 ms after each other. What was read of them, in order.
+  std::vector<std::string> readTwentyCopies() {
+    std::vector<std::string> read;
+    pasteboard->setChangeHandler([&] {
+      pasteboard->readString(now(), [&](Text text) {
+        if (text) read.push_back(std::move(*text));
+      });
+    });
+    std::vector<std::unique_ptr<ScriptedOwner>> owners;
+    for (const auto& text : twentyTexts()) {
+      owners.push_back(std::make_unique<ScriptedOwner>(server->display()));
+      owners.back()->offer("UTF8_STRING", text);
+    }
+    const auto before = now();
+    std::size_t next = 0;
+    const auto timer = loop.every(Seconds(0.03), [&] {
+      if (next < owners.size()) owners[next++]->own();
+    });
+    EXPECT_TRUE(loop.runUntil([&] { return now() == before + 20; }));
+    turnFor(Seconds(0.1));
+    pasteboard->setChangeHandler(nullptr);
+    EXPECT_EQ(now(), before + 20);
+    return read;
+  }
+  static std::vector<std::string> twentyTexts() {
+    std::vector<std::string> texts;
+    for (int i = 0; i < 20; ++i) texts.push_back("copy " + std::to_string(i));
+    return texts;
+  }
+
+  /// How often the pasteboard's thread has gone to sleep so far.
+  [[nodiscard]] static long wakeUps() {
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+      std::string name;
+      std::getline(std::ifstream(task.path() / "comm"), name);
+      if (name != "clipboard") continue;
+      std::ifstream status(task.path() / "status");
+      for (std::string word; status >> word;) {
+        long count = 0;
+        if (word == "voluntary_ctxt_switches:" && status >> count) return count;
+      }
+    }
+    return -1;
   }
 
   int announced = 0;
@@ -55,30 +108,12 @@ TEST_F(X11PasteboardChanges, ChangesThatNobodyHasLookedAtAreAnnouncedTogether) {
   ASSERT_TRUE(loop.runUntil([&] { return announced == 2; }));
 }
 
-TEST_F(X11PasteboardChanges, TwentyCopiesThirtyMillisecondsApartAreAllRead) {
+TEST_F(X11PasteboardChanges, TwentyCopiesThirtyMillisecondsApartAreAllCountedAndRead) {
+  // A machine that is busy with other things may keep everybody from running for 30 ms, so there
+  // are several attempts; counting has to be right in each.
   std::vector<std::string> read;
-  pasteboard->setChangeHandler([&] {
-    pasteboard->readString(now(), [&](Text text) {
-      if (text) read.push_back(std::move(*text));
-    });
-  });
-  std::vector<std::unique_ptr<ScriptedOwner>> owners;
-  std::vector<std::string> copied;
-  for (int i = 0; i < 20; ++i) {
-    copied.push_back("copy " + std::to_string(i));
-    owners.push_back(std::make_unique<ScriptedOwner>(server->display()));
-    owners.back()->offer("UTF8_STRING", copied.back());
-  }
-  std::size_t next = 0;
-  const auto before = now();
-  const auto timer = loop.every(Seconds(0.03), [&] {
-    if (next < owners.size()) owners[next++]->own();
-  });
-  ASSERT_TRUE(
-      loop.runUntil([&] { return next == 20 && read.size() >= 20; }, std::chrono::seconds(10)))
-      << read.size() << " of 20";
-  EXPECT_EQ(read, copied);
-  EXPECT_EQ(now(), before + 20);
+  for (int attempt = 0; attempt < 8 && read != twentyTexts(); ++attempt) read = readTwentyCopies();
+  EXPECT_EQ(read, twentyTexts());
 }
 
 TEST_F(X11PasteboardChanges, AnOwnWriteIsCountedWhenItReturnsAndNotAgain) {
@@ -137,9 +172,7 @@ TEST_F(X11PasteboardChanges, AnOwnerWithASuccessorHasNotLeftTheClipboardEmpty) {
   successor.offer("UTF8_STRING", "kept");
   copy(successor);
   EXPECT_EQ(string(), "kept");
-  bool later = false;
-  const auto timer = loop.after(Seconds(0.4), [&] { later = true; });
-  ASSERT_TRUE(loop.runUntil([&] { return later; }));
+  turnFor(Seconds(0.4));
   EXPECT_THAT(exits, testing::IsEmpty());
 }
 
@@ -190,6 +223,17 @@ TEST_F(X11PasteboardChanges, SelectingTextIsNoChange) {
   selecting.own();
   settle();
   EXPECT_EQ(now(), before + 1);
+}
+
+TEST_F(X11PasteboardChanges, SleepsWhileNothingHappens) {
+  copy(owner);
+  EXPECT_EQ(string(), "text");
+  ASSERT_TRUE(pasteboard->writeString("own"));
+  turnFor(Seconds(0.2));  // by then it has gone to sleep for the last time
+  const auto before = wakeUps();
+  ASSERT_GT(before, 0);
+  turnFor(Seconds(0.7));
+  EXPECT_EQ(wakeUps(), before);
 }
 
 TEST_F(X11PasteboardChanges, NothingIsHeardOfAPasteboardThatIsGone) {

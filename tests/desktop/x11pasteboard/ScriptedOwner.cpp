@@ -39,8 +39,10 @@ void ScriptedOwner::createWindow() {
 }
 
 void ScriptedOwner::offer(const std::string& target, ScriptedForm form) {
-  forms_.insert_or_assign(target, std::move(form));
-  order_.push_back(target);
+  (void)thread_->runAndWait([&] {
+    if (forms_.count(target) == 0) order_.push_back(target);
+    forms_.insert_or_assign(target, std::move(form));
+  });
 }
 
 void ScriptedOwner::offer(const std::string& target, std::string_view text) {
@@ -159,11 +161,7 @@ void ScriptedOwner::begin(const xcb_selection_request_event_t& request, const Sc
       notify(request, request.property);
       return;
     case Manner::give:
-      xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor,
-                          request.property, type, form.format,
-                          static_cast<std::uint32_t>(form.bytes.size() * 8 / form.format),
-                          form.bytes.data());
-      notify(request, request.property);
+      give(request, form, type);
       return;
     case Manner::incremental:
       break;
@@ -174,6 +172,22 @@ void ScriptedOwner::begin(const xcb_selection_request_event_t& request, const Sc
                       connection_.atom("INCR"), 32, 1, &form.claimedBytes);
   sending_[{request.requestor, request.property}] = {form, type, 0, 0};
   notify(request, request.property);
+}
+
+void ScriptedOwner::give(const xcb_selection_request_event_t& request, const ScriptedForm& form,
+                         xcb_atom_t type) {
+  const auto put = [this, request, form, type] {
+    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor,
+                        request.property, type, form.format,
+                        static_cast<std::uint32_t>(form.bytes.size() * 8 / form.format),
+                        form.bytes.data());
+    notify(request, request.property);
+  };
+  if (form.pause.count() == 0) {
+    put();
+  } else {
+    thread_->after(form.pause, put);
+  }
 }
 
 void ScriptedOwner::sendPiece(Address address) {

@@ -33,7 +33,7 @@ struct ScriptedForm {
   std::uint32_t claimedBytes = 0;      // what an incremental answer says of its size
   int piecesBeforeStalling = -1;       // -1: never stalls
   int piecesBeforeDying = -1;          // -1: lives on
-  std::chrono::milliseconds pause{0};  // between two pieces
+  std::chrono::milliseconds pause{0};  // before the whole, and between two pieces
 };
 
 /// Another program that owns a selection and behaves as the test says, on a connection and a thread
@@ -45,7 +45,8 @@ class ScriptedOwner {
   ScriptedOwner(const ScriptedOwner&) = delete;
   ScriptedOwner& operator=(const ScriptedOwner&) = delete;
 
-  /// Before `own()`. Every target given here is listed in TARGETS, unless TARGETS itself is given.
+  /// From now on, and in the place of an earlier form. Every target given here is listed in
+  /// TARGETS, unless TARGETS itself is given.
   void offer(const std::string& target, ScriptedForm form);
   void offer(const std::string& target, std::string_view text);
   /// Takes the selection; returns when the server says so.
@@ -82,6 +83,8 @@ class ScriptedOwner {
   void answer(const xcb_selection_request_event_t& request);
   void giveTargets(const xcb_selection_request_event_t& request);
   void begin(const xcb_selection_request_event_t& request, const ScriptedForm& form);
+  void give(const xcb_selection_request_event_t& request, const ScriptedForm& form,
+            xcb_atom_t type);
   void sendPiece(Address address);
   void notify(const xcb_selection_request_event_t& request, xcb_atom_t property);
   xcb_timestamp_t serverTime();

@@ -23,6 +23,13 @@ class X11PasteboardWriting : public PasteboardFixture {
     return property ? program.connection().atomName(property->type).value_or("?") : "(nothing)";
   }
 
+  /// Lets the loop turn, so that time passes while nothing is queued.
+  [[nodiscard]] bool forgotten(const std::weak_ptr<const Bytes>& data) {
+    if (!tick) tick = loop.every(Seconds(0.01), [] {});
+    return data.expired();
+  }
+
+  std::unique_ptr<Timer> tick;
   Requestor program{server->display()};
 };
 
@@ -223,6 +230,34 @@ TEST_F(X11PasteboardWriting, ARequestorThatDiesHoldsUpNobody) {
   const auto property = program.get("UTF8_STRING");
   ASSERT_TRUE(property);
   EXPECT_TRUE(property->bytes == large);
+}
+
+TEST_F(X11PasteboardWriting, ARequestorThatDiesIsForgottenAtOnce) {
+  auto image = std::make_shared<const MadeImage>(pattern(3'000'000), Bytes());
+  const std::weak_ptr<const Image> kept = image;
+  ASSERT_TRUE(pasteboard->writeImage(std::move(image)));
+  auto dying = std::make_unique<Requestor>(server->display());
+  dying->ask("image/png");
+  ASSERT_TRUE(dying->answered());
+  ASSERT_TRUE(dying->take());
+  const std::weak_ptr<const Bytes> png = kept.lock()->pngData();
+  ASSERT_TRUE(pasteboard->writeString("new"));
+  EXPECT_FALSE(png.expired()) << "still being taken";
+  dying.reset();
+  EXPECT_TRUE(loop.runUntil([&] { return forgotten(png); }, IncrementalSender::stallLimit / 2));
+  EXPECT_TRUE(kept.expired());
+}
+
+TEST_F(X11PasteboardWriting, ARequestorThatStopsTakingIsForgottenInTheEnd) {
+  auto image = std::make_shared<const MadeImage>(pattern(3'000'000), Bytes());
+  const std::weak_ptr<const Image> kept = image;
+  ASSERT_TRUE(pasteboard->writeImage(std::move(image)));
+  program.ask("image/png");
+  ASSERT_TRUE(program.answered());
+  ASSERT_TRUE(program.take());
+  const std::weak_ptr<const Bytes> png = kept.lock()->pngData();
+  ASSERT_TRUE(pasteboard->writeString("new"));
+  EXPECT_TRUE(loop.runUntil([&] { return forgotten(png); }, IncrementalSender::stallLimit * 3));
 }
 
 TEST_F(X11PasteboardWriting, ATransferUnderWayEndsWithTheOldContents) {
