@@ -134,9 +134,9 @@ TEST_F(X11PasteboardBadOwner, OneThatAnswersTextAsNumbersIsAskedForTheNextForm) 
   ScriptedForm numbers = behaving(Manner::give);
   numbers.format = 32;
   owner.offer("UTF8_STRING", numbers);
-  owner.offer("STRING", "text");
+  owner.offer("STRING", "in letters");
   copy(owner);
-  EXPECT_EQ(string(), "text");
+  EXPECT_EQ(string(), "in letters");
 }
 
 TEST_F(X11PasteboardBadOwner, OneThatStallsWithinATransferHasNothing) {

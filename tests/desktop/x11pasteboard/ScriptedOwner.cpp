@@ -62,6 +62,10 @@ xcb_timestamp_t ScriptedOwner::serverTime() {
 }
 
 void ScriptedOwner::own() {
+  if (!tryToOwn()) throw std::runtime_error("could not own the selection");
+}
+
+bool ScriptedOwner::tryToOwn() {
   bool owned = false;
   const bool ran = thread_->runAndWait([this, &owned] {
     const auto time = serverTime();
@@ -73,7 +77,7 @@ void ScriptedOwner::own() {
     ownedSince_ = time;
     lost_ = false;
   });
-  if (!ran || !owned) throw std::runtime_error("could not own the selection");
+  return ran && owned;
 }
 
 void ScriptedOwner::disown() {

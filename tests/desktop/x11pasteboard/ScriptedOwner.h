@@ -51,6 +51,8 @@ class ScriptedOwner {
   void offer(const std::string& target, std::string_view text);
   /// Takes the selection; returns when the server says so.
   void own();
+  /// The same where another program may be quicker: false then.
+  bool tryToOwn();
   /// Takes it once more: the same contents copied again.
   void ownAgain() { own(); }
   /// Leaves the selection without an owner, on purpose.

@@ -396,5 +396,18 @@ TEST_F(X11PasteboardWriting, WritesAndOthersCopiesInterleaveWithoutConfusion) {
   }
 }
 
+TEST_F(X11PasteboardWriting, WhoeverIsQuickerIsTheOneWhoseContentsAreServed) {
+  ScriptedOwner owner(server->display());
+  owner.offer("UTF8_STRING", "theirs");
+  for (int i = 0; i < 300; ++i) {
+    std::thread rival([&] { owner.tryToOwn(); });
+    (void)pasteboard->writeString("ours");
+    rival.join();
+    const auto served = get("UTF8_STRING");
+    ASSERT_THAT(served, testing::AnyOf("ours", "theirs"));
+    ASSERT_TRUE(loop.runUntil([&] { return string() == served; }));
+  }
+}
+
 }  // namespace
 }  // namespace vantorel
