@@ -102,7 +102,7 @@ void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,
   const Deadline deadline = Clock::now() + timeLimit;
   for (KeychainQuery& query : queries) {
     if (query.useDataProtectionKeychain) continue;
-    static_cast<void>(takePrepared(query));
+    std::erase_if(prepared_, [&](const Prepared& entry) { return same(entry.query, query); });
     auto call = std::make_shared<KeyringCall<KeychainResult>>();
     worker_->post(deadline, [worker = worker_.get(), query, call](KeyringService& service) {
       call->deliver(worker->find(service, query));

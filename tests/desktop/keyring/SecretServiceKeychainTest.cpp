@@ -359,6 +359,23 @@ TEST_F(SecretServiceKeychainTest, PreparingNeverMakesTheMainThreadWait) {
   EXPECT_LT(timed([&] { EXPECT_EQ(find(), keychainStatus::notAvailable); }), atOnce);
 }
 
+TEST_F(SecretServiceKeychainTest, PreparingAgainDoesNotWaitForTheFirstTime) {
+  startKeyring(State::unlocked);
+  ASSERT_EQ(add(), keychainStatus::success);
+  keyring_->suspend();
+  int ready = 0;
+  EXPECT_LT(timed([&] {
+              for (int i = 0; i < 2; ++i) keychain().prepare({query}, [&] { ++ready; });
+            }),
+            atOnce);
+  keyring_->resume();
+  ASSERT_TRUE(waitFor([&] {
+    dispatch_.runQueued();
+    return ready == 2;
+  }));
+  EXPECT_EQ(text(keychain().copyMatching(query).data), text(someKey()));
+}
+
 TEST_F(SecretServiceKeychainTest, NothingToPrepareIsReadyToo) {
   bool ready = false;
   keychain().prepare({}, [&] { ready = true; });

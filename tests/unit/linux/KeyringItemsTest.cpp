@@ -86,6 +86,7 @@ TEST_F(KeyringItemsTest, UnlockingThatOnlyClaimsToHaveWorkedIsNotBelieved) {
     if (step == Step::isLocked) keyring.locked.insert("/login");
   };
   EXPECT_EQ(find(), keychainStatus::userCanceled);
+  EXPECT_THAT(keyring.steps, testing::Not(testing::Contains(Step::search)));
 }
 
 TEST_F(KeyringItemsTest, ACollectionThatLocksBeforeTheSearchIsNotEmpty) {

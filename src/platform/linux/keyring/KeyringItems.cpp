@@ -57,7 +57,7 @@ Located findItem(KeyringService& service, const ObjectPath& collection,
 }
 
 Located locate(KeyringService& service, const KeychainQuery& query) {
-  const Located collection = openCollection(service);
+  Located collection = openCollection(service);
   if (collection.status != keychainStatus::success) return collection;
   return findItem(service, collection.path, query);
 }

@@ -136,6 +136,7 @@ KeyringAnswer<std::vector<ObjectPath>> SecretServiceBus::search(const ObjectPath
   auto items = pathsAt(*reply, 0);
   if (items.size() < 2) return items;
   std::vector<std::pair<std::uint64_t, ObjectPath>> dated;
+  dated.reserve(items.size());
   for (auto& item : items) dated.emplace_back(creationTime(item), item);
   std::sort(dated.begin(), dated.end());
   std::transform(dated.begin(), dated.end(), items.begin(),
