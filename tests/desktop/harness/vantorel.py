@@ -15,7 +15,6 @@ PANEL = "Vantorel"
 STORAGE_NOTICE = "Secure storage is unavailable. Clipboard monitoring is paused."
 NO_TARGET_NOTICE = "Copied to clipboard. Press Ctrl+V to paste."
 GONE_NOTICE = "This item is no longer available."
-HELP = "About Vantorel"
 
 _APPLICATION = "vantorel"
 _SEPARATOR = "  ·  "  # stands between the parts of a row's second line
@@ -49,9 +48,6 @@ class Vantorel:
 
     def start(self, *arguments, capturing=True, accessible=True):
         """Starts it; with `capturing`, waits until it notices copies."""
-        if not os.path.exists(self.defaults_file):
-            # The welcome of a first start has tests of its own.
-            self.set_defaults({"didShowOnboardingV2": True})
         self.process = self.desktop.start(
             "vantorel", [*self.launcher, program_path(), *arguments],
             {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"} if accessible else {})
