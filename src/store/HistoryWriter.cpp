@@ -1,6 +1,8 @@
 #include "store/HistoryWriter.h"
 
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 #include "store/Base64.h"
 #include "store/Iso8601.h"
@@ -24,6 +26,35 @@ constexpr std::array<char, 256> escapes() {
   return table;
 }
 constexpr auto escapeOf = escapes();
+constexpr std::size_t longestEscape = 6;  // \u0000
+
+bool mustBeEscaped(char c) { return escapeOf[static_cast<unsigned char>(c)] != 0; }
+
+/// How many bytes at the front of the text stand for themselves. Eight are looked at in one go:
+/// texts are long, and seldom hold what must be escaped.
+std::size_t plainLength(std::string_view text) {
+  constexpr std::uint64_t ones = 0x0101010101010101U;
+  constexpr std::uint64_t highBits = ones * 0x80U;
+  // Marks bytes below `limit`, which is at most 0x80, and perhaps some after the first of them.
+  const auto below = [](std::uint64_t word, std::uint64_t limit) {
+    return (word - ones * limit) & ~word & highBits;
+  };
+  std::size_t i = 0;
+  for (; i + 8 <= text.size(); i += 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + i, 8);
+    const std::uint64_t quotes = word ^ (ones * static_cast<unsigned char>('"'));
+    const std::uint64_t backslashes = word ^ (ones * static_cast<unsigned char>('\\'));
+    if ((below(word, 0x20) | below(quotes, 1) | below(backslashes, 1)) != 0) break;
+  }
+  while (i < text.size() && !mustBeEscaped(text[i])) ++i;
+  return i;
+}
+
+char* copy(char* to, std::string_view text) {
+  std::memcpy(to, text.data(), text.size());
+  return to + text.size();
+}
 
 }  // namespace
 
@@ -112,22 +143,37 @@ void HistoryWriter::string(std::string_view text) {
 
 void HistoryWriter::escaped(std::string_view validText) {
   constexpr std::string_view hex = "0123456789abcdef";
-  std::size_t start = 0;
-  for (std::size_t i = 0; i < validText.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(validText[i]);
-    const char escape = escapeOf[byte];
-    if (escape == 0) continue;
-    stream_.append(validText.substr(start, i - start));
-    start = i + 1;
-    stream_.Put('\\');
-    stream_.Put(escape);
-    if (escape == 'u') {
-      stream_.append("00");
-      stream_.Put(hex[byte >> 4U]);
-      stream_.Put(hex[byte & 15U]);
+  // Room for the worst first, so that nothing has to be checked on the way.
+  Bytes& out = stream_.bytes();
+  const std::size_t start = out.size();
+  out.resize(start + escapedLengthAtMost(validText));
+  char* const begin = reinterpret_cast<char*>(out.data());
+  char* to = begin + start;
+  for (;;) {
+    const std::size_t plain = plainLength(validText);
+    to = copy(to, validText.substr(0, plain));
+    if (plain == validText.size()) break;
+    const auto byte = static_cast<unsigned char>(validText[plain]);
+    validText.remove_prefix(plain + 1);
+    *to++ = '\\';
+    *to++ = escapeOf[byte];
+    if (escapeOf[byte] == 'u') {
+      to = copy(to, "00");
+      *to++ = hex[byte >> 4U];
+      *to++ = hex[byte & 15U];
     }
   }
-  stream_.append(validText.substr(start));
+  out.resize(static_cast<std::size_t>(to - begin));
+}
+
+std::size_t HistoryWriter::escapedLengthAtMost(std::string_view text) {
+  // Written so that the compiler counts many bytes at once.
+  std::size_t escapes = 0;
+  for (const char c : text) {
+    escapes +=
+        static_cast<std::size_t>(static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\');
+  }
+  return text.size() + escapes * (longestEscape - 1);
 }
 
 }  // namespace vantorel

@@ -35,6 +35,8 @@ class HistoryWriter : private rapidjson::PrettyWriter<BytesStream> {
   explicit HistoryWriter(BytesStream& stream);
 
   void write(const std::vector<ClipItem>& items);
+  /// The room that the text takes in the JSON, without its quotes; perhaps less.
+  [[nodiscard]] static std::size_t escapedLengthAtMost(std::string_view text);
 
  private:
   void item(const ClipItem& item);
