@@ -34,7 +34,7 @@ class UnreadableHistory(VantorelTestCase):
         self.vantorel.wait_for_notice(STORAGE_NOTICE)
         owner = self.clipboard.own(offers={"UTF8_STRING": b"not to be captured"})
         self.vantorel.open_panel()
-        wait_for("the sentence", lambda: self.vantorel.panel_tree().find(name="No clips yet"))
+        self.vantorel.wait_for_words("No clips yet")
         stays_true("nothing captured", lambda: not owner.contents_requested(), 0.5)
         self.assertEqual(self.vantorel.quit(), 0)
 

@@ -5,7 +5,7 @@ from datetime import datetime, timedelta, timezone
 
 from harness import applications
 from harness.case import VantorelTestCase
-from harness.waiting import wait_for
+from harness.waiting import stays_true, wait_for
 
 
 class Markers(VantorelTestCase):
@@ -43,6 +43,7 @@ class PasswordManagers(VantorelTestCase):
                 self.desktop.windows.wait_active(
                     self.desktop.windows.wait_for_title(window_class))
                 owner = self.clipboard.own(offers={"UTF8_STRING": b"hunter2"})
+                stays_true("nothing read", lambda: not owner.contents_requested(), 0.8)
                 window.stop()
                 self.desktop.windows.wait_gone(window_class)
                 self.vantorel.copy(f"after {window_class}")

@@ -106,7 +106,7 @@ class FileManager(Application):
 
     def __init__(self, desktop, folder):
         self.folder = folder
-        super().__init__(desktop, "pcmanfm", ["pcmanfm", "--no-desktop", folder], "pcmanfm")
+        super().__init__(desktop, "pcmanfm", ["pcmanfm", "--new-win", folder], "pcmanfm")
 
     def copy_everything(self):
         self.desktop.keyboard.chord("Ctrl+a")

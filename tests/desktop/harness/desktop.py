@@ -123,6 +123,8 @@ class PrivateDesktop:
         self.keyboard = Keyboard(self.display)
         self.pointer = Pointer(self.display)
         self.windows = Windows(self.display)
+        # Out of the way: a pointer within the panel keeps its list from changing.
+        self.pointer.move(2, 2)
         if self.layout != "us":
             self.set_layout(self.layout)
         if self.scale != 1:

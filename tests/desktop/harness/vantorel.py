@@ -209,6 +209,11 @@ class Vantorel:
     def click_row(self, title):
         self.desktop.pointer.click(*self.wait_for_row(title).centre)
 
+    def wait_for_words(self, words, limit=20):
+        """Waits until something in the panel says exactly this."""
+        wait_for(f"the words {words!r} in the panel",
+                 lambda: (self.panel_tree() or _Nothing()).find(name=words), limit)
+
     def control(self, name):
         """A control of the panel by its accessible name."""
         return wait_for(f"the control {name!r}",

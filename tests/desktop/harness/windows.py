@@ -1,6 +1,7 @@
 """What stands on the screen: windows by title and class, their places, their pixels."""
 
 import collections
+import time
 
 from Xlib import X, error
 from Xlib.protocol import event as xevent
@@ -78,13 +79,17 @@ class Windows:
 
     def activate(self, window):
         """Brings a window to the front as a pager does, and waits until it is."""
-        atom = self._display.intern_atom
-        message = xevent.ClientMessage(window=window, client_type=atom("_NET_ACTIVE_WINDOW"),
-                                       data=(32, [2, X.CurrentTime, 0, 0, 0]))
-        self._root.send_event(message,
-                              event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
-        self._display.sync()
-        self.wait_active(window)
+        asked = []
+
+        def in_front():
+            # A window that is just being shown may take the place again: so it is asked for again.
+            if not asked or time.monotonic() - asked[-1] > 1:
+                asked.append(time.monotonic())
+                self._ask_root(window, "_NET_ACTIVE_WINDOW", [2, X.CurrentTime, 0, 0, 0])
+            return self.active() == window.id and self.has_focus(window)
+
+        wait_for(f"window {self.title(window)!r} to be in front", in_front, 20,
+                 lambda: f"active {self.active():#x}, focus {self.focus():#x}")
 
     def wait_active(self, window, limit=20):
         wait_for(f"window {self.title(window)!r} to be in front",
@@ -97,12 +102,7 @@ class Windows:
 
     def close(self, window):
         """Asks the window's application to close it, as a title bar's button does."""
-        atom = self._display.intern_atom
-        message = xevent.ClientMessage(window=window, client_type=atom("_NET_CLOSE_WINDOW"),
-                                       data=(32, [X.CurrentTime, 2, 0, 0, 0]))
-        self._root.send_event(message,
-                              event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
-        self._display.sync()
+        self._ask_root(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2, 0, 0, 0])
 
     def pixel(self, x, y):
         """(red, green, blue) at a place on the screen."""
@@ -123,6 +123,13 @@ class Windows:
     def screen_size(self):
         screen = self._display.screen()
         return screen.width_in_pixels, screen.height_in_pixels
+
+    def _ask_root(self, window, name, data):
+        message = xevent.ClientMessage(window=window, client_type=self._display.intern_atom(name),
+                                       data=(32, data))
+        self._root.send_event(message,
+                              event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self._display.sync()
 
     def _is_inside(self, inner, outer):
         for _ in range(32):
