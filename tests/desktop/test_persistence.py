@@ -179,6 +179,15 @@ class OneInstance(VantorelTestCase):
                               "org.freedesktop.Application.Activate", "{}")
         self.vantorel.wait_for_panel()
 
+    def test_the_bus_runs_a_menu_command_by_name(self):
+        self.desktop.bus_call("com.vantorel.Vantorel", "/com/vantorel/Vantorel",
+                              "org.freedesktop.Application.ActivateAction", "toggle", "[]", "{}")
+        self.vantorel.wait_for_panel()
+        self.desktop.bus_call("com.vantorel.Vantorel", "/com/vantorel/Vantorel",
+                              "org.freedesktop.Application.ActivateAction", "quit", "[]", "{}")
+        wait_for("the program to end", lambda: not self.vantorel.is_running())
+        self.assertEqual(self.vantorel.process.returncode, 0)
+
 
 class CommandLine(VantorelTestCase):
     def _run(self, *arguments):

@@ -51,12 +51,14 @@ class Demonstration:
             raise ConditionNotMet("Vantorel did not end in order")
 
     def _copy_from_applications(self):
-        notes = applications.gtk_editor(self.desktop, self._file("notes.txt"), MEETING)
+        notes = applications.gtk_editor(self.desktop, self._file("notes.txt"), MEETING,
+                                        stage.as_ordinary_user())
         stage.place(self.desktop, notes, 60, 70, 520, 260)
         notes.select_all_and_copy()
         self._wait_for_entries(1)
         say("Copied a note in a text editor with Ctrl+A, Ctrl+C.")
-        letter = applications.qt_editor(self.desktop, self._file("letter.txt"), HEBREW)
+        letter = applications.qt_editor(self.desktop, self._file("letter.txt"), HEBREW,
+                                        stage.as_ordinary_user())
         stage.place(self.desktop, letter, 640, 70, 560, 300)
         letter.select_all_and_copy()
         self._wait_for_entries(2)
@@ -95,7 +97,8 @@ class Demonstration:
         say("Pressed Return: the newest one, a command, arrived in the terminal.")
 
     def _search_and_paste(self):
-        target = applications.gtk_editor(self.desktop, self._file("reply.txt"))
+        target = applications.gtk_editor(self.desktop, self._file("reply.txt"), "",
+                                         stage.as_ordinary_user())
         stage.place(self.desktop, target, 380, 480, 520, 240)
         self._open_panel()
         self.keyboard.type("thursday")
@@ -128,7 +131,7 @@ class Demonstration:
         self.desktop.run(["convert", "-size", "960x600", "gradient:#ffd27a-#d1495b", "-fill",
                           "#fff3c4", "-draw", "circle 480,380 480,300", "-fill", "#3d2c4e", "-draw",
                           "polygon 0,600 0,470 240,380 470,480 700,360 960,470 960,600",
-                          path]).check_returncode()
+                          "-alpha", "off", f"png24:{path}"]).check_returncode()
 
     def _file(self, *parts):
         path = self.desktop.path(*parts)

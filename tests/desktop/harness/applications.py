@@ -67,16 +67,18 @@ class Editor(Application):
         self.desktop.keyboard.chord("Ctrl+v")
 
 
-def gtk_editor(desktop, path, contents=""):
-    """A GTK text editor."""
+def gtk_editor(desktop, path, contents="", launcher=()):
+    """A GTK text editor; `launcher` is a command in front of its own."""
     _write(path, contents)
-    return Editor(desktop, "mousepad", ["mousepad", "--disable-server", path], "mousepad", path)
+    return Editor(desktop, "mousepad", [*launcher, "mousepad", "--disable-server", path],
+                  "mousepad", path)
 
 
-def qt_editor(desktop, path, contents=""):
-    """A Qt text editor."""
+def qt_editor(desktop, path, contents="", launcher=()):
+    """A Qt text editor; `launcher` is a command in front of its own."""
     _write(path, contents)
-    return Editor(desktop, "featherpad", ["featherpad", "--standalone", path], "featherpad", path)
+    return Editor(desktop, "featherpad", [*launcher, "featherpad", "--standalone", path],
+                  "featherpad", path)
 
 
 class Terminal(Application):
