@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QIcon>
+#include <QSessionManager>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -27,8 +28,10 @@ namespace {
 /// The one running instance: its ports, and its delegate from the moment that the keyring answered.
 class Program {
  public:
-  /// `first` is what this start was asked to do.
-  Program(LinuxDesktop& desktop, Command first) : desktop_(desktop), pending_(first) {}
+  /// `first` is what this start was asked to do. A plain start shows nothing by itself.
+  Program(LinuxDesktop& desktop, Command first) : desktop_(desktop) {
+    if (first != Command::open) pending_ = first;
+  }
 
   /// Called when the keyring's answer is known, and again when the user unlocks it later: the
   /// history can be read then, so the application starts over.
@@ -36,16 +39,14 @@ class Program {
     terminate();
     delegate_ = std::make_unique<AppDelegate>(desktop_.ports());
     delegate_->applicationDidFinishLaunching();
-    if (const auto command = std::exchange(pending_, std::nullopt)) {
-      if (*command != Command::open) perform(*command);
-    }
+    if (const auto command = std::exchange(pending_, std::nullopt)) perform(*command);
   }
 
   /// What another start, a launcher or the desktop asks for; waits for the delegate.
   void perform(Command command) {
     if (command == Command::quit) return QCoreApplication::exit(0);
     if (!delegate_) {
-      pending_ = command;
+      if (command != Command::open || !pending_) pending_ = command;
       return;
     }
     if (command == Command::open) delegate_->applicationShouldHandleReopen();
@@ -69,6 +70,18 @@ int finish(const StartDecision& decision) {
   return decision.exitStatus;
 }
 
+/// The desktop starts us by our autostart entry; a saved session that did so too would start us
+/// twice.
+void stayOutOfSavedSessions(const QApplication& application) {
+  const auto never = [](QSessionManager& manager) {
+    manager.setRestartHint(QSessionManager::RestartNever);
+  };
+  QObject::connect(&application, &QGuiApplication::saveStateRequest, &application, never,
+                   Qt::DirectConnection);
+  QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, never,
+                   Qt::DirectConnection);
+}
+
 void describeApplication() {
   QApplication::setApplicationName("vantorel");
   QApplication::setApplicationVersion(VANTOREL_VERSION);
@@ -89,8 +102,10 @@ int run(int argc, char** argv, Command command) {
   const TerminationSignals terminationSignals(dispatch, [] { QCoreApplication::exit(0); });
   SecretServiceKeychain keychain(dispatch);
   std::function<void()> launch;  // empty while there is nothing to launch
+  bool answered = false;         // by the keyring, before there was
   const auto prepare = [&] {
     keychain.prepare({HistoryKeychain::baseQuery(HistoryKeychain::Backend::loginKeychain)}, [&] {
+      answered = true;
       if (launch) launch();
     });
   };
@@ -99,6 +114,7 @@ int run(int argc, char** argv, Command command) {
 
   describeApplication();
   const QApplication application(argc, argv);
+  stayOutOfSavedSessions(application);
   QApplication::setWindowIcon(QIcon(":/vantorel/com.vantorel.Vantorel.svg"));
   ApplicationService service(dispatch);
   steps.claim = [&] { return service.claim(processEnvironment); };
@@ -118,6 +134,7 @@ int run(int argc, char** argv, Command command) {
   service.onActivate([&program] { program.perform(Command::open); });
   service.onAction([&program](Command asked) { program.perform(asked); });
   launch = [&program] { program.launch(); };
+  if (answered) launch();
   const int status = QApplication::exec();
   launch = nullptr;
   service.onActivate({});

@@ -28,7 +28,7 @@ class AppDelegate {
 
   void applicationDidFinishLaunching();
   /// Stops timers and observers and gives the shortcut back. The history has been saved after
-  /// every change, so nothing is left to save.
+  /// every change that could be saved.
   void applicationWillTerminate();
   /// Another start of the program, or a click on its icon: brings up the panel, unless it is there.
   void applicationShouldHandleReopen();

@@ -17,8 +17,11 @@ namespace {
 /// What the clock on the wall shows, as if it showed UTC: formats then need no time zone, and a
 /// change of the machine's zone is seen at once.
 Date wallClock(Date date) {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(date);
-  const std::time_t time = std::chrono::system_clock::to_time_t(seconds);
+  // A damaged clock may say anything; only the ends of time leave no room for an offset.
+  constexpr std::chrono::days room{1};
+  if (date > Date::max() - room || date < Date::min() + room) return date;
+  const std::time_t time =
+      std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
   std::tm local{};
   ::tzset();
   if (::localtime_r(&time, &local) == nullptr) return date;
@@ -73,7 +76,8 @@ DateText::DateText(const std::string& locale)
 DateText DateText::forUser() {
   // The environment itself, since a locale that is not installed still says what the user reads.
   for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
-    const char* name = std::getenv(variable);
+    // Nothing in this program changes the environment.
+    const char* name = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe)
     if (name != nullptr && *name != '\0') return DateText(name);
   }
   return DateText("");

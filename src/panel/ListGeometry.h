@@ -7,11 +7,9 @@
 #include "platform/Screens.h"
 #include "store/ClipItem.h"
 
-namespace vantorel {
-
 /// How the panel and its list are measured, in points, from the top left. Nothing here depends on
 /// fonts: rows have a fixed height.
-namespace ListGeometry {
+namespace vantorel::ListGeometry {
 
 inline constexpr double panelWidth = 408;
 inline constexpr double margin = 10;  // on every side of the panel's content
@@ -55,5 +53,4 @@ enum class SearchBar { hidden, shown };
 [[nodiscard]] double offsetRevealing(const Rect& row, double offset, double viewHeight,
                                      double documentHeight);
 
-}  // namespace ListGeometry
-}  // namespace vantorel
+}  // namespace vantorel::ListGeometry
