@@ -145,7 +145,7 @@ std::string value(const Keys& keys, std::string_view key) {
 std::string localizedValue(const Keys& keys, const std::string& key,
                            const std::vector<std::string>& locales) {
   for (const auto& locale : locales) {
-    const auto found = keys.find(key + "[" + locale + "]");
+    const auto found = keys.find(std::string(key).append("[").append(locale).append("]"));
     if (found != keys.end()) return unescapedValue(found->second);
   }
   return value(keys, key);

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "desktop/x11/DesktopFixture.h"
+#include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/X11Keyboard.h"
 #include "platform/linux/x11/X11SyntheticInput.h"
 #include "platform/linux/x11/X11Workspace.h"
@@ -24,6 +25,8 @@ constexpr X11KeyCode returnKey = 36;
 constexpr X11KeyCode controlKey = 37;
 constexpr X11KeyCode shiftKey = 50;
 constexpr X11KeyCode superKey = 133;
+constexpr X11KeyCode altKey = 64;
+constexpr X11KeyCode spaceKey = 65;
 constexpr X11KeyCode capsLockKey = 66;
 constexpr unsigned shiftMask = XCB_MOD_MASK_SHIFT;
 constexpr unsigned controlMask = XCB_MOD_MASK_CONTROL;
@@ -262,6 +265,24 @@ TEST_F(SyntheticInputTest, AKeyThatIsHeldDoesNotHideTheChord) {
     return std::find(all.begin(), all.end(), SeenPress(keyV, controlMask)) != all.end();
   });
   fingers().release(keyV, Keyboard::hardware);
+}
+
+TEST_F(SyntheticInputTest, AShortcutThatIsStillHeldDoesNotKeepTheKeyboard) {
+  const auto program = playInFront();
+  const auto hotKeys = X11HotKeys::open(dispatch, display());
+  int heard = 0;
+  ASSERT_TRUE(hotKeys->installHandler([&](HotKeyId) { ++heard; }));
+  ASSERT_TRUE(hotKeys->registerHotKey(keys::space, hotkeys::command | hotkeys::option, {}));
+  for (const auto key : {superKey, altKey, spaceKey}) fingers().press(key, Keyboard::hardware);
+  waitUntil("the shortcut is heard", [&] { return heard == 1; });
+  paste(program.process->pid());
+  waitForPress(program, keyV);
+  EXPECT_THAT(presses(program), testing::Contains(SeenPress(keyV, controlMask)));
+  for (const auto key : {spaceKey, altKey, superKey}) fingers().release(key, Keyboard::hardware);
+  waitUntil("all is let go", [&] {
+    const auto held = X11Keyboard(tester()).presses();
+    return held.seen.none() && held.synthetic.none();
+  });
 }
 
 TEST_F(SyntheticInputTest, ATerminalIsPastedIntoByItsOwnKeys) {

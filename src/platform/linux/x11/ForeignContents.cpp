@@ -11,7 +11,7 @@ namespace vantorel {
 namespace {
 
 // A thousand forms; real programs offer a few dozen at most.
-constexpr std::size_t maximumTargetsBytes = 4 * 1024;
+constexpr std::size_t maximumTargetsBytes = 4096;
 
 }  // namespace
 
@@ -30,13 +30,12 @@ void ForeignContents::readTargets(Completion<std::optional<Targets>> completion)
 
 void ForeignContents::askTargets() {
   stage_ = Stage::asked;
-  reader_.read({selection_, connection_.atom("TARGETS"), time_, maximumTargetsBytes},
-               [self = shared_from_this()](SelectionAnswer answer) {
-                 self->takeTargets(std::move(answer));
-               });
+  reader_.read(
+      {selection_, connection_.atom("TARGETS"), time_, maximumTargetsBytes},
+      [self = shared_from_this()](const SelectionAnswer& answer) { self->takeTargets(answer); });
 }
 
-void ForeignContents::takeTargets(SelectionAnswer answer) {
+void ForeignContents::takeTargets(const SelectionAnswer& answer) {
   stage_ = Stage::known;
   // Some owners label the list with the name of the question.
   const bool isList = answer.outcome == SelectionOutcome::received &&

@@ -50,7 +50,7 @@ class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
   using Candidates = Targets (*)(const Targets& offered);
 
   void askTargets();
-  void takeTargets(SelectionAnswer answer);
+  void takeTargets(const SelectionAnswer& answer);
   void readForm(Candidates candidates, std::size_t index,
                 Completion<std::optional<Form>> completion);
   void readCandidates(Targets candidates, std::size_t index,

@@ -8,7 +8,7 @@ namespace {
 
 // Large enough that a screenshot takes few steps, small enough that one receiver holds up the
 // others, and the server, for well under a millisecond.
-constexpr std::size_t preferredPieceBytes = 256 * 1024;
+constexpr std::size_t preferredPieceBytes = 262144;
 constexpr std::size_t requestOverheadBytes = 1024;
 
 std::size_t pieceBytesFor(const X11Connection& connection) {

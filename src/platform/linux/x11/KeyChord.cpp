@@ -27,12 +27,11 @@ bool contains(const std::vector<X11KeyCode>& keys, X11KeyCode key) {
   return std::find(keys.begin(), keys.end(), key) != keys.end();
 }
 
-/// Keys that set a modifier for as long as they are held.
-std::vector<X11KeyCode> heldModifierKeys(const KeyboardMap& map) {
-  const auto locks = lockModifiers(map);
+/// Keys of the modifiers in `modifiers`, each once.
+std::vector<X11KeyCode> modifierKeys(const KeyboardMap& map, X11Modifiers modifiers) {
   std::vector<X11KeyCode> result;
   for (std::size_t modifier = 0; modifier < map.modifierKeys.size(); ++modifier) {
-    if ((locks >> modifier & 1U) != 0) continue;
+    if ((modifiers >> modifier & 1U) == 0) continue;
     for (const auto key : map.modifierKeys[modifier]) {
       if (!contains(result, key)) result.push_back(key);
     }
@@ -82,12 +81,15 @@ ChordPlan planChord(const KeyboardMap& map, const KeyChord& chord, const KeyPres
   for (std::size_t key = 0; key < stale.size(); ++key) {
     if (stale[key]) release(static_cast<X11KeyCode>(key));
   }
-  for (const auto key : heldModifierKeys(map)) {
-    if (!presses.seen[key]) continue;
+  const auto lockBits = lockModifiers(map);
+  const auto lockKeys = modifierKeys(map, lockBits);
+  const auto heldKeys = modifierKeys(map, static_cast<X11Modifiers>(~unsigned{lockBits}));
+  for (std::size_t code = 0; code < presses.seen.size(); ++code) {
+    const auto key = static_cast<X11KeyCode>(code);
+    if (!presses.seen[code] || contains(lockKeys, key)) continue;
     release(key);
-    plan.suspended.push_back(key);
+    if (contains(heldKeys, key)) plan.suspended.push_back(key);
   }
-  if (presses.seen[chord.key]) release(chord.key);
   std::for_each(chord.modifiers.begin(), chord.modifiers.end(), press);
   press(chord.key);
   release(chord.key);

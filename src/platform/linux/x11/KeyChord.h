@@ -39,8 +39,10 @@ struct ChordPlan {
 [[nodiscard]] std::optional<KeyChord> chordAt(const KeyboardMap& map, KeyCode keyCode,
                                               EventFlags flags);
 
-/// The chord, undisturbed by what is held: modifiers (not the Lock keys) and the key itself are
-/// let go first, and so is what synthetic input still holds although no program sees it pressed.
+/// The chord, undisturbed by what is held. Every held key but the Lock keys is let go first: a
+/// modifier would spoil the chord, a shortcut's key keeps the keyboard for whoever grabbed it, and
+/// the key that chose the entry would go on repeating into the target. So is what synthetic input
+/// still holds although no program sees it pressed.
 [[nodiscard]] ChordPlan planChord(const KeyboardMap& map, const KeyChord& chord,
                                   const KeyPresses& presses);
 

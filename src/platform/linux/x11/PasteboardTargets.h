@@ -3,10 +3,8 @@
 #include <string>
 #include <vector>
 
-namespace vantorel {
-
 /// The names under which X11 programs offer the forms that the pasteboard knows. Pure, any thread.
-namespace targets {
+namespace vantorel::targets {
 
 using Names = std::vector<std::string>;
 
@@ -29,6 +27,4 @@ inline constexpr const char* png = "image/png";
 /// spell differently.
 [[nodiscard]] Names types(const Names& offered);
 
-}  // namespace targets
-
-}  // namespace vantorel
+}  // namespace vantorel::targets

@@ -9,7 +9,7 @@ namespace vantorel {
 
 namespace {
 
-constexpr std::size_t maximumPairsBytes = 16 * 1024;
+constexpr std::size_t maximumPairsBytes = 16384;
 
 /// Server time wraps around every 49 days.
 bool isBefore(xcb_timestamp_t a, xcb_timestamp_t b) { return static_cast<std::int32_t>(a - b) < 0; }

@@ -41,8 +41,9 @@ std::vector<ApplicationWindow> X11Applications::all() const {
   std::vector<ApplicationWindow> result;
   result.reserve(facts.size());
   std::set<ProcessId> regular;
-  for (auto it = facts.rbegin(); it != facts.rend(); ++it) {
-    result.push_back(describe(std::move(*it)));
+  std::reverse(facts.begin(), facts.end());  // the topmost first
+  for (auto& each : facts) {
+    result.push_back(describe(std::move(each)));
     const auto& application = result.back().application;
     if (application.activationPolicy == ActivationPolicy::regular) {
       regular.insert(application.processIdentifier);

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 250ms;       // for the keyboard to follow the window to the front
+constexpr auto patience = 600ms;       // for the keyboard to follow the window to the front
 constexpr auto betweenAttempts = 3ms;  // in which the window manager does its part
 constexpr auto settling = 100ms;       // of a keyboard that is being changed
 constexpr auto untilReleaseIsSeen = 20ms;

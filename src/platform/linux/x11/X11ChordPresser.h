@@ -42,8 +42,8 @@ class X11ChordPresser {
   [[nodiscard]] bool isAvailable() const;
 
   /// Presses the chord as soon as a window of `pid` is in front and has the keyboard; gives up when
-  /// that takes longer than a quarter of a second. Command-V becomes what the target pastes with.
-  /// Returns at once. Main thread.
+  /// that takes longer than 0.6 s. Command-V becomes what the target pastes with. Returns at
+  /// once. Main thread.
   void press(ChordRequest request, ProcessId pid);
 
  private:

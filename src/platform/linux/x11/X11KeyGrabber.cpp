@@ -71,6 +71,7 @@ void X11KeyGrabber::remove(HotKeyRef reference) {
 std::set<KeyGrab> X11KeyGrabber::grab(const std::set<KeyGrab>& grabs) {
   const auto& connection = thread_.connection();
   std::vector<std::pair<KeyGrab, xcb_void_cookie_t>> asked;
+  asked.reserve(grabs.size());
   for (const auto& [code, modifiers] : grabs) {
     asked.emplace_back(KeyGrab(code, modifiers),
                        xcb_grab_key_checked(connection.xcb(), 0, connection.root(), modifiers, code,

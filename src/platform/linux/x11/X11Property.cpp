@@ -8,7 +8,7 @@ namespace vantorel {
 namespace {
 
 // One request's worth. Most properties come whole in the first.
-constexpr std::size_t sliceBytes = 256 * 1024;
+constexpr std::size_t sliceBytes = 262144;
 
 X11Reply<xcb_get_property_reply_t> slice(const X11Connection& connection, xcb_window_t window,
                                          xcb_atom_t property, std::size_t offset,

@@ -39,11 +39,11 @@ struct PropertyReading {
 /// large.
 [[nodiscard]] std::optional<std::string> stringProperty(const X11Connection& connection,
                                                         xcb_window_t window, xcb_atom_t property,
-                                                        std::size_t maximumBytes = 64 * 1024);
+                                                        std::size_t maximumBytes = 65536);
 
 /// A property of format 32 (cardinals, atoms, windows); empty when it is not there.
 [[nodiscard]] std::vector<std::uint32_t> values32Property(const X11Connection& connection,
                                                           xcb_window_t window, xcb_atom_t property,
-                                                          std::size_t maximumBytes = 64 * 1024);
+                                                          std::size_t maximumBytes = 65536);
 
 }  // namespace vantorel

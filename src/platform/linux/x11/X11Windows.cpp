@@ -241,6 +241,7 @@ std::vector<xcb_window_t> X11Windows::unlistedClients() const {
   std::vector<xcb_window_t> parents{connection_.root()};
   for (int level = 0; level < 2; ++level) {
     std::vector<xcb_query_tree_cookie_t> cookies;
+    cookies.reserve(parents.size());
     for (const auto parent : parents) cookies.push_back(xcb_query_tree(connection_.xcb(), parent));
     parents.clear();
     for (const auto cookie : cookies) {

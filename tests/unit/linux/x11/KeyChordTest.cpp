@@ -80,11 +80,19 @@ TEST(ChordPlan, LetsTheVeryKeysOfTheChordGoFirst) {
   EXPECT_THAT(plan.suspended, ElementsAre(at::control)) << "a letter is not pressed again";
 }
 
-TEST(ChordPlan, LeavesLockKeysAndOtherKeysAlone) {
+TEST(ChordPlan, LeavesLockKeysAlone) {
   const auto plan =
-      planChord(latin().map(), {{at::control}, at::v}, held({at::capsLock, at::numLock, 38}));
+      planChord(latin().map(), {{at::control}, at::v}, held({at::capsLock, at::numLock}));
   EXPECT_THAT(plan.actions,
               ElementsAre(down(at::control), down(at::v), up(at::v), up(at::control)));
+  EXPECT_THAT(plan.suspended, IsEmpty());
+}
+
+TEST(ChordPlan, LetsOtherHeldKeysGoForGood) {
+  constexpr X11KeyCode returnKey = 36;
+  const auto plan = planChord(latin().map(), {{at::control}, at::v}, held({returnKey}));
+  EXPECT_THAT(plan.actions, ElementsAre(up(returnKey), down(at::control), down(at::v), up(at::v),
+                                        up(at::control)));
   EXPECT_THAT(plan.suspended, IsEmpty());
 }
 
