@@ -27,7 +27,8 @@ PasteTarget::PasteTarget(const Screen& screen)
 void PasteTarget::show() {
   xcb_map_window(screen_.connection(), window_);
   xcb_flush(screen_.connection());
-  waitFor("the target to have the keyboard", [&] { return screen_.focus() == window_; });
+  waitFor("the target to have the keyboard",
+          [&] { return screen_.focus() == window_ && screen_.active() == window_; });
 }
 
 Clock::time_point PasteTarget::waitForText(Clock::time_point deadline) {

@@ -111,6 +111,14 @@ xcb_window_t Screen::focus() const {
   return reply ? reply->focus : xcb_window_t{XCB_WINDOW_NONE};
 }
 
+xcb_window_t Screen::active() const {
+  const auto cookie = xcb_get_property(connection_, 0, root_, atom("_NET_ACTIVE_WINDOW"),
+                                       XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
+  const auto reply = owned(xcb_get_property_reply(connection_, cookie, nullptr));
+  if (!reply || xcb_get_property_value_length(reply.get()) < 4) return XCB_WINDOW_NONE;
+  return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+}
+
 std::optional<xcb_window_t> Screen::visibleWindow(std::string_view title) const {
   return find(root_, title);
 }

@@ -58,6 +58,8 @@ class Screen {
   [[nodiscard]] std::string title(xcb_window_t window) const;
   [[nodiscard]] bool isVisible(xcb_window_t window) const;
   [[nodiscard]] xcb_window_t focus() const;
+  /// What the window manager says is in front; it says so a moment after the focus has gone there.
+  [[nodiscard]] xcb_window_t active() const;
   [[nodiscard]] std::vector<xcb_window_t> children(xcb_window_t window) const;
   /// The visible window with this title, frames of a window manager looked through.
   [[nodiscard]] std::optional<xcb_window_t> visibleWindow(std::string_view title) const;

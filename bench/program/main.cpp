@@ -158,7 +158,9 @@ Samples measurePasting(const Screen& screen, Arguments arguments) {
     const auto arrived = target.waitForText(beginning + std::chrono::seconds(5));
     samples["paste"].push_back(milliseconds(arrived - beginning));
     waitUntilHidden(screen);
-    waitFor("the target to be in front", [&] { return screen.focus() == target.window(); });
+    waitFor("the target to be in front", [&] {
+      return screen.focus() == target.window() && screen.active() == target.window();
+    });
   }
   return samples;
 }

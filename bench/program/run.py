@@ -154,13 +154,18 @@ def measure_copying(bench, table, rounds):
     bench.start_with(texts(20_000))
     copied = bench.measure("copy", rounds, folder, "UTF8_STRING", small)
     table.milliseconds("the same with a full history of 50 × 20 KB", copied["sealed"], 15)
-    big = bench.file("big.txt", (line * 20_000)[:1_000_000].encode())
-    copied = bench.measure("copy", rounds // 2, folder, "UTF8_STRING", big)
-    table.information("1 MB text copied to sealed on disk", copied["sealed"])
-    table.milliseconds("longest pause of the main thread, 1 MB of text", copied["pause"], 16)
-    huge = bench.file("huge.txt", (line * 200_000)[:10_000_000].encode())
-    copied = bench.measure("copy", max(5, rounds // 8), folder, "UTF8_STRING", huge)
-    table.milliseconds("longest pause of the main thread, 10 MB of text", copied["pause"], 50)
+    for size, name, rounds_of_it, budget in ((1_000_000, "1 MB", max(5, rounds // 4), 16),
+                                             (10_000_000, "10 MB", max(3, rounds // 8), 50)):
+        big = bench.file("big.txt", (line * (size // len(line) + 1))[:size].encode())
+        pauses, sealed = [], []
+        for _ in range(rounds_of_it):
+            # Afresh each time, since every such text makes the history longer.
+            bench.start_with(texts(20_000))
+            copied = bench.measure("copy", 1, folder, "UTF8_STRING", big)
+            pauses += copied["pause"]
+            sealed += copied["sealed"]
+        table.information(f"{name} of text copied to sealed on disk", sealed)
+        table.milliseconds(f"longest pause of the main thread, {name} of text", pauses, budget)
 
 
 def measure_pictures(bench, table):
@@ -207,10 +212,12 @@ def measure_idle(bench, table):
     time.sleep(IDLE_SECONDS)  # the span that is measured, not a wait for something
     after = _spent(pid)
     share = (after[0] - before[0]) / 1e9 / IDLE_SECONDS * 100
-    wakeups = (after[1] - before[1]) / IDLE_SECONDS
+    switches = (after[1] - before[1]) / IDLE_SECONDS
     table.plain("idle, panel hidden: share of a core", f"{share:.3f} %", "0.05 %", share < 0.05)
-    # The poll every 0.35 s and the focus tick every 0.4 s make 5.4 wake-ups a second.
-    table.plain("idle: wake-ups a second", f"{wakeups:.1f}", "5.4", wakeups <= 5.6)
+    # The poll every 0.35 s and the focus tick every 0.4 s make 5.4 wake-ups a second. Each answer of
+    # the X server that the tick waits for is a switch too, and it waits for two.
+    table.plain("idle: times a second that a thread went to sleep", f"{switches:.1f}", "10.4",
+                switches <= 11)
 
 
 def measure_memory_with_pictures(bench, table):
