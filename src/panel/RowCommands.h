@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+
+#include "store/Uuid.h"
+
+namespace vantorel {
+
+enum class DropPlace { before, after };
+
+/// What rows ask of whoever owns the list; each names the entry of the row. Any may be empty.
+struct RowCommands {
+  std::function<void(const Uuid& id)> onChoose;
+  std::function<void(const Uuid& id)> onPastePlain;
+  std::function<void(const Uuid& id)> onDelete;
+  std::function<void(const Uuid& id)> onTogglePin;
+  std::function<void(const Uuid& id)> onRename;
+  std::function<void(const Uuid& id, int step)> onMovePin;
+  /// The pinned row `dragged` was dropped on the pinned row `onto`.
+  std::function<void(const Uuid& dragged, const Uuid& onto, DropPlace place)> onDropPin;
+};
+
+}  // namespace vantorel
