@@ -20,10 +20,6 @@ constexpr std::string_view historyName = "history.vntl";
 constexpr std::string_view legacyHistoryName = "history.json";
 constexpr std::uint64_t mostEnvelopeOverhead = 4096;
 
-// A full disk is usually noticed and freed within minutes; a long wait costs nothing then.
-constexpr Seconds firstRetry{5};
-constexpr Seconds longestRetry{300};
-
 std::filesystem::path baseDirectory(const ClipStoreServices& services,
                                     const std::optional<std::filesystem::path>& baseUrl) {
   if (baseUrl) return *baseUrl;
@@ -55,14 +51,11 @@ ClipStore::ClipStore(ClipStoreServices services,
       legacyIndexUrl_(baseUrl_ / legacyHistoryName),
       assets_(services_.files, baseUrl_ / "Assets"),
       secureStorage_(secureStorage ? std::move(secureStorage)
-                                   : storageFor(services_.keychain, !baseUrl.has_value())),
-      saveRetryDelay_(firstRetry) {
+                                   : storageFor(services_.keychain, !baseUrl.has_value())) {
   prepareStorageDirectories();
   if (persistenceIsReady_) persistenceIsReady_ = load();
   if (persistenceIsReady_) tidyLoadedHistory();
 }
-
-ClipStore::~ClipStore() = default;
 
 void ClipStore::prepareStorageDirectories() {
   FileSystem& files = services_.files;
@@ -131,37 +124,6 @@ void ClipStore::removeUnfinishedWrites() {
     if (isUnfinishedWrite(name.string(), historyName))
       (void)services_.files.remove(baseUrl_ / name);
   }
-}
-
-bool ClipStore::save() {
-  if (!persistenceIsReady_ || !secureStorage_) return false;
-  try {
-    const Bytes json = encodeHistory(items_);
-    return json.size() <= maximumHistoryBytes &&
-           writeSealed(services_.files, indexUrl_, *secureStorage_, json);
-  } catch (const std::exception&) {  // no memory for it
-    return false;
-  }
-}
-
-void ClipStore::saveNowOrLater() {
-  if (save()) {
-    saveRetry_.reset();
-    saveRetryDelay_ = firstRetry;
-    return;
-  }
-  if (!persistenceIsReady_ || saveRetry_) return;
-  saveRetry_ = services_.dispatch.after(saveRetryDelay_, [this] {
-    const auto fired = std::move(saveRetry_);  // this very timer: it goes when its work is done
-    saveRetryDelay_ = std::min(saveRetryDelay_ * 2, longestRetry);
-    saveNowOrLater();
-  });
-}
-
-void ClipStore::saveAndNotify() {
-  saveNowOrLater();
-  removeDiscardedAssets();
-  if (onChange) onChange();
 }
 
 void ClipStore::scheduleRecognition(const ClipItem& /*item*/) {

@@ -41,8 +41,10 @@ struct ClipStoreServices {
 /// The one owner of the history: an ordered list of entries, pinned ones first, and its sealed
 /// files. Main thread. File-system failures are not reported: the list in memory stays usable, a
 /// save that failed is tried again by itself, and a history that could not be read is never
-/// overwritten. The files of entries that leave the list are deleted after the list was saved, so
-/// that a history on the disk never names what a sudden end has taken away.
+/// overwritten. A history of some megabytes is written on a queue of its own, so that a long text
+/// stops nothing; the store's end waits for it. The files of entries that leave the list are
+/// deleted after the list was saved, so that a history on the disk never names what a sudden end
+/// has taken away.
 class ClipStore {
  public:
   static constexpr std::size_t maxPinnedItems = 5;
@@ -102,6 +104,9 @@ class ClipStore {
   [[nodiscard]] std::optional<Bytes> assetData(const ClipItem& item) const;
 
  private:
+  // A full disk is usually noticed and freed within minutes.
+  static constexpr Seconds firstSaveRetry{5};
+
   struct EncodedImage;
 
   void prepareStorageDirectories();
@@ -112,8 +117,18 @@ class ClipStore {
   void tidyLoadedHistory();
   void removeUnfinishedWrites();
 
+  struct BackgroundSave {
+    std::unique_ptr<SerialQueue> queue;
+    bool again = false;  // the list has changed since
+    // Dies with this; an end that finds it dead is not told.
+    std::shared_ptr<const bool> underWay = std::make_shared<const bool>(true);
+  };
   [[nodiscard]] bool save();
   void saveNowOrLater();
+  void saveInBackground();
+  void finishBackgroundSave(bool saved);
+  void endBackgroundSave();
+  void settleSave(bool saved);
   void saveAndNotify();
 
   [[nodiscard]] std::optional<EncodedImage> encodedImage(const Image& image) const;
@@ -138,8 +153,9 @@ class ClipStore {
   std::vector<ClipItem> items_;
   std::set<std::string> discardedAssets_;  // to be deleted once the list is saved
   bool persistenceIsReady_ = true;
-  Seconds saveRetryDelay_;
+  Seconds saveRetryDelay_ = firstSaveRetry;
   std::unique_ptr<Timer> saveRetry_;
+  std::unique_ptr<BackgroundSave> backgroundSave_;  // while one is under way
 };
 
 }  // namespace vantorel

@@ -104,13 +104,4 @@ void ClipStore::discardAssetsOf(const std::vector<ClipItem>& dropped) {
   }
 }
 
-void ClipStore::removeDiscardedAssets() {
-  for (const std::string& name : std::exchange(discardedAssets_, {})) assets_.remove(name);
-}
-
-void ClipStore::removeOrphanedAssets() {
-  // Without the list that is on the disk, every file there would look like an orphan.
-  if (persistenceIsReady_) assets_.removeOrphans(namedAssets(items_));
-}
-
 }  // namespace vantorel

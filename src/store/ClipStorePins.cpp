@@ -69,6 +69,8 @@ void ClipStore::clear(bool includingPinned) {
   // A history that could not be read may hold pins: it goes only with everything.
   const bool clearsDisk = persistenceIsReady_ || includingPinned;
   if (clearsDisk) {
+    // Nothing may bring back what is being taken away.
+    endBackgroundSave();
     // The legacy history first: left alone without the other, it would be taken up again.
     (void)services_.files.remove(legacyIndexUrl_);
     if (items_.empty()) {
@@ -78,7 +80,7 @@ void ClipStore::clear(bool includingPinned) {
   }
   saveNowOrLater();
   removeDiscardedAssets();
-  if (clearsDisk) assets_.removeOrphans(namedAssets(items_));
+  if (clearsDisk && !backgroundSave_) assets_.removeOrphans(namedAssets(items_));
   if (onChange) onChange();
 }
 

@@ -1,0 +1,109 @@
+// A history of some megabytes is written while the program goes on.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "fakes/FakeImage.h"
+#include "fakes/TestStore.h"
+
+namespace vantorel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+using testing::SizeIs;
+using Operation = FaultyFileSystem::Operation;
+
+std::string longText(char letter) { return std::string(3'000'000, letter); }
+
+class SavingALongHistory : public testing::Test {
+ protected:
+  [[nodiscard]] long writes() {
+    const auto& calls = store_.files().calls();
+    return std::count_if(calls.begin(), calls.end(), [](const FaultyFileSystem::Call& call) {
+      return call.operation == Operation::rename && call.path.filename() == "history.vntl";
+    });
+  }
+  [[nodiscard]] std::size_t savedCount() {
+    const auto saved = store_.savedItems();
+    return saved ? saved->size() : 0;
+  }
+
+  TestStore store_;
+};
+
+TEST_F(SavingALongHistory, TellsOfTheChangeAtOnceAndWritesAfterwards) {
+  store_.addText("short");
+  const auto before = writes();
+  store_.addText(longText('a'));
+  EXPECT_EQ(store_.changes(), 2);
+  EXPECT_EQ(writes(), before);
+  store_.dispatch().runQueued();
+  EXPECT_EQ(writes(), before + 1);
+  EXPECT_EQ(savedCount(), 2U);
+}
+
+TEST_F(SavingALongHistory, WritesWhatChangedMeanwhileOnce) {
+  const auto before = writes();
+  store_.addText(longText('a'));
+  store_.addText("b");
+  store_.addText("c");
+  store_.dispatch().runQueued();
+  EXPECT_EQ(writes(), before + 2);
+  EXPECT_EQ(savedCount(), 3U);
+}
+
+TEST_F(SavingALongHistory, EndsWithTheLatestListOnTheDisk) {
+  store_.addText(longText('a'));
+  store_.addText("b");
+  store_.quit();
+  EXPECT_EQ(savedCount(), 2U);
+  store_.dispatch().runQueued();
+  EXPECT_EQ(savedCount(), 2U);
+}
+
+TEST_F(SavingALongHistory, IsTriedAgainAfterAFailure) {
+  store_.files().fail(Operation::writeNewFile, std::errc::no_space_on_device);
+  store_.addText(longText('a'));
+  store_.dispatch().runQueued();
+  EXPECT_EQ(savedCount(), 0U);
+  store_.files().recover();
+  store_.dispatch().advance(std::chrono::seconds(5));
+  EXPECT_EQ(savedCount(), 1U);
+}
+
+TEST_F(SavingALongHistory, NothingComesBackThatWasClearedMeanwhile) {
+  store_.addText(longText('a'));
+  store_->clear(true);
+  store_.dispatch().runQueued();
+  EXPECT_THAT(store_.savedItems(), Optional(IsEmpty()));
+}
+
+TEST_F(SavingALongHistory, PinsThatSurviveAClearAreWritten) {
+  store_->togglePinned(store_.addText(longText('a')));
+  store_.addText("b");
+  store_->clear(false);
+  store_.dispatch().runQueued();
+  EXPECT_EQ(savedCount(), 1U);
+}
+
+TEST_F(SavingALongHistory, APictureIsDeletedOnlyWhenTheDiskNoLongerNamesIt) {
+  store_->captureImage(FakeImage({1, 1}, "picture"), {});
+  const auto image = store_->items().front().id;
+  store_.addText(longText('a'));
+  store_.dispatch().runQueued();
+  ASSERT_THAT(store_.assetNames(), SizeIs(1));
+  store_->remove(image);
+  EXPECT_THAT(store_.assetNames(), SizeIs(1));
+  store_.dispatch().runQueued();
+  EXPECT_THAT(store_.assetNames(), IsEmpty());
+}
+
+TEST_F(SavingALongHistory, AShortListIsWrittenAtOnce) {
+  store_.addText("a");
+  EXPECT_EQ(savedCount(), 1U);
+}
+
+}  // namespace
+}  // namespace vantorel
