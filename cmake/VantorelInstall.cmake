@@ -20,6 +20,34 @@ install(FILES "${packaging}/${application_id}.metainfo.xml"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 install(FILES "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
+install(FILES "${PROJECT_SOURCE_DIR}/resources/symbols/clipmb-template.svg"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps"
+  RENAME "${application_id}-symbolic.svg")
+
+# Stores and older desktops want pictures of exact sizes.
+if(TARGET vantorel)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Svg)
+  set(icon_sizes 16 22 24 32 48 64 128 256 512)
+  set(icon_arguments)
+  set(icon_files)
+  foreach(size ${icon_sizes})
+    set(icon "${PROJECT_BINARY_DIR}/icons/${size}.png")
+    list(APPEND icon_files "${icon}")
+    list(APPEND icon_arguments "${size}:${icon}")
+    install(FILES "${icon}"
+      DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps"
+      RENAME "${application_id}.png")
+  endforeach()
+  add_executable(render_icon "${PROJECT_SOURCE_DIR}/tools/icons/RenderIcon.cpp")
+  target_link_libraries(render_icon PRIVATE Qt6::Gui Qt6::Svg)
+  add_custom_command(OUTPUT ${icon_files}
+    COMMAND "${CMAKE_COMMAND}" -E make_directory "${PROJECT_BINARY_DIR}/icons"
+    COMMAND render_icon "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg" ${icon_arguments}
+    DEPENDS render_icon "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg"
+    COMMENT "Drawing the icon in ${icon_sizes} pixels"
+    VERBATIM)
+  add_custom_target(vantorel_icons ALL DEPENDS ${icon_files})
+endif()
 install(FILES "${PROJECT_BINARY_DIR}/${application_id}.service"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
 

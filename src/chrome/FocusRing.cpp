@@ -1,0 +1,23 @@
+#include "chrome/FocusRing.h"
+
+#include <QPainter>
+
+#include "chrome/VantorelTheme.h"
+
+namespace vantorel {
+
+void drawFocusRing(QPainter& painter, const QRectF& bounds, double radius) {
+  // Gold alone would not be seen on a golden button: a line of the window's colour parts them.
+  const auto ring = [&](double inset, double width, const QColor& color) {
+    const double middle = inset + width / 2;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, width));
+    painter.drawRoundedRect(bounds.adjusted(middle, middle, -middle, -middle), radius - middle,
+                            radius - middle);
+  };
+  constexpr double outer = 2;
+  ring(0, outer, VantorelTheme::gold().darker(115));
+  ring(outer, 1, QColor(255, 255, 255, 170));
+}
+
+}  // namespace vantorel
