@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "app/FocusTracker.h"
@@ -33,12 +35,28 @@ class AppDelegate {
   /// Another start of the program, or a click on its icon: brings up the panel, unless it is there.
   void applicationShouldHandleReopen();
 
+  /// The user asked the program to end.
+  std::function<void()> onQuit;
+
   void openHistory();
   void openSearch();
+
+  // What the status menu does beside that. Each tells its result by a toast.
+  void pauseFifteenMinutes();
+  void pauseOneHour();
+  void pauseUntilTomorrow();
+  void resumeHistory();
+  void togglePasswordManagerPrivacy();
+  /// Excludes the application that a paste would go to; nothing happens when there is none.
+  void excludeCurrentApp();
+  void removeExcludedApp(const std::string& bundleIdentifier);
+  void toggleLaunchAtLogin();
+  void quit();
 
  private:
   void configureHotKey();
   void configureServices();
+  void pause(Seconds interval, std::string_view notice);
   void show(std::string_view notice);
   void keepContents(const ClipItem& item);
   void warmUp();

@@ -10,6 +10,7 @@
 #include "platform/Image.h"
 #include "platform/KeyEvent.h"
 #include "platform/Keychain.h"
+#include "platform/LoginItem.h"
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
 #include "platform/SyntheticInput.h"
@@ -30,6 +31,7 @@ struct Desktop {
   Workspace& workspace;
   SyntheticInput& input;
   HotKeys& hotKeys;
+  LoginItem& loginItem;
   EventMonitors& monitors;
   Screens& screens;
   const AccessibilityPreferences& accessibility;

@@ -48,6 +48,11 @@ class Workspace {
   [[nodiscard]] virtual std::vector<RunningApplication> runningApplications(
       const std::string& bundleIdentifier) = 0;
 
+  /// What the installed application with that identifier is called in the user's language, letters'
+  /// case ignored; absent when there is none, or it has no name.
+  [[nodiscard]] virtual std::optional<std::string> applicationName(
+      const std::string& bundleIdentifier) = 0;
+
   /// Asks for the application's last used window to come to the front with all its windows,
   /// whoever is in front now. True when the request was sent; whether it was heeded shows in
   /// `frontmostApplication()`.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "text/Unicode.h"
+
 namespace vantorel {
 
 class FakeWorkspace::Registration : public Observation {
@@ -34,6 +36,11 @@ std::vector<RunningApplication> FakeWorkspace::runningApplications(
       running_.begin(), running_.end(), std::back_inserter(found),
       [&](const auto& application) { return application.bundleIdentifier == bundleIdentifier; });
   return found;
+}
+
+std::optional<std::string> FakeWorkspace::applicationName(const std::string& bundleIdentifier) {
+  const auto found = installed_.find(lowerCased(bundleIdentifier));
+  return found != installed_.end() ? std::optional(found->second) : std::nullopt;
 }
 
 bool FakeWorkspace::activate(const RunningApplication& application) {

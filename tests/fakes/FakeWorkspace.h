@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,6 +21,8 @@ class FakeWorkspace : public Workspace {
   [[nodiscard]] std::optional<RunningApplication> runningApplication(ProcessId pid) override;
   [[nodiscard]] std::vector<RunningApplication> runningApplications(
       const std::string& bundleIdentifier) override;
+  [[nodiscard]] std::optional<std::string> applicationName(
+      const std::string& bundleIdentifier) override;
   bool activate(const RunningApplication& application) override;
   [[nodiscard]] std::unique_ptr<Observation> observeActivations(
       std::function<void(const RunningApplication&)> handler) override;
@@ -34,6 +37,11 @@ class FakeWorkspace : public Workspace {
   RunningApplication launch(ProcessId pid, const std::string& bundleIdentifier,
                             const std::string& name);
   void terminate(ProcessId pid);
+  /// An installed application, running or not; `bundleIdentifier` in lower case.
+  void install(const std::string& bundleIdentifier, const std::string& name) {
+    installed_[bundleIdentifier] = name;
+  }
+  void uninstall(const std::string& bundleIdentifier) { installed_.erase(bundleIdentifier); }
   /// In front without an announcement, as a window manager that keeps quiet leaves it; none: the
   /// desktop itself.
   void setFront(std::optional<ProcessId> pid);
@@ -54,6 +62,7 @@ class FakeWorkspace : public Workspace {
   Dispatch& dispatch_;
   std::optional<std::string> own_ = "com.vantorel.Vantorel";
   std::vector<RunningApplication> running_;  // the one in front last first
+  std::map<std::string, std::string> installed_;
   std::optional<ProcessId> front_;
   std::vector<std::weak_ptr<Handler>> observers_;
   std::vector<ProcessId> activations_;

@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/NoDump.h"
@@ -46,6 +47,8 @@ struct LinuxDesktop::Ports {
   PosixFileSystem files{setNoDump};
   JsonUserDefaults defaults{
       files, directories.configHome.value_or("/nonexistent") / "vantorel" / "defaults.json"};
+  AutostartLoginItem loginItem{files, AutostartPlaces::fromEnvironment(processEnvironment),
+                               ownProgramPath()};
   QtImageDecoder images;
   QtScreens screens;
   X11EventMonitors monitors{dispatch};
@@ -81,11 +84,14 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
 }
 
 Desktop LinuxDesktop::ports() {
-  return {ports_->dispatch,    ports_->files,          ports_->keychain,
-          ports_->defaults,    *ports_->pasteboard,    *ports_->workspace,
-          *ports_->input,      *ports_->hotKeys,       ports_->monitors,
-          ports_->screens,     *ports_->accessibility, ports_->images,
-          &*ports_->backdrops, keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
+  return {ports_->dispatch,    ports_->files,
+          ports_->keychain,    ports_->defaults,
+          *ports_->pasteboard, *ports_->workspace,
+          *ports_->input,      *ports_->hotKeys,
+          ports_->loginItem,   ports_->monitors,
+          ports_->screens,     *ports_->accessibility,
+          ports_->images,      &*ports_->backdrops,
+          keyCodeFromX11,      ports_->directories.dataHome.value_or("")};
 }
 
 }  // namespace vantorel

@@ -80,6 +80,13 @@ std::vector<RunningApplication> X11Workspace::runningApplications(
   return result;
 }
 
+std::optional<std::string> X11Workspace::applicationName(const std::string& bundleIdentifier) {
+  const auto index = entries_.index();
+  const DesktopEntry* entry = index->byId(bundleIdentifier);
+  if (entry == nullptr || entry->name.empty()) return std::nullopt;
+  return entry->name;
+}
+
 bool X11Workspace::activate(const RunningApplication& application) {
   const auto windows = windowsByUse();
   const ApplicationWindow* best = nullptr;

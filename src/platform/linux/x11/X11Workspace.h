@@ -34,6 +34,8 @@ class X11Workspace : public Workspace {
   [[nodiscard]] std::optional<RunningApplication> runningApplication(ProcessId pid) override;
   [[nodiscard]] std::vector<RunningApplication> runningApplications(
       const std::string& bundleIdentifier) override;
+  [[nodiscard]] std::optional<std::string> applicationName(
+      const std::string& bundleIdentifier) override;
   bool activate(const RunningApplication& application) override;
   [[nodiscard]] std::unique_ptr<Observation> observeActivations(
       std::function<void(const RunningApplication&)> handler) override;

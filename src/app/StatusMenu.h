@@ -1,0 +1,51 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/LoginItem.h"
+#include "platform/MenuRow.h"
+#include "platform/Workspace.h"
+
+namespace vantorel {
+
+/// What a row of the status menu does; the tag of its row.
+enum class StatusAction {
+  none,
+  openHistory,
+  openSearch,
+  resumeHistory,
+  pauseFifteenMinutes,
+  pauseOneHour,
+  pauseUntilTomorrow,
+  togglePasswordManagerPrivacy,
+  excludeCurrentApp,
+  removeExcludedApp,  // the row's represented object is the identifier
+  toggleLaunchAtLogin,
+  showShortcutPanel,
+  confirmClearHistory,
+  showAbout,
+  quit,
+};
+
+/// Everything that the menu depends on, as it is at one moment.
+struct StatusMenuState {
+  bool isPaused = false;
+  bool ignoresPasswordManagers = false;
+  std::optional<RunningApplication> lastPasteTarget = std::nullopt;
+  /// The names of the excluded applications by identifier; an application that is not installed is
+  /// called by its identifier.
+  std::map<std::string, std::string> excludedApps = {};
+  LoginItem::Status launchAtLogin = LoginItem::Status::disabled;
+};
+
+[[nodiscard]] std::vector<MenuRow> statusMenuRows(const StatusMenuState& state);
+
+[[nodiscard]] StatusAction statusAction(const MenuRow& row);
+
+[[nodiscard]] std::string_view statusToolTip(bool isPaused);
+
+}  // namespace vantorel

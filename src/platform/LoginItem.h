@@ -1,0 +1,22 @@
+#pragma once
+
+namespace vantorel {
+
+/// Whether the desktop starts this program when the user logs in. Main thread; each call looks at
+/// what holds now, so that a change made elsewhere is seen.
+class LoginItem {
+ public:
+  /// unavailable: this desktop has no such thing, and asking for it would fail.
+  enum class Status { enabled, disabled, unavailable };
+
+  virtual ~LoginItem() = default;
+
+  [[nodiscard]] virtual Status status() = 0;
+  /// From the next login on the desktop starts the program that runs now. What the user set beside
+  /// that is kept. False when nothing could be changed.
+  [[nodiscard]] virtual bool registerItem() = 0;
+  /// The desktop no longer starts it; it goes on running now. False when nothing could be changed.
+  [[nodiscard]] virtual bool unregisterItem() = 0;
+};
+
+}  // namespace vantorel
