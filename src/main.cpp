@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QIcon>
 #include <QSessionManager>
 #include <cstdio>
 #include <functional>
@@ -9,6 +8,7 @@
 #include <utility>
 
 #include "app/AppDelegate.h"
+#include "app/AppIconFactory.h"
 #include "platform/linux/ApplicationId.h"
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/InstanceLock.h"
@@ -115,7 +115,7 @@ int run(int argc, char** argv, Command command) {
   describeApplication();
   const QApplication application(argc, argv);
   stayOutOfSavedSessions(application);
-  QApplication::setWindowIcon(QIcon(":/vantorel/com.vantorel.Vantorel.svg"));
+  QApplication::setWindowIcon(AppIconFactory::bundledPNG("vt"));
   ApplicationService service(dispatch);
   steps.claim = [&] { return service.claim(processEnvironment); };
   steps.lock = [&lock] {

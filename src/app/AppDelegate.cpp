@@ -3,6 +3,9 @@
 #include <string>
 #include <utility>
 
+#include "app/HelpPanel.h"
+#include "app/PrivacyPolicyPanel.h"
+#include "app/ShortcutPanel.h"
 #include "paste/PasteOutcome.h"
 
 namespace vantorel {
@@ -12,10 +15,6 @@ namespace {
 constexpr std::string_view storageUnavailable =
     "Secure storage is unavailable. Clipboard monitoring is paused.";
 
-ChromeServices chromeServices(const Desktop& desktop) {
-  return {desktop.dispatch, desktop.screens, desktop.accessibility, desktop.backdrops};
-}
-
 }  // namespace
 
 AppDelegate::AppDelegate(const Desktop& desktop)
@@ -23,7 +22,7 @@ AppDelegate::AppDelegate(const Desktop& desktop)
       store_({desktop.dispatch, desktop.files, desktop.keychain, desktop.applicationSupport},
              std::nullopt, nullptr, ClipStoreLimits{}),
       privacy_(desktop.defaults, desktop.dispatch),
-      toast_(chromeServices(desktop)),
+      toast_(chromeServices()),
       hotKey_(desktop.hotKeys, desktop.defaults, desktop.dispatch),
       focus_(desktop.workspace, desktop.dispatch) {}
 
@@ -39,11 +38,14 @@ void AppDelegate::applicationDidFinishLaunching() {
   } else {
     show(storageUnavailable);
   }
+  showFirstLaunchHelpIfNeeded();
   warmUp();
 }
 
 void AppDelegate::applicationWillTerminate() {
   watcher().stop();
+  onboarding_.reset();
+  closeShortcutPanel();
   hotKey_.unregisterHotKey();
   focus_.stop();
 }
@@ -62,7 +64,7 @@ void AppDelegate::configureHotKey() {
     if (!alive.expired()) show(notice);
   };
   hotKey_.onPressed = [this, alive] {
-    if (!alive.expired()) openHistory();
+    if (!alive.expired() && !recordPressedShortcut()) openHistory();
   };
 }
 

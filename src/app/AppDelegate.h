@@ -17,6 +17,10 @@
 
 namespace vantorel {
 
+class HelpPanel;
+class PrivacyPolicyPanel;
+class ShortcutPanel;
+
 /// The application's one object: owns every long-lived service and wires them to one another.
 /// Main thread.
 class AppDelegate {
@@ -53,6 +57,21 @@ class AppDelegate {
   void toggleLaunchAtLogin();
   void quit();
 
+  // The recorder of the shortcut. Each of these is the end of a window where it applies.
+  void showShortcutPanel();
+  void closeShortcutPanel();
+  void resetShortcut();
+  void applyShortcut(const HotKeyShortcut& candidate);
+
+  // Help, and what it leads to. Showing one anew replaces the one that is open.
+  void showAbout() { showHelpPanel(false); }
+  void showHelpPanel(bool isFirstLaunch);
+  void closeHelpPanel();
+  void showPrivacyPolicy();
+  void closePrivacyPolicy();
+  void openAccessibilitySettings();
+  void helpLaunchAtLoginChanged();
+
  private:
   void configureHotKey();
   void configureServices();
@@ -60,6 +79,10 @@ class AppDelegate {
   void show(std::string_view notice);
   void keepContents(const ClipItem& item);
   void warmUp();
+  void showFirstLaunchHelpIfNeeded();
+  /// The registered shortcut was pressed while the recorder could not have the keyboard.
+  [[nodiscard]] bool recordPressedShortcut();
+  [[nodiscard]] ChromeServices chromeServices() const;
 
   // Built once, at the first use.
   ClipboardWatcher& watcher();
@@ -75,6 +98,10 @@ class AppDelegate {
   std::unique_ptr<PasteController> pasteController_;
   std::unique_ptr<ClipboardWatcher> watcher_;
   std::unique_ptr<HistoryPanelController> panelController_;
+  std::unique_ptr<Timer> onboarding_;
+  std::unique_ptr<ShortcutPanel> shortcutPanel_;
+  std::unique_ptr<HelpPanel> helpPanel_;
+  std::unique_ptr<PrivacyPolicyPanel> privacyPanel_;
   /// Callbacks hold it weakly and do nothing once it is gone.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

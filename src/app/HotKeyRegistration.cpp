@@ -23,6 +23,18 @@ void HotKeyRegistration::registerHotKey() {
   if (!reference_) tell("Shortcut unavailable. Open Keyboard Shortcut to choose another.");
 }
 
+HotKeyRegistration::ApplyResult HotKeyRegistration::apply(const HotKeyShortcut& candidate) {
+  if (candidate == shortcut_ && reference_) return ApplyResult::unchanged;
+  const auto reference = take(candidate);
+  if (!reference) return ApplyResult::unavailable;
+  if (reference_) hotKeys_.unregisterHotKey(*reference_);
+  reference_ = reference;
+  ensureHotKeyHandler();
+  shortcut_ = candidate;
+  shortcut_.save(defaults_);
+  return ApplyResult::applied;
+}
+
 void HotKeyRegistration::unregisterHotKey() {
   if (reference_) hotKeys_.unregisterHotKey(*reference_);
   reference_.reset();

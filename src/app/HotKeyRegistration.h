@@ -44,6 +44,14 @@ class HotKeyRegistration {
   /// Registers the shortcut; one that cannot be had is given up for the default, which is stored.
   /// When that cannot be had either the program runs without.
   void registerHotKey();
+  enum class ApplyResult {
+    unchanged,    // it is the shortcut already
+    applied,      // it is the shortcut now, and stored
+    unavailable,  // it cannot be had; the old one stays
+  };
+  /// Makes `candidate` the shortcut. The old one is given back only once the new one is held, so
+  /// the same keys under another label are unavailable.
+  [[nodiscard]] ApplyResult apply(const HotKeyShortcut& candidate);
   /// Gives back the shortcut, then the handler. `registerHotKey` may be called again.
   void unregisterHotKey();
 

@@ -1,6 +1,8 @@
 #include "chrome/KeyTranslation.h"
 
 #include <QKeyEvent>
+#include <algorithm>
+#include <array>
 #include <optional>
 
 #include "chrome/LatinKeys.h"
@@ -73,6 +75,15 @@ QString withoutModifiers(const QKeyEvent& event, std::optional<KeyCode> keyCode)
   return printed.isNull() ? QString() : QString(printed);
 }
 
+EventFlags shortcutFlags(Qt::KeyboardModifiers modifiers) {
+  EventFlags result = 0;
+  if (modifiers & Qt::ShiftModifier) result |= flags::shift;
+  if (modifiers & Qt::AltModifier) result |= flags::option;
+  if (modifiers & Qt::ControlModifier) result |= flags::control;
+  if (modifiers & Qt::MetaModifier) result |= flags::command;
+  return result;
+}
+
 }  // namespace
 
 KeyEvent translated(const QKeyEvent& event, const KeyCodeForScanCode& keyCodeForScanCode) {
@@ -83,6 +94,21 @@ KeyEvent translated(const QKeyEvent& event, const KeyCodeForScanCode& keyCodeFor
   result.characters = event.text().toStdString();
   result.charactersIgnoringModifiers = withoutModifiers(event, keyCode).toStdString();
   return result;
+}
+
+KeyEvent translatedForShortcut(const QKeyEvent& event,
+                               const KeyCodeForScanCode& keyCodeForScanCode) {
+  KeyEvent result = translated(event, keyCodeForScanCode);
+  result.flags = shortcutFlags(event.modifiers());
+  return result;
+}
+
+bool isModifierKey(const QKeyEvent& event) {
+  constexpr std::array modifierKeys = {
+      Qt::Key_Shift,   Qt::Key_Control,    Qt::Key_Meta,       Qt::Key_Alt,     Qt::Key_AltGr,
+      Qt::Key_Super_L, Qt::Key_Super_R,    Qt::Key_Hyper_L,    Qt::Key_Hyper_R, Qt::Key_CapsLock,
+      Qt::Key_NumLock, Qt::Key_ScrollLock, Qt::Key_Mode_switch};
+  return std::find(modifierKeys.begin(), modifierKeys.end(), event.key()) != modifierKeys.end();
 }
 
 }  // namespace vantorel

@@ -17,4 +17,11 @@ inline constexpr KeyCode unknownKeyCode = 0xFF;
 [[nodiscard]] KeyEvent translated(const QKeyEvent& event,
                                   const KeyCodeForScanCode& keyCodeForScanCode);
 
+/// The same for a global shortcut, which tells the keys apart: Super is command, Ctrl is control.
+[[nodiscard]] KeyEvent translatedForShortcut(const QKeyEvent& event,
+                                             const KeyCodeForScanCode& keyCodeForScanCode);
+
+/// Whether the key only changes what others mean.
+[[nodiscard]] bool isModifierKey(const QKeyEvent& event);
+
 }  // namespace vantorel

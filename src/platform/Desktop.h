@@ -9,6 +9,7 @@
 #include "platform/HotKeys.h"
 #include "platform/Image.h"
 #include "platform/KeyEvent.h"
+#include "platform/KeyboardGrabs.h"
 #include "platform/Keychain.h"
 #include "platform/LoginItem.h"
 #include "platform/Pasteboard.h"
@@ -32,6 +33,7 @@ struct Desktop {
   SyntheticInput& input;
   HotKeys& hotKeys;
   LoginItem& loginItem;
+  KeyboardGrabs& keyboardGrabs;
   EventMonitors& monitors;
   Screens& screens;
   const AccessibilityPreferences& accessibility;

@@ -17,6 +17,7 @@ NO_TARGET_NOTICE = "Copied to clipboard. Press Ctrl+V to paste."
 GONE_NOTICE = "This item is no longer available."
 
 _APPLICATION = "vantorel"
+_WELCOMED = "didShowOnboardingV2"
 _SEPARATOR = "  ·  "  # stands between the parts of a row's second line
 
 Row = collections.namedtuple("Row", "title metadata selected centre element")
@@ -46,8 +47,11 @@ class Vantorel:
 
     # Starting and ending
 
-    def start(self, *arguments, capturing=True, accessible=True):
-        """Starts it; with `capturing`, waits until it notices copies."""
+    def start(self, *arguments, capturing=True, accessible=True, welcome=False):
+        """Starts it; with `capturing`, waits until it notices copies. Without `welcome` it has been
+        started before, so that no help covers what is tested."""
+        if not welcome and not os.path.exists(self.defaults_file):
+            self.set_defaults({})
         self.process = self.desktop.start(
             "vantorel", [*self.launcher, program_path(), *arguments],
             {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"} if accessible else {})
@@ -110,8 +114,7 @@ class Vantorel:
 
     def set_defaults(self, values):
         """Merges settings into the defaults file; the program must not be running."""
-        current = self.defaults()
-        current.update(values)
+        current = {_WELCOMED: True, **self.defaults(), **values}
         os.makedirs(os.path.dirname(self.defaults_file), mode=0o700, exist_ok=True)
         with open(self.defaults_file, "w", encoding="utf-8") as file:
             json.dump(current, file)

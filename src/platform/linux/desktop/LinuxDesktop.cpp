@@ -17,6 +17,7 @@
 #include "platform/linux/x11/X11Workspace.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/qt/QtImageDecoder.h"
+#include "platform/qt/QtKeyboardGrabs.h"
 #include "platform/qt/QtScreens.h"
 
 namespace vantorel {
@@ -51,6 +52,7 @@ struct LinuxDesktop::Ports {
                                ownProgramPath()};
   QtImageDecoder images;
   QtScreens screens;
+  QtKeyboardGrabs keyboardGrabs;
   X11EventMonitors monitors{dispatch};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<LinuxAccessibilityPreferences> accessibility =
@@ -84,14 +86,23 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
 }
 
 Desktop LinuxDesktop::ports() {
-  return {ports_->dispatch,    ports_->files,
-          ports_->keychain,    ports_->defaults,
-          *ports_->pasteboard, *ports_->workspace,
-          *ports_->input,      *ports_->hotKeys,
-          ports_->loginItem,   ports_->monitors,
-          ports_->screens,     *ports_->accessibility,
-          ports_->images,      &*ports_->backdrops,
-          keyCodeFromX11,      ports_->directories.dataHome.value_or("")};
+  return {ports_->dispatch,
+          ports_->files,
+          ports_->keychain,
+          ports_->defaults,
+          *ports_->pasteboard,
+          *ports_->workspace,
+          *ports_->input,
+          *ports_->hotKeys,
+          ports_->loginItem,
+          ports_->keyboardGrabs,
+          ports_->monitors,
+          ports_->screens,
+          *ports_->accessibility,
+          ports_->images,
+          &*ports_->backdrops,
+          keyCodeFromX11,
+          ports_->directories.dataHome.value_or("")};
 }
 
 }  // namespace vantorel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/ColumnLayout.h"
+#include "chrome/ChromeServices.h"
+#include "chrome/VantorelPanel.h"
+
+namespace vantorel {
+
+class CheckBox;
+class PushButton;
+class ShortcutPill;
+
+/// What the program does and how it is used, in Hebrew: at the first start to welcome, later to
+/// look things up. Main thread.
+class HelpPanel : public VantorelPanel {
+  Q_OBJECT
+
+ public:
+  enum class Occasion { firstLaunch, about };
+
+  struct Facts {
+    std::string shortcut;  // with key symbols
+    bool automaticPaste = false;
+    std::optional<bool> launchAtLogin;  // absent where the desktop cannot
+    std::string version;
+  };
+
+  HelpPanel(const ChromeServices& services, Occasion occasion, const Facts& facts);
+
+  std::function<void()> onChangeShortcut;
+  std::function<void()> onAccessibilitySettings;
+  /// The check box was pressed; what it has to show comes by `setLaunchAtLogin`.
+  std::function<void()> onLaunchAtLoginChanged;
+  std::function<void()> onPrivacyPolicy;
+  /// The receiver may hide the panel and let it go by `deleteLater`.
+  std::function<void()> onClose;
+
+  void setShortcut(std::string_view display);
+  void setAutomaticPaste(bool possible);
+  void setLaunchAtLogin(std::optional<bool> enabled);
+
+ private:
+  void build(Occasion occasion, const Facts& facts);
+  void addIcon();
+  void addTitle(const QString& title);
+  void addHeading(const QString& heading);
+  void addText(const QString& text);
+  void addShortcut(const std::string& display);
+  void addVersion(const std::string& version);
+  PushButton* addButton(PushButton* button, std::function<void()> HelpPanel::*action);
+  void add(QWidget* row, bool opensSection = false);
+  void layOut(Occasion occasion);
+
+  std::vector<QWidget*> rows_;
+  std::vector<ColumnRow> column_;
+  ShortcutPill* shortcut_ = nullptr;
+  PushButton* accessibility_ = nullptr;
+  CheckBox* launchAtLogin_ = nullptr;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,190 @@
+#include "app/PolicyTextView.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextFrame>
+
+#include "app/TextBlock.h"
+#include "chrome/VantorelTheme.h"
+
+namespace vantorel {
+namespace {
+
+constexpr double textPoints = 13;
+constexpr double headingPoints = 14;
+constexpr double linePitch = 19;
+constexpr int sideInset = 10;
+constexpr int endInset = 8;
+constexpr int scrollerWidth = 28;
+constexpr QChar bullet(u'•');
+
+enum class LineKind { heading, item, text, gap };
+
+LineKind kindOf(const QStringList& lines, qsizetype index) {
+  const auto& line = lines[index];
+  if (line.isEmpty()) return LineKind::gap;
+  if (line.startsWith(bullet)) return LineKind::item;
+  const bool first = index == 0 || lines[index - 1].isEmpty();
+  const bool alone = index + 1 == lines.size() || lines[index + 1].isEmpty();
+  return first && !alone ? LineKind::heading : LineKind::text;
+}
+
+QTextBlockFormat blockFormat(LineKind kind) {
+  constexpr double itemIndent = 14;
+  constexpr double itemGap = 3;
+  constexpr double headingGap = 4;
+  constexpr double textGap = 5;
+  QTextBlockFormat format;
+  format.setLayoutDirection(Qt::RightToLeft);
+  format.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+  if (kind != LineKind::gap) format.setLineHeight(linePitch, QTextBlockFormat::FixedHeight);
+  if (kind == LineKind::item) {
+    // The lines of an item hang below its first word, not below its dot.
+    format.setRightMargin(itemIndent);
+    format.setTextIndent(-itemIndent);
+    format.setTopMargin(itemGap);
+  }
+  if (kind == LineKind::text) format.setBottomMargin(textGap);
+  if (kind == LineKind::heading) format.setBottomMargin(headingGap);
+  return format;
+}
+
+QTextCharFormat charFormat(LineKind kind) {
+  constexpr double gapPoints = 7;
+  QTextCharFormat format;
+  switch (kind) {
+    case LineKind::heading:
+      format.setFont(documentFont(headingPoints, QFont::Bold));
+      break;
+    case LineKind::gap:
+      format.setFont(documentFont(gapPoints));
+      break;
+    case LineKind::item:
+    case LineKind::text:
+      format.setFont(documentFont(textPoints));
+      break;
+  }
+  return format;
+}
+
+}  // namespace
+
+PolicyTextView::PolicyTextView(const QString& text, QWidget* parent) : QTextEdit(parent) {
+  setUp();
+  showText(text);
+  dressScroller();
+}
+
+void PolicyTextView::setUp() {
+  setReadOnly(true);
+  setFrameShape(QFrame::NoFrame);
+  setFont(documentFont(textPoints));
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  setFocusPolicy(Qt::StrongFocus);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  viewport()->setAutoFillBackground(false);
+  setAccessibleName(QStringLiteral("מדיניות הפרטיות"));
+}
+
+void PolicyTextView::showText(const QString& text) {
+  document()->setDocumentMargin(0);
+  const auto lines = text.trimmed().split(u'\n');
+  QTextCursor cursor(document());
+  for (qsizetype i = 0; i < lines.size(); ++i) {
+    const auto kind = kindOf(lines, i);
+    if (i > 0) cursor.insertBlock();
+    cursor.setBlockFormat(blockFormat(kind));
+    cursor.setBlockCharFormat(charFormat(kind));
+    cursor.insertText(lines[i], charFormat(kind));
+  }
+  auto frame = document()->rootFrame()->frameFormat();
+  frame.setMargin(0);
+  frame.setLeftMargin(sideInset);
+  frame.setRightMargin(sideInset);
+  frame.setTopMargin(endInset);
+  frame.setBottomMargin(endInset);
+  document()->rootFrame()->setFrameFormat(frame);
+  moveCursor(QTextCursor::Start);
+}
+
+/// A slim thumb without a groove, in the colour of the text.
+void PolicyTextView::dressScroller() {
+  const auto rgba = [this](double alpha) {
+    return VantorelTheme::labelWash(palette(), alpha).name(QColor::HexArgb);
+  };
+  constexpr double thumbAlpha = 0.26;
+  constexpr double hoverAlpha = 0.42;
+  constexpr double pressedAlpha = 0.55;
+  verticalScrollBar()->setStyleSheet(
+      QStringLiteral("QScrollBar:vertical { background: transparent; width: %1px; border: none; }"
+                     "QScrollBar::handle:vertical { background: %2; border-radius: 3px;"
+                     " margin: 2px 11px; min-height: 36px; }"
+                     "QScrollBar::handle:vertical:hover { background: %3; }"
+                     "QScrollBar::handle:vertical:pressed { background: %4; }"
+                     "QScrollBar::add-line, QScrollBar::sub-line { height: 0; width: 0; }"
+                     "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }")
+          .arg(scrollerWidth)
+          .arg(rgba(thumbAlpha), rgba(hoverAlpha), rgba(pressedAlpha)));
+}
+
+// Nothing is written here, so the arrows move the text and not a cursor in it.
+void PolicyTextView::keyPressEvent(QKeyEvent* event) {
+  auto* scroller = verticalScrollBar();
+  const auto scroll = [&](QAbstractSlider::SliderAction action) {
+    scroller->triggerAction(action);
+    event->accept();
+  };
+  if (event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)) {
+    return QTextEdit::keyPressEvent(event);
+  }
+  switch (event->key()) {
+    case Qt::Key_Up:
+      return scroll(QAbstractSlider::SliderSingleStepSub);
+    case Qt::Key_Down:
+      return scroll(QAbstractSlider::SliderSingleStepAdd);
+    case Qt::Key_PageUp:
+      return scroll(QAbstractSlider::SliderPageStepSub);
+    case Qt::Key_PageDown:
+    case Qt::Key_Space:
+      return scroll(QAbstractSlider::SliderPageStepAdd);
+    case Qt::Key_Home:
+      return scroll(QAbstractSlider::SliderToMinimum);
+    case Qt::Key_End:
+      return scroll(QAbstractSlider::SliderToMaximum);
+    default:
+      return QTextEdit::keyPressEvent(event);
+  }
+}
+
+// A hairline says that the text goes on beyond an edge.
+void PolicyTextView::paintEvent(QPaintEvent* event) {
+  constexpr double hairlineAlpha = 0.13;
+  QTextEdit::paintEvent(event);
+  const auto* scroller = verticalScrollBar();
+  QPainter painter(viewport());
+  const auto color = VantorelTheme::labelWash(palette(), hairlineAlpha);
+  const int bottom = viewport()->height() - 1;
+  if (scroller->value() > scroller->minimum()) {
+    painter.fillRect(0, 0, viewport()->width(), 1, color);
+  }
+  if (scroller->value() < scroller->maximum()) {
+    painter.fillRect(0, bottom, viewport()->width(), 1, color);
+  }
+}
+
+void PolicyTextView::scrollContentsBy(int dx, int dy) {
+  QTextEdit::scrollContentsBy(dx, dy);
+  viewport()->update();  // the hairlines stay where they are
+}
+
+void PolicyTextView::changeEvent(QEvent* event) {
+  QTextEdit::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) dressScroller();
+}
+
+}  // namespace vantorel

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "app/HotKeyShortcut.h"
+#include "chrome/ChromeServices.h"
+#include "chrome/VantorelPanel.h"
+#include "platform/KeyEvent.h"
+#include "platform/KeyboardGrabs.h"
+
+namespace vantorel {
+
+class TextBlock;
+
+/// Records a shortcut: every key that is pressed while it is in front comes here, also those that
+/// the window manager or the registered shortcut itself would have taken. Main thread.
+class ShortcutPanel : public VantorelPanel {
+  Q_OBJECT
+
+ public:
+  /// The keyboard is taken and given back in these steps while another program has it.
+  static constexpr Seconds grabRetryInterval{0.05};
+  static constexpr int grabAttempts = 40;
+  /// A panel that is forgotten gives the keyboard back, or the screen could not be locked.
+  static constexpr Seconds grabIdleLimit{60};
+
+  /// `display` is the shortcut in force. All services outlive this.
+  ShortcutPanel(const ChromeServices& services, KeyboardGrabs& grabs,
+                KeyCodeForScanCode keyCodeForScanCode, std::string_view display);
+  ~ShortcutPanel() override;
+  ShortcutPanel(const ShortcutPanel&) = delete;
+  ShortcutPanel& operator=(const ShortcutPanel&) = delete;
+
+  /// A key that may be a shortcut. The receiver may hide the panel and let it go by `deleteLater`.
+  std::function<void(const HotKeyShortcut&)> onRecorded;
+  std::function<void()> onReset;
+  std::function<void()> onCancel;
+
+  void setPrompt(std::string_view prompt);
+  [[nodiscard]] QString prompt() const;
+
+ protected:
+  bool event(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void build(std::string_view display);
+  [[nodiscard]] bool handle(const QKeyEvent& event);
+  void takeKeyboard(int attemptsLeft);
+  void giveKeyboardBack();
+  void watchForIdleness();
+
+  Dispatch& dispatch_;
+  KeyboardGrabs& grabs_;
+  KeyCodeForScanCode keyCodeForScanCode_;
+  TextBlock* prompt_ = nullptr;
+  std::unique_ptr<Observation> grab_;
+  std::unique_ptr<Timer> retry_;
+  std::unique_ptr<Timer> idle_;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/Workspace.h"
+
+namespace vantorel {
+
+/// What the window system calls a window of this program.
+using WindowNumber = std::uint64_t;
+
+/// The whole keyboard for one window. Main thread.
+class KeyboardGrabs {
+ public:
+  virtual ~KeyboardGrabs() = default;
+
+  /// Every key now goes to that window, also those that the window manager or a registered hot key
+  /// (this program's own too) would have taken, until the result is destroyed, the window is hidden
+  /// or it is gone. Null when the keyboard cannot be had now: another program has it, or the window
+  /// is not on screen yet; asking again later may succeed.
+  [[nodiscard]] virtual std::unique_ptr<Observation> grabKeyboard(WindowNumber window) = 0;
+};
+
+}  // namespace vantorel
