@@ -1,0 +1,184 @@
+#include "chrome/SheetWindow.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+
+#include "chrome/PushButton.h"
+#include "chrome/ReadableGlassView.h"
+#include "chrome/VantorelTheme.h"
+
+namespace vantorel {
+namespace {
+
+constexpr double cornerRadius = 14;
+constexpr int contentWidth = 280;
+constexpr int margin = 20;
+constexpr int belowTop = 34;  // of the window that the sheet is attached to
+constexpr double messagePoints = 13.5;
+constexpr double informativePoints = 12;
+
+QLabel* wrappedLabel(const QString& text, double points, QFont::Weight weight) {
+  auto* label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setFont(VantorelTheme::systemFont(points, weight));
+  label->setWordWrap(true);
+  label->setFixedWidth(contentWidth);
+  return label;
+}
+
+void tint(QLabel* label, const QColor& color) {
+  QPalette colors = label->palette();
+  if (colors.color(QPalette::WindowText) == color) return;
+  colors.setColor(QPalette::WindowText, color);
+  label->setPalette(colors);
+}
+
+int kept(double wanted, double length, double areaStart, double areaLength) {
+  const double last = areaStart + areaLength - length;
+  return static_cast<int>(std::lround(std::max(areaStart, std::min(wanted, last))));
+}
+
+}  // namespace
+
+SheetWindow::SheetWindow(const Question& question, const ChromeServices& services,
+                         QWidget* attachedTo)
+    : QWidget(attachedTo, Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      services_(services),
+      attachedTo_(attachedTo),
+      glass_(new ReadableGlassView(cornerRadius, this)),
+      column_(new QVBoxLayout(glass_)) {
+  setWindowTitle(question.message);
+  setAccessibleName(question.message);
+  setAccessibleDescription(question.informativeText);
+  setAttribute(Qt::WA_TranslucentBackground);
+  setAttribute(Qt::WA_QuitOnClose, false);
+  if (attachedTo != nullptr) setWindowModality(Qt::WindowModal);
+  column_->setContentsMargins(margin, margin, margin, margin - 2);
+  constexpr int spacing = 8;
+  column_->setSpacing(spacing);
+  addText(question);
+  addButtons(question);
+  tintText();
+}
+
+void SheetWindow::addText(const Question& question) {
+  message_ = wrappedLabel(question.message, messagePoints, QFont::DemiBold);
+  column_->addWidget(message_);
+  if (question.informativeText.isEmpty()) return;
+  informativeText_ = wrappedLabel(question.informativeText, informativePoints, QFont::Normal);
+  column_->addWidget(informativeText_);
+}
+
+void SheetWindow::addButtons(const Question& question) {
+  constexpr int above = 10;
+  auto* row = new QHBoxLayout;
+  row->setContentsMargins(0, above, 0, 0);
+  row->setSpacing(column_->spacing());
+  auto* cancel = new PushButton(question.cancelTitle, glass_);
+  auto* accept = new PushButton(question.acceptTitle, glass_, PushButton::Prominence::primary);
+  connect(cancel, &QPushButton::clicked, this, [this] { end(Answer::cancelled); });
+  connect(accept, &QPushButton::clicked, this, [this] { end(Answer::accepted); });
+  row->addStretch();
+  row->addWidget(cancel);
+  row->addWidget(accept);
+  column_->addLayout(row);
+  // Tab goes on from the accessory to what Return does.
+  setTabOrder(accept, cancel);
+  if (question.style == Style::warning) {
+    accept->setTint(QColor::fromRgbF(0.85F, 0.25F, 0.2F), {});
+  }
+}
+
+void SheetWindow::setAccessory(QWidget* accessory) {
+  column_->insertWidget(column_->count() - 1, accessory);
+}
+
+void SheetWindow::begin(QWidget* firstResponder) {
+  glass_->setFinish(glassFinish(services_.accessibility, services_.backdrops));
+  column_->activate();
+  setFixedSize(column_->sizeHint());
+  applyOutline();
+  place();
+  open_ = true;
+  if (firstResponder != nullptr) firstResponder->setFocus(Qt::OtherFocusReason);
+  show();
+  raise();
+  activateWindow();
+}
+
+void SheetWindow::end(Answer answer) {
+  if (!open_) return;
+  open_ = false;
+  hide();
+  const auto finished = onFinished;  // which may destroy this
+  if (finished) finished(answer);
+}
+
+void SheetWindow::place() {
+  const auto screen = screenUnderMouse(services_.screens);
+  if (attachedTo_ == nullptr) {
+    if (!screen) return;
+    const Rect& area = screen->visibleFrame;
+    move(static_cast<int>(std::lround(area.midX() - width() / 2.0)),
+         static_cast<int>(std::lround(area.midY() - height() / 2.0)));
+    return;
+  }
+  const QRect window = attachedTo_->geometry();
+  const double x = window.x() + (window.width() - width()) / 2.0;
+  const double y = window.y() + belowTop;
+  const auto screens = services_.screens.screens();
+  const Point middle{window.x() + window.width() / 2.0, window.y() + window.height() / 2.0};
+  const auto around = std::find_if(screens.begin(), screens.end(),
+                                   [&](const Screen& one) { return one.frame.contains(middle); });
+  const Rect whole{x, y, static_cast<double>(width()), static_cast<double>(height())};
+  const Rect area = around != screens.end() ? around->visibleFrame
+                    : screen                ? screen->visibleFrame
+                                            : whole;
+  move(kept(x, width(), area.x, area.width), kept(y, height(), area.y, area.height));
+}
+
+void SheetWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) return end(Answer::cancelled);
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    return end(Answer::accepted);
+  }
+  QWidget::keyPressEvent(event);
+}
+
+void SheetWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  end(Answer::cancelled);
+}
+
+void SheetWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && message_ != nullptr) tintText();
+}
+
+void SheetWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  glass_->setGeometry(rect());
+  applyOutline();
+}
+
+void SheetWindow::tintText() {
+  tint(message_, VantorelTheme::label(palette()));
+  if (informativeText_ != nullptr) {
+    tint(informativeText_, VantorelTheme::secondaryLabel(palette()));
+  }
+}
+
+void SheetWindow::applyOutline() {
+  if (glass_->finish().outline == GlassFinish::Outline::shaped) {
+    setMask(glass_->outline());
+  } else if (!mask().isEmpty()) {
+    clearMask();
+  }
+}
+
+}  // namespace vantorel

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <functional>
+
+#include "chrome/ChromeServices.h"
+
+class QLabel;
+class QVBoxLayout;
+
+namespace vantorel {
+
+class ReadableGlassView;
+
+/// A question on rounded glass with two answers. Attached to a window it stands over it and keeps
+/// the user from it until it is answered; it never waits for the answer. Main thread.
+class SheetWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  enum class Style { standard, warning };
+  enum class Answer { accepted, cancelled };
+  struct Question {
+    QString message;          // also the window's title
+    QString informativeText;  // may be empty
+    QString acceptTitle;      // what Return does
+    QString cancelTitle;      // what Escape does
+    Style style = Style::standard;
+  };
+
+  /// `attachedTo` may be null, then the sheet stands in the middle of the screen under the pointer.
+  SheetWindow(const Question& question, const ChromeServices& services, QWidget* attachedTo);
+
+  /// Called once, when the sheet has gone. It may destroy the sheet.
+  std::function<void(Answer)> onFinished;
+
+  /// Puts a control between the text and the buttons; the sheet owns it.
+  void setAccessory(QWidget* accessory);
+
+  /// Shows the sheet with the keyboard in `firstResponder`, a part of it, or nowhere in particular.
+  void begin(QWidget* firstResponder = nullptr);
+  /// Takes the sheet away as if the user had answered so; nothing when it has gone already.
+  void end(Answer answer);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void addText(const Question& question);
+  void addButtons(const Question& question);
+  void place();
+  void tintText();
+  void applyOutline();
+
+  ChromeServices services_;
+  QWidget* attachedTo_;
+  ReadableGlassView* glass_;
+  QVBoxLayout* column_;
+  QLabel* message_ = nullptr;
+  QLabel* informativeText_ = nullptr;
+  bool open_ = false;
+};
+
+}  // namespace vantorel
