@@ -4,9 +4,14 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Image.h"
-
 namespace vantorel {
+
+/// Points; whole for every image that comes from a clipboard.
+struct Size {
+  double width = 0;
+  double height = 0;
+  friend bool operator==(const Size&, const Size&) = default;
+};
 
 /// A picture of so many pixels, not of so many points.
 struct PixelSize {

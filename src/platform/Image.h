@@ -2,16 +2,10 @@
 
 #include <memory>
 
+#include "platform/Bitmap.h"
 #include "platform/Bytes.h"
 
 namespace vantorel {
-
-/// Points; whole for every image that comes from a clipboard.
-struct Size {
-  double width = 0;
-  double height = 0;
-  friend bool operator==(const Size&, const Size&) = default;
-};
 
 /// An immutable image. Pixels are decoded when first needed and shared. Every operation may be
 /// called on any thread and may take as long as decoding or encoding the pixels takes, except
@@ -44,6 +38,12 @@ class ImageDecoder {
   /// decoded. Any thread.
   [[nodiscard]] virtual std::shared_ptr<const Image> decode(
       std::shared_ptr<const Bytes> bytes) const = 0;
+
+  /// The picture in `encoded`, turned as it is meant to be seen and scaled down with its
+  /// proportions to fit into `fitting`, never up; its size in points is that of the whole image.
+  /// Null when `decode` would answer null, or the pixels cannot be read. May take as long as
+  /// decoding all pixels takes. Any thread.
+  [[nodiscard]] virtual SharedBitmap bitmap(ByteView encoded, PixelSize fitting) const = 0;
 };
 
 }  // namespace vantorel

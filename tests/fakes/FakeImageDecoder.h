@@ -21,11 +21,27 @@ class FakeImageDecoder : public ImageDecoder {
     return found != images_.end() ? found->second : nullptr;
   }
 
+  [[nodiscard]] SharedBitmap bitmap(ByteView encoded, PixelSize fitting) const override {
+    const std::lock_guard lock(mutex_);
+    drawn_.push_back(fitting);
+    const auto found = bitmaps_.find(Bytes(encoded.begin(), encoded.end()));
+    return found != bitmaps_.end() ? found->second : nullptr;
+  }
+
   // The test's side.
 
   void introduce(Bytes bytes, std::shared_ptr<const Image> image) {
     const std::lock_guard lock(mutex_);
     images_[std::move(bytes)] = std::move(image);
+  }
+  void introduce(Bytes bytes, SharedBitmap bitmap) {
+    const std::lock_guard lock(mutex_);
+    bitmaps_[std::move(bytes)] = std::move(bitmap);
+  }
+  /// What every bitmap that was asked for had to fit into, in order.
+  [[nodiscard]] std::vector<PixelSize> drawn() const {
+    const std::lock_guard lock(mutex_);
+    return drawn_;
   }
   /// Everything that was given to be decoded, in order.
   [[nodiscard]] std::vector<Bytes> decoded() const {
@@ -36,7 +52,9 @@ class FakeImageDecoder : public ImageDecoder {
  private:
   mutable std::mutex mutex_;
   mutable std::vector<Bytes> decoded_;
+  mutable std::vector<PixelSize> drawn_;
   std::map<Bytes, std::shared_ptr<const Image>> images_;
+  std::map<Bytes, SharedBitmap> bitmaps_;
 };
 
 }  // namespace vantorel

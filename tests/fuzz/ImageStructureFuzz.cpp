@@ -37,7 +37,7 @@ Bytes asPng(ByteView bytes) {
   return png;
 }
 
-void expectSound(const std::optional<PixelSize>& size) {
+void expectSound(const std::optional<EncodedSize>& size) {
   if (size && !isAcceptable(*size)) std::abort();
 }
 

@@ -4,17 +4,18 @@
 
 namespace vantorel {
 
-struct PixelSize {
+/// In pixels, as an encoded image claims it; not to be trusted before `isAcceptable`.
+struct EncodedSize {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
-  friend bool operator==(const PixelSize&, const PixelSize&) = default;
+  friend bool operator==(const EncodedSize&, const EncodedSize&) = default;
 };
 
 inline constexpr std::uint32_t maxImageSide = 32'768;
 inline constexpr std::uint64_t maxImagePixels = 100'000'000;  // 400 MB once decoded
 
 /// Whether the program will ever hold an image of this size in memory.
-[[nodiscard]] constexpr bool isAcceptable(PixelSize size) {
+[[nodiscard]] constexpr bool isAcceptable(EncodedSize size) {
   return size.width > 0 && size.height > 0 && size.width <= maxImageSide &&
          size.height <= maxImageSide && std::uint64_t{size.width} * size.height <= maxImagePixels;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace vantorel {
 namespace {
@@ -29,7 +30,7 @@ class ByteSource {
   QBuffer buffer_;
 };
 
-PixelSize pixelSize(QSize size) {
+EncodedSize encodedSize(QSize size) {
   return {static_cast<std::uint32_t>(std::max(size.width(), 0)),
           static_cast<std::uint32_t>(std::max(size.height(), 0))};
 }
@@ -39,26 +40,67 @@ bool isPicture(const QByteArray& format) {
   return std::find(pictureFormats.begin(), pictureFormats.end(), name) != pictureFormats.end();
 }
 
+/// Whether the reader has a picture of acceptable size, as far as it can be told before reading.
+bool announcesPicture(const QImageReader& reader) {
+  if (!isPicture(reader.format())) return false;
+  const QSize announced = reader.size();
+  return !announced.isValid() || isAcceptable(encodedSize(announced));
+}
+
+bool turnsOnItsSide(const QImageReader& reader) {
+  return (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
+}
+
+QSize reducedSize(QSize whole, QSize fitting) {
+  if (whole.width() <= fitting.width() && whole.height() <= fitting.height()) return whole;
+  return whole.scaled(fitting, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
+
 }  // namespace
 
 QImage decodedPixels(ByteView bytes) {
   ByteSource source(bytes);
-  const QByteArray format = QImageReader::imageFormat(source.device());
-  if (!isPicture(format)) return {};
-  QImageReader reader(source.device(), format);
+  QImageReader reader(source.device(), QImageReader::imageFormat(source.device()));
   reader.setAutoTransform(true);
-  const QSize announced = reader.size();
-  if (announced.isValid() && !isAcceptable(pixelSize(announced))) return {};
+  if (!announcesPicture(reader)) return {};
   QImage pixels = reader.read();
-  if (pixels.isNull() || !isAcceptable(pixelSize(pixels.size()))) return {};
+  if (pixels.isNull() || !isAcceptable(encodedSize(pixels.size()))) return {};
   return pixels;
 }
 
-PixelSize shownSize(ByteView bytes, PixelSize stored) {
+ReducedPixels reducedPixels(ByteView bytes, QSize fitting) {
+  ByteSource source(bytes);
+  QImageReader reader(source.device(), QImageReader::imageFormat(source.device()));
+  reader.setAutoTransform(true);
+  if (!announcesPicture(reader)) return {};
+  QSize whole = reader.size();
+  if (whole.isValid() && reader.format() == "jpeg") {
+    // Most of the pixels of a photograph need not be decoded at all. Its size is that before it
+    // is turned.
+    if (turnsOnItsSide(reader)) fitting.transpose();
+    reader.setScaledSize(reducedSize(whole, fitting));
+    if (turnsOnItsSide(reader)) {
+      fitting.transpose();
+      whole.transpose();
+    }
+  }
+  QImage pixels = reader.read();
+  if (pixels.isNull() || !isAcceptable(encodedSize(pixels.size()))) return {};
+  if (reader.format() != "jpeg" || !whole.isValid()) whole = pixels.size();
+  // Transparent pixels weigh nothing in what they are mixed with.
+  pixels.convertTo(QImage::Format_ARGB32_Premultiplied);
+  const QSize reduced = reducedSize(pixels.size(), fitting);
+  if (reduced != pixels.size()) {
+    pixels = pixels.scaled(reduced, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    pixels.convertTo(QImage::Format_ARGB32_Premultiplied);
+  }
+  return {std::move(pixels), whole};
+}
+
+EncodedSize shownSize(ByteView bytes, EncodedSize stored) {
   ByteSource source(bytes);
   QImageReader reader(source.device());
-  const bool isTurned = (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
-  return isTurned ? PixelSize{stored.height, stored.width} : stored;
+  return turnsOnItsSide(reader) ? EncodedSize{stored.height, stored.width} : stored;
 }
 
 }  // namespace vantorel

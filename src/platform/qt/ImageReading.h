@@ -12,8 +12,18 @@ namespace vantorel {
 /// any size, are not images here: a copied program must not become one. Any thread.
 [[nodiscard]] QImage decodedPixels(ByteView bytes);
 
+/// Pixels scaled down, and the size of the image that they stand for.
+struct ReducedPixels {
+  QImage pixels;
+  QSize whole;
+};
+
+/// The same as `decodedPixels`, scaled down with its proportions to fit into `fitting`, never up,
+/// and no side shorter than one pixel. Colours are multiplied by alpha.
+[[nodiscard]] ReducedPixels reducedPixels(ByteView bytes, QSize fitting);
+
 /// The size at which a viewer shows the image, when it is stored at `stored`: a camera's picture
 /// may be stored lying on its side. Reads only what precedes the pixels.
-[[nodiscard]] PixelSize shownSize(ByteView bytes, PixelSize stored);
+[[nodiscard]] EncodedSize shownSize(ByteView bytes, EncodedSize stored);
 
 }  // namespace vantorel

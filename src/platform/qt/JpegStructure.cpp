@@ -36,7 +36,7 @@ class Walk {
  public:
   explicit Walk(ByteView bytes) : bytes_(bytes) {}
 
-  [[nodiscard]] std::optional<PixelSize> run() {
+  [[nodiscard]] std::optional<EncodedSize> run() {
     if (nextMarker() != startOfImage) return std::nullopt;
     while (const auto marker = nextMarker()) {
       if (*marker == endOfImage) return hasScan_ ? size_ : std::nullopt;
@@ -77,7 +77,7 @@ class Walk {
     const unsigned components = at(5);
     const bool knownColours = components == 1 || components == 3 || components == 4;
     if (precision != 8 || !knownColours || data.size() != 6 + 3 * components) return false;
-    size_ = PixelSize{at(3) << 8 | at(4), at(1) << 8 | at(2)};
+    size_ = EncodedSize{at(3) << 8 | at(4), at(1) << 8 | at(2)};
     return isAcceptable(*size_);
   }
 
@@ -100,7 +100,7 @@ class Walk {
 
   ByteView bytes_;
   std::size_t position_ = 0;
-  std::optional<PixelSize> size_;
+  std::optional<EncodedSize> size_;
   bool hasScan_ = false;
 };
 
@@ -111,7 +111,7 @@ bool looksLikeJpeg(ByteView bytes) {
          bytes[2] == std::byte{fill};
 }
 
-std::optional<PixelSize> checkedJpeg(ByteView bytes) {
+std::optional<EncodedSize> checkedJpeg(ByteView bytes) {
   return looksLikeJpeg(bytes) ? Walk(bytes).run() : std::nullopt;
 }
 

@@ -14,6 +14,6 @@ namespace vantorel {
 /// size: segments that follow one another without a gap, a frame of a kind that can be decoded, at
 /// least one scan, and the end marker. No pixel is decoded. What follows the end of the image is
 /// not looked at.
-[[nodiscard]] std::optional<PixelSize> checkedJpeg(ByteView bytes);
+[[nodiscard]] std::optional<EncodedSize> checkedJpeg(ByteView bytes);
 
 }  // namespace vantorel

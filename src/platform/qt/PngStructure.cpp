@@ -40,7 +40,7 @@ std::optional<Chunk> firstChunk(ByteView bytes) {
 }
 
 struct Header {
-  PixelSize size;
+  EncodedSize size;
   unsigned bitsPerPixel = 0;
   bool needsPalette = false;
 };
@@ -148,7 +148,7 @@ bool looksLikePng(ByteView bytes) {
          std::equal(signature.begin(), signature.end(), bytes.begin());
 }
 
-std::optional<PixelSize> checkedPng(ByteView bytes) {
+std::optional<EncodedSize> checkedPng(ByteView bytes) {
   if (!looksLikePng(bytes)) return std::nullopt;
   auto rest = bytes.subspan(signature.size());
   const auto first = firstChunk(rest);

@@ -14,6 +14,6 @@ namespace vantorel {
 /// every chunk within the bytes and true to its checksum, the obligatory ones in their order, and
 /// pixel data that begins well and is long enough to be what the header claims. No pixel is
 /// decoded. What follows the end of the image is not looked at.
-[[nodiscard]] std::optional<PixelSize> checkedPng(ByteView bytes);
+[[nodiscard]] std::optional<EncodedSize> checkedPng(ByteView bytes);
 
 }  // namespace vantorel

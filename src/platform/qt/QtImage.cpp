@@ -15,7 +15,7 @@
 namespace vantorel {
 namespace {
 
-Size points(PixelSize size) {
+Size points(EncodedSize size) {
   return {static_cast<double>(size.width), static_cast<double>(size.height)};
 }
 
@@ -45,7 +45,8 @@ std::shared_ptr<const Bytes> encodedJpeg(const QImage& pixels, int quality) {
 
 }  // namespace
 
-std::shared_ptr<const QtImage> QtImage::fromPng(std::shared_ptr<const Bytes> png, PixelSize size) {
+std::shared_ptr<const QtImage> QtImage::fromPng(std::shared_ptr<const Bytes> png,
+                                                EncodedSize size) {
   std::shared_ptr<QtImage> image(new QtImage(points(size)));
   image->encoded_ = png;
   image->png_ = std::move(png);
@@ -54,7 +55,7 @@ std::shared_ptr<const QtImage> QtImage::fromPng(std::shared_ptr<const Bytes> png
 }
 
 std::shared_ptr<const QtImage> QtImage::fromEncoded(std::shared_ptr<const Bytes> bytes,
-                                                    PixelSize size) {
+                                                    EncodedSize size) {
   std::shared_ptr<QtImage> image(new QtImage(points(size)));
   image->encoded_ = std::move(bytes);
   return image;

@@ -16,10 +16,10 @@ class QtImage : public Image {
  public:
   /// PNG that has passed `checkedPng`, of that size.
   [[nodiscard]] static std::shared_ptr<const QtImage> fromPng(std::shared_ptr<const Bytes> png,
-                                                              PixelSize size);
+                                                              EncodedSize size);
   /// Any encoded image that is known to be whole; `size` is as a viewer sees it.
   [[nodiscard]] static std::shared_ptr<const QtImage> fromEncoded(
-      std::shared_ptr<const Bytes> bytes, PixelSize size);
+      std::shared_ptr<const Bytes> bytes, EncodedSize size);
   [[nodiscard]] static std::shared_ptr<const QtImage> fromPixels(QImage pixels);
 
   [[nodiscard]] Size size() const override { return size_; }

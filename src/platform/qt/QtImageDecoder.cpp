@@ -1,8 +1,10 @@
 #include "platform/qt/QtImageDecoder.h"
 
 #include <QImageReader>
+#include <new>
 #include <utility>
 
+#include "platform/qt/BitmapPixels.h"
 #include "platform/qt/ImageReading.h"
 #include "platform/qt/JpegStructure.h"
 #include "platform/qt/PngStructure.h"
@@ -31,6 +33,17 @@ std::shared_ptr<const Image> QtImageDecoder::decode(std::shared_ptr<const Bytes>
   }
   QImage pixels = decodedPixels(*bytes);
   return pixels.isNull() ? nullptr : QtImage::fromPixels(std::move(pixels));
+}
+
+SharedBitmap QtImageDecoder::bitmap(ByteView encoded, PixelSize fitting) const {
+  try {
+    const auto reduced = reducedPixels(encoded, {fitting.width, fitting.height});
+    if (reduced.pixels.isNull()) return nullptr;
+    return bitmapFrom(reduced.pixels, Size{static_cast<double>(reduced.whole.width()),
+                                           static_cast<double>(reduced.whole.height())});
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 }  // namespace vantorel

@@ -13,6 +13,7 @@ class QtImageDecoder : public ImageDecoder {
 
   [[nodiscard]] std::shared_ptr<const Image> decode(
       std::shared_ptr<const Bytes> bytes) const override;
+  [[nodiscard]] SharedBitmap bitmap(ByteView encoded, PixelSize fitting) const override;
 };
 
 }  // namespace vantorel

@@ -37,7 +37,7 @@ const std::string coded =
     "abc\xFF\x00"
     "def\xFF\xD3ghi"s;
 
-std::optional<PixelSize> sizeOf(const std::string& text) { return checkedJpeg(copied(text)); }
+std::optional<EncodedSize> sizeOf(const std::string& text) { return checkedJpeg(copied(text)); }
 
 /// A file that is in order but for what is asked of its frame.
 bool passesWith(const std::string& itsFrame) {
@@ -48,16 +48,16 @@ bool passesWith(const std::string& itsFrame) {
 
 TEST(JpegStructure, TakesWhatEncodersWrite) {
   EXPECT_EQ(checkedJpeg(encoded(colourful(37, 21, Transparency::none), "jpg")),
-            (PixelSize{37, 21}));
+            (EncodedSize{37, 21}));
   const auto grey = colourful(8, 5, Transparency::none).convertToFormat(QImage::Format_Grayscale8);
-  EXPECT_EQ(checkedJpeg(encoded(grey, "jpg")), (PixelSize{8, 5}));
+  EXPECT_EQ(checkedJpeg(encoded(grey, "jpg")), (EncodedSize{8, 5}));
 }
 
 TEST(JpegStructure, IsReadFromAMinimalFile) {
-  EXPECT_EQ(sizeOf(start + frame(300, 200) + scan + coded + end), (PixelSize{300, 200}));
+  EXPECT_EQ(sizeOf(start + frame(300, 200) + scan + coded + end), (EncodedSize{300, 200}));
   EXPECT_EQ(sizeOf(start + segment(0xE1, "Exif") + "\xFF\xFF"s + frame(300, 200).substr(1) + scan +
                    coded + scan + coded + "\xFF\xFF"s + end + "behind"),
-            (PixelSize{300, 200}));
+            (EncodedSize{300, 200}));
 }
 
 TEST(JpegStructure, RefusesEveryTruncation) {

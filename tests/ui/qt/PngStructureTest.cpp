@@ -61,12 +61,12 @@ bool passes(const std::string& chunks) {
 
 TEST(PngStructure, TakesWhatEncodersWrite) {
   for (const auto transparency : {Transparency::none, Transparency::some}) {
-    EXPECT_EQ(checkedPng(encoded(colourful(37, 21, transparency), "png")), (PixelSize{37, 21}));
+    EXPECT_EQ(checkedPng(encoded(colourful(37, 21, transparency), "png")), (EncodedSize{37, 21}));
   }
   const auto indexed = colourful(9, 5, Transparency::none).convertToFormat(QImage::Format_Indexed8);
-  EXPECT_EQ(checkedPng(encoded(indexed, "png")), (PixelSize{9, 5}));
+  EXPECT_EQ(checkedPng(encoded(indexed, "png")), (EncodedSize{9, 5}));
   EXPECT_EQ(checkedPng(encoded(QImage(1, 20000, QImage::Format_Mono), "png")),
-            (PixelSize{1, 20000}));
+            (EncodedSize{1, 20000}));
 }
 
 TEST(PngStructure, IsReadFromAMinimalFile) {

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/Bitmap.h"
+#include "platform/Dispatch.h"
+#include "platform/FileSystem.h"
+#include "platform/FileThumbnails.h"
+#include "platform/Icons.h"
+#include "platform/Image.h"
+#include "platform/Screens.h"
+#include "store/ClipStore.h"
+
+namespace vantorel {
+
+/// What thumbnails are made with. All outlive the provider.
+struct ThumbnailServices {
+  Dispatch& dispatch;
+  FileSystem& files;
+  const ImageDecoder& images;
+  FileThumbnails& fileThumbnails;
+  Icons& icons;
+  const Screens& screens;
+};
+
+/// Small pictures of the history's entries: a copied image, or the first of copied files. They are
+/// made away from the main thread and kept, at most 80 of them and 32 MB together; those looked at
+/// longest ago go first. Main thread.
+class ThumbnailProvider {
+ public:
+  using Completion = std::function<void(SharedBitmap)>;
+
+  static constexpr std::size_t countLimit = 80;
+  static constexpr std::size_t byteLimit = 32'000'000;
+  /// The largest place a picture is shown in, in points; more pixels are never kept.
+  static constexpr Size largestShown{286, 270};
+
+  ThumbnailProvider(const ClipStore& store, ThumbnailServices services);
+  ~ThumbnailProvider();
+  ThumbnailProvider(const ThumbnailProvider&) = delete;
+  ThumbnailProvider& operator=(const ThumbnailProvider&) = delete;
+
+  /// Calls `completion` exactly once with the entry's picture, or with null when there is none: at
+  /// once when that is known, else later on the main queue. Requests for an entry whose picture is
+  /// being made wait for that one.
+  void requestThumbnail(const ClipItem& item, Completion completion);
+
+  /// What is kept of the entry, without making anything.
+  [[nodiscard]] SharedBitmap cached(const Uuid& id);
+
+ private:
+  struct Kept {
+    std::string key;
+    SharedBitmap picture;
+  };
+
+  void requestImage(const ClipItem& item, Completion completion);
+  void requestFile(const ClipItem& item, Completion completion);
+  void makeFileThumbnail(const std::string& key, const std::filesystem::path& file);
+  /// Whether the caller is the first to wait, and has to begin.
+  [[nodiscard]] bool waitFor(const std::string& key, Completion completion);
+  void finish(const std::string& key, SharedBitmap picture);
+  void keep(const std::string& key, SharedBitmap picture);
+  SharedBitmap find(const std::string& key);
+  [[nodiscard]] double scale() const;
+
+  const ClipStore& store_;
+  ThumbnailServices services_;
+  std::list<Kept> kept_;  // the one looked at last comes first
+  std::unordered_map<std::string, std::list<Kept>::iterator> places_;
+  std::size_t keptBytes_ = 0;
+  std::unordered_map<std::string, std::vector<Completion>> waiting_;
+  // Dies with this; results that find it dead are dropped.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  std::unique_ptr<SerialQueue> imageQueue_;
+};
+
+}  // namespace vantorel
