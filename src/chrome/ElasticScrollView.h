@@ -1,20 +1,58 @@
 #pragma once
 
 #include <QScrollArea>
+#include <memory>
+
+#include "platform/AccessibilityPreferences.h"
+#include "platform/Dispatch.h"
+
+class QVariantAnimation;
 
 namespace vantorel {
 
-/// Scrolls one document vertically, without a frame, a background or a visible scroller.
+class DedicationLabel;
+
+/// Scrolls one document vertically, without a frame, a background or a visible scroller. Pushed
+/// beyond an end, the document is painted displaced and springs back; what it is scrolled to does
+/// not change. Below its end stands a dedication, seen only then.
 class ElasticScrollView : public QScrollArea {
   Q_OBJECT
 
  public:
-  explicit ElasticScrollView(QWidget* parent);
+  ElasticScrollView(Dispatch& dispatch, const AccessibilityPreferences& accessibility,
+                    QWidget* parent);
+  ~ElasticScrollView() override;
 
   /// The distance from the top of the document to what is seen of it, and the way to change it;
   /// kept within the document.
   [[nodiscard]] double offset() const;
   void scrollTo(double offset);
+
+  /// How far the document is pushed down (or, negative, up) beyond its end.
+  [[nodiscard]] double rubberBandOffset() const { return rubberBandOffset_; }
+  /// Brings everything to rest at once.
+  void settle();
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void applyRubberBand(double offset);
+  void reset();
+  void animateTo(double offset, int milliseconds);
+  void paintDisplaced(double offset);
+  void placeDedication();
+
+  Dispatch& dispatch_;
+  const AccessibilityPreferences& accessibility_;
+  DedicationLabel* dedication_;
+  QVariantAnimation* movement_;
+  std::unique_ptr<Timer> resetWork_;
+  double rubberBandOffset_ = 0;
+  double painted_ = 0;  // of that, while it is on its way
 };
 
 }  // namespace vantorel

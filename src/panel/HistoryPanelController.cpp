@@ -20,7 +20,8 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
                             services_.backdrops}),
       dateText_(DateText::forUser()) {
   installPanelAccessibility();
-  view_ = std::make_unique<HistoryPanelView>(services_.accessibility, services_.backdrops);
+  view_ = std::make_unique<HistoryPanelView>(services_.dispatch, services_.accessibility,
+                                             services_.backdrops);
   view_->panel.onCloseRequested = [this] { hide(); };
   view_->panel.onKeyPress = [this](const QKeyEvent& event) {
     return handleKey(translated(event, services_.keyCodeForScanCode));

@@ -20,11 +20,12 @@ QRect rounded(const Rect& frame) {
 
 }  // namespace
 
-HistoryPanelView::HistoryPanelView(const AccessibilityPreferences& accessibility,
+HistoryPanelView::HistoryPanelView(Dispatch& dispatch,
+                                   const AccessibilityPreferences& accessibility,
                                    const WindowBackdrops* backdrops)
     : panel(QStringLiteral("Vantorel"), initialSize, cornerRadius, accessibility, backdrops),
       searchField(*new SearchField(&panel.glass())),
-      listScrollView(*new ElasticScrollView(&panel.glass())),
+      listScrollView(*new ElasticScrollView(dispatch, accessibility, &panel.glass())),
       list(*new ClipListView(nullptr)),
       listHeight_(initialListHeight),
       frame_{0, 0, static_cast<double>(initialSize.width()),

@@ -11,7 +11,8 @@ namespace vantorel {
 /// The panel's window and what is in it, laid out by `ListGeometry`. It decides nothing.
 class HistoryPanelView {
  public:
-  HistoryPanelView(const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops);
+  HistoryPanelView(Dispatch& dispatch, const AccessibilityPreferences& accessibility,
+                   const WindowBackdrops* backdrops);
 
   VantorelPanel panel;
   SearchField& searchField;

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QWheelEvent>
+
+#include "chrome/DedicationLabel.h"
+#include "chrome/ElasticScrollView.h"
+#include "fakes/FakeAccessibilityPreferences.h"
+#include "fakes/ManualDispatch.h"
+
+namespace vantorel {
+namespace {
+
+constexpr int pageHeight = 400;
+
+/// A view without motion, so that what is painted is where it will be.
+class ElasticScroll : public testing::Test {
+ protected:
+  ElasticScroll() {
+    accessibility_.setReduceMotion(true);
+    view_.resize(300, pageHeight);
+    setDocument(1000);
+    view_.show();
+  }
+  void setDocument(int height) {
+    auto* document = new QWidget;
+    document->resize(300, height);
+    view_.setWidget(document);
+  }
+  /// Turns the wheel as a touchpad does; positive towards the top.
+  void push(int points) { turnBy(points * 120 / (QApplication::wheelScrollLines() * 16)); }
+  /// Turns a wheel that has notches.
+  void turn(int notches) { turnBy(notches * 120); }
+  void turnBy(int eighthsOfDegree) {
+    QWheelEvent event(QPointF(50, 50), view_.mapToGlobal(QPointF(50, 50)), QPoint(),
+                      QPoint(0, eighthsOfDegree), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QApplication::sendEvent(view_.viewport(), &event);
+  }
+  [[nodiscard]] int top() const { return view_.widget()->y(); }
+  [[nodiscard]] double dedication() const { return view_.findChild<DedicationLabel*>()->alpha(); }
+  /// Lets what fades come to its end.
+  void settleFades() {
+    EXPECT_TRUE(QTest::qWaitFor([this] { return dedication() == 0 || dedication() == 1; }));
+  }
+
+  ManualDispatch dispatch_;
+  FakeAccessibilityPreferences accessibility_;
+  ElasticScrollView view_{dispatch_, accessibility_, nullptr};
+};
+
+TEST_F(ElasticScroll, PushedAtTheTopIsDisplacedAndSpringsBack) {
+  push(50);
+  EXPECT_EQ(view_.offset(), 0);
+  EXPECT_EQ(view_.rubberBandOffset(), 19);
+  EXPECT_EQ(top(), 19);
+  push(50);
+  EXPECT_EQ(top(), 26);
+  EXPECT_EQ(dedication(), 0);
+  dispatch_.advance(Seconds(0.13));
+  EXPECT_EQ(view_.rubberBandOffset(), 0);
+  EXPECT_EQ(top(), 0);
+}
+
+TEST_F(ElasticScroll, EachPushHoldsItALittleLonger) {
+  push(50);
+  dispatch_.advance(Seconds(0.1));
+  push(50);
+  dispatch_.advance(Seconds(0.1));
+  EXPECT_EQ(top(), 26);
+  dispatch_.advance(Seconds(0.03));
+  EXPECT_EQ(top(), 0);
+}
+
+TEST_F(ElasticScroll, PushedAtTheEndShowsTheDedicationUntilItSpringsBack) {
+  view_.scrollTo(600);
+  push(-50);
+  EXPECT_EQ(view_.offset(), 600);
+  EXPECT_EQ(top(), -600 - 19);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return dedication() == 1; }));
+  dispatch_.advance(Seconds(0.13));
+  EXPECT_EQ(top(), -600);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return dedication() == 0; }));
+}
+
+TEST_F(ElasticScroll, TheDedicationStandsAboveTheLowerEdge) {
+  view_.scrollTo(600);
+  push(-50);
+  EXPECT_EQ(view_.findChild<DedicationLabel*>()->geometry(),
+            QRect(300 / 2 - 90, pageHeight - 7 - 20, 180, 20));
+  settleFades();
+}
+
+TEST_F(ElasticScroll, AShortListBouncesForAnyPushAndShowsTheDedication) {
+  setDocument(100);
+  push(-50);
+  EXPECT_EQ(top(), 19);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return dedication() == 1; }));
+}
+
+TEST_F(ElasticScroll, ScrollingDoesNotBounce) {
+  push(-50);
+  EXPECT_EQ(view_.offset(), 50);
+  EXPECT_EQ(view_.rubberBandOffset(), 0);
+  EXPECT_EQ(top(), -50);
+}
+
+TEST_F(ElasticScroll, ANotchedWheelScrollsAndBouncesToo) {
+  turn(1);
+  EXPECT_GT(view_.rubberBandOffset(), 10);
+  EXPECT_EQ(view_.offset(), 0);
+  dispatch_.advance(Seconds(0.13));
+  turn(-1);
+  EXPECT_EQ(view_.offset(), QApplication::wheelScrollLines() * 16);
+}
+
+TEST_F(ElasticScroll, HidingBringsItToRest) {
+  push(50);
+  view_.hide();
+  EXPECT_EQ(top(), 0);
+  EXPECT_EQ(dispatch_.timerCount(), 0U);
+}
+
+TEST_F(ElasticScroll, MovesThereAndBackWhereMotionIsWelcome) {
+  accessibility_.setReduceMotion(false);
+  push(50);
+  EXPECT_EQ(top(), 0);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return top() == 19; }));
+  dispatch_.advance(Seconds(0.13));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return top() == 0; }));
+}
+
+TEST_F(ElasticScroll, WithoutADocumentNothingHappens) {
+  delete view_.takeWidget();
+  push(50);
+  EXPECT_EQ(view_.rubberBandOffset(), 0);
+}
+
+}  // namespace
+}  // namespace vantorel
