@@ -23,6 +23,9 @@ install(FILES "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg"
 install(FILES "${PROJECT_SOURCE_DIR}/resources/symbols/clipmb-template.svg"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps"
   RENAME "${application_id}-symbolic.svg")
+install(FILES "${PROJECT_SOURCE_DIR}/resources/symbols/clipmb-template-paused.svg"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps"
+  RENAME "${application_id}-paused-symbolic.svg")
 
 # Stores and older desktops want pictures of exact sizes.
 if(TARGET vantorel)

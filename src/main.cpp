@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <utility>
 
 #include "app/AppDelegate.h"
@@ -25,12 +26,58 @@
 namespace vantorel {
 namespace {
 
+/// What to do, and to what.
+struct Request {
+  Command command = Command::open;
+  std::string argument = {};
+};
+
+/// The row of the status menu that does the same; none for what the menu does not have.
+StatusAction statusActionFor(Command command) {
+  switch (command) {
+    case Command::toggle:
+      return StatusAction::openHistory;
+    case Command::search:
+      return StatusAction::openSearch;
+    case Command::pauseFifteenMinutes:
+      return StatusAction::pauseFifteenMinutes;
+    case Command::pauseOneHour:
+      return StatusAction::pauseOneHour;
+    case Command::pauseUntilTomorrow:
+      return StatusAction::pauseUntilTomorrow;
+    case Command::resume:
+      return StatusAction::resumeHistory;
+    case Command::togglePasswordManagers:
+      return StatusAction::togglePasswordManagerPrivacy;
+    case Command::excludeApp:
+      return StatusAction::excludeCurrentApp;
+    case Command::includeApp:
+      return StatusAction::removeExcludedApp;
+    case Command::toggleLaunchAtLogin:
+      return StatusAction::toggleLaunchAtLogin;
+    case Command::shortcut:
+      return StatusAction::showShortcutPanel;
+    case Command::clear:
+      return StatusAction::confirmClearHistory;
+    case Command::about:
+      return StatusAction::showAbout;
+    case Command::quit:
+      return StatusAction::quit;
+    case Command::open:
+    case Command::menu:
+    case Command::version:
+    case Command::help:
+      return StatusAction::none;
+  }
+  return StatusAction::none;
+}
+
 /// The one running instance: its ports, and its delegate from the moment that the keyring answered.
 class Program {
  public:
   /// `first` is what this start was asked to do. A plain start shows nothing by itself.
-  Program(LinuxDesktop& desktop, Command first) : desktop_(desktop) {
-    if (first != Command::open) pending_ = first;
+  Program(LinuxDesktop& desktop, Request first) : desktop_(desktop) {
+    if (first.command != Command::open) pending_ = std::move(first);
   }
 
   /// Called when the keyring's answer is known, and again when the user unlocks it later: the
@@ -38,20 +85,21 @@ class Program {
   void launch() {
     terminate();
     delegate_ = std::make_unique<AppDelegate>(desktop_.ports());
+    delegate_->onQuit = [] { QCoreApplication::exit(0); };
     delegate_->applicationDidFinishLaunching();
-    if (const auto command = std::exchange(pending_, std::nullopt)) perform(*command);
+    if (const auto request = std::exchange(pending_, std::nullopt)) perform(*request);
   }
 
   /// What another start, a launcher or the desktop asks for; waits for the delegate.
-  void perform(Command command) {
-    if (command == Command::quit) return QCoreApplication::exit(0);
+  void perform(const Request& request) {
+    if (request.command == Command::quit) return QCoreApplication::exit(0);
     if (!delegate_) {
-      if (command != Command::open || !pending_) pending_ = command;
+      if (request.command != Command::open || !pending_) pending_ = request;
       return;
     }
-    if (command == Command::open) delegate_->applicationShouldHandleReopen();
-    if (command == Command::toggle) delegate_->openHistory();
-    if (command == Command::search) delegate_->openSearch();
+    if (request.command == Command::open) return delegate_->applicationShouldHandleReopen();
+    if (request.command == Command::menu) return delegate_->showStatusMenu();
+    delegate_->perform(statusActionFor(request.command), request.argument);
   }
 
   void terminate() {
@@ -61,7 +109,7 @@ class Program {
 
  private:
   LinuxDesktop& desktop_;
-  std::optional<Command> pending_;
+  std::optional<Request> pending_;
   std::unique_ptr<AppDelegate> delegate_;
 };
 
@@ -91,11 +139,13 @@ void describeApplication() {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
-int run(int argc, char** argv, Command command) {
+int run(int argc, char** argv, const Request& request) {
   InstanceLock lock;
   StartSteps steps;
-  steps.forward = [](Command asked) { return forwardToRunningInstance(asked, processEnvironment); };
-  const auto early = decideBeforeToolkit(command, steps);
+  steps.forward = [&request](Command asked) {
+    return forwardToRunningInstance(asked, request.argument, processEnvironment);
+  };
+  const auto early = decideBeforeToolkit(request.command, steps);
   if (early.course == StartDecision::Course::exit) return finish(early);
 
   QtDispatch dispatch;
@@ -122,7 +172,7 @@ int run(int argc, char** argv, Command command) {
     const auto directory = XdgDirectories::fromEnvironment(processEnvironment).runtime;
     return directory ? lock.take(*directory / "vantorel.lock") : InstanceLock::Result::unavailable;
   };
-  const auto decision = decideWithToolkit(command, steps);
+  const auto decision = decideWithToolkit(request.command, steps);
   if (decision.course == StartDecision::Course::exit) return finish(decision);
 
   const auto desktop = LinuxDesktop::open(dispatch, keychain);
@@ -130,9 +180,11 @@ int run(int argc, char** argv, Command command) {
     std::fputs("vantorel: the X server lacks what a clipboard history needs.\n", stderr);
     return 1;
   }
-  Program program(*desktop, command);
-  service.onActivate([&program] { program.perform(Command::open); });
-  service.onAction([&program](Command asked) { program.perform(asked); });
+  Program program(*desktop, request);
+  service.onActivate([&program] { program.perform({}); });
+  service.onAction([&program](Command asked, const std::string& argument) {
+    program.perform({asked, argument});
+  });
   launch = [&program] { program.launch(); };
   if (answered) launch();
   const int status = QApplication::exec();
@@ -163,5 +215,5 @@ int main(int argc, char** argv) {
     std::fputs(CommandLine::helpText().data(), stdout);
     return 0;
   }
-  return vantorel::run(argc, argv, commandLine.command);
+  return vantorel::run(argc, argv, {commandLine.command, commandLine.argument});
 }

@@ -1,11 +1,15 @@
 #include "app/AppDelegate.h"
 
+#include <QApplication>
+#include <algorithm>
 #include <string>
 #include <utility>
 
 #include "app/HelpPanel.h"
 #include "app/PrivacyPolicyPanel.h"
 #include "app/ShortcutPanel.h"
+#include "app/StatusMenuPopup.h"
+#include "chrome/SheetWindow.h"
 #include "paste/PasteOutcome.h"
 
 namespace vantorel {
@@ -14,6 +18,14 @@ namespace {
 
 constexpr std::string_view storageUnavailable =
     "Secure storage is unavailable. Clipboard monitoring is paused.";
+
+/// Notices do not count: they come and go by themselves.
+bool hasVisibleWindows() {
+  const auto windows = QApplication::topLevelWidgets();
+  return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+    return window->isVisible() && window->windowType() != Qt::ToolTip;
+  });
+}
 
 }  // namespace
 
@@ -24,11 +36,13 @@ AppDelegate::AppDelegate(const Desktop& desktop)
       privacy_(desktop.defaults, desktop.dispatch),
       toast_(chromeServices()),
       hotKey_(desktop.hotKeys, desktop.defaults, desktop.dispatch),
-      focus_(desktop.workspace, desktop.dispatch) {}
+      focus_(desktop.workspace, desktop.dispatch),
+      pauseExpiry_(privacy_, desktop.dispatch) {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
+  configureMenuBar();
   configureHotKey();
   hotKey_.registerHotKey();
   configureServices();
@@ -48,10 +62,12 @@ void AppDelegate::applicationWillTerminate() {
   closeShortcutPanel();
   hotKey_.unregisterHotKey();
   focus_.stop();
+  pauseExpiry_.stop();
+  desktop_.statusItem.hide();
 }
 
 void AppDelegate::applicationShouldHandleReopen() {
-  if (!panelController().isVisible()) openHistory();
+  if (!hasVisibleWindows()) openHistory();
 }
 
 void AppDelegate::openHistory() { panelController().toggle(focus_.currentPasteTarget()); }

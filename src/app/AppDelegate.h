@@ -7,6 +7,8 @@
 
 #include "app/FocusTracker.h"
 #include "app/HotKeyRegistration.h"
+#include "app/PauseExpiry.h"
+#include "app/StatusMenu.h"
 #include "capture/ClipboardWatcher.h"
 #include "capture/PrivacyPreferences.h"
 #include "chrome/ToastPresenter.h"
@@ -19,7 +21,9 @@ namespace vantorel {
 
 class HelpPanel;
 class PrivacyPolicyPanel;
+class SheetWindow;
 class ShortcutPanel;
+class StatusMenuPopup;
 
 /// The application's one object: owns every long-lived service and wires them to one another.
 /// Main thread.
@@ -36,7 +40,8 @@ class AppDelegate {
   /// Stops timers and observers and gives the shortcut back. The history has been saved after
   /// every change that could be saved.
   void applicationWillTerminate();
-  /// Another start of the program, or a click on its icon: brings up the panel, unless it is there.
+  /// Another start of the program, or a click on its icon: brings up the panel, unless one of the
+  /// windows is there.
   void applicationShouldHandleReopen();
 
   /// The user asked the program to end.
@@ -55,7 +60,14 @@ class AppDelegate {
   void excludeCurrentApp();
   void removeExcludedApp(const std::string& bundleIdentifier);
   void toggleLaunchAtLogin();
+  /// Asks first; a question that is open already comes to the front.
+  void confirmClearHistory();
   void quit();
+
+  /// Does what the menu's row for that action does; `object` is what it is done to.
+  void perform(StatusAction action, const std::string& object = {});
+  /// Pops the status menu up under the pointer, for desktops that show none.
+  void showStatusMenu();
 
   // The recorder of the shortcut. Each of these is the end of a window where it applies.
   void showShortcutPanel();
@@ -73,6 +85,11 @@ class AppDelegate {
   void helpLaunchAtLoginChanged();
 
  private:
+  void configureMenuBar();
+  [[nodiscard]] StatusMenuState statusMenuState();
+  void showStatusMenu(Point at);
+  void refreshStatusItem();
+  void clearHistory(bool includingPinned);
   void configureHotKey();
   void configureServices();
   void pause(Seconds interval, std::string_view notice);
@@ -95,10 +112,13 @@ class AppDelegate {
   ToastPresenter toast_;
   HotKeyRegistration hotKey_;
   FocusTracker focus_;
+  PauseExpiry pauseExpiry_;
   std::unique_ptr<PasteController> pasteController_;
   std::unique_ptr<ClipboardWatcher> watcher_;
   std::unique_ptr<HistoryPanelController> panelController_;
   std::unique_ptr<Timer> onboarding_;
+  std::unique_ptr<StatusMenuPopup> statusMenu_;
+  std::unique_ptr<SheetWindow> clearQuestion_;
   std::unique_ptr<ShortcutPanel> shortcutPanel_;
   std::unique_ptr<HelpPanel> helpPanel_;
   std::unique_ptr<PrivacyPolicyPanel> privacyPanel_;

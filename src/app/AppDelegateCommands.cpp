@@ -1,4 +1,6 @@
 #include "app/AppDelegate.h"
+#include "chrome/CheckBox.h"
+#include "chrome/SheetWindow.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -20,6 +22,7 @@ void AppDelegate::pauseUntilTomorrow() { pause(aDay, "Clipboard history paused u
 
 void AppDelegate::pause(Seconds interval, std::string_view notice) {
   privacy_.setPausedUntil(advanced(desktop_.dispatch.now(), interval));
+  refreshStatusItem();
   show(notice);
 }
 
@@ -27,6 +30,7 @@ void AppDelegate::pause(Seconds interval, std::string_view notice) {
 void AppDelegate::resumeHistory() {
   privacy_.setPausedUntil(std::nullopt);
   watcher().advanceLastChangeCount();
+  refreshStatusItem();
   show("Clipboard history resumed.");
 }
 
@@ -61,6 +65,32 @@ void AppDelegate::toggleLaunchAtLogin() {
       wasEnabled ? desktop_.loginItem.unregisterItem() : desktop_.loginItem.registerItem();
   if (!done) return show("Could not change Launch at Login.");
   show(wasEnabled ? "Launch at Login disabled." : "Vantorel will launch at login.");
+}
+
+void AppDelegate::confirmClearHistory() {
+  if (clearQuestion_) {
+    clearQuestion_->raise();
+    return clearQuestion_->activateWindow();
+  }
+  clearQuestion_ = std::make_unique<SheetWindow>(
+      SheetWindow::Question{"Clear Clipboard History?",
+                            "Removes history and image previews. Pinned clips are kept unless you "
+                            "include them below.",
+                            "Clear", "Cancel", SheetWindow::Style::warning},
+      chromeServices(), nullptr);
+  auto* pinnedToo = new CheckBox("Also delete pinned clips", clearQuestion_.get());
+  clearQuestion_->setAccessory(pinnedToo);
+  clearQuestion_->onFinished = [this, pinnedToo](SheetWindow::Answer answer) {
+    const bool includingPinned = pinnedToo->isChecked();
+    clearQuestion_.release()->deleteLater();  // it is what is calling
+    if (answer == SheetWindow::Answer::accepted) clearHistory(includingPinned);
+  };
+  clearQuestion_->begin(pinnedToo);
+}
+
+void AppDelegate::clearHistory(bool includingPinned) {
+  store_.clear(includingPinned);
+  show(includingPinned ? "All clipboard history cleared." : "History cleared. Pinned clips kept.");
 }
 
 void AppDelegate::quit() {

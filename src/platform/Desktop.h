@@ -14,6 +14,7 @@
 #include "platform/LoginItem.h"
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
+#include "platform/StatusItem.h"
 #include "platform/SyntheticInput.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowBackdrops.h"
@@ -33,6 +34,7 @@ struct Desktop {
   SyntheticInput& input;
   HotKeys& hotKeys;
   LoginItem& loginItem;
+  StatusItem& statusItem;
   KeyboardGrabs& keyboardGrabs;
   EventMonitors& monitors;
   Screens& screens;

@@ -29,16 +29,25 @@ struct Request {
   VariantPointer arguments;
 };
 
-std::optional<Request> requestFor(Command command, const EnvironmentLookup& lookup) {
+/// What goes with the action: one text, or nothing.
+GVariant* parametersOf(Command command, const std::string& argument) {
+  if (!takesArgument(command)) {
+    return g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0);
+  }
+  GVariant* parameter = g_variant_new_variant(g_variant_new_string(argument.c_str()));
+  return g_variant_new_array(G_VARIANT_TYPE_VARIANT, &parameter, 1);
+}
+
+std::optional<Request> requestFor(Command command, const std::string& argument,
+                                  const EnvironmentLookup& lookup) {
   if (command == Command::open) {
     GVariant* data = platformData(lookup);
     return Request{"Activate", VariantPointer(g_variant_ref_sink(g_variant_new_tuple(&data, 1)))};
   }
   const auto action = actionName(command);
-  if (!action) return std::nullopt;
-  GVariant* arguments =
-      g_variant_new("(s@av@a{sv})", std::string(*action).c_str(),
-                    g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0), platformData(lookup));
+  if (!action || g_utf8_validate(argument.c_str(), -1, nullptr) == FALSE) return std::nullopt;
+  GVariant* arguments = g_variant_new("(s@av@a{sv})", std::string(*action).c_str(),
+                                      parametersOf(command, argument), platformData(lookup));
   return Request{"ActivateAction", VariantPointer(g_variant_ref_sink(arguments))};
 }
 
@@ -91,11 +100,12 @@ ForwardResult send(GlibLoop& loop, Deadline deadline, GDBusConnection* connectio
 
 }  // namespace
 
-ForwardResult forwardToRunningInstance(Command command, const EnvironmentLookup& lookup) {
+ForwardResult forwardToRunningInstance(Command command, const std::string& argument,
+                                       const EnvironmentLookup& lookup) {
   const Deadline deadline = std::chrono::steady_clock::now() + forwardTimeLimit;
   const auto address = sessionBusAddress(lookup);
   if (!address) return ForwardResult::noBus;
-  const auto request = requestFor(command, lookup);
+  const auto request = requestFor(command, argument, lookup);
   if (!request) return ForwardResult::refused;
   GlibLoop loop;
   const GlibLoop::Served served(loop);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/XdgDirectories.h"
@@ -16,8 +17,8 @@ inline constexpr std::chrono::seconds forwardTimeLimit{2};
 
 /// Asks the running instance, over the session bus, to do `command` (`open` is "reopen"). Never
 /// starts one. Needs no toolkit and no application object; waits no longer than `forwardTimeLimit`.
-/// `version` and `help` are refused.
-[[nodiscard]] ForwardResult forwardToRunningInstance(Command command,
+/// `version` and `help` are refused. `argument` goes with a command that takes one.
+[[nodiscard]] ForwardResult forwardToRunningInstance(Command command, const std::string& argument,
                                                      const EnvironmentLookup& lookup);
 
 }  // namespace vantorel

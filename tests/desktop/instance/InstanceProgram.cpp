@@ -32,7 +32,8 @@ int start(int argc, char** argv) {
   InstanceLock lock;
   const auto runtime = XdgDirectories::fromEnvironment(processEnvironment).runtime;
   const StartSteps steps{
-      .forward = [](Command c) { return forwardToRunningInstance(c, processEnvironment); },
+      .forward =
+          [&](Command c) { return forwardToRunningInstance(c, line.argument, processEnvironment); },
       .claim = [&] { return service->claim(processEnvironment); },
       .lock =
           [&] {
@@ -51,8 +52,8 @@ int start(int argc, char** argv) {
     return end(decision);
   }
   service->onActivate([] { say("activate"); });
-  service->onAction([](Command command) {
-    say(std::string(*actionName(command)).c_str());
+  service->onAction([](Command command, const std::string& argument) {
+    say((std::string(*actionName(command)) + (argument.empty() ? "" : "=" + argument)).c_str());
     if (command == Command::quit) QCoreApplication::quit();
   });
   say("running");

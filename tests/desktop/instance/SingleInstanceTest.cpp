@@ -24,7 +24,7 @@ class SingleInstanceTest : public testing::Test {
   }
 
   static ForwardResult forward(Command command) {
-    return forwardToRunningInstance(command, processEnvironment);
+    return forwardToRunningInstance(command, {}, processEnvironment);
   }
 
   static std::string gdbus(const std::vector<std::string>& methodAndArguments) {
@@ -46,7 +46,10 @@ TEST_F(SingleInstanceTest, ASecondStartActivatesTheFirstAndEndsWithSuccess) {
 TEST_F(SingleInstanceTest, EachCommandReachesTheRunningInstance) {
   ChildProcess first = start();
   ASSERT_EQ(first.readLine(), "running");
-  for (const std::string command : {"toggle", "search", "quit"}) {
+  for (const std::string command :
+       {"toggle", "search", "menu", "pause-15-minutes", "pause-1-hour", "pause-until-tomorrow",
+        "resume", "toggle-password-managers", "exclude-app", "include-app=org.example.א b",
+        "toggle-launch-at-login", "shortcut", "clear", "about", "quit"}) {
     ChildProcess second = start({"--" + command});
     EXPECT_EQ(second.readLine(), "ended");
     EXPECT_EQ(second.wait(), 0);
@@ -130,13 +133,31 @@ TEST_F(SingleInstanceTest, OtherProgramsUseTheStandardInterface) {
   EXPECT_EQ(first.readLine(), "activate");
   gdbus({"org.freedesktop.Application.ActivateAction", "toggle", "[<'unused'>]", "{}"});
   EXPECT_EQ(first.readLine(), "toggle");
+  gdbus({"org.freedesktop.Application.ActivateAction", "include-app", "[<'org.example'>]", "{}"});
+  EXPECT_EQ(first.readLine(), "include-app=org.example");
+}
+
+TEST_F(SingleInstanceTest, ATextThatIsNoneIsAnErrorToItsCaller) {
+  ChildProcess first = start();
+  ASSERT_EQ(first.readLine(), "running");
+  for (const std::string parameters : {"[<5>]", "[<'a'>, <'b'>]", "[<['a']>]"}) {
+    int status = 0;
+    runProgram({"sh", "-c",
+                "exec gdbus call --session -d com.vantorel.Vantorel -o /com/vantorel/Vantorel -m "
+                "org.freedesktop.Application.ActivateAction include-app \"$0\" {} 2>/dev/null",
+                parameters},
+               &status);
+    EXPECT_NE(status, 0) << parameters;
+  }
+  EXPECT_EQ(forward(Command::search), ForwardResult::forwarded);
+  EXPECT_EQ(first.readLine(), "search");
 }
 
 TEST_F(SingleInstanceTest, AnUnknownActionIsAnErrorToItsCaller) {
   ChildProcess first = start();
   ASSERT_EQ(first.readLine(), "running");
   int status = 0;
-  for (const std::string action : {"open", "", "Quit", "version"}) {
+  for (const std::string action : {"open", "", "Quit", "version", "include-app", "--quit"}) {
     runProgram({"sh", "-c",
                 "exec gdbus call --session -d com.vantorel.Vantorel -o /com/vantorel/Vantorel -m "
                 "org.freedesktop.Application.ActivateAction \"$0\" [] {} 2>/dev/null",

@@ -17,18 +17,45 @@ TEST(CommandLine, NoArgumentOpens) {
   EXPECT_EQ(line.error, "");
 }
 
+const std::vector<std::pair<const char*, Command>> actions = {
+    {"--toggle", Command::toggle},
+    {"--search", Command::search},
+    {"--menu", Command::menu},
+    {"--pause-15-minutes", Command::pauseFifteenMinutes},
+    {"--pause-1-hour", Command::pauseOneHour},
+    {"--pause-until-tomorrow", Command::pauseUntilTomorrow},
+    {"--resume", Command::resume},
+    {"--toggle-password-managers", Command::togglePasswordManagers},
+    {"--exclude-app", Command::excludeApp},
+    {"--toggle-launch-at-login", Command::toggleLaunchAtLogin},
+    {"--shortcut", Command::shortcut},
+    {"--clear", Command::clear},
+    {"--about", Command::about},
+    {"--quit", Command::quit},
+};
+
 TEST(CommandLine, UnderstandsEachOption) {
-  const std::vector<std::pair<const char*, Command>> options = {{"--toggle", Command::toggle},
-                                                                {"--search", Command::search},
-                                                                {"--quit", Command::quit},
-                                                                {"--help", Command::help},
-                                                                {"--version", Command::version}};
+  auto options = actions;
+  options.emplace_back("--help", Command::help);
+  options.emplace_back("--version", Command::version);
   for (const auto& [option, command] : options) {
     const CommandLine line = parse({option});
     EXPECT_EQ(line.command, command) << option;
+    EXPECT_EQ(line.argument, "") << option;
     EXPECT_EQ(line.error, "") << option;
     EXPECT_NE(CommandLine::helpText().find(option), std::string_view::npos) << option;
   }
+}
+
+TEST(CommandLine, IncludesAnApplicationByItsIdentifier) {
+  const CommandLine line = parse({"--include-app=org.example.A=b c"});
+  EXPECT_EQ(line.command, Command::includeApp);
+  EXPECT_EQ(line.argument, "org.example.A=b c");
+  EXPECT_EQ(line.error, "");
+  EXPECT_NE(parse({"--include-app"}).error, "");
+  EXPECT_NE(parse({"--include-app="}).error, "");
+  EXPECT_NE(parse({"--include-app=a", "--include-app=b"}).error, "");
+  EXPECT_NE(CommandLine::helpText().find("--include-app=ID"), std::string_view::npos);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow) {
@@ -52,17 +79,24 @@ TEST(CommandLine, ShowsNoControlCharacters) {
             "vantorel: unknown option '--?[31m?'. Try 'vantorel --help'.");
 }
 
-TEST(CommandLine, ActionNamesLeadBackToTheirCommands) {
-  for (const Command command : {Command::toggle, Command::search, Command::quit}) {
+TEST(CommandLine, ActionNamesAreTheOptionsAndLeadBackToTheirCommands) {
+  for (const auto& [option, command] : actions) {
     const auto name = actionName(command);
-    ASSERT_TRUE(name);
+    ASSERT_TRUE(name) << option;
+    EXPECT_EQ("--" + std::string(*name), option);
     EXPECT_EQ(commandForAction(*name), command);
+    EXPECT_FALSE(takesArgument(command));
   }
+  EXPECT_EQ(actionName(Command::includeApp), "include-app");
+  EXPECT_EQ(commandForAction("include-app"), Command::includeApp);
+  EXPECT_TRUE(takesArgument(Command::includeApp));
   EXPECT_FALSE(actionName(Command::open));
   EXPECT_FALSE(actionName(Command::help));
+  EXPECT_FALSE(actionName(Command::version));
   EXPECT_FALSE(commandForAction("help"));
   EXPECT_FALSE(commandForAction(""));
   EXPECT_FALSE(commandForAction("Quit"));
+  EXPECT_FALSE(commandForAction("--quit"));
 }
 
 }  // namespace

@@ -13,17 +13,25 @@ void ApplicationInterface::Open(const QStringList& /*uris*/, const QVariantMap& 
   Activate(platformData);
 }
 
-void ApplicationInterface::ActivateAction(const QString& name, const QVariantList& /*parameter*/,
+void ApplicationInterface::ActivateAction(const QString& name, const QVariantList& parameter,
                                           const QVariantMap& /*platformData*/) {
   const auto command = commandForAction(name.toStdString());
-  if (!command) {
-    if (calledFromDBus()) sendErrorReply(QDBusError::InvalidArgs, "There is no such action.");
-    return;
+  if (!command) return refuse("There is no such action.");
+  std::string argument;
+  if (takesArgument(*command)) {
+    if (parameter.size() != 1 || parameter.first().typeId() != QMetaType::QString) {
+      return refuse("That action needs one text.");
+    }
+    argument = parameter.first().toString().toStdString();
   }
-  dispatch_.async([token = std::weak_ptr(handlers_), command = *command] {
+  dispatch_.async([token = std::weak_ptr(handlers_), command = *command, argument] {
     const auto handlers = token.lock();
-    if (handlers && handlers->action) handlers->action(command);
+    if (handlers && handlers->action) handlers->action(command, argument);
   });
+}
+
+void ApplicationInterface::refuse(const QString& reason) {
+  if (calledFromDBus()) sendErrorReply(QDBusError::InvalidArgs, reason);
 }
 
 }  // namespace vantorel

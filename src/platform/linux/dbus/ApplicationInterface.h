@@ -7,6 +7,7 @@
 #include <QVariantMap>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/Dispatch.h"
 #include "platform/linux/CommandLine.h"
@@ -21,7 +22,7 @@ class ApplicationInterface : public QObject, protected QDBusContext {
  public:
   struct Handlers {
     std::function<void()> activate;
-    std::function<void(Command)> action;
+    std::function<void(Command, const std::string& argument)> action;
   };
 
   explicit ApplicationInterface(Dispatch& dispatch) : dispatch_(dispatch) {}
@@ -38,6 +39,8 @@ class ApplicationInterface : public QObject, protected QDBusContext {
                       const QVariantMap& platformData);
 
  private:
+  void refuse(const QString& reason);
+
   Dispatch& dispatch_;
   std::shared_ptr<Handlers> handlers_ = std::make_shared<Handlers>();  // its life is the weak token
 };

@@ -54,7 +54,7 @@ void ApplicationService::onActivate(std::function<void()> handler) {
   interface_->handlers().activate = std::move(handler);
 }
 
-void ApplicationService::onAction(std::function<void(Command)> handler) {
+void ApplicationService::onAction(std::function<void(Command, const std::string&)> handler) {
   interface_->handlers().action = std::move(handler);
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/Dispatch.h"
 #include "platform/linux/CommandLine.h"
@@ -36,10 +37,10 @@ class ApplicationService {
 
   /// Called on the main queue for each activation ("reopen the application").
   void onActivate(std::function<void()> handler);
-  /// Called on the main queue for each command by name: `toggle`, `search`,
-  /// `quit`. The caller has its answer before the command begins. An unknown name is an error to
-  /// the caller.
-  void onAction(std::function<void(Command)> handler);
+  /// Called on the main queue for each command by its action name, with the text that goes with it.
+  /// The caller has its answer before the command begins. An unknown name, or a command without
+  /// the text that it needs, is an error to the caller.
+  void onAction(std::function<void(Command, const std::string& argument)> handler);
 
  private:
   std::unique_ptr<ApplicationInterface> interface_;

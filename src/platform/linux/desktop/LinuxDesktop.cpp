@@ -8,6 +8,7 @@
 #include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/NoDump.h"
 #include "platform/linux/XdgDirectories.h"
+#include "platform/linux/tray/StatusNotifierTray.h"
 #include "platform/linux/x11/KeyCodeTable.h"
 #include "platform/linux/x11/LinuxAccessibilityPreferences.h"
 #include "platform/linux/x11/X11EventMonitors.h"
@@ -36,6 +37,11 @@ class CompositorBackdrops : public WindowBackdrops {
   const LinuxAccessibilityPreferences& preferences_;
 };
 
+/// Beside the directory of the program, where an installation puts them.
+std::filesystem::path installedIconThemes(const std::filesystem::path& program) {
+  return program.parent_path().parent_path() / "share" / "icons";
+}
+
 }  // namespace
 
 struct LinuxDesktop::Ports {
@@ -53,6 +59,8 @@ struct LinuxDesktop::Ports {
   QtImageDecoder images;
   QtScreens screens;
   QtKeyboardGrabs keyboardGrabs;
+  StatusNotifierTray statusItem{
+      {dispatch, screens}, processEnvironment, installedIconThemes(ownProgramPath())};
   X11EventMonitors monitors{dispatch};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<LinuxAccessibilityPreferences> accessibility =
@@ -86,23 +94,12 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
 }
 
 Desktop LinuxDesktop::ports() {
-  return {ports_->dispatch,
-          ports_->files,
-          ports_->keychain,
-          ports_->defaults,
-          *ports_->pasteboard,
-          *ports_->workspace,
-          *ports_->input,
-          *ports_->hotKeys,
-          ports_->loginItem,
-          ports_->keyboardGrabs,
-          ports_->monitors,
-          ports_->screens,
-          *ports_->accessibility,
-          ports_->images,
-          &*ports_->backdrops,
-          keyCodeFromX11,
-          ports_->directories.dataHome.value_or("")};
+  return {ports_->dispatch,    ports_->files,          ports_->keychain,
+          ports_->defaults,    *ports_->pasteboard,    *ports_->workspace,
+          *ports_->input,      *ports_->hotKeys,       ports_->loginItem,
+          ports_->statusItem,  ports_->keyboardGrabs,  ports_->monitors,
+          ports_->screens,     *ports_->accessibility, ports_->images,
+          &*ports_->backdrops, keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
 }
 
 }  // namespace vantorel

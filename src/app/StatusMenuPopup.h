@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/AccessibilityPreferences.h"
+#include "platform/MenuRow.h"
+#include "platform/Screens.h"
+#include "platform/WindowBackdrops.h"
+
+namespace vantorel {
+
+class VantorelMenu;
+
+/// The status menu as a menu of our own, where the desktop's bar does not show it. Main thread.
+class StatusMenuPopup {
+ public:
+  /// Both outlive this object; `backdrops` may be null.
+  StatusMenuPopup(const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops);
+  ~StatusMenuPopup();
+  StatusMenuPopup(const StatusMenuPopup&) = delete;
+  StatusMenuPopup& operator=(const StatusMenuPopup&) = delete;
+
+  std::function<void(const MenuRow&)> onChosen;
+
+  /// Shows the rows with the menu's corner at that place, or near it where the screen ends. A menu
+  /// that is open gives way.
+  void popUp(const std::vector<MenuRow>& rows, Point at);
+
+ private:
+  void fill(VantorelMenu& menu, const std::vector<MenuRow>& rows);
+  void add(VantorelMenu& menu, const MenuRow& row);
+  void retire();
+
+  const AccessibilityPreferences& accessibility_;
+  const WindowBackdrops* backdrops_;
+  std::unique_ptr<VantorelMenu> menu_;
+};
+
+}  // namespace vantorel
