@@ -126,5 +126,29 @@ TEST(KeyTranslation, KeysWithoutACharacterHaveNone) {
   EXPECT_EQ(press(-1).charactersIgnoringModifiers, "");
 }
 
+TEST(KeyTranslation, AShortcutTellsSuperFromControl) {
+  const auto flagsOf = [](Qt::KeyboardModifiers modifiers) {
+    const QKeyEvent event(QEvent::KeyPress, Qt::Key_P, modifiers, scanP, 0, 0);
+    return translatedForShortcut(event, placeOf).flags;
+  };
+  EXPECT_EQ(flagsOf(Qt::MetaModifier), flags::command);
+  EXPECT_EQ(flagsOf(Qt::ControlModifier), flags::control);
+  EXPECT_EQ(flagsOf(Qt::MetaModifier | Qt::ShiftModifier | Qt::AltModifier | Qt::ControlModifier),
+            flags::command | flags::shift | flags::option | flags::control);
+}
+
+TEST(KeyTranslation, ModifierKeysAreKnown) {
+  const auto isModifier = [](Qt::Key key) {
+    return isModifierKey(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
+  };
+  for (const auto key : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_AltGr, Qt::Key_Meta,
+                         Qt::Key_Super_L, Qt::Key_Super_R, Qt::Key_CapsLock, Qt::Key_NumLock}) {
+    EXPECT_TRUE(isModifier(key)) << key;
+  }
+  for (const auto key : {Qt::Key_A, Qt::Key_Space, Qt::Key_Escape, Qt::Key_F1}) {
+    EXPECT_FALSE(isModifier(key)) << key;
+  }
+}
+
 }  // namespace
 }  // namespace vantorel

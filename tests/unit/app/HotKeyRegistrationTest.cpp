@@ -167,5 +167,69 @@ TEST_F(HotKeyRegistrationTest, NeedsNobodyToListen) {
   EXPECT_FALSE(alone.isRegistered());
 }
 
+using ApplyResult = HotKeyRegistration::ApplyResult;
+
+// ⌘⌥Space
+const HotKeyShortcut commandOptionSpace{49, 0x900, "Space"};
+
+TEST_F(HotKeyRegistrationTest, ANewShortcutIsTakenBeforeTheOldOneIsGivenBack) {
+  auto& registered = start();
+  EXPECT_EQ(registered.apply(commandOptionSpace), ApplyResult::applied);
+  EXPECT_THAT(hotKeys.log(), ElementsAre("register", "register", "unregister"));
+  EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Registered{49, 0x900, clipHotKeyId}));
+  EXPECT_EQ(registered.shortcut(), commandOptionSpace);
+  EXPECT_EQ(HotKeyShortcut::load(defaults), commandOptionSpace);
+  EXPECT_FALSE(hotKeys.press(9, 0x300));
+  EXPECT_TRUE(hotKeys.press(49, 0x900));
+  dispatch.runQueued();
+  EXPECT_EQ(presses, 1);
+}
+
+TEST_F(HotKeyRegistrationTest, ATakenShortcutLeavesEverythingAsItWas) {
+  auto& registered = start();
+  hotKeys.take(49, 0x900);
+  EXPECT_EQ(registered.apply(commandOptionSpace), ApplyResult::unavailable);
+  EXPECT_EQ(registered.shortcut(), HotKeyShortcut{});
+  EXPECT_FALSE(defaults.contains(HotKeyShortcut::keyCodeKey));
+  EXPECT_TRUE(hotKeys.press(9, 0x300));
+  dispatch.runQueued();
+  EXPECT_EQ(presses, 1);
+  EXPECT_THAT(notices, IsEmpty());
+}
+
+TEST_F(HotKeyRegistrationTest, TheSameShortcutAgainChangesNothing) {
+  auto& registered = start();
+  EXPECT_EQ(registered.apply({}), ApplyResult::unchanged);
+  EXPECT_THAT(hotKeys.log(), ElementsAre("register"));
+  EXPECT_FALSE(defaults.contains(HotKeyShortcut::keyCodeKey));
+}
+
+TEST_F(HotKeyRegistrationTest, TheSameKeysUnderAnotherLabelAreUnavailable) {
+  auto& registered = start();
+  EXPECT_EQ(registered.apply({9, 0x300, "M"}), ApplyResult::unavailable);
+  EXPECT_EQ(registered.shortcut(), HotKeyShortcut{});
+}
+
+TEST_F(HotKeyRegistrationTest, TheSameShortcutIsTriedAgainWhenItWasNotHeld) {
+  hotKeys.take(9, 0x300);
+  auto& registered = start();
+  EXPECT_EQ(registered.apply({}), ApplyResult::unavailable);
+  hotKeys.giveUp(9, 0x300);
+  EXPECT_EQ(registered.apply({}), ApplyResult::applied);
+  EXPECT_TRUE(registered.isRegistered());
+  EXPECT_EQ(HotKeyShortcut::load(defaults), HotKeyShortcut{});
+}
+
+TEST_F(HotKeyRegistrationTest, ApplyingInstallsAHandlerThatCouldNotBeInstalledBefore) {
+  hotKeys.setHandlerInstallFails(true);
+  auto& registered = start();
+  EXPECT_FALSE(hotKeys.hasHandler());
+  hotKeys.setHandlerInstallFails(false);
+  EXPECT_EQ(registered.apply(commandOptionSpace), ApplyResult::applied);
+  EXPECT_TRUE(hotKeys.press(49, 0x900));
+  dispatch.runQueued();
+  EXPECT_EQ(presses, 1);
+}
+
 }  // namespace
 }  // namespace vantorel

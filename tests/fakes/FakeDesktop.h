@@ -1,0 +1,63 @@
+#pragma once
+
+#include "fakes/FakeAccessibilityPreferences.h"
+#include "fakes/FakeEventMonitors.h"
+#include "fakes/FakeHotKeys.h"
+#include "fakes/FakeImageDecoder.h"
+#include "fakes/FakeKeyboardGrabs.h"
+#include "fakes/FakeKeychain.h"
+#include "fakes/FakeLoginItem.h"
+#include "fakes/FakePasteboard.h"
+#include "fakes/FakeScreens.h"
+#include "fakes/FakeSyntheticInput.h"
+#include "fakes/FakeUserDefaults.h"
+#include "fakes/FakeWindowBackdrops.h"
+#include "fakes/FakeWorkspace.h"
+#include "fakes/ManualDispatch.h"
+#include "fakes/TemporaryDirectory.h"
+#include "platform/Desktop.h"
+#include "platform/posix/PosixFileSystem.h"
+
+namespace vantorel {
+
+/// A whole desktop that the test plays, with real files in a directory that goes with it.
+struct FakeDesktop {
+  TemporaryDirectory directory;
+  ManualDispatch dispatch;
+  PosixFileSystem files;
+  FakeKeychain keychain;
+  FakeUserDefaults defaults;
+  FakePasteboard pasteboard{dispatch};
+  FakeWorkspace workspace{dispatch};
+  FakeSyntheticInput input;
+  FakeHotKeys hotKeys;
+  FakeLoginItem loginItem;
+  FakeKeyboardGrabs keyboardGrabs;
+  FakeEventMonitors monitors;
+  FakeScreens screens;
+  FakeAccessibilityPreferences accessibility;
+  FakeImageDecoder images;
+  FakeWindowBackdrops backdrops;
+
+  [[nodiscard]] Desktop ports() {
+    return Desktop{.dispatch = dispatch,
+                   .files = files,
+                   .keychain = keychain,
+                   .defaults = defaults,
+                   .pasteboard = pasteboard,
+                   .workspace = workspace,
+                   .input = input,
+                   .hotKeys = hotKeys,
+                   .loginItem = loginItem,
+                   .keyboardGrabs = keyboardGrabs,
+                   .monitors = monitors,
+                   .screens = screens,
+                   .accessibility = accessibility,
+                   .images = images,
+                   .backdrops = &backdrops,
+                   .keyCodeForScanCode = {},
+                   .applicationSupport = directory.path()};
+  }
+};
+
+}  // namespace vantorel

@@ -1,0 +1,279 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QWindow>
+#include <memory>
+
+#include "app/AppDelegate.h"
+#include "app/EditSymbolButton.h"
+#include "app/HelpPanel.h"
+#include "app/PrivacyPolicyPanel.h"
+#include "app/ShortcutPanel.h"
+#include "app/ShortcutPill.h"
+#include "chrome/CheckBox.h"
+#include "chrome/PushButton.h"
+#include "chrome/ToastPanel.h"
+#include "fakes/FakeDesktop.h"
+
+namespace vantorel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto onboardingKey = "didShowOnboardingV2";
+
+class AppWindowsTest : public testing::Test {
+ protected:
+  void start() {
+    delegate = std::make_unique<AppDelegate>(desktop.ports());
+    delegate->applicationDidFinishLaunching();
+    desktop.dispatch.runQueued();
+  }
+  /// As from the second start on.
+  void startAgain() {
+    desktop.defaults.set(onboardingKey, true);
+    start();
+  }
+  template <class Window>
+  static std::vector<Window*> windows() {
+    std::vector<Window*> all;
+    const auto widgets = QApplication::topLevelWidgets();
+    for (auto* widget : widgets) {
+      auto* window = qobject_cast<Window*>(widget);
+      if (window != nullptr && window->isVisible()) all.push_back(window);
+    }
+    return all;
+  }
+  template <class Window>
+  static Window& window() {
+    const auto all = windows<Window>();
+    if (all.size() != 1) throw std::runtime_error("not exactly one such window");
+    return *all.front();
+  }
+  static void press(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(window.windowHandle(), key, modifiers);
+  }
+  static void click(QWidget& window, const QString& title) {
+    const auto buttons = window.findChildren<PushButton*>();
+    for (auto* button : buttons) {
+      if (button->text() == title) return button->click();
+    }
+    FAIL() << "no such button";
+  }
+  static std::vector<std::string> toasts() {
+    std::vector<std::string> all;
+    for (const auto* toast : windows<ToastPanel>())
+      all.push_back(toast->windowTitle().toStdString());
+    return all;
+  }
+  static bool historyIsShown() {
+    const auto all = windows<VantorelPanel>();
+    return std::any_of(all.begin(), all.end(),
+                       [](const auto* panel) { return panel->windowTitle() == "Vantorel"; });
+  }
+  bool pressHotKey(KeyCode keyCode, HotKeyModifiers modifiers) {
+    const bool pressed = desktop.hotKeys.press(keyCode, modifiers);
+    desktop.dispatch.runQueued();
+    return pressed;
+  }
+
+  FakeDesktop desktop;
+  std::unique_ptr<AppDelegate> delegate;
+};
+
+TEST_F(AppWindowsTest, TheFirstStartShowsTheHelpOnceAMomentLater) {
+  start();
+  EXPECT_EQ(desktop.defaults.boolean(onboardingKey), true) << "before anything is shown";
+  desktop.dispatch.advance(Seconds(0.29));
+  EXPECT_THAT(windows<HelpPanel>(), IsEmpty());
+  desktop.dispatch.advance(Seconds(0.02));
+  EXPECT_EQ(window<HelpPanel>().height(), 438);
+  press(window<HelpPanel>(), Qt::Key_Return);
+  EXPECT_THAT(windows<HelpPanel>(), IsEmpty());
+
+  delegate->applicationWillTerminate();
+  start();
+  desktop.dispatch.advance(Seconds(5));
+  EXPECT_THAT(windows<HelpPanel>(), IsEmpty());
+}
+
+TEST_F(AppWindowsTest, TheHelpIsShownWithoutAKeyringToo) {
+  desktop.keychain.fail(FakeKeychain::Backend::login, -25291);
+  desktop.keychain.fail(FakeKeychain::Backend::dataProtection, -34018);
+  start();
+  desktop.dispatch.advance(Seconds(0.31));
+  EXPECT_EQ(windows<HelpPanel>().size(), 1U);
+}
+
+TEST_F(AppWindowsTest, AFlagThatIsFalseOrNoFlagCountsAsFirstStart) {
+  desktop.defaults.set(onboardingKey, std::string("yes"));
+  start();
+  desktop.dispatch.advance(Seconds(0.31));
+  EXPECT_EQ(windows<HelpPanel>().size(), 1U);
+}
+
+TEST_F(AppWindowsTest, NothingIsShownOnceTheProgramHasEnded) {
+  start();
+  delegate->applicationWillTerminate();
+  desktop.dispatch.advance(Seconds(1));
+  EXPECT_THAT(windows<HelpPanel>(), IsEmpty());
+}
+
+TEST_F(AppWindowsTest, AboutStandsInTheMiddleAndReplacesTheOneThatIsOpen) {
+  startAgain();
+  delegate->showAbout();
+  auto* first = &window<HelpPanel>();
+  EXPECT_EQ(first->pos(), QPoint(960 - 235, 30 + 525 - 285));
+  delegate->showAbout();
+  EXPECT_EQ(windows<HelpPanel>().size(), 1U);
+  press(window<HelpPanel>(), Qt::Key_Return);
+  EXPECT_THAT(windows<HelpPanel>(), IsEmpty());
+}
+
+TEST_F(AppWindowsTest, ThePolicyOpensFromTheHelpAndReturnClosesIt) {
+  startAgain();
+  delegate->showAbout();
+  click(window<HelpPanel>(), "מדיניות הפרטיות המלאה");
+  EXPECT_EQ(window<PrivacyPolicyPanel>().pos(), QPoint(960 - 260, 30 + 525 - 295));
+  press(window<PrivacyPolicyPanel>(), Qt::Key_Return);
+  EXPECT_THAT(windows<PrivacyPolicyPanel>(), IsEmpty());
+  EXPECT_EQ(windows<HelpPanel>().size(), 1U);
+  delegate->showPrivacyPolicy();
+  click(window<PrivacyPolicyPanel>(), "סגור");
+  EXPECT_THAT(windows<PrivacyPolicyPanel>(), IsEmpty());
+}
+
+TEST_F(AppWindowsTest, AShortcutChangedFromTheHelpIsShownThereAtOnce) {
+  startAgain();
+  delegate->showAbout();
+  window<HelpPanel>().findChild<EditSymbolButton*>()->click();
+  press(window<ShortcutPanel>(), Qt::Key_Space, Qt::MetaModifier | Qt::AltModifier);
+  EXPECT_THAT(windows<ShortcutPanel>(), IsEmpty());
+  EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "Super+Alt+Space");
+  EXPECT_THAT(toasts(), ElementsAre("Shortcut set to Super+Alt+Space"));
+  EXPECT_EQ(desktop.defaults.string("shortcut.keyLabel"), "Space");
+  EXPECT_FALSE(pressHotKey(9, 0x300));
+  EXPECT_TRUE(pressHotKey(49, 0x900));
+  EXPECT_TRUE(historyIsShown());
+}
+
+TEST_F(AppWindowsTest, ATakenShortcutKeepsTheRecorderOpenAndTheOldOneInForce) {
+  startAgain();
+  desktop.hotKeys.take(40, 0x1800);
+  delegate->showShortcutPanel();
+  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "That shortcut is unavailable. Try another.");
+  EXPECT_THAT(toasts(), IsEmpty());
+  press(window<ShortcutPanel>(), Qt::Key_Escape);
+  EXPECT_TRUE(pressHotKey(9, 0x300));
+  EXPECT_TRUE(historyIsShown());
+}
+
+TEST_F(AppWindowsTest, EscapeClosesTheRecorderAndChangesNothing) {
+  startAgain();
+  delegate->showShortcutPanel();
+  EXPECT_EQ(window<ShortcutPanel>().pos(), QPoint(960 - 175, 30 + 525 - 82));
+  press(window<ShortcutPanel>(), Qt::Key_Escape);
+  EXPECT_THAT(windows<ShortcutPanel>(), IsEmpty());
+  EXPECT_EQ(desktop.keyboardGrabs.holder(), std::nullopt);
+  EXPECT_FALSE(desktop.defaults.contains("shortcut.keyCode"));
+  EXPECT_TRUE(pressHotKey(9, 0x300));
+}
+
+TEST_F(AppWindowsTest, ThereIsOneRecorderAtMost) {
+  startAgain();
+  delegate->showShortcutPanel();
+  delegate->showShortcutPanel();
+  EXPECT_EQ(windows<ShortcutPanel>().size(), 1U);
+}
+
+TEST_F(AppWindowsTest, TheShortcutInForceIsRecordedAndDoesNotOpenTheHistory) {
+  startAgain();
+  desktop.keyboardGrabs.setAvailable(false);
+  delegate->showShortcutPanel();
+  EXPECT_TRUE(pressHotKey(9, 0x300));
+  EXPECT_THAT(windows<ShortcutPanel>(), IsEmpty());
+  EXPECT_FALSE(historyIsShown());
+  EXPECT_TRUE(pressHotKey(9, 0x300));
+  EXPECT_TRUE(historyIsShown());
+}
+
+TEST_F(AppWindowsTest, TheSameShortcutPressedInTheRecorderClosesIt) {
+  startAgain();
+  delegate->showShortcutPanel();
+  press(window<ShortcutPanel>(), Qt::Key_V, Qt::MetaModifier | Qt::ShiftModifier);
+  EXPECT_THAT(windows<ShortcutPanel>(), IsEmpty());
+  EXPECT_THAT(toasts(), IsEmpty());
+}
+
+TEST_F(AppWindowsTest, ResetBringsBackTheDefault) {
+  startAgain();
+  delegate->applyShortcut({40, 0x1800, "K"});
+  delegate->showShortcutPanel();
+  EXPECT_EQ(window<ShortcutPanel>().findChild<ShortcutPill*>()->text(), "Alt+Ctrl+K");
+  click(window<ShortcutPanel>(), "Reset");
+  EXPECT_THAT(windows<ShortcutPanel>(), IsEmpty());
+  EXPECT_THAT(toasts(), ElementsAre("Shortcut set to Super+Shift+V"));
+  EXPECT_FALSE(pressHotKey(40, 0x1800));
+  EXPECT_TRUE(pressHotKey(9, 0x300));
+}
+
+TEST_F(AppWindowsTest, TheRecorderGivesTheKeyboardBackWhenTheProgramEnds) {
+  startAgain();
+  delegate->showShortcutPanel();
+  QCoreApplication::processEvents();
+  EXPECT_NE(desktop.keyboardGrabs.holder(), std::nullopt);
+  delegate->applicationWillTerminate();
+  EXPECT_EQ(desktop.keyboardGrabs.holder(), std::nullopt);
+  delegate.reset();
+}
+
+TEST_F(AppWindowsTest, TheCheckBoxSwitchesTheLoginItemAndShowsWhatBecameOfIt) {
+  startAgain();
+  delegate->showAbout();
+  auto* box = window<HelpPanel>().findChild<CheckBox*>();
+  box->click();
+  EXPECT_EQ(desktop.loginItem.status(), LoginItem::Status::enabled);
+  EXPECT_TRUE(box->isChecked());
+  EXPECT_THAT(toasts(), ElementsAre("Vantorel will launch at login."));
+  desktop.loginItem.setRefusing(true);
+  box->click();
+  EXPECT_TRUE(box->isChecked()) << "it is still a login item";
+  EXPECT_THAT(toasts(), ElementsAre("Could not change Launch at Login."));
+}
+
+TEST_F(AppWindowsTest, TheCheckBoxIsOffAndDisabledWhereThereAreNoLoginItems) {
+  desktop.loginItem.setStatus(LoginItem::Status::unavailable);
+  startAgain();
+  delegate->showAbout();
+  EXPECT_FALSE(window<HelpPanel>().findChild<CheckBox*>()->isEnabled());
+}
+
+TEST_F(AppWindowsTest, ThePermissionIsReadWithoutAskingAndSaidHonestly) {
+  desktop.input.setTrusted(false);
+  startAgain();
+  delegate->showAbout();
+  EXPECT_THAT(desktop.input.prompts(), ElementsAre(TrustPrompt::none));
+  click(window<HelpPanel>(), "נדרשת הרשאת נגישות");
+  EXPECT_THAT(desktop.input.prompts(), ElementsAre(TrustPrompt::none, TrustPrompt::ask));
+  EXPECT_THAT(toasts(), ElementsAre("No automatic paste here. Press Ctrl+V to paste."));
+  desktop.input.setTrusted(true);
+  click(window<HelpPanel>(), "נדרשת הרשאת נגישות");
+  EXPECT_THAT(toasts(), ElementsAre("This desktop allows automatic paste."));
+  click(window<HelpPanel>(), "הרשאת הנגישות פעילה");
+}
+
+TEST_F(AppWindowsTest, WindowsGoWithTheirOwner) {
+  startAgain();
+  delegate->showAbout();
+  delegate->showPrivacyPolicy();
+  delegate->showShortcutPanel();
+  delegate.reset();
+  EXPECT_THAT(windows<VantorelPanel>(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace vantorel

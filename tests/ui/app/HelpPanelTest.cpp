@@ -1,0 +1,279 @@
+#include "app/HelpPanel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QTest>
+#include <QWindow>
+#include <algorithm>
+
+#include "app/AppIconFactory.h"
+#include "app/EditSymbolButton.h"
+#include "app/ShortcutPill.h"
+#include "app/TextBlock.h"
+#include "chrome/CheckBox.h"
+#include "chrome/PushButton.h"
+#include "fakes/FakeAccessibilityPreferences.h"
+#include "fakes/FakeScreens.h"
+#include "fakes/FakeWindowBackdrops.h"
+#include "fakes/ManualDispatch.h"
+
+namespace vantorel {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+using testing::StartsWith;
+
+class HelpPanelTest : public testing::Test {
+ protected:
+  HelpPanel& show(HelpPanel::Occasion occasion, const HelpPanel::Facts& facts) {
+    panel_ = std::make_unique<HelpPanel>(
+        ChromeServices{dispatch_, screens_, accessibility_, &backdrops_}, occasion, facts);
+    panel_->onClose = [this] { ++closes_; };
+    panel_->makeKeyAndOrderFront();
+    QCoreApplication::processEvents();
+    return *panel_;
+  }
+  HelpPanel& showFirst() { return show(HelpPanel::Occasion::firstLaunch, facts_); }
+  HelpPanel& showAbout() { return show(HelpPanel::Occasion::about, facts_); }
+
+  template <class View>
+  [[nodiscard]] std::vector<std::string> texts() const {
+    std::vector<std::string> all;
+    const auto found = panel_->findChildren<View*>();
+    for (const auto* each : found) all.push_back(each->text().toStdString());
+    return all;
+  }
+  [[nodiscard]] PushButton& button(const std::string& title) const {
+    const auto found = panel_->findChildren<PushButton*>();
+    for (auto* each : found) {
+      if (each->text().toStdString() == title) return *each;
+    }
+    throw std::runtime_error("no such button");
+  }
+
+  ManualDispatch dispatch_;
+  FakeScreens screens_;
+  FakeAccessibilityPreferences accessibility_;
+  FakeWindowBackdrops backdrops_;
+  HelpPanel::Facts facts_{"⌘⇧V", true, false, "4.5.6"};
+  std::unique_ptr<HelpPanel> panel_;
+  int closes_ = 0;
+};
+
+TEST_F(HelpPanelTest, TheFirstLaunchWelcomesAndSaysNothingOfPrivacyYet) {
+  const auto& panel = showFirst();
+  EXPECT_EQ(panel.windowTitle(), "About Vantorel");
+  EXPECT_EQ(panel.size(), QSize(470, 438));
+  EXPECT_THAT(texts<TextBlock>(),
+              ElementsAre("ברוכים הבאים ל־Vantorel",
+                          "היסטוריית ההעתקות נשמרת מקומית במק שלך.\nטקסטים, תמונות וקבצים זמינים "
+                          "עד שבוע.",
+                          "פתיחת החלון",
+                          "אפשר להקליד כדי לחפש, לסנן לפי סוג או אפליקציה, ולהשתמש בחצים וב־Enter "
+                          "להדבקה.\nOption + Enter מדביק טקסט ללא עיצוב.",
+                          "הדבקה אוטומטית", StartsWith("Version 4.5.6  ·  ")));
+  EXPECT_THAT(texts<PushButton>(), ElementsAre("הרשאת הנגישות פעילה", "מתחילים"));
+}
+
+TEST_F(HelpPanelTest, AboutHasAllSectionsThePlainTitleAndClose) {
+  const auto& panel = showAbout();
+  EXPECT_EQ(panel.size(), QSize(470, 570));
+  const auto all = texts<TextBlock>();
+  EXPECT_EQ(all.front(), "Vantorel");
+  EXPECT_THAT(all, Contains("פרטיות ואבטחה"));
+  EXPECT_THAT(all, Contains("ההיסטוריה מוצפנת ונשארת במק בלבד.\nאין רשת, ענן, מעקב, אנליטיקה או "
+                            "שיתוף עם צד שלישי."));
+  EXPECT_THAT(texts<PushButton>(),
+              ElementsAre("הרשאת הנגישות פעילה", "מדיניות הפרטיות המלאה", "סגור"));
+}
+
+TEST_F(HelpPanelTest, ReturnClosesIt) {
+  showAbout();
+  QTest::keyClick(panel_->windowHandle(), Qt::Key_Return);
+  EXPECT_EQ(closes_, 1);
+  QTest::keyClick(panel_->windowHandle(), Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_EQ(closes_, 2);
+}
+
+TEST_F(HelpPanelTest, ReturnClosesItWhateverControlHasTheKeyboard) {
+  showFirst();
+  panel_->findChild<CheckBox*>()->setFocus();
+  QTest::keyClick(panel_->windowHandle(), Qt::Key_Return);
+  EXPECT_EQ(closes_, 1);
+  EXPECT_FALSE(panel_->findChild<CheckBox*>()->isChecked());
+}
+
+TEST_F(HelpPanelTest, TheCloseButtonAndTheWindowManagerCloseIt) {
+  showFirst();
+  button("מתחילים").click();
+  EXPECT_EQ(closes_, 1);
+  panel_->close();
+  EXPECT_EQ(closes_, 2);
+}
+
+TEST_F(HelpPanelTest, OtherKeysLeaveItOpen) {
+  showFirst();
+  for (const auto key : {Qt::Key_A, Qt::Key_Space, Qt::Key_Tab}) {
+    QTest::keyClick(panel_->windowHandle(), key);
+  }
+  EXPECT_EQ(closes_, 0);
+}
+
+TEST_F(HelpPanelTest, IsLaidOutFromRightToLeft) {
+  const auto& panel = showAbout();
+  EXPECT_EQ(panel.layoutDirection(), Qt::RightToLeft);
+  const auto* pill = panel.findChild<ShortcutPill*>();
+  const auto* pencil = panel.findChild<EditSymbolButton*>();
+  EXPECT_LT(pencil->geometry().right(), pill->geometry().left());
+  EXPECT_EQ(pill->layoutDirection(), Qt::LeftToRight);
+  EXPECT_EQ(panel.findChild<CheckBox*>()->layoutDirection(), Qt::RightToLeft);
+}
+
+TEST_F(HelpPanelTest, RowsStandInTheMiddleWithinTheWindowAndDoNotOverlap) {
+  for (const auto occasion : {HelpPanel::Occasion::firstLaunch, HelpPanel::Occasion::about}) {
+    const auto& panel = show(occasion, facts_);
+    int bottom = 22;
+    for (const auto* child :
+         panel_->glass().findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+      EXPECT_GE(child->y(), bottom);
+      EXPECT_NEAR(child->geometry().center().x(), 235, 1);
+      bottom = child->geometry().bottom() + 1;
+    }
+    EXPECT_LE(bottom, panel.height() - 20);
+  }
+}
+
+TEST_F(HelpPanelTest, ALineThatBeginsWithLatinLettersBeginsAtTheRightToo) {
+  const auto& panel = showFirst();
+  const auto blocks = panel.findChildren<TextBlock*>();
+  const auto found = std::find_if(blocks.begin(), blocks.end(), [](const auto* block) {
+    return block->text().contains("Option + Enter");
+  });
+  ASSERT_NE(found, blocks.end());
+  const auto* block = *found;
+  EXPECT_EQ(block->width(), 390);
+  const auto lines = block->brokenLines();
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_EQ(lines[2], "Option + Enter מדביק טקסט ללא עיצוב.");
+  // The Latin word alone would be mirrored were the line's direction taken from it: the full stop
+  // at the end of the line has to stand at the far left.
+  QImage image(block->size(), QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::white);
+  const_cast<TextBlock*>(block)->render(&image, {}, {}, QWidget::DrawChildren);
+  const int lastLineTop = block->height() * 2 / 3;
+  const auto inked = [&](int from, int to) {
+    for (int x = from; x < to; ++x) {
+      for (int y = lastLineTop; y < block->height(); ++y) {
+        if (qGray(image.pixel(x, y)) < 128) return true;
+      }
+    }
+    return false;
+  };
+  EXPECT_TRUE(inked(380, 390));
+  EXPECT_FALSE(inked(0, 60));
+}
+
+TEST_F(HelpPanelTest, TheShortcutIsShownAsThisDesktopsKeysAndFollowsAChange) {
+  auto& panel = showFirst();
+  auto* pill = panel.findChild<ShortcutPill*>();
+  EXPECT_EQ(pill->text(), "Super+Shift+V");
+  panel.setShortcut("⌘⌥Space");
+  EXPECT_EQ(pill->text(), "Super+Alt+Space");
+  EXPECT_EQ(pill->accessibleName(), "Super+Alt+Space");
+}
+
+TEST_F(HelpPanelTest, ALongShortcutStaysInTheMiddle) {
+  auto& panel = showFirst();
+  panel.setShortcut("⌘⇧⌥⌃Space");
+  QCoreApplication::processEvents();
+  const auto* row = panel.findChild<ShortcutPill*>()->parentWidget();
+  EXPECT_NEAR(row->geometry().center().x(), 235, 1);
+  EXPECT_GE(row->x(), 20);
+  EXPECT_TRUE(row->rect().contains(panel.findChild<ShortcutPill*>()->geometry()));
+}
+
+TEST_F(HelpPanelTest, ThePencilAsksForAnotherShortcut) {
+  auto& panel = showFirst();
+  int asked = 0;
+  panel.onChangeShortcut = [&asked] { ++asked; };
+  auto* pencil = panel.findChild<EditSymbolButton*>();
+  EXPECT_EQ(pencil->accessibleName(), "Change shortcut");
+  EXPECT_EQ(pencil->toolTip(), "Change shortcut");
+  pencil->click();
+  EXPECT_EQ(asked, 1);
+}
+
+TEST_F(HelpPanelTest, TheButtonSaysWhetherPastingIsPossible) {
+  auto& panel = showFirst();
+  EXPECT_GT(button("הרשאת הנגישות פעילה").tint()->green(), 150);
+  panel.setAutomaticPaste(false);
+  EXPECT_THAT(texts<PushButton>(), Not(Contains("הרשאת הנגישות פעילה")));
+  EXPECT_EQ(button("נדרשת הרשאת נגישות").tint(), QColor::fromRgbF(0.93F, 0.66F, 0.16F));
+  int asked = 0;
+  panel.onAccessibilitySettings = [&asked] { ++asked; };
+  button("נדרשת הרשאת נגישות").click();
+  EXPECT_EQ(asked, 1);
+}
+
+TEST_F(HelpPanelTest, TheCheckBoxShowsWhatHoldsAndIsOffWhereNothingCanBeDone) {
+  auto& panel = showFirst();
+  auto* box = panel.findChild<CheckBox*>();
+  EXPECT_EQ(box->text(), "הפעל את Vantorel בעת הכניסה למק");
+  EXPECT_FALSE(box->isChecked());
+  int asked = 0;
+  panel.onLaunchAtLoginChanged = [&] {
+    ++asked;
+    panel.setLaunchAtLogin(false);  // it could not be changed
+  };
+  box->click();
+  EXPECT_EQ(asked, 1);
+  EXPECT_FALSE(box->isChecked());
+  panel.setLaunchAtLogin(true);
+  EXPECT_TRUE(box->isChecked());
+  panel.setLaunchAtLogin(std::nullopt);
+  EXPECT_FALSE(box->isChecked());
+  EXPECT_FALSE(box->isEnabled());
+}
+
+TEST_F(HelpPanelTest, ThePolicyIsAskedForByItsButton) {
+  auto& panel = showAbout();
+  int asked = 0;
+  panel.onPrivacyPolicy = [&asked] { ++asked; };
+  button("מדיניות הפרטיות המלאה").click();
+  EXPECT_EQ(asked, 1);
+}
+
+TEST_F(HelpPanelTest, EveryControlIsReachedWithTabAndNoneIsMarkedAtFirst) {
+  auto& panel = showAbout();
+  EXPECT_EQ(panel.focusWidget(), &panel);
+  std::vector<QWidget*> reached;
+  for (int i = 0; i < 5; ++i) {
+    QTest::keyClick(panel.windowHandle(), Qt::Key_Tab);
+    reached.push_back(panel.focusWidget());
+  }
+  EXPECT_THAT(reached, ElementsAre(panel.findChild<EditSymbolButton*>(),
+                                   &button("הרשאת הנגישות פעילה"), panel.findChild<CheckBox*>(),
+                                   &button("מדיניות הפרטיות המלאה"), &button("סגור")));
+}
+
+TEST(AppIconFactory, HasTheProgramsIconAndNothingElse) {
+  EXPECT_FALSE(AppIconFactory::bundledPNG("vt").isNull());
+  EXPECT_TRUE(AppIconFactory::bundledPNG("no such picture").isNull());
+}
+
+TEST(TextBlock, WhatDoesNotFitEndsWithAnEllipsis) {
+  TextBlock::Style style;
+  style.width = 60;
+  style.lines = 2;
+  const TextBlock block("אחת שתיים שלוש ארבע חמש שש שבע שמונה תשע עשר", style, nullptr);
+  const auto lines = block.brokenLines();
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_TRUE(lines[1].endsWith(u'…'));
+}
+
+}  // namespace
+}  // namespace vantorel
