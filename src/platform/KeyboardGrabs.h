@@ -18,7 +18,7 @@ class KeyboardGrabs {
   /// Every key now goes to that window, also those that the window manager or a registered hot key
   /// (this program's own too) would have taken, until the result is destroyed, the window is hidden
   /// or it is gone. Null when the keyboard cannot be had now: another program has it, or the window
-  /// is not on screen yet; asking again later may succeed.
+  /// is not the one that is typed into; asking again later may succeed.
   [[nodiscard]] virtual std::unique_ptr<Observation> grabKeyboard(WindowNumber window) = 0;
 };
 

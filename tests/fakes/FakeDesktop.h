@@ -9,6 +9,7 @@
 #include "fakes/FakeLoginItem.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakeScreens.h"
+#include "fakes/FakeStatusItem.h"
 #include "fakes/FakeSyntheticInput.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeWindowBackdrops.h"
@@ -33,6 +34,7 @@ struct FakeDesktop {
   FakeHotKeys hotKeys;
   FakeLoginItem loginItem;
   FakeKeyboardGrabs keyboardGrabs;
+  FakeStatusItem statusItem;
   FakeEventMonitors monitors;
   FakeScreens screens;
   FakeAccessibilityPreferences accessibility;
@@ -49,6 +51,7 @@ struct FakeDesktop {
                    .input = input,
                    .hotKeys = hotKeys,
                    .loginItem = loginItem,
+                   .statusItem = statusItem,
                    .keyboardGrabs = keyboardGrabs,
                    .monitors = monitors,
                    .screens = screens,

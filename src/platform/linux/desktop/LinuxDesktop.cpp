@@ -8,6 +8,7 @@
 #include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/NoDump.h"
 #include "platform/linux/XdgDirectories.h"
+#include "platform/linux/desktop/X11KeyboardGrabs.h"
 #include "platform/linux/tray/StatusNotifierTray.h"
 #include "platform/linux/x11/KeyCodeTable.h"
 #include "platform/linux/x11/LinuxAccessibilityPreferences.h"
@@ -18,7 +19,6 @@
 #include "platform/linux/x11/X11Workspace.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/qt/QtImageDecoder.h"
-#include "platform/qt/QtKeyboardGrabs.h"
 #include "platform/qt/QtScreens.h"
 
 namespace vantorel {
@@ -58,7 +58,6 @@ struct LinuxDesktop::Ports {
                                ownProgramPath()};
   QtImageDecoder images;
   QtScreens screens;
-  QtKeyboardGrabs keyboardGrabs;
   StatusNotifierTray statusItem{
       {dispatch, screens}, processEnvironment, installedIconThemes(ownProgramPath())};
   X11EventMonitors monitors{dispatch};
@@ -71,6 +70,7 @@ struct LinuxDesktop::Ports {
   std::unique_ptr<X11SyntheticInput> input;
   std::optional<CompositorBackdrops> backdrops;
   std::unique_ptr<X11HotKeys> hotKeys = X11HotKeys::open(dispatch);
+  X11KeyboardGrabs keyboardGrabs;
 
   [[nodiscard]] bool areComplete() const {
     return accessibility && pasteboard && workspace && input && hotKeys;

@@ -6,7 +6,7 @@ namespace vantorel {
 
 /// Grabs on the toolkit's own connection, so that the keys come to the window like any others,
 /// translated by the layout in force.
-class QtKeyboardGrabs : public KeyboardGrabs {
+class X11KeyboardGrabs : public KeyboardGrabs {
  public:
   [[nodiscard]] std::unique_ptr<Observation> grabKeyboard(WindowNumber window) override;
 };
