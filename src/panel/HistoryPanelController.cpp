@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "chrome/KeyTranslation.h"
+#include "panel/ClipRowView.h"
 #include "panel/HistoryPanelView.h"
 #include "panel/ListGeometry.h"
 #include "panel/PanelAccessibility.h"
@@ -18,7 +19,8 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
       services_(std::move(services)),
       toast_(ChromeServices{services_.dispatch, services_.screens, services_.accessibility,
                             services_.backdrops}),
-      dateText_(DateText::forUser()) {
+      dateText_(DateText::forUser()),
+      availability_(services_.dispatch) {
   installPanelAccessibility();
   view_ = std::make_unique<HistoryPanelView>(services_.dispatch, services_.accessibility,
                                              services_.backdrops);
@@ -32,6 +34,7 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
   };
   view_->list.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
   view_->list.onTogglePin = [this](const Uuid& id) { togglePin(id); };
+  availability_.onAnswer = [this](const Uuid& id, Availability) { updateRow(id); };
   services_.dispatch.async([this, alive = std::weak_ptr(alive_)] {
     if (!alive.expired()) view_->warmUp();
   });
@@ -51,6 +54,7 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
   view_->setSearchBar(SearchBar::hidden);
   clearFilters();
   selectedIndex_ = 0;
+  availability_.lookAfresh(store_.items());
   refresh(Selection::keepIndex);
   positionOnCurrentScreen();
   view_->list.setFocus();
@@ -76,7 +80,6 @@ void HistoryPanelController::hide() {
   // Nothing of the history stays here longer than it is looked at.
   displayedItems_.clear();
   searchIndex_.clear();
-  availabilities_.clear();
 }
 
 void HistoryPanelController::refreshIfVisible() {
@@ -118,22 +121,33 @@ void HistoryPanelController::rebuildDocument() {
                                     : QStringLiteral("No matching clips"));
     return;
   }
-  const Date now = services_.dispatch.now();
-  const bool canPinMore = store_.canPinMore();
   std::vector<RowContent> rows;
   rows.reserve(displayedItems_.size());
-  for (const auto& item : displayedItems_) {
-    const auto [known, isNew] = availabilities_.try_emplace(item.id, Availability::available);
-    if (isNew) known->second = availability(item);
-    rows.push_back(
-        rowContent(item, known->second, dateText_.text(item.recency(), now), canPinMore));
+  for (std::size_t index = 0; index < displayedItems_.size(); ++index) {
+    rows.push_back(contentAt(index));
   }
-  const auto boundary = ListGeometry::pinBoundary(displayedItems_);
-  rows.back().divided = false;
-  if (boundary) rows[*boundary - 1].divided = false;  // the line below the pins does it
-  view_->list.setRows(rows, boundary);
+  view_->list.setRows(rows, ListGeometry::pinBoundary(displayedItems_));
   updateSelection();
   view_->listScrollView.scrollTo(0);
+}
+
+RowContent HistoryPanelController::contentAt(std::size_t index) {
+  const ClipItem& item = displayedItems_[index];
+  const auto date = dateText_.text(item.recency(), services_.dispatch.now());
+  auto content = rowContent(item, availability_.of(item), date, store_.canPinMore());
+  // The line below the pins parts them from the rest, and nothing follows the last row.
+  content.divided =
+      index + 1 < displayedItems_.size() && item.pinned() == displayedItems_[index + 1].pinned();
+  return content;
+}
+
+/// What is known of an entry's files has changed.
+void HistoryPanelController::updateRow(const Uuid& id) {
+  const auto shown = std::find_if(displayedItems_.begin(), displayedItems_.end(),
+                                  [&](const ClipItem& item) { return item.id == id; });
+  if (shown == displayedItems_.end()) return;
+  const auto index = static_cast<std::size_t>(shown - displayedItems_.begin());
+  if (auto* row = view_->list.row(index)) row->setContent(contentAt(index));
 }
 
 void HistoryPanelController::resizeForCurrentContent() {
@@ -155,11 +169,6 @@ void HistoryPanelController::showSearchBar() {
   view_->setSearchBar(SearchBar::shown);
   resizeForCurrentContent();
   view_->searchField.setFocus();
-}
-
-void HistoryPanelController::clearFilters() {
-  selectedType_ = ClipTypeFilter::all;
-  selectedSourceId_.reset();
 }
 
 void HistoryPanelController::startOutsideClickMonitor() {

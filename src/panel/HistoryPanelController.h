@@ -3,11 +3,11 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "chrome/ToastPresenter.h"
 #include "panel/DateText.h"
+#include "panel/FileAvailability.h"
 #include "panel/PanelKeys.h"
 #include "panel/PanelServices.h"
 #include "panel/RowContent.h"
@@ -53,10 +53,18 @@ class HistoryPanelController {
   enum class Selection { keepEntry, keepIndex };
   void refresh(Selection selection);
   void rebuildDocument();
+  [[nodiscard]] RowContent contentAt(std::size_t index);
+  void updateRow(const Uuid& id);
   void resizeForCurrentContent();
   void positionOnCurrentScreen();
   void showSearchBar();
+
   void clearFilters();
+  void updateFilterButtons();
+  void showTypeFilters();
+  void showSourceFilters();
+  void selectTypeFilter(ClipTypeFilter type);
+  void selectSourceFilter(std::optional<std::string> key);
 
   void startOutsideClickMonitor();
   void warmSearchIndex(std::size_t nextItem);
@@ -80,8 +88,7 @@ class HistoryPanelController {
   std::unique_ptr<HistoryPanelView> view_;
   DateText dateText_;
   ClipSearchIndex searchIndex_;
-  // Whether an entry's files exist is asked once for each showing of the panel.
-  std::unordered_map<Uuid, Availability> availabilities_;
+  FileAvailability availability_;
   std::vector<ClipItem> displayedItems_;
   std::size_t selectedIndex_ = 0;  // below the count, or 0
   ClipTypeFilter selectedType_ = ClipTypeFilter::all;

@@ -25,6 +25,8 @@ HistoryPanelView::HistoryPanelView(Dispatch& dispatch,
                                    const WindowBackdrops* backdrops)
     : panel(QStringLiteral("Vantorel"), initialSize, cornerRadius, accessibility, backdrops),
       searchField(*new SearchField(&panel.glass())),
+      typeFilterButton(*new FilterButton(FilterMenus::typeButtonName, &panel.glass())),
+      sourceFilterButton(*new FilterButton(FilterMenus::sourceButtonName, &panel.glass())),
       listScrollView(*new ElasticScrollView(dispatch, accessibility, &panel.glass())),
       list(*new ClipListView(nullptr)),
       listHeight_(initialListHeight),
@@ -33,7 +35,7 @@ HistoryPanelView::HistoryPanelView(Dispatch& dispatch,
   listScrollView.setFocusPolicy(Qt::NoFocus);
   listScrollView.setWidget(&list);
   list.setAutoFillBackground(false);
-  searchField.hide();
+  for (QWidget* part : searchBarParts()) part->hide();
   layOut();
 }
 
@@ -42,7 +44,7 @@ void HistoryPanelView::setSearchBar(SearchBar searchBar) {
   searchBar_ = searchBar;
   const bool shown = searchBar == SearchBar::shown;
   if (!shown) list.setFocus();
-  searchField.setVisible(shown);
+  for (QWidget* part : searchBarParts()) part->setVisible(shown);
   layOut();
 }
 
@@ -75,10 +77,27 @@ void HistoryPanelView::layOut() {
                        (searchBar_ == SearchBar::shown ? ListGeometry::searchSpace : 0);
   int y = x + static_cast<int>(spare / 2);
   if (searchBar_ == SearchBar::shown) {
-    searchField.setGeometry(x, y, width, static_cast<int>(ListGeometry::searchFieldHeight));
+    layOutSearchBar(x, y, width);
     y += static_cast<int>(ListGeometry::searchSpace);
   }
   listScrollView.setGeometry(x, y, width, static_cast<int>(std::lround(listHeight_)));
+}
+
+void HistoryPanelView::layOutSearchBar(int x, int y, int width) {
+  constexpr int height = static_cast<int>(ListGeometry::searchFieldHeight);
+  constexpr int spacing = static_cast<int>(ListGeometry::searchSpacing);
+  const int buttonY = y + (height - FilterButton::side) / 2;
+  int right = x + width;
+  for (auto* button : {&sourceFilterButton, &typeFilterButton}) {
+    right -= FilterButton::side;
+    button->move(right, buttonY);
+    right -= spacing;
+  }
+  searchField.setGeometry(x, y, right - x, height);
+}
+
+std::array<QWidget*, 3> HistoryPanelView::searchBarParts() const {
+  return {&searchField, &typeFilterButton, &sourceFilterButton};
 }
 
 void HistoryPanelView::revealRow(std::size_t index) {

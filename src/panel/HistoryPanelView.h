@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
+
 #include "chrome/ElasticScrollView.h"
 #include "chrome/VantorelPanel.h"
 #include "panel/ClipListView.h"
+#include "panel/FilterButton.h"
 #include "panel/ListGeometry.h"
 #include "panel/SearchField.h"
 
@@ -16,6 +19,8 @@ class HistoryPanelView {
 
   VantorelPanel panel;
   SearchField& searchField;
+  FilterButton& typeFilterButton;
+  FilterButton& sourceFilterButton;
   ElasticScrollView& listScrollView;
   ClipListView& list;
 
@@ -35,6 +40,8 @@ class HistoryPanelView {
 
  private:
   void layOut();
+  void layOutSearchBar(int x, int y, int width);
+  [[nodiscard]] std::array<QWidget*, 3> searchBarParts() const;
 
   ListGeometry::SearchBar searchBar_ = ListGeometry::SearchBar::hidden;
   double listHeight_ = 0;

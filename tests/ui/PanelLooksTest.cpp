@@ -93,6 +93,7 @@ TEST_F(PanelLooks, AFileThatIsGoneIsFaintAndSaysSo) {
   addFile("/nonexistent/report.pdf");
   addFile("/etc/passwd");
   open();
+  dispatch_.runQueued();  // the disk has answered
   const auto shown = rows();
   EXPECT_GT(darkestInTitle(*shown[1]), 90);
   EXPECT_LT(darkestInTitle(*shown[0]), 60);

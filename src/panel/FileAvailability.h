@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "panel/RowContent.h"
+#include "platform/Dispatch.h"
+#include "store/ClipItem.h"
+
+namespace vantorel {
+
+/// Knows whether the files of entries are still there without ever making the main thread wait for
+/// a disk, which may be one behind a dead network. What was found last is the answer until a newer
+/// one arrives. Main thread.
+class FileAvailability {
+ public:
+  using Probe = std::function<Availability(const ClipItem&)>;
+
+  /// `probe` looks at the disk; it is called on a queue of this object's own.
+  explicit FileAvailability(Dispatch& dispatch, Probe probe = availability);
+  ~FileAvailability();
+  FileAvailability(const FileAvailability&) = delete;
+  FileAvailability& operator=(const FileAvailability&) = delete;
+
+  /// The disk has been looked at for this entry since the last `lookAfresh`.
+  std::function<void(const Uuid& id, Availability)> onAnswer;
+
+  /// What is known of the entry; unknown files count as there. The first question after
+  /// `lookAfresh` has the disk looked at.
+  [[nodiscard]] Availability of(const ClipItem& item);
+
+  /// From now on each entry is looked at once more. Entries that are not among `items` are
+  /// forgotten.
+  void lookAfresh(const std::vector<ClipItem>& items);
+
+ private:
+  void store(const Uuid& id, Availability found);
+
+  Dispatch& dispatch_;
+  Probe probe_;
+  std::unordered_map<Uuid, Availability> known_;
+  std::unordered_set<Uuid> asked_;
+  // Dies with this; answers that find it dead are dropped.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  std::unique_ptr<SerialQueue> queue_;
+};
+
+}  // namespace vantorel

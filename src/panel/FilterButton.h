@@ -1,0 +1,31 @@
+#pragma once
+
+#include "chrome/SymbolButton.h"
+#include "panel/FilterMenus.h"
+
+namespace vantorel {
+
+/// One of the two buttons beside the search field: opens a menu, and shows whether what was chosen
+/// there narrows the list.
+class FilterButton : public SymbolButton {
+  Q_OBJECT
+
+ public:
+  static constexpr int side = 28;
+
+  FilterButton(std::string_view name, QWidget* parent);
+
+  void setState(const FilterMenus::ButtonState& state);
+
+  /// What a screen reader says after the name.
+  [[nodiscard]] QString accessibilityValue() const { return value_; }
+
+ protected:
+  [[nodiscard]] QColor tint() const override;
+
+ private:
+  QString value_;
+  bool active_ = false;
+};
+
+}  // namespace vantorel
