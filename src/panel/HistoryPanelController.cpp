@@ -50,7 +50,7 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
     return;
   }
   pasteController_.setTargetApplication(targetApplication);
-  view_->searchField.clear();
+  view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
   clearFilters();
   selectedIndex_ = 0;
@@ -73,7 +73,7 @@ void HistoryPanelController::openSearch(
 
 void HistoryPanelController::hide() {
   view_->panel.hide();
-  view_->searchField.clear();
+  view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
   outsideClickMonitor_.reset();
   showing_.reset();

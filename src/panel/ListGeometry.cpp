@@ -61,7 +61,8 @@ Rect resized(const Rect& frame, double height) {
 }
 
 Rect centred(const Rect& frame, const Rect& area) {
-  return {area.midX() - frame.width / 2, area.midY() - frame.height / 2, frame.width, frame.height};
+  return {std::max(area.x, area.midX() - frame.width / 2),
+          std::max(area.y, area.midY() - frame.height / 2), frame.width, frame.height};
 }
 
 double offsetRevealing(const Rect& row, double offset, double viewHeight, double documentHeight) {

@@ -46,7 +46,8 @@ enum class SearchBar { hidden, shown };
 /// more than a point.
 [[nodiscard]] Rect resized(const Rect& frame, double height);
 
-/// `frame` moved to the middle of `area`.
+/// `frame` moved to the middle of `area`; one that is too large for it keeps its top and its left
+/// edge in it, where the search field is.
 [[nodiscard]] Rect centred(const Rect& frame, const Rect& area);
 
 /// Where the list has to be scrolled to, from `offset`, so that the row with its margin is seen in

@@ -43,6 +43,8 @@ SearchField::SearchField(QWidget* parent)
   applyColors();
 }
 
+void SearchField::forget() { setText(QString()); }
+
 void SearchField::clearByButton() {
   clear();
   setFocus(Qt::OtherFocusReason);

@@ -14,6 +14,9 @@ class SearchField : public QLineEdit {
  public:
   explicit SearchField(QWidget* parent);
 
+  /// Empties the field for good: what was typed cannot be brought back by undoing.
+  void forget();
+
   /// The user has changed the text.
   std::function<void()> onEdit;
 

@@ -74,6 +74,16 @@ TEST_F(PanelController, ASearchWithoutResultSaysSo) {
   EXPECT_EQ(panel().height(), 133);
 }
 
+TEST_F(PanelController, ASearchCannotBeBroughtBackAfterHiding) {
+  addTexts({"a"});
+  open();
+  type("secret");
+  controller_->hide();
+  controller_->openSearch(target_);
+  searchField().undo();
+  EXPECT_EQ(searchField().text(), "");
+}
+
 TEST_F(PanelController, ASearchInAnEmptyHistoryFindsNoMatch) {
   open();
   type("z");

@@ -111,6 +111,10 @@ TEST(ListGeometry, ThePanelStandsInTheMiddleOfTheVisibleArea) {
   EXPECT_EQ(centred({0, 0, 408, 360}, {1920, 30, 1280, 770}), (Rect{2356, 235, 408, 360}));
 }
 
+TEST(ListGeometry, APanelTooLargeForTheScreenKeepsItsTopLeftCornerOnIt) {
+  EXPECT_EQ(centred({0, 0, 408, 468}, {100, 40, 400, 300}), (Rect{100, 40, 408, 468}));
+}
+
 TEST(ListGeometry, RevealingScrollsNoFurtherThanNeeded) {
   const Rect row{0, 490, 388, 48};
   EXPECT_EQ(offsetRevealing(row, 0, 440, 1000), 490 + 48 + 4 - 440);
