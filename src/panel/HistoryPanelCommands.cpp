@@ -31,7 +31,9 @@ void HistoryPanelController::perform(const PanelKeyDecision& decision) {
   switch (decision.action) {
     case PanelAction::none:
     case PanelAction::showPreview:
+      break;
     case PanelAction::renameSelected:
+      renamePin(Uuid(selectedItem()->id));
       break;
     case PanelAction::moveSelectedPin:
       movePin(Uuid(selectedItem()->id), decision.step);
@@ -128,6 +130,20 @@ void HistoryPanelController::deleteSelected() {
   scrollSelectionIntoView();
 }
 
+void HistoryPanelController::deleteItem(const Uuid& id) {
+  store_.remove(id);
+  refresh(Selection::keepEntry);
+}
+
+void HistoryPanelController::pastePlain(const Uuid& id) {
+  const auto found = std::find_if(displayedItems_.begin(), displayedItems_.end(),
+                                  [&](const ClipItem& item) { return item.id == id; });
+  if (found == displayedItems_.end()) return;
+  const ClipItem item = *found;
+  hide();
+  pasteController_.paste(item, true);
+}
+
 void HistoryPanelController::togglePin(const Uuid& id) {
   switch (store_.togglePinned(id)) {
     case PinResult::toggled:
@@ -154,6 +170,30 @@ void HistoryPanelController::movePin(const Uuid& id, int delta) {
   if (!store_.movePinned(id, pins[static_cast<std::size_t>(target)], delta < 0)) return;
   refresh(Selection::keepEntry);
   select(id);
+}
+
+/// In a later turn, when the pointer has let go of the row for good.
+void HistoryPanelController::dropPin(const Uuid& dragged, const Uuid& onto, DropPlace place) {
+  services_.dispatch.async([this, alive = std::weak_ptr(alive_), dragged, onto, place] {
+    if (alive.expired()) return;
+    if (!store_.movePinned(dragged, onto, place == DropPlace::before)) return;
+    refresh(Selection::keepEntry);
+    select(dragged);
+  });
+}
+
+RowCommands HistoryPanelController::rowCommands() {
+  RowCommands commands;
+  commands.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
+  commands.onPastePlain = [this](const Uuid& id) { pastePlain(id); };
+  commands.onDelete = [this](const Uuid& id) { deleteItem(id); };
+  commands.onTogglePin = [this](const Uuid& id) { togglePin(id); };
+  commands.onRename = [this](const Uuid& id) { renamePin(id); };
+  commands.onMovePin = [this](const Uuid& id, int step) { movePin(id, step); };
+  commands.onDropPin = [this](const Uuid& dragged, const Uuid& onto, DropPlace place) {
+    dropPin(dragged, onto, place);
+  };
+  return commands;
 }
 
 }  // namespace vantorel

@@ -1,8 +1,12 @@
 #include "panel/HistoryPanelController.h"
 
+#include <QApplication>
 #include <algorithm>
+#include <cmath>
 
 #include "chrome/KeyTranslation.h"
+#include "chrome/SheetWindow.h"
+#include "chrome/VantorelMenu.h"
 #include "panel/ClipRowView.h"
 #include "panel/HistoryPanelView.h"
 #include "panel/ListGeometry.h"
@@ -12,13 +16,27 @@ namespace vantorel {
 
 using ListGeometry::SearchBar;
 
+namespace {
+
+/// Whether the pointer is over any window of this program that it can press something in, such as
+/// a preview.
+bool isOnOwnWindow(Point point) {
+  const QPoint place(static_cast<int>(std::floor(point.x)), static_cast<int>(std::floor(point.y)));
+  const auto windows = QApplication::topLevelWidgets();
+  return std::any_of(windows.begin(), windows.end(), [place](const QWidget* window) {
+    return window->isVisible() && !window->windowFlags().testFlag(Qt::WindowTransparentForInput) &&
+           window->geometry().contains(place);
+  });
+}
+
+}  // namespace
+
 HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController& pasteController,
                                                PanelServices services)
     : store_(store),
       pasteController_(pasteController),
       services_(std::move(services)),
-      toast_(ChromeServices{services_.dispatch, services_.screens, services_.accessibility,
-                            services_.backdrops}),
+      toast_(services_.chrome()),
       dateText_(DateText::forUser()),
       availability_(services_.dispatch) {
   installPanelAccessibility();
@@ -26,7 +44,7 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
                                              services_.backdrops);
   view_->panel.onCloseRequested = [this] { hide(); };
   view_->panel.onKeyPress = [this](const QKeyEvent& event) {
-    return handleKey(translated(event, services_.keyCodeForScanCode));
+    return !sheet_ && handleKey(translated(event, services_.keyCodeForScanCode));
   };
   view_->searchField.onEdit = [this] {
     selectedIndex_ = 0;
@@ -34,6 +52,10 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
   };
   view_->list.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
   view_->list.onTogglePin = [this](const Uuid& id) { togglePin(id); };
+  QObject::connect(&view_->typeFilterButton, &QAbstractButton::clicked, &view_->panel,
+                   [this] { showTypeFilters(); });
+  QObject::connect(&view_->sourceFilterButton, &QAbstractButton::clicked, &view_->panel,
+                   [this] { showSourceFilters(); });
   availability_.onAnswer = [this](const Uuid& id, Availability) { updateRow(id); };
   services_.dispatch.async([this, alive = std::weak_ptr(alive_)] {
     if (!alive.expired()) view_->warmUp();
@@ -72,6 +94,8 @@ void HistoryPanelController::openSearch(
 }
 
 void HistoryPanelController::hide() {
+  if (sheet_) sheet_->end(SheetWindow::Answer::cancelled);
+  if (menu_) menu_->close();
   view_->panel.hide();
   view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
@@ -84,14 +108,19 @@ void HistoryPanelController::hide() {
 
 void HistoryPanelController::refreshIfVisible() {
   if (!isVisible() || view_->frame().contains(services_.screens.mouseLocation())) return;
+  if (isLookedAtClosely()) return;
+  updateFilterButtons();  // the last entry of a source may have gone
   refresh(Selection::keepEntry);
   scrollSelectionIntoView();
 }
 
 void HistoryPanelController::refreshSearchIfVisible() {
-  if (!isVisible() || view_->searchField.text().isEmpty()) return;
+  if (!isVisible() || view_->searchField.text().isEmpty() || isLookedAtClosely()) return;
   refresh(Selection::keepEntry);
 }
+
+/// Something of the list is open beside it: the list must not change under it.
+bool HistoryPanelController::isLookedAtClosely() const { return sheet_ != nullptr; }
 
 void HistoryPanelController::refresh(Selection selection) {
   std::optional<Uuid> selectedId;
@@ -174,8 +203,9 @@ void HistoryPanelController::showSearchBar() {
 void HistoryPanelController::startOutsideClickMonitor() {
   outsideClickMonitor_ =
       services_.eventMonitors.addGlobalMouseDownMonitor([this, alive = std::weak_ptr(alive_)] {
-        if (alive.expired() || !isVisible()) return;
-        if (view_->frame().contains(services_.screens.mouseLocation())) return;
+        if (alive.expired() || !isVisible() || sheet_) return;
+        const Point mouse = services_.screens.mouseLocation();
+        if (view_->frame().contains(mouse) || isOnOwnWindow(mouse)) return;
         services_.dispatch.async([this, alive] {
           if (!alive.expired()) hide();
         });

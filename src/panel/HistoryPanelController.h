@@ -10,6 +10,7 @@
 #include "panel/FileAvailability.h"
 #include "panel/PanelKeys.h"
 #include "panel/PanelServices.h"
+#include "panel/RowCommands.h"
 #include "panel/RowContent.h"
 #include "paste/PasteController.h"
 #include "platform/KeyEvent.h"
@@ -17,9 +18,13 @@
 #include "store/ClipSearchIndex.h"
 #include "store/ClipStore.h"
 
+class QWidget;
+
 namespace vantorel {
 
 class HistoryPanelView;
+class SheetWindow;
+class VantorelMenu;
 
 /// Owns the history panel: its window, the list that it shows, its selection and its commands.
 /// The native window exists from construction on, hidden, so that showing it costs little. Needs a
@@ -63,9 +68,13 @@ class HistoryPanelController {
   void updateFilterButtons();
   void showTypeFilters();
   void showSourceFilters();
+  void showBelow(const QWidget& button, std::unique_ptr<VantorelMenu> menu);
+  void menuOpened();
+  void menuClosed();
   void selectTypeFilter(ClipTypeFilter type);
   void selectSourceFilter(std::optional<std::string> key);
 
+  [[nodiscard]] bool isLookedAtClosely() const;
   void startOutsideClickMonitor();
   void warmSearchIndex(std::size_t nextItem);
 
@@ -80,6 +89,12 @@ class HistoryPanelController {
   void deleteSelected();
   void togglePin(const Uuid& id);
   void movePin(const Uuid& id, int delta);
+  void dropPin(const Uuid& dragged, const Uuid& onto, DropPlace place);
+  [[nodiscard]] RowCommands rowCommands();
+  void pastePlain(const Uuid& id);
+  void deleteItem(const Uuid& id);
+  void renamePin(const Uuid& id);
+  void finishRenaming(const Uuid& id, const std::string& name);
 
   ClipStore& store_;
   PasteController& pasteController_;
@@ -94,6 +109,8 @@ class HistoryPanelController {
   ClipTypeFilter selectedType_ = ClipTypeFilter::all;
   std::optional<std::string> selectedSourceId_;
   std::unique_ptr<Observation> outsideClickMonitor_;
+  std::unique_ptr<VantorelMenu> menu_;  // of a filter button
+  std::unique_ptr<SheetWindow> sheet_;  // while a pin is being named
   // Dies with this; queued work that finds it dead does nothing.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
   // One for each showing of the panel, for work that belongs to it.

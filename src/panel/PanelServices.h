@@ -1,5 +1,6 @@
 #pragma once
 
+#include "chrome/ChromeServices.h"
 #include "chrome/KeyTranslation.h"
 #include "platform/AccessibilityPreferences.h"
 #include "platform/Dispatch.h"
@@ -17,6 +18,10 @@ struct PanelServices {
   const AccessibilityPreferences& accessibility;
   const WindowBackdrops* backdrops = nullptr;  // null: nothing is seen through a window
   KeyCodeForScanCode keyCodeForScanCode{};
+
+  [[nodiscard]] ChromeServices chrome() const {
+    return {dispatch, screens, accessibility, backdrops};
+  }
 };
 
 }  // namespace vantorel
