@@ -109,4 +109,33 @@ BENCHMARK_CAPTURE(taking, jpeg, "jpg")
     ->Arg(photograph)
     ->Unit(benchmark::kMillisecond);
 
+/// What showing a picture costs: its pixels, as many as are shown, on a screen of two pixels a
+/// point.
+void reducing(benchmark::State& state, const char* format) {
+  const QtImageDecoder decoder;
+  const auto data = writtenByTheToolkit(pixelsOf(state.range(0)), format);
+  for (auto _ : state) benchmark::DoNotOptimize(decoder.bitmap(*data, {572, 544}));
+  megabytes(state, data);
+}
+BENCHMARK_CAPTURE(reducing, png, "png")
+    ->Arg(screenshot)
+    ->Arg(photograph)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(reducing, jpeg, "jpg")
+    ->Arg(screenshot)
+    ->Arg(photograph)
+    ->Unit(benchmark::kMillisecond);
+
+void reducingPngByTheToolkit(benchmark::State& state) {
+  const auto data = writtenByTheToolkit(pixelsOf(state.range(0)), "png");
+  for (auto _ : state) {
+    const auto pixels = QImage::fromData(reinterpret_cast<const uchar*>(data->data()),
+                                         static_cast<int>(data->size()));
+    benchmark::DoNotOptimize(
+        pixels.scaled(572, 544, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+  }
+  megabytes(state, data);
+}
+BENCHMARK(reducingPngByTheToolkit)->Arg(screenshot)->Arg(photograph)->Unit(benchmark::kMillisecond);
+
 }  // namespace

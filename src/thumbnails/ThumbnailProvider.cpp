@@ -1,10 +1,12 @@
 #include "thumbnails/ThumbnailProvider.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "store/AssetFolder.h"
 #include "store/SealedFile.h"
+#include "thumbnails/PictureScale.h"
 
 namespace vantorel {
 namespace {
@@ -14,11 +16,6 @@ constexpr double scaleWithoutScreen = 2;
 
 std::size_t bytesOf(const Bitmap& picture) {
   return picture.pixels.size() * sizeof(picture.pixels.front());
-}
-
-PixelSize pixels(Size size, double scale) {
-  return {static_cast<int>(std::lround(size.width * scale)),
-          static_cast<int>(std::lround(size.height * scale))};
 }
 
 /// The extension that names a file's type, without its dot.
@@ -45,6 +42,7 @@ ThumbnailProvider::~ThumbnailProvider() {
 }
 
 void ThumbnailProvider::requestThumbnail(const ClipItem& item, Completion completion) {
+  if (!completion) completion = [](const SharedBitmap& /*picture*/) {};
   if (auto picture = find(item.id.string())) return completion(std::move(picture));
   switch (item.kind) {
     case ClipKind::text:
@@ -63,7 +61,7 @@ void ThumbnailProvider::requestImage(const ClipItem& item, Completion completion
   if (!waitFor(key, std::move(completion))) return;
   imageQueue_->async([this, key, name = item.assetFilename,
                       folder = AssetFolder(services_.files, store_.assetsUrl()),
-                      storage = store_.secureStorage(), fitting = pixels(largestShown, scale()),
+                      storage = store_.secureStorage(), fitting = largestPicture(),
                       &images = services_.images, &main = services_.dispatch,
                       alive = std::weak_ptr(alive_)] {
     if (alive.expired()) return;
@@ -94,7 +92,7 @@ void ThumbnailProvider::makeFileThumbnail(const std::string& key,
     if (!alive.expired()) finish(key, std::move(picture));
   };
   services_.fileThumbnails.generateBestRepresentation(
-      file, fileThumbnailSize, scale(),
+      file, fileThumbnailSize, screenScale(),
       [this, alive = std::weak_ptr(alive_), file, store,
        &main = services_.dispatch](const SharedBitmap& picture) {
         main.async([this, alive, file, store, picture] {
@@ -112,9 +110,9 @@ bool ThumbnailProvider::waitFor(const std::string& key, Completion completion) {
 }
 
 void ThumbnailProvider::finish(const std::string& key, SharedBitmap picture) {
-  auto waiting = waiting_.extract(key);
-  if (picture) keep(key, picture);
+  const auto waiting = waiting_.extract(key);
   if (waiting.empty()) return;
+  if (picture) keep(key, picture);
   for (const auto& completion : waiting.mapped()) completion(picture);
 }
 
@@ -136,9 +134,19 @@ SharedBitmap ThumbnailProvider::find(const std::string& key) {
   return kept_.front().picture;
 }
 
-double ThumbnailProvider::scale() const {
+double ThumbnailProvider::screenScale() const {
   const auto screen = services_.screens.mainScreen();
   return screen ? screen->scale : scaleWithoutScreen;
+}
+
+PixelSize ThumbnailProvider::largestPicture() const {
+  const auto& items = store_.items();
+  const auto shown = std::count_if(
+      items.begin(), items.end(), [](const ClipItem& item) { return item.kind != ClipKind::text; });
+  const double scale =
+      pictureScale(screenScale(), largestShown, byteLimit, static_cast<std::size_t>(shown));
+  return {static_cast<int>(largestShown.width * scale),
+          static_cast<int>(largestShown.height * scale)};
 }
 
 }  // namespace vantorel

@@ -18,9 +18,11 @@ class FakeIcons : public Icons {
     answer(lookUp(applications_, bundleIdentifier), std::move(completion));
   }
   void fileIcon(const std::filesystem::path& file, Completion completion) override {
+    askedFiles_.push_back(file);
     answer(lookUp(files_, file.string()), std::move(completion));
   }
   [[nodiscard]] SharedBitmap typeIcon(const std::string& extension) override {
+    askedTypes_.push_back(extension);
     return lookUp(types_, extension);
   }
 
@@ -40,6 +42,9 @@ class FakeIcons : public Icons {
   }
   /// Every application that was asked for, in order.
   [[nodiscard]] const std::vector<std::string>& asked() const { return asked_; }
+  /// Every file and every extension that was asked for, in order.
+  [[nodiscard]] const std::vector<std::filesystem::path>& askedFiles() const { return askedFiles_; }
+  [[nodiscard]] const std::vector<std::string>& askedTypes() const { return askedTypes_; }
 
  private:
   using Known = std::map<std::string, SharedBitmap>;
@@ -59,6 +64,8 @@ class FakeIcons : public Icons {
   bool holding_ = false;
   std::vector<std::pair<SharedBitmap, Completion>> held_;
   std::vector<std::string> asked_;
+  std::vector<std::filesystem::path> askedFiles_;
+  std::vector<std::string> askedTypes_;
 };
 
 }  // namespace vantorel

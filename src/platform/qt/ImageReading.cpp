@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <utility>
+
+#include "platform/qt/AreaAverage.h"
+#include "platform/qt/BitmapPixels.h"
 
 namespace vantorel {
 namespace {
@@ -51,9 +53,9 @@ bool turnsOnItsSide(const QImageReader& reader) {
   return (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
 }
 
-QSize reducedSize(QSize whole, QSize fitting) {
-  if (whole.width() <= fitting.width() && whole.height() <= fitting.height()) return whole;
-  return whole.scaled(fitting, Qt::KeepAspectRatio).expandedTo({1, 1});
+QSize reducedSize(QSize whole, PixelSize fitting) {
+  const auto reduced = vantorel::reducedSize({whole.width(), whole.height()}, fitting);
+  return {reduced.width, reduced.height};
 }
 
 }  // namespace
@@ -68,33 +70,31 @@ QImage decodedPixels(ByteView bytes) {
   return pixels;
 }
 
-ReducedPixels reducedPixels(ByteView bytes, QSize fitting) {
+SharedBitmap reducedPixels(ByteView bytes, PixelSize fitting) {
   ByteSource source(bytes);
   QImageReader reader(source.device(), QImageReader::imageFormat(source.device()));
   reader.setAutoTransform(true);
-  if (!announcesPicture(reader)) return {};
+  if (!announcesPicture(reader)) return nullptr;
   QSize whole = reader.size();
-  if (whole.isValid() && reader.format() == "jpeg") {
-    // Most of the pixels of a photograph need not be decoded at all. Its size is that before it
-    // is turned.
-    if (turnsOnItsSide(reader)) fitting.transpose();
-    reader.setScaledSize(reducedSize(whole, fitting));
-    if (turnsOnItsSide(reader)) {
-      fitting.transpose();
-      whole.transpose();
-    }
+  if (turnsOnItsSide(reader)) whole.transpose();
+  const bool skipsPixels = reader.format() == "jpeg" && whole.isValid();
+  if (skipsPixels) {
+    // Most of the pixels of a photograph need not be decoded at all. It is turned afterwards.
+    QSize reduced = reducedSize(whole, fitting);
+    if (turnsOnItsSide(reader)) reduced.transpose();
+    reader.setScaledSize(reduced);
   }
   QImage pixels = reader.read();
-  if (pixels.isNull() || !isAcceptable(encodedSize(pixels.size()))) return {};
-  if (reader.format() != "jpeg" || !whole.isValid()) whole = pixels.size();
+  if (pixels.isNull() || !isAcceptable(encodedSize(pixels.size()))) return nullptr;
+  if (!skipsPixels) whole = pixels.size();
   // Transparent pixels weigh nothing in what they are mixed with.
   pixels.convertTo(QImage::Format_ARGB32_Premultiplied);
   const QSize reduced = reducedSize(pixels.size(), fitting);
   if (reduced != pixels.size()) {
     pixels = pixels.scaled(reduced, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    pixels.convertTo(QImage::Format_ARGB32_Premultiplied);
   }
-  return {std::move(pixels), whole};
+  return bitmapFrom(pixels,
+                    Size{static_cast<double>(whole.width()), static_cast<double>(whole.height())});
 }
 
 EncodedSize shownSize(ByteView bytes, EncodedSize stored) {

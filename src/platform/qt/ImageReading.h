@@ -2,6 +2,7 @@
 
 #include <QImage>
 
+#include "platform/Bitmap.h"
 #include "platform/Bytes.h"
 #include "platform/qt/ImageLimits.h"
 
@@ -12,15 +13,9 @@ namespace vantorel {
 /// any size, are not images here: a copied program must not become one. Any thread.
 [[nodiscard]] QImage decodedPixels(ByteView bytes);
 
-/// Pixels scaled down, and the size of the image that they stand for.
-struct ReducedPixels {
-  QImage pixels;
-  QSize whole;
-};
-
-/// The same as `decodedPixels`, scaled down with its proportions to fit into `fitting`, never up,
-/// and no side shorter than one pixel. Colours are multiplied by alpha.
-[[nodiscard]] ReducedPixels reducedPixels(ByteView bytes, QSize fitting);
+/// The same, scaled down with its proportions to fit into `fitting`, never up, and no side shorter
+/// than one pixel; its size in points is that of the whole. Null too when there is no memory.
+[[nodiscard]] SharedBitmap reducedPixels(ByteView bytes, PixelSize fitting);
 
 /// The size at which a viewer shows the image, when it is stored at `stored`: a camera's picture
 /// may be stored lying on its side. Reads only what precedes the pixels.

@@ -4,9 +4,9 @@
 #include <new>
 #include <utility>
 
-#include "platform/qt/BitmapPixels.h"
 #include "platform/qt/ImageReading.h"
 #include "platform/qt/JpegStructure.h"
+#include "platform/qt/PngReduction.h"
 #include "platform/qt/PngStructure.h"
 #include "platform/qt/QtImage.h"
 
@@ -37,10 +37,9 @@ std::shared_ptr<const Image> QtImageDecoder::decode(std::shared_ptr<const Bytes>
 
 SharedBitmap QtImageDecoder::bitmap(ByteView encoded, PixelSize fitting) const {
   try {
-    const auto reduced = reducedPixels(encoded, {fitting.width, fitting.height});
-    if (reduced.pixels.isNull()) return nullptr;
-    return bitmapFrom(reduced.pixels, Size{static_cast<double>(reduced.whole.width()),
-                                           static_cast<double>(reduced.whole.height())});
+    if (looksLikePng(encoded)) return reducedPng(encoded, fitting);
+    if (looksLikeJpeg(encoded) && !checkedJpeg(encoded)) return nullptr;
+    return reducedPixels(encoded, fitting);
   } catch (const std::bad_alloc&) {
     return nullptr;
   }

@@ -3,8 +3,11 @@
 #include <QBuffer>
 #include <QImageWriter>
 #include <stdexcept>
+#include <string>
 
 namespace vantorel {
+
+using namespace std::string_literals;
 
 QImage colourful(int width, int height, Transparency transparency) {
   const bool hasAlpha = transparency == Transparency::some;
@@ -27,6 +30,17 @@ Bytes encoded(const QImage& pixels, const char* format, int quality) {
   writer.setQuality(quality);
   if (!writer.write(pixels)) throw std::runtime_error(writer.errorString().toStdString());
   return copied({data.constData(), static_cast<std::size_t>(data.size())});
+}
+
+Bytes withOrientation(const Bytes& jpeg, char orientation) {
+  const auto exif =
+      "Exif\0\0MM\0\x2A\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s + orientation + "\0\0\0\0\0\0"s;
+  const auto length = exif.size() + 2;
+  const auto segment =
+      copied("\xFF\xE1"s + static_cast<char>(length >> 8) + static_cast<char>(length) + exif);
+  auto turned = jpeg;
+  turned.insert(turned.begin() + 2, segment.begin(), segment.end());
+  return turned;
 }
 
 std::shared_ptr<const Bytes> shared(Bytes bytes) {

@@ -7,56 +7,25 @@
 #include <string_view>
 
 #include "ui/qt/ImageSamples.h"
+#include "ui/qt/PngChunks.h"
 
 namespace vantorel {
 namespace {
 
 using namespace std::string_literals;
 
-std::uint32_t checksum(std::string_view text) {
-  std::uint32_t crc = 0xFFFF'FFFF;
-  for (const char c : text) {
-    crc ^= static_cast<unsigned char>(c);
-    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ ((crc & 1) != 0 ? 0xEDB8'8320 : 0);
-  }
-  return ~crc;
-}
+using png::chunk;
+using png::Header;
+using png::ihdr;
+using png::number;
 
-std::string number(std::uint32_t value) {
-  std::string text;
-  for (const int shift : {24, 16, 8, 0}) text += static_cast<char>(value >> shift);
-  return text;
-}
-
-std::string chunk(const std::string& type, const std::string& data) {
-  return number(static_cast<std::uint32_t>(data.size())) + type + data +
-         number(checksum(type + data));
-}
-
-struct Header {
-  std::uint32_t width = 2;
-  std::uint32_t height = 2;
-  char depth = 8;
-  char colourType = 2;
-  char compression = 0;
-  char filter = 0;
-  char interlace = 0;
-};
-
-std::string ihdr(const Header& header) {
-  return chunk("IHDR", number(header.width) + number(header.height) + header.depth +
-                           header.colourType + header.compression + header.filter +
-                           header.interlace);
-}
-
-const std::string signature = "\x89PNG\r\n\x1A\n";
 const std::string deflated = "\x78\x01\x63\x60\x60\x60\x60\x60\x60\x60";
 const std::string idat = chunk("IDAT", deflated);
 const std::string iend = chunk("IEND", "");
 const std::string plte = chunk("PLTE", "abcdef");
 
 bool passes(const std::string& chunks) {
-  return checkedPng(copied(signature + chunks)).has_value();
+  return checkedPng(copied(png::signature + chunks)).has_value();
 }
 
 TEST(PngStructure, TakesWhatEncodersWrite) {

@@ -26,18 +26,6 @@ QImage pixelsOf(const std::shared_ptr<const Bytes>& data) {
                           static_cast<int>(data->size()));
 }
 
-/// A camera's note on how its picture lies, put where a camera puts it.
-Bytes withOrientation(const Bytes& jpeg, char orientation) {
-  const auto exif =
-      "Exif\0\0MM\0\x2A\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s + orientation + "\0\0\0\0\0\0"s;
-  const auto length = exif.size() + 2;
-  const auto segment =
-      copied("\xFF\xE1"s + static_cast<char>(length >> 8) + static_cast<char>(length) + exif);
-  auto turned = jpeg;
-  turned.insert(turned.begin() + 2, segment.begin(), segment.end());
-  return turned;
-}
-
 TEST(Decoder, KeepsThePngItWasGiven) {
   const auto png = shared(encoded(colourful(37, 21, Transparency::some), "png"));
   const auto image = QtImageDecoder().decode(png);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <thread>
 
 #include "fakes/FakeFileThumbnails.h"
 #include "fakes/FakeIcons.h"
@@ -56,14 +57,18 @@ class ThumbnailProviderTest : public testing::Test {
     return answers;
   }
 
+  std::unique_ptr<ThumbnailProvider> newProvider(const ClipStore& store) {
+    return std::make_unique<ThumbnailProvider>(
+        store, ThumbnailServices{store_.dispatch(), store_.files(), images_, thumbnails_, icons_,
+                                 screens_});
+  }
+
   TestStore store_;
   FakeImageDecoder images_;
   FakeFileThumbnails thumbnails_;
   FakeIcons icons_;
   FakeScreens screens_;
-  std::unique_ptr<ThumbnailProvider> provider_ = std::make_unique<ThumbnailProvider>(
-      *store_,
-      ThumbnailServices{store_.dispatch(), store_.files(), images_, thumbnails_, icons_, screens_});
+  std::unique_ptr<ThumbnailProvider> provider_ = newProvider(*store_);
 };
 
 TEST_F(ThumbnailProviderTest, ATextHasNone) {
@@ -105,14 +110,14 @@ TEST_F(ThumbnailProviderTest, PicturesAreNoLargerThanTheyAreShown) {
   const auto item = addImage("one", picture(4));
   screens_.setScreens({{{0, 0, 800, 600}, {0, 0, 800, 600}, 2}});
   requested(item);
-  EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{572, 540}));
+  EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{572, 544}));
 }
 
 TEST_F(ThumbnailProviderTest, WithoutAScreenPicturesAreMadeForASharpOne) {
   const auto item = addImage("one", picture(4));
   screens_.setScreens({});
   requested(item);
-  EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{572, 540}));
+  EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{572, 544}));
 }
 
 TEST_F(ThumbnailProviderTest, AMissingFileYieldsNothingAndNothingIsKept) {
@@ -120,6 +125,53 @@ TEST_F(ThumbnailProviderTest, AMissingFileYieldsNothingAndNothingIsKept) {
   std::filesystem::remove(assetOf(item));
   EXPECT_THAT(*requested(item), ElementsAre(nullptr));
   EXPECT_EQ(provider_->cached(item.id), nullptr);
+}
+
+TEST_F(ThumbnailProviderTest, PicturesOfALongHistoryNeverPushEachOtherOut) {
+  screens_.setScreens({{{0, 0, 800, 600}, {0, 0, 800, 600}, 3}});
+  for (int i = 0; i < 45; ++i) addImage(std::to_string(i), picture(1));
+  requested(store_->items().front());
+  const PixelSize fitting = images_.drawn().front();
+  EXPECT_LT(fitting.width, 572);
+  const int square = std::min(fitting.width, fitting.height);
+  for (int i = 0; i < 45; ++i) images_.introduce(toBytes(std::to_string(i)), picture(square));
+  provider_ = newProvider(*store_);
+  for (const ClipItem& item : store_->items()) requested(item);
+  for (const ClipItem& item : store_->items()) EXPECT_NE(provider_->cached(item.id), nullptr);
+}
+
+TEST_F(ThumbnailProviderTest, WhatIsNoPictureYieldsNothingAndIsTriedAgain) {
+  const auto item = addImage("one", nullptr);
+  EXPECT_THAT(*requested(item), ElementsAre(nullptr));
+  EXPECT_EQ(provider_->cached(item.id), nullptr);
+  const auto bitmap = picture(4);
+  images_.introduce(toBytes("one"), bitmap);
+  EXPECT_THAT(*requested(item), ElementsAre(bitmap));
+}
+
+TEST_F(ThumbnailProviderTest, WithoutAKeyWhatIsSealedYieldsNothingAndPlainFilesAreShown) {
+  const auto sealed = addImage("one", picture(4));
+  const auto plain = addImage("two", picture(4));
+  const auto bitmap = picture(5);
+  images_.introduce(toBytes("plain"), bitmap);
+  std::ofstream(assetOf(plain), std::ios::binary | std::ios::trunc) << "plain";
+  constexpr OSStatus notAvailable = -25291;
+  store_.keychain().fail(FakeKeychain::Backend::dataProtection, notAvailable);
+  store_.keychain().fail(FakeKeychain::Backend::login, notAvailable);
+  const ClipStore keyless(store_.services(), std::nullopt, nullptr, {});
+  ASSERT_EQ(keyless.secureStorage(), nullptr);
+  ASSERT_EQ(keyless.assetsUrl(), store_.assets());
+  provider_ = newProvider(keyless);
+  EXPECT_THAT(*requested(sealed), ElementsAre(nullptr));
+  EXPECT_THAT(*requested(plain), ElementsAre(bitmap));
+}
+
+TEST_F(ThumbnailProviderTest, ANameThatLeadsOutOfTheFolderYieldsNothing) {
+  auto item = addImage("one", picture(4));
+  images_.introduce(toBytes("x"), picture(4));
+  addFile("outside");
+  item.assetFilename = "../outside";
+  EXPECT_THAT(*requested(item), ElementsAre(nullptr));
 }
 
 TEST_F(ThumbnailProviderTest, ADamagedFileYieldsNothing) {
@@ -198,6 +250,99 @@ TEST_F(ThumbnailProviderTest, AFileThatIsGoneHasTheIconOfItsTypeAtOnceUntilItIsB
   EXPECT_THAT(*answers, ElementsAre(bitmap));
 }
 
+TEST_F(ThumbnailProviderTest, TypesAreAskedForByExtension) {
+  for (const auto* name : {"a.PDF", "b.tar.gz", "none", ".hidden", "c."}) {
+    EXPECT_THAT(*request(filesItem({(store_.base() / name).string()})), SizeIs(1)) << name;
+  }
+  EXPECT_THAT(icons_.askedTypes(), ElementsAre("PDF", "gz", "", "", ""));
+  EXPECT_THAT(thumbnails_.requests(), IsEmpty());
+}
+
+TEST_F(ThumbnailProviderTest, AFileThatVanishesMeanwhileHasItsIcon) {
+  const auto icon = picture(4);
+  const auto item = filesItem({addFile("a.pdf")});
+  icons_.setFile(item.filePaths[0], icon);
+  const auto answers = request(item);
+  std::filesystem::remove(item.filePaths[0]);
+  thumbnails_.answer(0, nullptr);
+  store_.dispatch().runQueued();
+  EXPECT_THAT(*answers, ElementsAre(icon));
+}
+
+TEST_F(ThumbnailProviderTest, WithoutAnIconThereIsNothingAndNothingIsKept) {
+  const auto item = filesItem({addFile("a.xyz")});
+  const auto answers = request(item);
+  thumbnails_.answer(0, nullptr);
+  store_.dispatch().runQueued();
+  EXPECT_THAT(*answers, ElementsAre(nullptr));
+  EXPECT_EQ(provider_->cached(item.id), nullptr);
+  request(item);
+  EXPECT_THAT(thumbnails_.requests(), SizeIs(2));
+}
+
+TEST_F(ThumbnailProviderTest, AnIconMayComeLater) {
+  const auto icon = picture(4);
+  const auto item = filesItem({addFile("a.xyz")});
+  icons_.setFile(item.filePaths[0], icon);
+  icons_.holdAnswers();
+  const auto first = request(item);
+  thumbnails_.answer(0, nullptr);
+  store_.dispatch().runQueued();
+  const auto second = request(item);
+  EXPECT_THAT(*first, IsEmpty());
+  icons_.answerHeld();
+  EXPECT_THAT(*first, ElementsAre(icon));
+  EXPECT_THAT(*second, ElementsAre(icon));
+  EXPECT_THAT(thumbnails_.requests(), SizeIs(1));
+}
+
+TEST_F(ThumbnailProviderTest, TheAnswerComesOnTheMainThreadWhateverThreadMadeIt) {
+  const auto item = filesItem({addFile("a.pdf")});
+  std::thread::id answeredOn;
+  provider_->requestThumbnail(
+      item, [&](const SharedBitmap& /*picture*/) { answeredOn = std::this_thread::get_id(); });
+  std::thread([&] { thumbnails_.answer(0, picture(4)); }).join();
+  EXPECT_EQ(answeredOn, std::thread::id());
+  store_.dispatch().runQueued();
+  EXPECT_EQ(answeredOn, std::this_thread::get_id());
+}
+
+TEST_F(ThumbnailProviderTest, AnAnswerThatComesTwiceCountsOnce) {
+  const auto item = filesItem({addFile("a.pdf")});
+  const auto first = picture(4);
+  const auto answers = request(item);
+  thumbnails_.answer(0, first);
+  thumbnails_.answer(0, picture(5));
+  store_.dispatch().runQueued();
+  EXPECT_THAT(*answers, ElementsAre(first));
+  EXPECT_EQ(provider_->cached(item.id), first);
+}
+
+TEST_F(ThumbnailProviderTest, NobodyNeedWait) {
+  const auto bitmap = picture(4);
+  const auto item = addImage("one", bitmap);
+  provider_->requestThumbnail(item, {});
+  store_.dispatch().runQueued();
+  EXPECT_EQ(provider_->cached(item.id), bitmap);
+  provider_->requestThumbnail(item, {});
+  provider_->requestThumbnail(textItem("a"), {});
+}
+
+TEST_F(ThumbnailProviderTest, ImagesAreMadeOnAQueueOfTheirOwnWithAName) {
+  class NamedQueues : public ManualDispatch {
+   public:
+    std::unique_ptr<SerialQueue> serialQueue(const std::string& label) override {
+      labels.push_back(label);
+      return ManualDispatch::serialQueue(label);
+    }
+    std::vector<std::string> labels;
+  };
+  NamedQueues dispatch;
+  const ThumbnailProvider provider(
+      *store_, {dispatch, store_.files(), images_, thumbnails_, icons_, screens_});
+  EXPECT_THAT(dispatch.labels, ElementsAre("com.vantorel.thumbnail-images"));
+}
+
 TEST_F(ThumbnailProviderTest, KeepsEightyAndLetsGoOfWhatWasLookedAtLongestAgo) {
   std::vector<ClipItem> items;
   for (std::size_t i = 0; i <= ThumbnailProvider::countLimit; ++i) {
@@ -238,6 +383,58 @@ TEST_F(ThumbnailProviderTest, WhoWaitsIsAnsweredOnceEvenWhenTheProviderHasGone) 
   store_.dispatch().runQueued();
   EXPECT_THAT(*image, ElementsAre(nullptr));
   EXPECT_THAT(*file, ElementsAre(nullptr));
+}
+
+TEST_F(ThumbnailProviderTest, NothingIsDecodedForAProviderThatHasGone) {
+  const auto answers = request(addImage("one", picture(4)));
+  provider_.reset();
+  store_.dispatch().runQueued();
+  EXPECT_THAT(images_.drawn(), IsEmpty());
+  EXPECT_THAT(*answers, SizeIs(1));
+}
+
+TEST_F(ThumbnailProviderTest, WhoWaitsIsAnsweredOnceWhereverTheProviderGoes) {
+  for (int steps = 0; steps < 3; ++steps) {
+    const auto answers = request(addImage(std::to_string(steps), picture(4)));
+    for (int i = 0; i < steps; ++i) store_.dispatch().runOne();
+    provider_.reset();
+    store_.dispatch().runQueued();
+    EXPECT_THAT(*answers, SizeIs(1)) << steps;
+    provider_ = newProvider(*store_);
+  }
+}
+
+TEST_F(ThumbnailProviderTest, WhoWaitsForAnIconIsAnsweredOnceEvenWhenTheProviderHasGone) {
+  icons_.holdAnswers();
+  const auto answers = request(filesItem({addFile("a.pdf")}));
+  thumbnails_.answer(0, nullptr);
+  store_.dispatch().runQueued();
+  provider_.reset();
+  icons_.answerHeld();
+  store_.dispatch().runQueued();
+  EXPECT_THAT(*answers, ElementsAre(nullptr));
+}
+
+TEST_F(ThumbnailProviderTest, AnAnswerMayEndTheProvider) {
+  const auto bitmap = picture(4);
+  const auto item = addImage("one", bitmap);
+  provider_->requestThumbnail(item, [this](const SharedBitmap& /*picture*/) { provider_.reset(); });
+  const auto second = request(item);
+  store_.dispatch().runQueued();
+  EXPECT_EQ(provider_, nullptr);
+  EXPECT_THAT(*second, ElementsAre(bitmap));
+}
+
+TEST_F(ThumbnailProviderTest, AnAnswerMayAskAgain) {
+  const auto bitmap = picture(4);
+  const auto item = addImage("one", bitmap);
+  std::shared_ptr<std::vector<SharedBitmap>> second;
+  provider_->requestThumbnail(item,
+                              [&](const SharedBitmap& /*picture*/) { second = request(item); });
+  store_.dispatch().runQueued();
+  ASSERT_NE(second, nullptr);
+  EXPECT_THAT(*second, ElementsAre(bitmap));
+  EXPECT_THAT(images_.drawn(), SizeIs(1));
 }
 
 TEST_F(ThumbnailProviderTest, APictureThatArrivesAfterItsEntryIsGoneHarmsNothing) {

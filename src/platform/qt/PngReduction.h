@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/Bitmap.h"
+#include "platform/Bytes.h"
+
+namespace vantorel {
+
+/// A PNG scaled down with its proportions to fit into `fitting`, never up; its size in points is
+/// that of the whole. Needs memory for a row of the whole, unless the PNG is interlaced. Null when
+/// it is damaged or not of acceptable size. Throws `std::bad_alloc`. Any thread.
+[[nodiscard]] SharedBitmap reducedPng(ByteView png, PixelSize fitting);
+
+}  // namespace vantorel
