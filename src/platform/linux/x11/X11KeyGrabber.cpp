@@ -11,6 +11,8 @@ namespace {
 
 // A keyboard that is plugged in, and a layout that is set, are told of many times over.
 constexpr std::chrono::milliseconds settling{100};
+// No hand lets go of a key and presses it again within this time.
+constexpr std::chrono::milliseconds lookAgain{30};
 constexpr unsigned modifierBits = 0xFF;  // beside the buttons and the layout
 
 std::set<KeyGrab> difference(const std::set<KeyGrab>& all, const std::set<KeyGrab>& without) {
@@ -55,7 +57,18 @@ bool X11KeyGrabber::addOnThread(HotKeyRef reference, HotKeyCombination combinati
     return false;
   }
   registrations_.emplace(reference, Registration{combination, held});
+  expectRelease(held.begin()->first);
   return true;
+}
+
+void X11KeyGrabber::expectRelease(X11KeyCode code) {
+  if (!keyboard_.presses().seen[code]) {
+    down_.erase(code);
+    return;
+  }
+  // Its release goes to whoever heard the press, so it has to be looked for.
+  down_.insert(code);
+  thread_.after(lookAgain, [this, code] { expectRelease(code); });
 }
 
 void X11KeyGrabber::remove(HotKeyRef reference) {

@@ -45,6 +45,9 @@ class X11KeyGrabber {
   };
 
   [[nodiscard]] bool addOnThread(HotKeyRef reference, HotKeyCombination combination);
+  /// A key that is held when it is taken, as one that was just recorded is, repeats: none of that
+  /// is a press.
+  void expectRelease(X11KeyCode code);
   void handle(const xcb_generic_event_t& event);
   void pressed(const xcb_key_press_event_t& event);
   void released(const xcb_key_release_event_t& event);
@@ -59,7 +62,7 @@ class X11KeyGrabber {
   // On the thread.
   KeyboardMap map_;
   std::map<HotKeyRef, Registration> registrations_;
-  std::set<X11KeyCode> down_;  // a press of these was told, and they are held since
+  std::set<X11KeyCode> down_;  // held since a press that was told, or since they were taken
   X11Thread::TimerId regrabTimer_ = 0;
 };
 
