@@ -2,13 +2,17 @@
 
 #include <QAccessible>
 #include <QEvent>
+#include <QHideEvent>
 #include <QLabel>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
+#include "chrome/VantorelMenu.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/ClipRowView.h"
 #include "panel/ListGeometry.h"
+#include "panel/PinDrag.h"
 
 namespace vantorel {
 namespace {
@@ -23,19 +27,43 @@ QRect rounded(const Rect& frame) {
           static_cast<int>(std::lround(frame.width)), static_cast<int>(std::lround(frame.height))};
 }
 
+/// Lets a screen reader say which row has been chosen.
+void announceSelection(ClipRowView& row) {
+  if (!QAccessible::isActive()) return;
+  QAccessible::State changed;
+  changed.selected = true;
+  QAccessibleStateChangeEvent selected(&row, changed);
+  QAccessible::updateAccessibility(&selected);
+  QAccessibleEvent focus(&row, QAccessible::Focus);
+  QAccessible::updateAccessibility(&focus);
+}
+
 }  // namespace
 
-ClipListView::ClipListView(QWidget* parent) : QWidget(parent), emptyLabel_(new QLabel(this)) {
+ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
+    : QWidget(parent),
+      services_(services),
+      emptyLabel_(new QLabel(this)),
+      presenter_(services),
+      previews_(services.dispatch, {[this](const Uuid& id) { return openPreview(id); },
+                                    [this] { presenter_.close(); }}) {
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(QStringLiteral("Clips"));
   emptyLabel_->setAlignment(Qt::AlignCenter);
   emptyLabel_->setFont(VantorelTheme::systemFont(emptyPoints, QFont::Medium));
   emptyLabel_->setGeometry(0, emptyTop, static_cast<int>(ListGeometry::listWidth), emptyHeight);
   tintEmptyLabel();
+  presenter_.onHoverChanged = [this](bool hovering) {
+    previews_.previewHoverChanged(hovering ? Hover::entered : Hover::exited);
+  };
+  presenter_.onClosed = [this] { previews_.previewClosed(); };
 }
+
+ClipListView::~ClipListView() = default;
 
 void ClipListView::setRows(const std::vector<RowContent>& rows,
                            std::optional<std::size_t> boundary) {
+  endDrag();
   emptyLabel_->hide();
   if (boundary != boundary_) update();
   boundary_ = boundary;
@@ -44,8 +72,12 @@ void ClipListView::setRows(const std::vector<RowContent>& rows,
          static_cast<int>(ListGeometry::documentHeight(rows.size(), boundary)));
   for (std::size_t index = 0; index < rows.size(); ++index) {
     auto* row = rowToReuse(index);
+    const QRect place = rounded(ListGeometry::rowFrame(index, boundary));
+    // A preview stands beside its row: it goes when the row is another's, or is moved.
+    const bool stays = row->content().id == rows[index].id && row->geometry() == place;
+    if (!stays) previews_.forget(Uuid(row->content().id));
     row->setContent(rows[index]);
-    row->setGeometry(rounded(ListGeometry::rowFrame(index, boundary)));
+    row->setGeometry(place);
     row->show();
   }
   retireRows(rows.size());
@@ -53,6 +85,7 @@ void ClipListView::setRows(const std::vector<RowContent>& rows,
 }
 
 void ClipListView::setEmpty(const QString& sentence) {
+  endDrag();
   if (boundary_) update();
   boundary_.reset();
   rowCount_ = 0;
@@ -66,25 +99,41 @@ void ClipListView::setEmpty(const QString& sentence) {
 void ClipListView::select(std::optional<std::size_t> index) {
   selection_ = index;
   markSelection();
-  if (!index || *index >= rowCount_ || !QAccessible::isActive()) return;
-  QAccessibleEvent focus(rows_[*index], QAccessible::Focus);
-  QAccessible::updateAccessibility(&focus);
+  auto* selected = index ? row(*index) : nullptr;
+  if (selected != nullptr) announceSelection(*selected);
+}
+
+void ClipListView::setThumbnail(const Uuid& id, SharedBitmap thumbnail) {
+  auto* row = rowOf(id);
+  if (row == nullptr || !thumbnail) return;
+  if (previews_.shown() == id) presenter_.updateImage(thumbnail);
+  row->updateThumbnail(std::move(thumbnail));
+}
+
+void ClipListView::setSourceIcon(const std::string& bundleIdentifier, const SharedBitmap& icon) {
+  if (bundleIdentifier.empty()) return;
+  for (std::size_t index = 0; index < rowCount_; ++index) {
+    if (rows_[index]->content().sourceBundleIdentifier == bundleIdentifier) {
+      rows_[index]->setSourceIcon(icon);
+    }
+  }
 }
 
 ClipRowView* ClipListView::row(std::size_t index) const {
   return index < rowCount_ ? rows_[index] : nullptr;
 }
 
+ClipRowView* ClipListView::rowOf(const Uuid& id) const {
+  const auto end = rows_.begin() + static_cast<std::ptrdiff_t>(rowCount_);
+  const auto found = std::find_if(rows_.begin(), end,
+                                  [&](const ClipRowView* row) { return row->content().id == id; });
+  return found == end ? nullptr : *found;
+}
+
 ClipRowView* ClipListView::rowToReuse(std::size_t index) {
   if (index < rows_.size()) return rows_[index];
-  auto* row = new ClipRowView(this);
-  row->onChoose = [this, row] {
-    if (onChoose) onChoose(Uuid(row->content().id));
-  };
-  row->onTogglePin = [this, row] {
-    if (onTogglePin) onTogglePin(Uuid(row->content().id));
-  };
-  row->onPressCancelled = [this] { markSelection(); };
+  auto* row = new ClipRowView(services_, this);
+  wire(*row);
   rows_.push_back(row);
   return row;
 }
@@ -92,6 +141,7 @@ ClipRowView* ClipListView::rowToReuse(std::size_t index) {
 /// Rows without an entry keep nothing of the one they had.
 void ClipListView::retireRows(std::size_t first) {
   for (std::size_t index = first; index < rows_.size(); ++index) {
+    previews_.forget(Uuid(rows_[index]->content().id));
     rows_[index]->hide();
     rows_[index]->setContent({});
   }
@@ -114,6 +164,14 @@ void ClipListView::paintEvent(QPaintEvent* /*event*/) {
 void ClipListView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) tintEmptyLabel();
+}
+
+void ClipListView::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  endDrag();
+  hidePreviews();
+  if (menu_) menu_->close();
+  for (auto* row : rows_) row->forgetPictures();
 }
 
 void ClipListView::tintEmptyLabel() {

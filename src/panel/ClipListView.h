@@ -2,33 +2,60 @@
 
 #include <QWidget>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
+#include "chrome/ChromeServices.h"
+#include "panel/PreviewPresenter.h"
+#include "panel/RowCommands.h"
 #include "panel/RowContent.h"
+#include "panel/RowMenu.h"
+#include "panel/RowPreview.h"
 
 class QLabel;
 
 namespace vantorel {
 
 class ClipRowView;
+class PinDrag;
+class VantorelMenu;
 
 /// The document of the list: the rows, the line below the pins, or one sentence when there is
-/// nothing to show. It has the keyboard while nothing is typed. Rows are kept and reused.
+/// nothing to show. It has the keyboard while nothing is typed. Rows are kept and reused; hidden,
+/// the list keeps no picture, and it never keeps an entry.
 class ClipListView : public QWidget {
   Q_OBJECT
 
  public:
-  explicit ClipListView(QWidget* parent);
+  ClipListView(const ChromeServices& services, QWidget* parent);
+  ~ClipListView() override;
 
-  std::function<void(const Uuid&)> onChoose;
-  std::function<void(const Uuid&)> onTogglePin;
+  RowCommands commands;
+  /// A row's menu has come, or gone again, before what was chosen in it is done.
+  std::function<void()> onMenuOpened;
+  std::function<void()> onMenuClosed;
+  /// A drag wants to see more of the list: so many points further down, up if negative.
+  std::function<void(double)> onScroll;
 
   /// Shows these rows from the top, with the line above the row `boundary`.
   void setRows(const std::vector<RowContent>& rows, std::optional<std::size_t> boundary);
   void setEmpty(const QString& sentence);
   /// Marks one row, or none.
   void select(std::optional<std::size_t> index);
+
+  /// Gives the row of that entry its picture; nothing when no row shows it, or when it is null.
+  void setThumbnail(const Uuid& id, SharedBitmap thumbnail);
+  /// Gives the rows of that application its icon; null: it has none.
+  void setSourceIcon(const std::string& bundleIdentifier, const SharedBitmap& icon);
+
+  /// Shows the preview of that row at once.
+  void showPreview(std::size_t index);
+  /// Ends the preview that is shown, and the one that was to come.
+  void hidePreviews();
+  [[nodiscard]] bool previewShown() const { return previews_.shown().has_value(); }
+  /// Where the preview is on the desktop, while one is shown.
+  [[nodiscard]] std::optional<Rect> previewFrame() const { return presenter_.frame(); }
 
   [[nodiscard]] std::size_t rowCount() const { return rowCount_; }
   [[nodiscard]] ClipRowView* row(std::size_t index) const;
@@ -37,18 +64,33 @@ class ClipListView : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   ClipRowView* rowToReuse(std::size_t index);
+  void wire(ClipRowView& row);
   void retireRows(std::size_t first);
   void markSelection();
   void tintEmptyLabel();
 
+  [[nodiscard]] ClipRowView* rowOf(const Uuid& id) const;
+  bool openPreview(const Uuid& id);
+  void showMenu(ClipRowView& row, const QPoint& pointer);
+  void perform(RowAction action, const Uuid& id);
+  void beginDrag(ClipRowView& row, const QPoint& pointer);
+  void dropDragged(const QPoint& pointer);
+  void endDrag();
+
+  ChromeServices services_;
   std::vector<ClipRowView*> rows_;  // children of this; those from `rowCount_` on are hidden
   std::size_t rowCount_ = 0;
   std::optional<std::size_t> boundary_;
   std::optional<std::size_t> selection_;
   QLabel* emptyLabel_;
+  PreviewPresenter presenter_;
+  RowPreview previews_;
+  std::unique_ptr<VantorelMenu> menu_;
+  std::unique_ptr<PinDrag> drag_;
 };
 
 }  // namespace vantorel

@@ -2,8 +2,15 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 
+#include "chrome/ChromeServices.h"
+#include "panel/RowBackground.h"
+#include "panel/RowCommands.h"
 #include "panel/RowContent.h"
+#include "panel/RowPress.h"
+#include "panel/SourceIconView.h"
+#include "panel/ThumbnailImageView.h"
 
 namespace vantorel {
 
@@ -15,46 +22,83 @@ class ClipRowView : public QWidget {
   Q_OBJECT
 
  public:
-  explicit ClipRowView(QWidget* parent);
+  ClipRowView(const ChromeServices& services, QWidget* parent);
 
-  /// The row was clicked.
+  /// What the user does. Points are the desktop's.
   std::function<void()> onChoose;
   std::function<void()> onTogglePin;
-  /// A press on the row ended elsewhere; its looks are to be what they were.
+  std::function<void()> onPress;
+  /// A press on the row came to nothing; its looks are to be what they were.
   std::function<void()> onPressCancelled;
+  std::function<void(const QPoint& pointer)> onMenu;
+  /// The pointer has come (true) or gone (false), from the row or from the picture in it.
+  std::function<void(bool)> onHoverChanged;
+  std::function<void(bool)> onThumbnailHoverChanged;
+  enum class DragStep { begin, move, drop, cancel };
+  std::function<void(DragStep step, const QPoint& pointer)> onDrag;
 
   void setContent(const RowContent& content);
   [[nodiscard]] const RowContent& content() const { return content_; }
-  void setSelected(bool selected);
+
+  /// Null is ignored: what is shown stays.
+  void updateThumbnail(SharedBitmap thumbnail);
+  [[nodiscard]] const SharedBitmap& thumbnail() const { return imageView_.image(); }
+  /// Null: the application has no icon, or is not known any more.
+  void setSourceIcon(SharedBitmap icon);
+  [[nodiscard]] SourceIconView::State sourceIconState() const { return sourceIcon_.state(); }
+  /// Lets go of both pictures.
+  void forgetPictures();
+
+  using Change = RowBackground::Change;
+  void setSelected(bool selected, Change change = Change::animated);
   [[nodiscard]] bool isSelected() const { return selected_; }
+  /// The row that an open menu is about stays marked, wherever the pointer is.
+  void setMenuOpen(bool open);
+  void setDropPlace(std::optional<DropPlace> place);
+  [[nodiscard]] std::optional<DropPlace> dropPlace() const { return dropPlace_; }
+  /// A row under way is drawn faintly where it was.
+  void setDragged(bool dragged);
+
+  /// Gives up a press: it will be neither a click nor a drop.
+  void cancelPress() { press_.cancel(); }
+  /// A drag has started since the last press.
+  [[nodiscard]] bool didDrag() const { return press_.didDrag(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   struct Line {
     QString text;  // as long as fits
     double width = -1;
   };
+  void updateBackground(Change change);
   void drawBackground(QPainter& painter) const;
-  void drawPlaceholder(QPainter& painter) const;
   void drawTitle(QPainter& painter);
   void drawMetadata(QPainter& painter);
   void forgetLines();
 
   RowContent content_;
   PinButton* pinButton_;
+  ThumbnailImageView imageView_;
+  SourceIconView sourceIcon_;
+  RowBackground background_;
   Line title_;
   Line metadata_;
+  RowPress press_;
+  std::optional<DropPlace> dropPlace_;
   bool selected_ = false;
   bool hovering_ = false;
-  bool pressed_ = false;
+  bool menuOpen_ = false;
+  bool dragged_ = false;
 };
 
 }  // namespace vantorel

@@ -30,7 +30,9 @@ PanelKeyState HistoryPanelController::keyState() {
 void HistoryPanelController::perform(const PanelKeyDecision& decision) {
   switch (decision.action) {
     case PanelAction::none:
+      break;
     case PanelAction::showPreview:
+      view_->list.showPreview(selectedIndex_);
       break;
     case PanelAction::renameSelected:
       renamePin(Uuid(selectedItem()->id));
@@ -93,10 +95,9 @@ void HistoryPanelController::moveSelection(int delta) {
 }
 
 void HistoryPanelController::select(const Uuid& id) {
-  const auto found = std::find_if(displayedItems_.begin(), displayedItems_.end(),
-                                  [&](const ClipItem& item) { return item.id == id; });
-  if (found == displayedItems_.end()) return;
-  selectedIndex_ = static_cast<std::size_t>(found - displayedItems_.begin());
+  const auto* item = displayed(id);
+  if (item == nullptr) return;
+  selectedIndex_ = static_cast<std::size_t>(item - displayedItems_.data());
   updateSelection();
   scrollSelectionIntoView();
 }
@@ -111,11 +112,17 @@ void HistoryPanelController::pasteSelected(PasteStyle style) {
   pasteController_.paste(item, style == PasteStyle::plainText);
 }
 
-void HistoryPanelController::pasteFromControl(const Uuid& id) {
+/// The entry of that identity, while it is in the list.
+const ClipItem* HistoryPanelController::displayed(const Uuid& id) const {
   const auto found = std::find_if(displayedItems_.begin(), displayedItems_.end(),
                                   [&](const ClipItem& item) { return item.id == id; });
-  if (found == displayedItems_.end()) return;
-  selectedIndex_ = static_cast<std::size_t>(found - displayedItems_.begin());
+  return found == displayedItems_.end() ? nullptr : &*found;
+}
+
+void HistoryPanelController::pasteFromControl(const Uuid& id) {
+  const auto* item = displayed(id);
+  if (item == nullptr) return;
+  selectedIndex_ = static_cast<std::size_t>(item - displayedItems_.data());
   pasteSelected(PasteStyle::asCopied);
 }
 
@@ -136,10 +143,9 @@ void HistoryPanelController::deleteItem(const Uuid& id) {
 }
 
 void HistoryPanelController::pastePlain(const Uuid& id) {
-  const auto found = std::find_if(displayedItems_.begin(), displayedItems_.end(),
-                                  [&](const ClipItem& item) { return item.id == id; });
-  if (found == displayedItems_.end()) return;
-  const ClipItem item = *found;
+  const auto* shown = displayed(id);
+  if (shown == nullptr) return;
+  const ClipItem item = *shown;
   hide();
   pasteController_.paste(item, true);
 }
@@ -184,6 +190,10 @@ void HistoryPanelController::dropPin(const Uuid& dragged, const Uuid& onto, Drop
 
 RowCommands HistoryPanelController::rowCommands() {
   RowCommands commands;
+  commands.entry = [this](const Uuid& id) -> std::optional<ClipItem> {
+    const auto* item = displayed(id);
+    return item != nullptr ? std::optional(*item) : std::nullopt;
+  };
   commands.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
   commands.onPastePlain = [this](const Uuid& id) { pastePlain(id); };
   commands.onDelete = [this](const Uuid& id) { deleteItem(id); };

@@ -40,8 +40,7 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
       dateText_(DateText::forUser()),
       availability_(services_.dispatch) {
   installPanelAccessibility();
-  view_ = std::make_unique<HistoryPanelView>(services_.dispatch, services_.accessibility,
-                                             services_.backdrops);
+  view_ = std::make_unique<HistoryPanelView>(services_.chrome());
   view_->panel.onCloseRequested = [this] { hide(); };
   view_->panel.onKeyPress = [this](const QKeyEvent& event) {
     return !sheet_ && handleKey(translated(event, services_.keyCodeForScanCode));
@@ -50,8 +49,9 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
     selectedIndex_ = 0;
     refresh(Selection::keepIndex);
   };
-  view_->list.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
-  view_->list.onTogglePin = [this](const Uuid& id) { togglePin(id); };
+  view_->list.commands = rowCommands();
+  view_->list.onMenuOpened = [this] { menuOpened(); };
+  view_->list.onMenuClosed = [this] { menuClosed(); };
   QObject::connect(&view_->typeFilterButton, &QAbstractButton::clicked, &view_->panel,
                    [this] { showTypeFilters(); });
   QObject::connect(&view_->sourceFilterButton, &QAbstractButton::clicked, &view_->panel,
@@ -94,6 +94,7 @@ void HistoryPanelController::openSearch(
 }
 
 void HistoryPanelController::hide() {
+  view_->list.hidePreviews();
   if (sheet_) sheet_->end(SheetWindow::Answer::cancelled);
   if (menu_) menu_->close();
   view_->panel.hide();
@@ -120,7 +121,9 @@ void HistoryPanelController::refreshSearchIfVisible() {
 }
 
 /// Something of the list is open beside it: the list must not change under it.
-bool HistoryPanelController::isLookedAtClosely() const { return sheet_ != nullptr; }
+bool HistoryPanelController::isLookedAtClosely() const {
+  return sheet_ != nullptr || view_->list.previewShown();
+}
 
 void HistoryPanelController::refresh(Selection selection) {
   std::optional<Uuid> selectedId;
@@ -172,10 +175,9 @@ RowContent HistoryPanelController::contentAt(std::size_t index) {
 
 /// What is known of an entry's files has changed.
 void HistoryPanelController::updateRow(const Uuid& id) {
-  const auto shown = std::find_if(displayedItems_.begin(), displayedItems_.end(),
-                                  [&](const ClipItem& item) { return item.id == id; });
-  if (shown == displayedItems_.end()) return;
-  const auto index = static_cast<std::size_t>(shown - displayedItems_.begin());
+  const auto* shown = displayed(id);
+  if (shown == nullptr) return;
+  const auto index = static_cast<std::size_t>(shown - displayedItems_.data());
   if (auto* row = view_->list.row(index)) row->setContent(contentAt(index));
 }
 

@@ -79,6 +79,7 @@ class HistoryPanelController {
   void warmSearchIndex(std::size_t nextItem);
 
   [[nodiscard]] const ClipItem* selectedItem() const;
+  [[nodiscard]] const ClipItem* displayed(const Uuid& id) const;
   void updateSelection();
   void moveSelection(int delta);
   void select(const Uuid& id);

@@ -12,6 +12,7 @@ void HistoryPanelController::renamePin(const Uuid& id) {
   const auto found = std::find_if(store_.items().begin(), store_.items().end(),
                                   [&](const ClipItem& item) { return item.id == id; });
   if (found == store_.items().end() || !found->pinned() || sheet_) return;
+  view_->list.hidePreviews();
   sheet_ = std::make_unique<SheetWindow>(
       SheetWindow::Question{
           QStringLiteral("Name Pinned Clip"), {}, QStringLiteral("Save"), QStringLiteral("Cancel")},

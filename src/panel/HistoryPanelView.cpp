@@ -20,15 +20,15 @@ QRect rounded(const Rect& frame) {
 
 }  // namespace
 
-HistoryPanelView::HistoryPanelView(Dispatch& dispatch,
-                                   const AccessibilityPreferences& accessibility,
-                                   const WindowBackdrops* backdrops)
-    : panel(QStringLiteral("Vantorel"), initialSize, cornerRadius, accessibility, backdrops),
+HistoryPanelView::HistoryPanelView(const ChromeServices& services)
+    : panel(QStringLiteral("Vantorel"), initialSize, cornerRadius, services.accessibility,
+            services.backdrops),
       searchField(*new SearchField(&panel.glass())),
       typeFilterButton(*new FilterButton(FilterMenus::typeButtonName, &panel.glass())),
       sourceFilterButton(*new FilterButton(FilterMenus::sourceButtonName, &panel.glass())),
-      listScrollView(*new ElasticScrollView(dispatch, accessibility, &panel.glass())),
-      list(*new ClipListView(nullptr)),
+      listScrollView(
+          *new ElasticScrollView(services.dispatch, services.accessibility, &panel.glass())),
+      list(*new ClipListView(services, nullptr)),
       listHeight_(initialListHeight),
       frame_{0, 0, static_cast<double>(initialSize.width()),
              static_cast<double>(initialSize.height())} {
@@ -36,6 +36,9 @@ HistoryPanelView::HistoryPanelView(Dispatch& dispatch,
   listScrollView.setWidget(&list);
   list.setAutoFillBackground(false);
   for (QWidget* part : searchBarParts()) part->hide();
+  list.onScroll = [this](double distance) {
+    listScrollView.scrollTo(listScrollView.offset() + distance);
+  };
   layOut();
 }
 

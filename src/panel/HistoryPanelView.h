@@ -14,8 +14,7 @@ namespace vantorel {
 /// The panel's window and what is in it, laid out by `ListGeometry`. It decides nothing.
 class HistoryPanelView {
  public:
-  HistoryPanelView(Dispatch& dispatch, const AccessibilityPreferences& accessibility,
-                   const WindowBackdrops* backdrops);
+  explicit HistoryPanelView(const ChromeServices& services);
 
   VantorelPanel panel;
   SearchField& searchField;

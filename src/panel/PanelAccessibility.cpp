@@ -22,9 +22,14 @@ class AccessibleRow : public QAccessibleWidget {
     state.focused = row_.isSelected() && row_.parentWidget()->hasFocus();
     return state;
   }
-  [[nodiscard]] QStringList actionNames() const override { return {pressAction()}; }
+  [[nodiscard]] QStringList actionNames() const override {
+    return {pressAction(), showMenuAction()};
+  }
   void doAction(const QString& name) override {
     if (name == pressAction() && row_.onChoose) row_.onChoose();
+    if (name == showMenuAction() && row_.onMenu) {
+      row_.onMenu(row_.mapToGlobal(row_.rect().center()));
+    }
   }
 
  private:

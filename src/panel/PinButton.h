@@ -1,6 +1,7 @@
 #pragma once
 
 #include "chrome/SymbolButton.h"
+#include "panel/RowContent.h"
 
 namespace vantorel {
 
@@ -13,9 +14,8 @@ class PinButton : public SymbolButton {
 
   explicit PinButton(QWidget* parent);
 
-  enum class Pin { pinned, notPinned };
-  enum class Limit { canToggle, full };
-  void setState(Pin pin, Limit limit);
+  /// Shows the state of the entry in that row.
+  void setRow(const RowContent& row);
 
   /// What a screen reader says after the name.
   [[nodiscard]] QString accessibilityValue() const;
@@ -24,7 +24,7 @@ class PinButton : public SymbolButton {
   [[nodiscard]] QColor tint() const override;
 
  private:
-  Pin pin_ = Pin::notPinned;
+  bool pinned_ = false;
 };
 
 }  // namespace vantorel

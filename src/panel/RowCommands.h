@@ -1,8 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
-#include "store/Uuid.h"
+#include "store/ClipItem.h"
 
 namespace vantorel {
 
@@ -10,6 +11,8 @@ enum class DropPlace { before, after };
 
 /// What rows ask of whoever owns the list; each names the entry of the row. Any may be empty.
 struct RowCommands {
+  /// The entry itself, for its preview; absent when it is not shown any more.
+  std::function<std::optional<ClipItem>(const Uuid& id)> entry;
   std::function<void(const Uuid& id)> onChoose;
   std::function<void(const Uuid& id)> onPastePlain;
   std::function<void(const Uuid& id)> onDelete;

@@ -67,6 +67,13 @@ std::string accessibilityText(const ClipItem& item, Availability availability,
   return titleText(item) + ", " + metadataText(item, availability, date);
 }
 
+std::string pinTitle(const RowContent& row) { return row.pinned ? "Unpin" : "Pin"; }
+
+std::string pinToolTip(const RowContent& row) {
+  if (!row.canPin) return "Up to 5 pins. Unpin an item first.";
+  return pinTitle(row) + " (⌘P)";
+}
+
 RowContent rowContent(const ClipItem& item, Availability availability, std::string_view date,
                       bool canPinMore) {
   RowContent content;
@@ -78,6 +85,7 @@ RowContent rowContent(const ClipItem& item, Availability availability, std::stri
   content.available = availability == Availability::available;
   content.metadata = metadataText(item, availability, date);
   content.accessibilityText = accessibilityText(item, availability, date);
+  content.sourceBundleIdentifier = item.sourceBundleIdentifier.value_or(std::string());
   content.symbol = placeholder(item);
   content.pinned = item.pinned();
   content.canPin = item.pinned() || canPinMore;

@@ -18,7 +18,8 @@ struct RowContent {
   bool available = true;
   std::string metadata;
   std::string accessibilityText;
-  std::string_view symbol;  // stands in for a picture of the entry
+  std::string sourceBundleIdentifier;  // empty: nobody knows where it is from
+  std::string_view symbol;             // stands in for a picture of the entry
   bool pinned = false;
   bool canPin = true;   // or unpin
   bool divided = true;  // a hairline parts it from the row below
@@ -43,6 +44,10 @@ enum class Availability { available, unavailable };
 /// What a screen reader says for the row.
 [[nodiscard]] std::string accessibilityText(const ClipItem& item, Availability availability,
                                             std::string_view date);
+
+/// What the pin of a row does, and what is said about it; key symbols are not spelled out.
+[[nodiscard]] std::string pinTitle(const RowContent& row);
+[[nodiscard]] std::string pinToolTip(const RowContent& row);
 
 /// `date`: the entry's recency in words.
 [[nodiscard]] RowContent rowContent(const ClipItem& item, Availability availability,

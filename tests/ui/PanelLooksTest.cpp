@@ -17,6 +17,9 @@ namespace {
 
 using testing::ElementsAre;
 
+// By then the background of a row has the colour that it was to have.
+constexpr Seconds fadeTime{0.15};
+
 /// Gives the application other colours for as long as it lives.
 class ApplicationPalette {
  public:
@@ -118,9 +121,11 @@ TEST_F(PanelLooks, ARowUnderThePointerIsWashed) {
   const auto before = pictureOf(row);
   QEnterEvent enter({50, 20}, {50, 20}, {50, 20});
   QApplication::sendEvent(&row, &enter);
+  dispatch_.advance(fadeTime);
   EXPECT_NE(pictureOf(row).pixel(200, 3), before.pixel(200, 3));
   QEvent leave(QEvent::Leave);
   QApplication::sendEvent(&row, &leave);
+  dispatch_.advance(fadeTime);
   EXPECT_EQ(pictureOf(row), before);
 }
 

@@ -1,0 +1,94 @@
+#include "panel/PreviewText.h"
+
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <cstdint>
+#include <string_view>
+
+#include "chrome/TextPresentation.h"
+
+namespace vantorel {
+namespace {
+
+// Code points. Even the scripts that are slowest to lay out take some milliseconds for as many.
+constexpr std::size_t pieceLength = 2000;
+// A line that has to be broken is broken at a blank if one comes in time.
+constexpr std::size_t breakSearch = 200;
+
+constexpr UChar32 replacement = 0xFFFD;
+
+bool isLineBreak(UChar32 c) {
+  return c == '\n' || c == '\v' || c == '\f' || c == '\r' || c == 0x85 || c == 0x2028 ||
+         c == 0x2029;
+}
+
+bool isOverride(UChar32 c) { return c == 0x202D || c == 0x202E; }
+
+/// What a text layout takes for something other than a character.
+bool isForeign(UChar32 c) {
+  if (c == '\t') return false;
+  return u_charType(c) == U_CONTROL_CHAR || c == 0xFFFC || U_IS_UNICODE_NONCHAR(c);
+}
+
+/// The code point at `offset`, which moves behind it; U+FFFD for bytes that are no UTF-8.
+UChar32 next(std::string_view text, std::size_t& offset) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  UChar32 c = 0;
+  U8_NEXT_OR_FFFD(bytes, offset, text.size(), c);
+  return c;
+}
+
+void append(std::string& out, UChar32 c) {
+  std::uint8_t bytes[U8_MAX_LENGTH];
+  std::size_t length = 0;
+  U8_APPEND_UNSAFE(bytes, length, c);
+  out.append(reinterpret_cast<const char*>(bytes), length);
+}
+
+/// At most `mostBytes`, and no character cut in two.
+std::size_t endOfStart(std::string_view text, std::size_t mostBytes) {
+  if (text.size() <= mostBytes) return text.size();
+  std::size_t end = mostBytes;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return end;
+}
+
+}  // namespace
+
+PreviewText::PreviewText(const ClipItem& item)
+    : text_(item.text ? *item.text : SharedText(item.preview)) {
+  end_ = endOfStart(*text_, mostBytes);
+  goesOn_ = end_ < text_->size();
+  rtl_ = TextPresentation::isPrimarilyRTL(std::string_view(*text_).substr(0, end_));
+}
+
+std::optional<std::string> PreviewText::nextPiece() {
+  if (finished_) return std::nullopt;
+  std::string piece;
+  for (std::size_t length = readLine(piece); !finished_ && length < pieceLength;) {
+    piece += '\n';
+    length += readLine(piece);
+  }
+  return piece;
+}
+
+std::size_t PreviewText::readLine(std::string& piece) {
+  const std::string_view text = std::string_view(*text_).substr(0, end_);
+  std::size_t length = 0;
+  while (offset_ < text.size()) {
+    const UChar32 c = next(text, offset_);
+    ++length;
+    if (isLineBreak(c)) {
+      if (c == '\r' && offset_ < text.size() && text[offset_] == '\n') ++offset_;
+      return length;
+    }
+    if (!isOverride(c)) append(piece, isForeign(c) ? replacement : c);
+    const bool atBlank = u_isUWhiteSpace(c) != 0 && length + breakSearch >= pieceLength;
+    if ((atBlank || length >= pieceLength) && offset_ < text.size()) return length;
+  }
+  finished_ = true;
+  return length;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,19 @@
+#include "panel/RowMenu.h"
+
+namespace vantorel {
+
+std::vector<RowMenuLine> rowMenu(const RowContent& row) {
+  std::vector<RowMenuLine> lines;
+  if (row.kind == ClipKind::text) lines.push_back({RowAction::pastePlain, "Paste as Plain Text"});
+  lines.push_back({RowAction::togglePin, pinTitle(row), row.canPin, pinToolTip(row)});
+  if (row.pinned) {
+    lines.push_back({RowAction::rename, "Rename…"});
+    lines.push_back({RowAction::moveUp, "Move Up"});
+    lines.push_back({RowAction::moveDown, "Move Down"});
+  }
+  lines.push_back({std::nullopt});
+  lines.push_back({RowAction::remove, "Delete"});
+  return lines;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,73 @@
+#include "panel/SourceIconView.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "chrome/Symbols.h"
+#include "chrome/VantorelTheme.h"
+#include "panel/AspectFit.h"
+#include "panel/BitmapDrawing.h"
+
+namespace vantorel {
+namespace {
+
+constexpr double cornerRadius = 3;
+constexpr std::string_view unknownSymbol = "questionmark.circle";
+
+/// The icon in the middle of a square, its corners rounded.
+QPixmap prepared(const SharedBitmap& icon, int side, double scale) {
+  const auto full = static_cast<double>(side);
+  const auto place = aspectFit(icon->size, {0, 0, full, full});
+  if (!place) return {};
+  const QImage picture = BitmapDrawing::scaled(
+      icon, QSizeF(std::round(place->width), std::round(place->height)).toSize());
+  if (picture.isNull()) return {};
+  QImage square(side, side, QImage::Format_ARGB32_Premultiplied);
+  square.fill(Qt::transparent);
+  QPainter(&square).drawImage((side - picture.width()) / 2, (side - picture.height()) / 2, picture);
+  square = BitmapDrawing::rounded(square, cornerRadius * scale);
+  square.setDevicePixelRatio(scale);
+  return QPixmap::fromImage(std::move(square));
+}
+
+}  // namespace
+
+void SourceIconView::setNotKnown() {
+  icon_.reset();
+  prepared_ = {};
+  state_ = State::notKnown;
+}
+
+void SourceIconView::setUnknown() {
+  setNotKnown();
+  state_ = State::unknown;
+}
+
+void SourceIconView::setIcon(SharedBitmap icon) {
+  if (!icon) {
+    setUnknown();
+    return;
+  }
+  if (icon == icon_) return;
+  setNotKnown();
+  icon_ = std::move(icon);
+  state_ = State::icon;
+}
+
+void SourceIconView::draw(QPainter& painter, const QRectF& area, const QPalette& palette) {
+  if (state_ == State::notKnown) return;
+  if (state_ == State::unknown) {
+    Symbols::draw(painter, unknownSymbol, area, area.width(),
+                  VantorelTheme::secondaryLabel(palette));
+    return;
+  }
+  const double scale = painter.device()->devicePixelRatioF();
+  const int side = static_cast<int>(std::lround(area.width() * scale));
+  if (prepared_.width() != side || prepared_.devicePixelRatioF() != scale) {
+    prepared_ = prepared(icon_, side, scale);
+  }
+  const auto onPixel = [scale](double value) { return std::round(value * scale) / scale; };
+  painter.drawPixmap(QPointF(onPixel(area.x()), onPixel(area.y())), prepared_);
+}
+
+}  // namespace vantorel

@@ -1,0 +1,130 @@
+#include "panel/TextPreview.h"
+
+#include <QMouseEvent>
+#include <QTextDocument>
+#include <QTextFrame>
+#include <utility>
+
+#include "chrome/InvisibleScroller.h"
+#include "chrome/VantorelTheme.h"
+#include "panel/PreviewGeometry.h"
+
+namespace vantorel {
+namespace {
+
+constexpr double tabDistance = 28;
+constexpr double endPoints = 11.5;
+constexpr double endMargin = 10;
+constexpr double selectionAlpha = 0.4;
+
+/// So little text can be empty lines only; as much as this fills every preview.
+constexpr int mostPiecesMeasured = 4;
+
+void configure(QTextDocument& document, bool rtl) {
+  document.setUndoRedoEnabled(false);
+  document.setDocumentMargin(0);
+  document.setDefaultFont(VantorelTheme::systemFont(PreviewGeometry::textFontPoints));
+  QTextOption option(rtl ? Qt::AlignRight | Qt::AlignAbsolute : Qt::AlignLeft);
+  option.setTextDirection(rtl ? Qt::RightToLeft : Qt::LeftToRight);
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  option.setTabStopDistance(tabDistance);
+  document.setDefaultTextOption(option);
+}
+
+void appendPiece(QTextDocument& document, const std::string& piece, bool first) {
+  QTextCursor cursor(&document);
+  cursor.movePosition(QTextCursor::End);
+  if (!first) cursor.insertBlock();
+  cursor.insertText(QString::fromStdString(piece));
+}
+
+}  // namespace
+
+double TextPreview::measuredHeight(PreviewText text) {
+  QTextDocument document;
+  configure(document, text.isRTL());
+  document.setTextWidth(PreviewGeometry::textLineWidth);
+  for (int pieces = 0; pieces < mostPiecesMeasured; ++pieces) {
+    const auto piece = text.nextPiece();
+    if (!piece) break;
+    appendPiece(document, *piece, pieces == 0);
+    if (document.size().height() > PreviewGeometry::maxTextHeight) break;
+  }
+  return document.size().height();
+}
+
+TextPreview::TextPreview(PreviewText text, Dispatch& dispatch, QWidget* parent)
+    : QTextEdit(parent), text_(std::move(text)), dispatch_(dispatch) {
+  setReadOnly(true);
+  setTextInteractionFlags(Qt::TextSelectableByMouse);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  setFocusPolicy(Qt::NoFocus);
+  setFrameShape(QFrame::NoFrame);
+  viewport()->setAutoFillBackground(false);
+  setVerticalScrollBar(new InvisibleScroller(this));
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setAccessibleName(QStringLiteral("Preview"));
+  tint();
+  configure(*document(), text_.isRTL());
+  auto inset = document()->rootFrame()->frameFormat();
+  inset.setLeftMargin(PreviewGeometry::textInsetX);
+  inset.setRightMargin(PreviewGeometry::textInsetX);
+  inset.setTopMargin(PreviewGeometry::textInsetY);
+  inset.setBottomMargin(PreviewGeometry::textInsetY);
+  document()->rootFrame()->setFrameFormat(inset);
+  appendInTurns();
+}
+
+void TextPreview::appendInTurns() {
+  const auto piece = text_.nextPiece();
+  if (!piece) {
+    if (text_.goesOn()) appendEnd();
+    return;
+  }
+  const bool first = !std::exchange(begun_, true);
+  appendPiece(*document(), *piece, first);
+  if (first) moveCursor(QTextCursor::Start);
+  dispatch_.async([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) appendInTurns();
+  });
+}
+
+void TextPreview::appendEnd() {
+  QTextBlockFormat block;
+  block.setLayoutDirection(Qt::LeftToRight);
+  block.setAlignment(Qt::AlignLeft);
+  block.setTopMargin(endMargin);
+  QTextCharFormat format;
+  format.setFont(VantorelTheme::systemFont(endPoints, QFont::Medium));
+  format.setForeground(VantorelTheme::secondaryLabel(palette()));
+  QTextCursor cursor(document());
+  cursor.movePosition(QTextCursor::End);
+  cursor.insertBlock(block, format);
+  cursor.insertText(QStringLiteral("The preview ends here; the clip goes on."));
+}
+
+void TextPreview::mousePressEvent(QMouseEvent* event) {
+  // A selection that is pressed would be dragged out, which waits for wherever it is dropped.
+  if (textCursor().hasSelection()) setTextCursor(cursorForPosition(event->pos()));
+  QTextEdit::mousePressEvent(event);
+}
+
+void TextPreview::changeEvent(QEvent* event) {
+  QTextEdit::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) tint();
+}
+
+void TextPreview::tint() {
+  const QColor label = VantorelTheme::label(palette());
+  QPalette colors = palette();
+  if (colors.color(QPalette::Text) == label) return;
+  QColor highlight = VantorelTheme::gold();
+  highlight.setAlphaF(static_cast<float>(selectionAlpha));
+  colors.setColor(QPalette::Text, label);
+  colors.setColor(QPalette::Highlight, highlight);
+  colors.setColor(QPalette::HighlightedText, label);
+  setPalette(colors);
+}
+
+}  // namespace vantorel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QTextEdit>
+#include <memory>
+
+#include "panel/PreviewText.h"
+#include "platform/Dispatch.h"
+
+namespace vantorel {
+
+/// The text of an entry to be read, selected and scrolled. What is seen at first is there at once,
+/// the rest follows piece by piece.
+class TextPreview : public QTextEdit {
+  Q_OBJECT
+
+ public:
+  TextPreview(PreviewText text, Dispatch& dispatch, QWidget* parent);
+
+  /// How high the text is at the width that previews have; no more is measured than can matter.
+  [[nodiscard]] static double measuredHeight(PreviewText text);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void appendInTurns();
+  void appendEnd();
+  void tint();
+
+  PreviewText text_;
+  Dispatch& dispatch_;
+  bool begun_ = false;
+  // Dies with this; queued work that finds it dead does nothing.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+}  // namespace vantorel
