@@ -5,28 +5,13 @@ import unittest
 
 from Xlib import X
 
-from harness import applications
 from harness.case import VantorelTestCase
+from harness.panel_case import PanelTestCase
 from harness.vantorel import SHORTCUT
 from harness.waiting import stays_true, wait_for
 from harness.windows import Frame
 
 PIN_LIMIT_NOTICE = "Up to 5 pins. Unpin an item first."
-FRUITS = ("apple", "banana", "cherry")  # in the order they are copied
-
-
-class PanelTestCase(VantorelTestCase):
-    """An editor in front and three texts in the history."""
-
-    def setUp(self):
-        super().setUp()
-        self.editor = applications.gtk_editor(self.desktop, self.path("gtk.txt"))
-        for text in FRUITS:
-            self.vantorel.copy(text)
-
-    def press(self, *chords):
-        for chord in chords:
-            self.desktop.keyboard.chord(chord)
 
 
 class Keys(PanelTestCase):
@@ -74,28 +59,20 @@ class Keys(PanelTestCase):
         # Five times the last row, which each time is an entry not pinned yet.
         for number in range(5):
             self.press("Down", "Down", "Down", "Down", "Down", "Ctrl+p")
-            wait_for("one pin more", lambda count=number + 1: self._pins() == count)
+            wait_for("one pin more", lambda count=number + 1: self.pins() == count)
         self.press("Down", "Down", "Down", "Down", "Down", "Ctrl+p")
         self.vantorel.wait_for_notice(PIN_LIMIT_NOTICE)
-        self.assertEqual(self._pins(), 5)
+        self.assertEqual(self.pins(), 5)
 
     def test_alt_and_arrows_move_pins(self):
         self.vantorel.open_panel()
         self.press("Ctrl+p", "Down", "Ctrl+p")
-        wait_for("two pins", lambda: self._pins() == 2)
+        wait_for("two pins", lambda: self.pins() == 2)
         self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
         self.press("Alt+Up")
         self.vantorel.wait_for_rows(["banana", "cherry", "apple"])
         wait_for("the order on disk", lambda: self.vantorel.history.texts() ==
                  ["banana", "cherry", "apple"])
-
-    def _pins(self):
-        return sum(1 for item in self.vantorel.history.items() if item.get("isPinned"))
-
-    def _name_field(self):
-        program = self.vantorel.accessibility.program("vantorel")
-        return [element for element in program.walk()
-                if element.role in ("text", "entry") and element.showing and element.focused]
 
 
 class Search(PanelTestCase):
@@ -179,8 +156,7 @@ class PointerOnThePanel(PanelTestCase):
         self.vantorel.open_panel()
         self.desktop.pointer.move(*self.vantorel.wait_for_row("banana").centre)
         self.vantorel.copy("date")
-        stays_true("the old rows",
-                   lambda: self.vantorel.row_titles() == ["cherry", "banana", "apple"], 0.3)
+        self.assert_rows_stay(["cherry", "banana", "apple"])
 
     def test_a_copy_made_meanwhile_appears_in_the_open_panel(self):
         self.desktop.pointer.move(5, 5)

@@ -1,0 +1,132 @@
+"""Hover previews, by a real pointer that rests and moves on."""
+
+import unittest
+
+from harness.panel_case import PanelTestCase
+from harness.pictures import png
+from harness.waiting import stays_true, wait_for
+
+
+class TextPreview(PanelTestCase):
+    texts = ("apple", "banana", "\n".join(f"line {number} of a long text" for number in range(200)))
+
+    def _rest_on(self, title):
+        self.desktop.pointer.move(*self.vantorel.wait_for_row(title).centre)
+
+    def test_a_resting_pointer_shows_the_entry_and_a_leaving_one_ends_it(self):
+        self.vantorel.open_panel()
+        self._rest_on("banana")
+        frame = self.wait_for_preview()
+        self.assertEqual(frame[2:], (360, 92))
+        self.desktop.pointer.move(2, 2)
+        self.wait_for_no_preview()
+        self.assertIsNotNone(self.vantorel.panel())
+
+    def test_a_passing_pointer_shows_nothing(self):
+        self.vantorel.open_panel()
+        self._rest_on("banana")
+        self.desktop.pointer.move(2, 2)
+        stays_true("no preview", lambda: self.preview() is None, 0.8)
+
+    def test_the_pointer_may_go_into_the_preview_and_back(self):
+        panel = self.desktop.windows.frame(self.vantorel.open_panel())
+        self._rest_on("banana")
+        frame = self.wait_for_preview()
+        self.assertGreaterEqual(frame.x, panel.x + panel.width - 20)
+        self.desktop.pointer.move(frame.x + 40, frame.y + 40)
+        stays_true("the preview", self.preview, 0.8)
+        self._rest_on("banana")
+        stays_true("the preview", self.preview, 0.8)
+
+    def test_a_click_into_the_preview_leaves_the_panel(self):
+        self.vantorel.open_panel()
+        self._rest_on("banana")
+        frame = self.wait_for_preview()
+        self.desktop.pointer.click(frame.x + 40, frame.y + 40)
+        stays_true("the panel", self.vantorel.panel, 0.5)
+
+    def test_space_shows_it_at_once_and_escape_takes_both_away(self):
+        self.vantorel.open_panel()
+        self.press("Space")
+        self.assertEqual(self.wait_for_preview()[2:], (360, 340))
+        self.press("Escape")
+        self.vantorel.wait_until_hidden()
+        self.wait_for_no_preview()
+
+    def test_a_long_text_scrolls(self):
+        self.vantorel.open_panel()
+        self.press("Space")
+        frame = self.wait_for_preview()
+        self.desktop.pointer.move(frame.x + 100, frame.y + 100)
+        wait_for("a painted preview", lambda: self.desktop.windows.distinct_colours(frame) > 16)
+        before = self.desktop.windows.pixels(frame)
+        self.desktop.pointer.click(frame.x + 100, frame.y + 100, button=5)
+        wait_for("other lines", lambda: self.desktop.windows.pixels(frame) != before)
+
+    def test_the_list_is_left_alone_while_a_preview_is_shown(self):
+        self.vantorel.open_panel()
+        self.press("Space")
+        self.wait_for_preview()
+        titles = self.vantorel.row_titles()
+        self.vantorel.copy("date")
+        self.assert_rows_stay(titles)
+
+    def test_choosing_an_entry_takes_its_preview_away(self):
+        self.vantorel.open_panel()
+        self._rest_on("banana")
+        self.wait_for_preview()
+        self.press("Down", "Return")
+        self.vantorel.wait_until_hidden()
+        self.wait_for_no_preview()
+        self.editor.wait_for_text("banana")
+
+
+class PicturePreview(PanelTestCase):
+    texts = ("apple",)
+
+    def setUp(self):
+        super().setUp()
+        self.clipboard.own(offers={"image/png": png(640, 400, (20, 150, 90))})
+        wait_for("the picture on disk", lambda: self.vantorel.newest().get("kind") == "image")
+
+    def test_the_row_shows_the_picture_and_its_thumbnail_opens_the_preview(self):
+        self.vantorel.open_panel()
+        row = self.vantorel.wait_for_row("Image")
+        x, y, _, height = row.element.extents
+        middle = (x + 8 + 28, y + height // 2)
+        wait_for("the picture in the row", lambda: _green(self.desktop.windows.pixel(
+            middle[0] - 15, middle[1] + 8)))
+        # The rest of the row opens nothing.
+        self.desktop.pointer.move(x + 200, y + height // 2)
+        stays_true("no preview", lambda: self.preview() is None, 0.7)
+        self.desktop.pointer.move(*middle)
+        frame = self.wait_for_preview()
+        self.assertEqual(frame[2:], (310, 320))
+        wait_for("the picture in the preview", lambda: _green(self.desktop.windows.pixel(
+            frame.x + 60, frame.y + 170)))
+
+
+class PreviewBesideTheEdge(PanelTestCase):
+    def test_it_goes_to_the_side_with_more_room(self):
+        self.vantorel.open_panel()
+        panel = self.vantorel.panel()
+        frame = self.desktop.windows.frame(panel)
+        # The panel is dragged by its rim to the right edge of the screen.
+        start = (frame.x + 200, frame.y + 4)
+        self.desktop.pointer.drag(start, (self.desktop.size[0] - 215, start[1]))
+        wait_for("the panel at the edge",
+                 lambda: self.desktop.windows.frame(panel).x > frame.x + 300)
+        moved = self.desktop.windows.frame(panel)
+        self.desktop.pointer.move(*self.vantorel.wait_for_row("banana").centre)
+        preview = self.wait_for_preview()
+        self.assertLessEqual(preview.x + preview.width, moved.x + 20)
+        self.assertGreaterEqual(preview.x, 0)
+
+
+def _green(colour):
+    red, green, blue = colour
+    return green > red + 40 and green > blue + 20
+
+
+if __name__ == "__main__":
+    unittest.main()
