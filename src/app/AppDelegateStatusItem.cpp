@@ -53,7 +53,7 @@ void AppDelegate::showStatusMenu() { showStatusMenu(desktop_.screens.mouseLocati
 
 void AppDelegate::showStatusMenu(Point at) {
   if (!statusMenu_) {
-    statusMenu_ = std::make_unique<StatusMenuPopup>(desktop_.accessibility, desktop_.backdrops);
+    statusMenu_ = std::make_unique<StatusMenuPopup>(chromeServices());
     statusMenu_->onChosen = [this](const MenuRow& row) {
       perform(statusAction(row), row.representedObject);
     };

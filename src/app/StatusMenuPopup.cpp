@@ -1,6 +1,7 @@
 #include "app/StatusMenuPopup.h"
 
 #include <QAction>
+#include <QWindow>
 #include <cmath>
 #include <string>
 
@@ -8,6 +9,9 @@
 
 namespace vantorel {
 namespace {
+
+constexpr Seconds inputInterval{0.03};
+constexpr int inputAttempts = 100;
 
 /// An ampersand before a letter would mark the letter.
 QString label(const std::string& title) {
@@ -20,19 +24,29 @@ QPoint pixel(Point at) {
 
 }  // namespace
 
-StatusMenuPopup::StatusMenuPopup(const AccessibilityPreferences& accessibility,
-                                 const WindowBackdrops* backdrops)
-    : accessibility_(accessibility), backdrops_(backdrops) {}
+StatusMenuPopup::StatusMenuPopup(const ChromeServices& services) : services_(services) {}
 
 StatusMenuPopup::~StatusMenuPopup() = default;
 
 void StatusMenuPopup::popUp(const std::vector<MenuRow>& rows, Point at) {
   retire();
-  menu_ = std::make_unique<VantorelMenu>(accessibility_, backdrops_);
+  menu_ = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops);
   menu_->setWindowTitle("Vantorel Menu");
   menu_->setAccessibleName("Vantorel Menu");
   fill(*menu_, rows);
   menu_->popup(pixel(at));
+  takeInput(inputAttempts);
+}
+
+// The menu may have been asked for by a key of the desktop, which holds the keyboard until that key
+// is let go. Until the menu has it and the pointer, nothing would take the menu away again.
+void StatusMenuPopup::takeInput(int attempts) {
+  nextAttempt_.reset();
+  if (attempts == 0 || !menu_->isVisible()) return;
+  QWindow* window = menu_->windowHandle();
+  if (window->setKeyboardGrabEnabled(true) && window->setMouseGrabEnabled(true)) return;
+  nextAttempt_ =
+      services_.dispatch.after(inputInterval, [this, attempts] { takeInput(attempts - 1); });
 }
 
 void StatusMenuPopup::fill(VantorelMenu& menu, const std::vector<MenuRow>& rows) {
@@ -63,6 +77,7 @@ void StatusMenuPopup::add(VantorelMenu& menu, const MenuRow& row) {
 
 // The menu may be what is calling: it goes once it has come to rest.
 void StatusMenuPopup::retire() {
+  nextAttempt_.reset();
   if (!menu_) return;
   menu_->hide();
   menu_.release()->deleteLater();

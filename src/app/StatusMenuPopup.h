@@ -4,10 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "platform/AccessibilityPreferences.h"
+#include "chrome/ChromeServices.h"
 #include "platform/MenuRow.h"
-#include "platform/Screens.h"
-#include "platform/WindowBackdrops.h"
 
 namespace vantorel {
 
@@ -16,8 +14,8 @@ class VantorelMenu;
 /// The status menu as a menu of our own, where the desktop's bar does not show it. Main thread.
 class StatusMenuPopup {
  public:
-  /// Both outlive this object; `backdrops` may be null.
-  StatusMenuPopup(const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops);
+  /// All outlive this object.
+  explicit StatusMenuPopup(const ChromeServices& services);
   ~StatusMenuPopup();
   StatusMenuPopup(const StatusMenuPopup&) = delete;
   StatusMenuPopup& operator=(const StatusMenuPopup&) = delete;
@@ -32,10 +30,11 @@ class StatusMenuPopup {
   void fill(VantorelMenu& menu, const std::vector<MenuRow>& rows);
   void add(VantorelMenu& menu, const MenuRow& row);
   void retire();
+  void takeInput(int attempts);
 
-  const AccessibilityPreferences& accessibility_;
-  const WindowBackdrops* backdrops_;
+  ChromeServices services_;
   std::unique_ptr<VantorelMenu> menu_;
+  std::unique_ptr<Timer> nextAttempt_;
 };
 
 }  // namespace vantorel

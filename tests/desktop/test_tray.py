@@ -10,8 +10,8 @@ from cryptography.exceptions import InvalidTag
 from harness import applications, pictures
 from harness.history import files_holding, unseal
 from harness.tray import Tray
-from harness.tray_case import (ALWAYS, HELP, MENU, PINNED_TOO, QUESTION, RECORDER,
-                               StatusMenuTestCase, TrayTestCase)
+from harness.tray_case import (ALWAYS, HELP, PINNED_TOO, QUESTION, RECORDER, StatusMenuTestCase,
+                               TrayTestCase)
 from harness.vantorel import program_path
 from harness.waiting import stays_true, wait_for
 
@@ -51,8 +51,7 @@ class Item(TrayTestCase):
 
     def test_a_tray_that_shows_no_menus_gets_ours(self):
         self.tray.want_menu(300, 200)
-        menu = self.desktop.windows.wait_for_title(MENU)
-        frame = self.desktop.windows.frame(menu)
+        frame = self.wait_for_menu()
         self.assertEqual((frame.x, frame.y), (300, 200))
         self.desktop.keyboard.tap("Up")
         self.desktop.keyboard.tap("Up")

@@ -28,6 +28,7 @@ std::optional<HotKeyRef> FakeHotKeys::registerHotKey(KeyCode keyCode, HotKeyModi
 }
 
 void FakeHotKeys::unregisterHotKey(HotKeyRef reference) {
+  if (onUnregister) onUnregister();
   registered_.erase(reference);
   log_.emplace_back("unregister");
 }

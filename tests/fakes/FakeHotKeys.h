@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -36,6 +37,8 @@ class FakeHotKeys : public HotKeys {
   /// Another program has, or gives up, that combination.
   void take(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.insert({keyCode, modifiers}); }
   void giveUp(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.erase({keyCode, modifiers}); }
+  /// Called before a shortcut is given back.
+  std::function<void()> onUnregister;
   void setHandlerInstallFails(bool fails) { installFails_ = fails; }
 
   [[nodiscard]] bool hasHandler() const { return static_cast<bool>(handler_); }

@@ -86,7 +86,7 @@ std::string_view CommandLine::helpText() {
 
 Vantorel keeps a private, encrypted history of what you copy and pastes any of
 it again. Without a command it starts in the background; if it is running
-already, its history panel is shown or hidden.
+already, its history panel is shown.
 
 Commands for the running Vantorel, for keys and launchers of your desktop:
   --toggle     show or hide the history panel

@@ -1,0 +1,220 @@
+"""The menu's commands on a desktop without a tray: at the pointer, by options, over the bus."""
+
+import configparser
+import os
+import shlex
+import unittest
+
+from Xlib import X, XK
+from Xlib.ext import xtest
+
+from harness import applications
+from harness.tray_case import HELP, MENU, PINNED_TOO, QUESTION, RECORDER, StatusMenuTestCase
+from harness.waiting import wait_for
+
+_ENTRY = os.path.join(os.path.dirname(__file__), "..", "..", "packaging",
+                      "com.vantorel.Vantorel.desktop")
+
+PAUSES = {"pause-15-minutes": ("Clipboard history paused for 15 minutes.", 900),
+          "pause-1-hour": ("Clipboard history paused for 1 hour.", 3600),
+          "pause-until-tomorrow": ("Clipboard history paused until tomorrow.", 86400)}
+
+
+class MenuAtThePointer(StatusMenuTestCase):
+    def open_menu(self, x, y):
+        self.desktop.pointer.move(x, y)
+        self.vantorel.command("--menu")
+        return self.wait_for_menu()
+
+    def test_it_stands_at_the_pointer_and_is_walked_by_keys(self):
+        frame = self.open_menu(400, 300)
+        self.assertEqual((frame.x, frame.y), (400, 300))
+        for key in ("Down", "Down", "Down", "Right", "Down", "Return"):
+            self.desktop.keyboard.tap(key)
+        self.vantorel.wait_for_notice("Clipboard history paused for 1 hour.")
+        self.desktop.windows.wait_gone(MENU)
+
+    def test_it_stays_on_the_screen(self):
+        width, height = self.desktop.windows.screen_size()
+        frame = self.open_menu(width - 3, height - 3)
+        self.assertLessEqual(frame.x + frame.width, width)
+        self.assertLessEqual(frame.y + frame.height, height)
+
+    def test_escape_and_a_click_beside_it_choose_nothing(self):
+        before = self.vantorel.defaults()
+        self.open_menu(400, 300)
+        self.dismiss_menu()
+        self.open_menu(400, 300)
+        self.desktop.pointer.click(1200, 700)
+        self.desktop.windows.wait_gone(MENU)
+        self.assertEqual(self.vantorel.defaults(), before)
+
+    def test_the_application_in_front_is_the_one_that_it_excludes(self):
+        applications.gtk_editor(self.desktop, self.path("notes.txt"), "x")
+        self.open_menu(20, 20)
+        for key in ("Down", "Down", "Down", "Down", "Down", "Return"):
+            self.desktop.keyboard.tap(key)
+        self.vantorel.wait_for_notice("Mousepad excluded from history.")
+        self.assertEqual(self.vantorel.defaults()["privacy.excludedBundleIDs"],
+                         ["org.xfce.mousepad"])
+
+    def test_it_has_the_keyboard_once_the_desktops_own_key_is_let_go(self):
+        # A desktop's key for the command: its grab holds the keyboard until the key is let go.
+        root = self.desktop.display.screen().root
+        code = self.desktop.display.keysym_to_keycode(XK.string_to_keysym("F9"))
+        root.grab_key(code, 0, False, X.GrabModeAsync, X.GrabModeAsync)
+        xtest.fake_input(self.desktop.display, X.KeyPress, code)
+        self.desktop.display.sync()
+        self.vantorel.command("--menu")
+        self.desktop.windows.wait_for_title(MENU)
+        xtest.fake_input(self.desktop.display, X.KeyRelease, code)
+        self.desktop.display.sync()
+        self.dismiss_menu()
+
+    def test_a_start_may_begin_with_it(self):
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.vantorel.start("--menu", capturing=False)
+        self.dismiss_menu()
+
+
+class EveryCommand(StatusMenuTestCase):
+    """Each command once by each way that leads to it."""
+
+    def by_option(self, name, argument=None):
+        answer = self.vantorel.command(f"--{name}" + (f"={argument}" if argument else ""))
+        self.assertEqual(answer.returncode, 0, answer.stderr)
+
+    def by_bus(self, name, argument=None):
+        answer = self.desktop.bus_call(
+            "com.vantorel.Vantorel", "/com/vantorel/Vantorel",
+            "org.freedesktop.Application.ActivateAction", name,
+            f"[<'{argument}'>]" if argument else "[]", "{}")
+        self.assertEqual(answer.strip(), "()")
+
+    def by_entry(self, name, argument=None):
+        if argument:
+            return self.by_option(name, argument)  # no launcher knows what to include
+        entry = configparser.RawConfigParser(delimiters="=", interpolation=None)
+        entry.optionxform = str
+        entry.read(_ENTRY, encoding="utf-8")
+        self.assertIn(name, entry["Desktop Entry"]["Actions"].split(";"))
+        program, *arguments = shlex.split(entry[f"Desktop Action {name}"]["Exec"])
+        self.assertEqual(program, "vantorel")
+        answer = self.vantorel.command(*arguments)
+        self.assertEqual(answer.returncode, 0, answer.stderr)
+        return None
+
+    def press_all(self, run):
+        self._panel(run)
+        self._pauses(run)
+        self._privacy(run)
+        self._login(run)
+        self._windows(run)
+        run("quit")
+        wait_for("the program to end", lambda: not self.vantorel.is_running())
+        self.assertEqual(self.vantorel.process.returncode, 0)
+
+    def _panel(self, run):
+        run("toggle")
+        self.vantorel.wait_for_panel()
+        run("toggle")
+        self.vantorel.wait_until_hidden()
+        run("search")
+        self.vantorel.wait_for_panel()
+        wait_for("the search field", lambda: self.vantorel.search_text() == "")
+        run("toggle")
+        self.vantorel.wait_until_hidden()
+        run("menu")
+        self.dismiss_menu()
+
+    def _pauses(self, run):
+        for name, (notice, length) in PAUSES.items():
+            run(name)
+            self.vantorel.wait_for_notice(notice)
+            self.assertAlmostEqual(self.paused_for(), length, delta=30)
+        run("resume")
+        self.vantorel.wait_for_notice("Clipboard history resumed.")
+        self.assertIsNone(self.paused_for())
+
+    def _privacy(self, run):
+        run("toggle-password-managers")
+        self.vantorel.wait_for_notice("Password manager history enabled.")
+        run("toggle-password-managers")
+        self.vantorel.wait_for_notice("Password managers will be ignored.")
+        editor = applications.gtk_editor(self.desktop, self.path("notes.txt"), "x")
+        run("exclude-app")
+        self.vantorel.wait_for_notice("Mousepad excluded from history.")
+        run("include-app", "org.xfce.mousepad")
+        self.vantorel.wait_for_notice("App included in clipboard history.")
+        self.assertEqual(self.vantorel.defaults()["privacy.excludedBundleIDs"], [])
+        editor.kill()
+
+    def _login(self, run):
+        run("toggle-launch-at-login")
+        self.vantorel.wait_for_notice("Vantorel will launch at login.")
+        run("toggle-launch-at-login")
+        self.vantorel.wait_for_notice("Launch at Login disabled.")
+        self.assertIn("Hidden=true", self.read_autostart_entry())
+
+    def _windows(self, run):
+        run("shortcut")
+        self._dismiss(RECORDER, "Escape")
+        run("about")
+        self._dismiss(HELP, "Return")
+        run("clear")
+        self.desktop.windows.wait_for_title(QUESTION)
+        self.assertFalse(self.control(PINNED_TOO).checked)
+        self._dismiss(QUESTION, "Escape")
+
+    def _dismiss(self, title, key):
+        window = self.desktop.windows.wait_for_title(title)
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(window))
+        self.desktop.keyboard.tap(key)
+        self.desktop.windows.wait_gone(title)
+
+    def test_by_options(self):
+        self.press_all(self.by_option)
+
+    def test_by_the_bus(self):
+        self.press_all(self.by_bus)
+
+    def test_by_the_desktop_entry(self):
+        self.press_all(self.by_entry)
+
+
+class SecondStart(StatusMenuTestCase):
+    def test_it_brings_up_the_panel_and_leaves_it_there(self):
+        self.vantorel.command()
+        self.vantorel.wait_for_panel()
+        self.vantorel.command()
+        self.assertIsNotNone(self.vantorel.panel())
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+        self.vantorel.command()
+        self.vantorel.wait_for_panel()
+
+
+class LostBus(StatusMenuTestCase):
+    """The session bus ends while the program runs."""
+
+    autostart = False
+
+    def test_the_program_goes_on_without_it(self):
+        self.vantorel.start(accessible=False)
+        self.vantorel.copy("before")
+        key = self.desktop.keyring.key()
+        self.desktop.processes.stop(self.desktop.bus.process)
+        self.vantorel.open_panel()
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+        self.clipboard.copy("afterwards")
+        wait_for("the copy on disk", lambda: b"afterwards" in self._contents(key))
+        self.assertEqual(self.vantorel.quit(), 0)
+
+    def _contents(self, key):
+        from harness.history import unseal
+        return unseal(key, self.vantorel.history.raw())
+
+
+if __name__ == "__main__":
+    unittest.main()
