@@ -66,7 +66,7 @@ PreviewText::PreviewText(const ClipItem& item)
 std::optional<std::string> PreviewText::nextPiece() {
   if (finished_) return std::nullopt;
   std::string piece;
-  for (std::size_t length = readLine(piece); !finished_ && length < pieceLength;) {
+  for (std::size_t length = readLine(piece); !finished_ && length + breakSearch < pieceLength;) {
     piece += '\n';
     length += readLine(piece);
   }
