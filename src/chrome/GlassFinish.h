@@ -11,13 +11,18 @@ struct GlassFinish {
     blended,  // corners fade into what is behind the window
     shaped,   // the window ends at its outline
   };
+  enum class Behind {
+    asItIs,
+    blurred,
+  };
   double veilAlpha = 1;  // of the window colour that keeps text legible
   Outline outline = Outline::shaped;
+  Behind behind = Behind::asItIs;
   friend bool operator==(const GlassFinish&, const GlassFinish&) = default;
 };
 
-/// What lies behind the window is seen sharp, so little of it may come through; none does when the
-/// user asked for that or nothing is seen through windows.
+/// Much of what lies behind a window may come through where it is blurred, little where it is seen
+/// sharp, and nothing when the user asked for that or nothing is seen through windows.
 [[nodiscard]] GlassFinish glassFinish(const AccessibilityPreferences& accessibility,
                                       const WindowBackdrops* backdrops);
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "chrome/ReadableGlassView.h"
+#include "chrome/WindowGlass.h"
 
 namespace vantorel {
 namespace {
@@ -39,6 +40,8 @@ PopoverWindow::PopoverWindow(const QString& title, QSize size, double cornerRadi
   setAttribute(Qt::WA_QuitOnClose, false);
   setFixedSize(size);
   glass_->setGeometry(rect());
+  new WindowGlass({*this, cornerRadius, services_.accessibility, services_.backdrops},
+                  [this](const GlassFinish& finish) { glass_->setFinish(finish); });
   fade_->setDuration(fadeMilliseconds);
   fade_->setStartValue(0.0);
   fade_->setEndValue(1.0);
@@ -47,14 +50,16 @@ PopoverWindow::PopoverWindow(const QString& title, QSize size, double cornerRadi
 }
 
 void PopoverWindow::show(const Rect& anchor, PopoverEdge edge) {
-  const auto finish = glassFinish(services_.accessibility, services_.backdrops);
-  glass_->setFinish(finish);
-  if (finish.outline == GlassFinish::Outline::shaped) setMask(glass_->outline());
   const auto frame =
       popoverFrame(anchor, edge, width(), height(), areaAround(services_.screens, anchor));
   move(static_cast<int>(std::lround(frame.x)), static_cast<int>(std::lround(frame.y)));
-  if (finish.outline == GlassFinish::Outline::blended && !services_.accessibility.reduceMotion()) {
+  fade_->stop();
+  const auto finish = glassFinish(services_.accessibility, services_.backdrops);
+  const bool fades = finish.outline == GlassFinish::Outline::blended;
+  if (fades && !services_.accessibility.reduceMotion()) {
     fadeIn();
+  } else {
+    setWindowOpacity(1);
   }
   QWidget::show();
   raise();

@@ -15,8 +15,6 @@ void ReadableGlassView::setFinish(const GlassFinish& finish) {
   update();
 }
 
-QRegion ReadableGlassView::outline() const { return GlassDrawing::outline(size(), cornerRadius_); }
-
 void ReadableGlassView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   GlassDrawing::draw(painter, rect(), cornerRadius_, finish_, palette());

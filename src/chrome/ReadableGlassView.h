@@ -20,8 +20,6 @@ class ReadableGlassView : public QWidget {
   [[nodiscard]] double cornerRadius() const { return cornerRadius_; }
   [[nodiscard]] const GlassFinish& finish() const { return finish_; }
   void setFinish(const GlassFinish& finish);
-  /// The pixels that belong to the glass when its outline is shaped.
-  [[nodiscard]] QRegion outline() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -11,6 +11,7 @@
 #include "chrome/PushButton.h"
 #include "chrome/ReadableGlassView.h"
 #include "chrome/VantorelTheme.h"
+#include "chrome/WindowGlass.h"
 
 namespace vantorel {
 namespace {
@@ -64,6 +65,9 @@ SheetWindow::SheetWindow(const Question& question, const ChromeServices& service
   addText(question);
   addButtons(question);
   tintText();
+  new WindowGlass({*this, cornerRadius, services_.accessibility, services_.backdrops},
+                  [this](const GlassFinish& finish) { glass_->setFinish(finish); });
+  if (attachedTo != nullptr) attachedTo->installEventFilter(this);
 }
 
 void SheetWindow::addText(const Question& question) {
@@ -99,10 +103,8 @@ void SheetWindow::setAccessory(QWidget* accessory) {
 }
 
 void SheetWindow::begin(QWidget* firstResponder) {
-  glass_->setFinish(glassFinish(services_.accessibility, services_.backdrops));
   column_->activate();
   setFixedSize(column_->sizeHint());
-  applyOutline();
   place();
   open_ = true;
   if (firstResponder != nullptr) firstResponder->setFocus(Qt::OtherFocusReason);
@@ -142,6 +144,16 @@ void SheetWindow::place() {
   move(kept(x, width(), area.x, area.width), kept(y, height(), area.y, area.height));
 }
 
+/// Goes with its window and stays at its place over it.
+bool SheetWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == attachedTo_ && open_) {
+    const auto type = event->type();
+    if (type == QEvent::Hide && !event->spontaneous()) end(Answer::cancelled);
+    if (type == QEvent::Move || type == QEvent::Resize) place();
+  }
+  return false;
+}
+
 void SheetWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) return end(Answer::cancelled);
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
@@ -163,21 +175,12 @@ void SheetWindow::changeEvent(QEvent* event) {
 void SheetWindow::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   glass_->setGeometry(rect());
-  applyOutline();
 }
 
 void SheetWindow::tintText() {
   tint(message_, VantorelTheme::label(palette()));
   if (informativeText_ != nullptr) {
     tint(informativeText_, VantorelTheme::secondaryLabel(palette()));
-  }
-}
-
-void SheetWindow::applyOutline() {
-  if (glass_->finish().outline == GlassFinish::Outline::shaped) {
-    setMask(glass_->outline());
-  } else if (!mask().isEmpty()) {
-    clearMask();
   }
 }
 

@@ -32,7 +32,8 @@ class SheetWindow : public QWidget {
   /// `attachedTo` may be null, then the sheet stands in the middle of the screen under the pointer.
   SheetWindow(const Question& question, const ChromeServices& services, QWidget* attachedTo);
 
-  /// Called once, when the sheet has gone. It may destroy the sheet.
+  /// Called once, when the sheet has gone; it goes too when its window is hidden. It may destroy
+  /// the sheet.
   std::function<void(Answer)> onFinished;
 
   /// Puts a control between the text and the buttons; the sheet owns it.
@@ -44,6 +45,7 @@ class SheetWindow : public QWidget {
   void end(Answer answer);
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
@@ -54,7 +56,6 @@ class SheetWindow : public QWidget {
   void addButtons(const Question& question);
   void place();
   void tintText();
-  void applyOutline();
 
   ChromeServices services_;
   QWidget* attachedTo_;

@@ -7,6 +7,7 @@
 #include "chrome/ReadableGlassView.h"
 #include "chrome/TextPresentation.h"
 #include "chrome/VantorelTheme.h"
+#include "chrome/WindowGlass.h"
 
 namespace vantorel {
 namespace {
@@ -18,7 +19,7 @@ constexpr std::size_t mostCharacters = 200;
 
 }  // namespace
 
-ToastPanel::ToastPanel(const QString& message, const GlassFinish& finish)
+ToastPanel::ToastPanel(const QString& message, const ChromeServices& services)
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                            Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus) {
   setAttribute(Qt::WA_TranslucentBackground);
@@ -30,8 +31,8 @@ ToastPanel::ToastPanel(const QString& message, const GlassFinish& finish)
 
   auto* glass = new ReadableGlassView(cornerRadius, this);
   glass->setGeometry(rect());
-  glass->setFinish(finish);
-  if (finish.outline == GlassFinish::Outline::shaped) setMask(glass->outline());
+  new WindowGlass({*this, cornerRadius, services.accessibility, services.backdrops},
+                  [glass](const GlassFinish& finish) { glass->setFinish(finish); });
 
   label_ = new QLabel(glass);
   label_->setGeometry(rect().adjusted(inset, 0, -inset, 0));

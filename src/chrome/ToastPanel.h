@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "chrome/GlassFinish.h"
+#include "chrome/ChromeServices.h"
 
 class QLabel;
 
@@ -17,7 +17,7 @@ class ToastPanel : public QWidget {
   static constexpr int width = 300;
   static constexpr int height = 48;
 
-  ToastPanel(const QString& message, const GlassFinish& finish);
+  ToastPanel(const QString& message, const ChromeServices& services);
 
   /// Shows it and lets screen readers say it.
   void orderFrontRegardless();

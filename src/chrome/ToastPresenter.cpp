@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "chrome/GlassFinish.h"
 #include "chrome/KeySymbols.h"
 #include "chrome/ToastPanel.h"
 
@@ -20,8 +19,7 @@ ToastPresenter::~ToastPresenter() = default;
 
 void ToastPresenter::show(const std::string& message) {
   dismissWorkItem_.reset();
-  panel_ = std::make_unique<ToastPanel>(QString::fromStdString(spelledKeys(message)),
-                                        glassFinish(services_.accessibility, services_.backdrops));
+  panel_ = std::make_unique<ToastPanel>(QString::fromStdString(spelledKeys(message)), services_);
   if (const auto screen = screenUnderMouse(services_.screens)) {
     const auto& area = screen->visibleFrame;
     panel_->move(static_cast<int>(std::lround(area.midX() - ToastPanel::width / 2.0)),

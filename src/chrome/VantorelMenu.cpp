@@ -6,6 +6,7 @@
 #include "chrome/GlassDrawing.h"
 #include "chrome/MenuStyle.h"
 #include "chrome/VantorelTheme.h"
+#include "chrome/WindowGlass.h"
 
 namespace vantorel {
 namespace {
@@ -29,11 +30,17 @@ VantorelMenu::VantorelMenu(const AccessibilityPreferences& accessibility,
     : QMenu(parent), accessibility_(accessibility), backdrops_(backdrops) {
   setStyle(menuStyle());
   setFont(VantorelTheme::systemFont(fontPoints));
+  setWindowTitle(QStringLiteral("Menu"));  // without one it would have the program's name
   setWindowFlag(Qt::FramelessWindowHint);
   setWindowFlag(Qt::NoDropShadowWindowHint);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_QuitOnClose, false);
   setToolTipsVisible(true);
+  new WindowGlass({*this, MenuStyle::cornerRadius, accessibility_, backdrops_},
+                  [this](const GlassFinish& finish) {
+                    finish_ = finish;
+                    update();
+                  });
   connect(this, &QMenu::aboutToHide, this, [this] {
     if (onClosed) onClosed();
   });
@@ -42,19 +49,9 @@ VantorelMenu::VantorelMenu(const AccessibilityPreferences& accessibility,
 VantorelMenu& VantorelMenu::addSubmenu(const QString& title) {
   auto* menu = new VantorelMenu(accessibility_, backdrops_, this);
   menu->setTitle(title);
+  menu->setWindowTitle(title);
   addMenu(menu);
   return *menu;
-}
-
-void VantorelMenu::showEvent(QShowEvent* event) {
-  finish_ = glassFinish(accessibility_, backdrops_);
-  applyOutline();
-  QMenu::showEvent(event);
-}
-
-void VantorelMenu::resizeEvent(QResizeEvent* event) {
-  QMenu::resizeEvent(event);
-  applyOutline();
 }
 
 void VantorelMenu::paintEvent(QPaintEvent* event) {
@@ -66,14 +63,6 @@ void VantorelMenu::paintEvent(QPaintEvent* event) {
     GlassDrawing::draw(painter, rect(), MenuStyle::cornerRadius, finish_, palette());
   }
   QMenu::paintEvent(event);
-}
-
-void VantorelMenu::applyOutline() {
-  if (finish_.outline == GlassFinish::Outline::shaped) {
-    setMask(GlassDrawing::outline(size(), MenuStyle::cornerRadius));
-  } else if (!mask().isEmpty()) {
-    clearMask();
-  }
 }
 
 }  // namespace vantorel

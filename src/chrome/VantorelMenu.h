@@ -26,13 +26,9 @@ class VantorelMenu : public QMenu {
   VantorelMenu& addSubmenu(const QString& title);
 
  protected:
-  void showEvent(QShowEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void applyOutline();
-
   const AccessibilityPreferences& accessibility_;
   const WindowBackdrops* backdrops_;
   GlassFinish finish_;

@@ -1,18 +1,34 @@
 #include "chrome/VantorelPanel.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWindow>
 
+#include "chrome/WindowGlass.h"
+
 namespace vantorel {
+namespace {
+
+/// What the pointer was over when the window went has to be told: where it comes up again the
+/// pointer may be elsewhere.
+void leaveEverything(QWidget& window) {
+  const auto parts = window.findChildren<QWidget*>();
+  for (auto* part : parts) {
+    if (!part->testAttribute(Qt::WA_UnderMouse)) continue;
+    part->setAttribute(Qt::WA_UnderMouse, false);
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(part, &leave);
+  }
+}
+
+}  // namespace
 
 VantorelPanel::VantorelPanel(const QString& title, QSize size, double cornerRadius,
                              const AccessibilityPreferences& accessibility,
                              const WindowBackdrops* backdrops)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
-      accessibility_(accessibility),
-      backdrops_(backdrops),
       glass_(new ReadableGlassView(cornerRadius, this)) {
   setWindowTitle(title);
   setAttribute(Qt::WA_TranslucentBackground);
@@ -21,11 +37,11 @@ VantorelPanel::VantorelPanel(const QString& title, QSize size, double cornerRadi
   glass_->setGeometry(rect());
   winId();
   windowHandle()->installEventFilter(this);
+  new WindowGlass({*this, cornerRadius, accessibility, backdrops},
+                  [this](const GlassFinish& finish) { glass_->setFinish(finish); });
 }
 
 void VantorelPanel::makeKeyAndOrderFront() {
-  glass_->setFinish(glassFinish(accessibility_, backdrops_));
-  applyOutline();
   show();
   raise();
   activateWindow();
@@ -41,7 +57,6 @@ bool VantorelPanel::eventFilter(QObject* watched, QEvent* event) {
 void VantorelPanel::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   glass_->setGeometry(rect());
-  applyOutline();
 }
 
 void VantorelPanel::mousePressEvent(QMouseEvent* event) {
@@ -54,12 +69,9 @@ void VantorelPanel::closeEvent(QCloseEvent* event) {
   if (onCloseRequested) onCloseRequested();
 }
 
-void VantorelPanel::applyOutline() {
-  if (glass_->finish().outline == GlassFinish::Outline::shaped) {
-    setMask(glass_->outline());
-  } else if (!mask().isEmpty()) {
-    clearMask();
-  }
+void VantorelPanel::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  leaveEverything(*this);
 }
 
 }  // namespace vantorel

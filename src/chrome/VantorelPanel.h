@@ -36,12 +36,9 @@ class VantorelPanel : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
-  void applyOutline();
-
-  const AccessibilityPreferences& accessibility_;
-  const WindowBackdrops* backdrops_;
   ReadableGlassView* glass_;
 };
 

@@ -1,14 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
-#include "platform/Workspace.h"
+#include "platform/Observation.h"
+#include "platform/WindowNumber.h"
 
 namespace vantorel {
-
-/// What the window system calls a window of this program.
-using WindowNumber = std::uint64_t;
 
 /// The whole keyboard for one window. Main thread.
 class KeyboardGrabs {

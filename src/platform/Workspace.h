@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/Observation.h"
+
 namespace vantorel {
 
 using ProcessId = std::int32_t;
@@ -21,12 +23,6 @@ struct RunningApplication {
   std::optional<std::string> localizedName;
   ActivationPolicy activationPolicy = ActivationPolicy::regular;
   friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
-};
-
-/// Ends an observation or a monitor when destroyed. Main thread.
-class Observation {
- public:
-  virtual ~Observation() = default;
 };
 
 /// The applications of this desktop session. Main thread; every answer comes from what is already

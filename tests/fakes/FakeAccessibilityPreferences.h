@@ -1,6 +1,9 @@
 #pragma once
 
+#include <utility>
+
 #include "platform/AccessibilityPreferences.h"
+#include "platform/ChangeObservers.h"
 
 namespace vantorel {
 
@@ -9,15 +12,25 @@ class FakeAccessibilityPreferences : public AccessibilityPreferences {
  public:
   [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
   [[nodiscard]] bool reduceTransparency() const override { return reduceTransparency_; }
+  [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override {
+    return observers_.add(std::move(changed));
+  }
 
-  // The test's side.
+  // The test's side. Observers are told at once.
 
-  void setReduceMotion(bool reduce) { reduceMotion_ = reduce; }
-  void setReduceTransparency(bool reduce) { reduceTransparency_ = reduce; }
+  void setReduceMotion(bool reduce) {
+    reduceMotion_ = reduce;
+    observers_.notify();
+  }
+  void setReduceTransparency(bool reduce) {
+    reduceTransparency_ = reduce;
+    observers_.notify();
+  }
 
  private:
   bool reduceMotion_ = false;
   bool reduceTransparency_ = false;
+  mutable ChangeObservers observers_;
 };
 
 }  // namespace vantorel

@@ -1,20 +1,44 @@
 #pragma once
 
+#include <map>
+#include <utility>
+
+#include "platform/ChangeObservers.h"
 #include "platform/WindowBackdrops.h"
 
 namespace vantorel {
 
-/// A compositor that the test starts and stops; it runs at first.
+/// A compositor that the test starts and stops; it runs at first, and does not blur.
 class FakeWindowBackdrops : public WindowBackdrops {
  public:
   [[nodiscard]] Backdrop available() const override { return available_; }
+  [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override {
+    return observers_.add(std::move(changed));
+  }
+  void blurBehind(WindowNumber window, const std::vector<PixelRect>& pixels) const override {
+    ++requests_;
+    blurred_[window] = pixels;
+  }
 
   // The test's side.
 
-  void setAvailable(Backdrop backdrop) { available_ = backdrop; }
+  /// Observers are told at once.
+  void setAvailable(Backdrop backdrop) {
+    available_ = backdrop;
+    observers_.notify();
+  }
+  /// What the window asked for last; nothing when it never asked.
+  [[nodiscard]] std::vector<PixelRect> blurred(WindowNumber window) const {
+    const auto found = blurred_.find(window);
+    return found == blurred_.end() ? std::vector<PixelRect>() : found->second;
+  }
+  [[nodiscard]] int requests() const { return requests_; }
 
  private:
   Backdrop available_ = Backdrop::translucent;
+  mutable ChangeObservers observers_;
+  mutable std::map<WindowNumber, std::vector<PixelRect>> blurred_;
+  mutable int requests_ = 0;
 };
 
 }  // namespace vantorel

@@ -34,6 +34,15 @@ TEST_F(GlassTest, SharpBackdropsAreNearlyCovered) {
             (GlassFinish{0.96, GlassFinish::Outline::blended}));
 }
 
+TEST_F(GlassTest, BlurredBackdropsShowThrough) {
+  backdrops_.setAvailable(Backdrop::blurrable);
+  EXPECT_EQ(glassFinish(accessibility_, &backdrops_),
+            (GlassFinish{0.62, GlassFinish::Outline::blended, GlassFinish::Behind::blurred}));
+  accessibility_.setReduceTransparency(true);
+  EXPECT_EQ(glassFinish(accessibility_, &backdrops_),
+            (GlassFinish{1, GlassFinish::Outline::blended, GlassFinish::Behind::asItIs}));
+}
+
 TEST_F(GlassTest, ReducedTransparencyIsOpaqueButKeepsSmoothCorners) {
   accessibility_.setReduceTransparency(true);
   EXPECT_EQ(glassFinish(accessibility_, &backdrops_),

@@ -110,6 +110,31 @@ TEST_F(SheetTest, AClosedWindowIsACancel) {
   EXPECT_THAT(answers_, ElementsAre(Answer::cancelled));
 }
 
+TEST_F(SheetTest, GoesWithItsWindow) {
+  sheet_->begin();
+  window_.hide();
+  EXPECT_THAT(answers_, ElementsAre(Answer::cancelled));
+  EXPECT_FALSE(sheet_->isVisible());
+}
+
+TEST_F(SheetTest, MayBeDestroyedByTheAnswerThatItsWindowGives) {
+  sheet_->begin();
+  sheet_->onFinished = [this](Answer answer) {
+    answers_.push_back(answer);
+    sheet_.reset();
+  };
+  window_.hide();
+  EXPECT_THAT(answers_, ElementsAre(Answer::cancelled));
+}
+
+TEST_F(SheetTest, MovesWithItsWindow) {
+  sheet_->begin();
+  const auto before = sheet_->pos() - window_.pos();
+  window_.move(500, 200);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(sheet_->pos() - window_.pos(), before);
+}
+
 TEST_F(SheetTest, AnswersOnceAndMayBeDestroyedByIt) {
   sheet_->begin();
   sheet_->onFinished = [this](Answer answer) {

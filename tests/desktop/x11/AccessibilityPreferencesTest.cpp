@@ -16,6 +16,26 @@ class SelectionHolder {
     connection_->flush();
   }
 
+  /// Says what a compositor understands by a property of that name on the root window.
+  void announce(std::string_view name) const {
+    const std::uint8_t something = 0;
+    const auto property = connection_->atom(name);
+    xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, connection_->root(), property,
+                        property, 8, 1, &something);
+    connection_->flush();
+  }
+  void announceNothing(std::string_view name) const {
+    xcb_delete_property(connection_->xcb(), connection_->root(), connection_->atom(name));
+    connection_->flush();
+  }
+  /// The same, by the list of what is supported.
+  void announceSupported(std::string_view name) const {
+    const auto atom = connection_->atom(name);
+    xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, connection_->root(),
+                        connection_->atom("_NET_SUPPORTED"), XCB_ATOM_ATOM, 32, 1, &atom);
+    connection_->flush();
+  }
+
   /// One number and one text, as a settings manager publishes them.
   void publish(std::int32_t animations, const std::string& theme) {
     std::string bytes("\0\0\0\0\1\0\0\0\2\0\0\0", 12);
@@ -54,7 +74,7 @@ class SelectionHolder {
 class AccessibilityPreferencesTest : public DesktopFixture {
  protected:
   void open() {
-    preferences = LinuxAccessibilityPreferences::open(display());
+    preferences = LinuxAccessibilityPreferences::open(dispatch, display());
     ASSERT_NE(preferences, nullptr);
   }
   std::unique_ptr<LinuxAccessibilityPreferences> preferences;
@@ -109,8 +129,71 @@ TEST_F(AccessibilityPreferencesTest, NoticeASettingsManagerThatComesLater) {
   waitUntil("the manager is noticed", [&] { return preferences->reduceMotion(); });
 }
 
+constexpr std::string_view blur = "_KDE_NET_WM_BLUR_BEHIND_REGION";
+
+TEST_F(AccessibilityPreferencesTest, ACompositorThatAnnouncesBlurIsNoticedAtOnceAndLater) {
+  auto compositor = std::make_unique<SelectionHolder>(display(), "_NET_WM_CM_S0");
+  compositor->announce(blur);
+  sync();
+  waitUntil("the compositor is there", [&] {
+    open();
+    return preferences->composited() && preferences->blurs();
+  });
+  compositor->announceNothing(blur);
+  waitUntil("it does not blur any more", [&] { return !preferences->blurs(); });
+  EXPECT_TRUE(preferences->composited());
+  compositor->announce(blur);
+  waitUntil("it blurs again", [&] { return preferences->blurs(); });
+  compositor.reset();
+  waitUntil("its end is noticed", [&] { return !preferences->blurs(); });
+}
+
+TEST_F(AccessibilityPreferencesTest, BlurMayBeAnnouncedAmongWhatIsSupported) {
+  open();
+  const SelectionHolder compositor(display(), "_NET_WM_CM_S0");
+  waitUntil("the compositor is noticed", [&] { return preferences->composited(); });
+  EXPECT_FALSE(preferences->blurs());
+  compositor.announceSupported(blur);
+  waitUntil("it blurs", [&] { return preferences->blurs(); });
+  compositor.announceSupported("_NET_ACTIVE_WINDOW");
+  waitUntil("it does not blur any more", [&] { return !preferences->blurs(); });
+}
+
+TEST_F(AccessibilityPreferencesTest, ChangesAreToldOnTheMainQueueUntilTheObservationEnds) {
+  open();
+  int told = 0;
+  auto observation = preferences->observe([&] { ++told; });
+  auto compositor = std::make_unique<SelectionHolder>(display(), "_NET_WM_CM_S0");
+  waitUntil("the compositor is told of", [&] { return told == 1; });
+  compositor->announce(blur);
+  waitUntil("the blur is told of", [&] { return told == 2; });
+  compositor->announce("_SOMETHING_ELSE");
+  SelectionHolder manager(display(), "_XSETTINGS_S0");
+  manager.publish(0, "Adwaita");
+  waitUntil("the settings are told of", [&] { return told == 3; });
+  observation.reset();
+  compositor.reset();
+  waitUntil("the compositor's end is noticed", [&] { return !preferences->composited(); });
+  dispatch.runQueued();
+  EXPECT_EQ(told, 3);
+}
+
+TEST_F(AccessibilityPreferencesTest, WhatIsToldAfterTheirEndReachesNobody) {
+  open();
+  int told = 0;
+  const auto observation = preferences->observe([&] { ++told; });
+  const SelectionHolder compositor(display(), "_NET_WM_CM_S0");
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!preferences->composited() && std::chrono::steady_clock::now() < end) sync();
+  ASSERT_TRUE(preferences->composited());
+  preferences.reset();
+  dispatch.runQueued();
+  EXPECT_EQ(told, 0);
+}
+
 TEST(AccessibilityPreferencesWithoutServer, AreNone) {
-  EXPECT_EQ(LinuxAccessibilityPreferences::open(":4711"), nullptr);
+  ManualDispatch dispatch;
+  EXPECT_EQ(LinuxAccessibilityPreferences::open(dispatch, ":4711"), nullptr);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "platform/linux/NoDump.h"
 #include "platform/linux/XdgDirectories.h"
 #include "platform/linux/desktop/X11KeyboardGrabs.h"
+#include "platform/linux/desktop/X11WindowBackdrops.h"
 #include "platform/linux/tray/StatusNotifierTray.h"
 #include "platform/linux/x11/KeyCodeTable.h"
 #include "platform/linux/x11/LinuxAccessibilityPreferences.h"
@@ -23,19 +24,6 @@
 
 namespace vantorel {
 namespace {
-
-/// Windows are composed with what lies behind them as long as a compositor runs.
-class CompositorBackdrops : public WindowBackdrops {
- public:
-  explicit CompositorBackdrops(const LinuxAccessibilityPreferences& preferences)
-      : preferences_(preferences) {}
-  [[nodiscard]] Backdrop available() const override {
-    return preferences_.composited() ? Backdrop::translucent : Backdrop::none;
-  }
-
- private:
-  const LinuxAccessibilityPreferences& preferences_;
-};
 
 /// Beside the directory of the program, where an installation puts them.
 std::filesystem::path installedIconThemes(const std::filesystem::path& program) {
@@ -63,12 +51,12 @@ struct LinuxDesktop::Ports {
   X11EventMonitors monitors{dispatch};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<LinuxAccessibilityPreferences> accessibility =
-      LinuxAccessibilityPreferences::open();
+      LinuxAccessibilityPreferences::open(dispatch);
   std::unique_ptr<X11Pasteboard> pasteboard = X11Pasteboard::open({dispatch, images});
   std::unique_ptr<X11Workspace> workspace =
       X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));
   std::unique_ptr<X11SyntheticInput> input;
-  std::optional<CompositorBackdrops> backdrops;
+  std::optional<X11WindowBackdrops> backdrops;
   std::unique_ptr<X11HotKeys> hotKeys = X11HotKeys::open(dispatch);
   X11KeyboardGrabs keyboardGrabs;
 

@@ -2,6 +2,7 @@
 
 #include <xcb/xfixes.h>
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -31,29 +32,53 @@ bool saysHighContrast(const XSettings& settings) {
 
 }  // namespace
 
+/// All that observers are told of.
+struct LinuxAccessibilityPreferences::State {
+  bool reduceMotion = false;
+  bool highContrast = false;
+  bool composited = false;
+  bool announcesBlur = false;
+  friend bool operator==(const State&, const State&) = default;
+};
+
 std::unique_ptr<LinuxAccessibilityPreferences> LinuxAccessibilityPreferences::open(
-    const std::string& display) {
+    Dispatch& dispatch, const std::string& display) {
   auto connection = X11Connection::open(display);
   if (!connection) return nullptr;
   return std::unique_ptr<LinuxAccessibilityPreferences>(
-      new LinuxAccessibilityPreferences(std::move(connection)));
+      new LinuxAccessibilityPreferences(dispatch, std::move(connection)));
 }
 
 LinuxAccessibilityPreferences::LinuxAccessibilityPreferences(
-    std::unique_ptr<X11Connection> connection)
-    : thread_(std::move(connection), "preferences") {
+    Dispatch& dispatch, std::unique_ptr<X11Connection> connection)
+    : dispatch_(dispatch),
+      observers_(std::make_shared<ChangeObservers>()),
+      thread_(std::move(connection), "preferences") {
   auto& x11 = thread_.connection();
   const auto screen = std::to_string(x11.screenNumber());
   compositorSelection_ = x11.atom("_NET_WM_CM_S" + screen);
   settingsSelection_ = x11.atom("_XSETTINGS_S" + screen);
   settingsProperty_ = x11.atom("_XSETTINGS_SETTINGS");
+  blurProperty_ = x11.atom("_KDE_NET_WM_BLUR_BEHIND_REGION");
+  supportedProperty_ = x11.atom("_NET_SUPPORTED");
   watchSelections();
+  watchRoot();
   readCompositor();
+  readBlur();
   followManager();
   thread_.start([this](const xcb_generic_event_t& event) { handle(event); }, [] {});
 }
 
 LinuxAccessibilityPreferences::~LinuxAccessibilityPreferences() { thread_.stop(); }
+
+std::unique_ptr<Observation> LinuxAccessibilityPreferences::observe(
+    std::function<void()> changed) const {
+  return observers_->add(std::move(changed));
+}
+
+LinuxAccessibilityPreferences::State LinuxAccessibilityPreferences::state() const {
+  return {reduceMotion_, highContrast_, composited_, announcesBlur_};
+}
 
 void LinuxAccessibilityPreferences::watchSelections() {
   auto& x11 = thread_.connection();
@@ -70,6 +95,12 @@ void LinuxAccessibilityPreferences::watchSelections() {
   }
 }
 
+void LinuxAccessibilityPreferences::watchRoot() {
+  const auto& x11 = thread_.connection();
+  const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_change_window_attributes(x11.xcb(), x11.root(), XCB_CW_EVENT_MASK, &mask);
+}
+
 xcb_window_t LinuxAccessibilityPreferences::ownerOf(xcb_atom_t selection) const {
   const auto& x11 = thread_.connection();
   const auto owner =
@@ -79,6 +110,18 @@ xcb_window_t LinuxAccessibilityPreferences::ownerOf(xcb_atom_t selection) const 
 
 void LinuxAccessibilityPreferences::readCompositor() {
   composited_ = ownerOf(compositorSelection_) != XCB_WINDOW_NONE;
+}
+
+/// A compositor says so by a property of that name on the root window, or in the list of what is
+/// supported there.
+void LinuxAccessibilityPreferences::readBlur() {
+  const auto& x11 = thread_.connection();
+  const auto named = x11.reply(
+      xcb_get_property_reply,
+      xcb_get_property(x11.xcb(), 0, x11.root(), blurProperty_, XCB_GET_PROPERTY_TYPE_ANY, 0, 0));
+  const auto supported = values32Property(x11, x11.root(), supportedProperty_);
+  announcesBlur_ = (named && named->type != XCB_ATOM_NONE) ||
+                   std::find(supported.begin(), supported.end(), blurProperty_) != supported.end();
 }
 
 void LinuxAccessibilityPreferences::followManager() {
@@ -103,10 +146,22 @@ void LinuxAccessibilityPreferences::readSettings() {
 }
 
 void LinuxAccessibilityPreferences::handle(const xcb_generic_event_t& event) {
+  const State before = state();
+  read(event);
+  if (state() == before) return;
+  dispatch_.async([observers = std::weak_ptr(observers_)] {
+    if (const auto alive = observers.lock()) alive->notify();
+  });
+}
+
+/// What the event says to have changed.
+void LinuxAccessibilityPreferences::read(const xcb_generic_event_t& event) {
   const auto type = event.response_type & 0x7FU;
   if (type == XCB_PROPERTY_NOTIFY) {
     const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
     if (change.window == manager_ && change.atom == settingsProperty_) readSettings();
+    const bool ofBlur = change.atom == blurProperty_ || change.atom == supportedProperty_;
+    if (change.window == thread_.connection().root() && ofBlur) readBlur();
   } else if (fixesEvent_ != 0 && type == fixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
     const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
     if (change.selection == compositorSelection_) readCompositor();

@@ -5,6 +5,8 @@
 #include <string>
 
 #include "platform/AccessibilityPreferences.h"
+#include "platform/ChangeObservers.h"
+#include "platform/Dispatch.h"
 #include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {
@@ -15,25 +17,38 @@ namespace vantorel {
 /// is answered from memory.
 class LinuxAccessibilityPreferences : public AccessibilityPreferences {
  public:
-  /// Knows the present state when it returns. Null when there is no X server.
+  /// Knows the present state when it returns. Null when there is no X server. Changes are announced
+  /// through `dispatch`, which outlives the result.
   [[nodiscard]] static std::unique_ptr<LinuxAccessibilityPreferences> open(
-      const std::string& display = {});
+      Dispatch& dispatch, const std::string& display = {});
   ~LinuxAccessibilityPreferences() override;
   LinuxAccessibilityPreferences(const LinuxAccessibilityPreferences&) = delete;
   LinuxAccessibilityPreferences& operator=(const LinuxAccessibilityPreferences&) = delete;
 
   [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
   [[nodiscard]] bool reduceTransparency() const override { return highContrast_ || !composited_; }
+  /// Also tells of `composited()` and `blurs()`.
+  [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override;
 
   /// Whether a compositor runs. Any thread.
   [[nodiscard]] bool composited() const { return composited_; }
+  /// Whether a compositor announces that it blurs what lies behind a window that asks for it, by
+  /// the property `blurProperty()`. Any thread.
+  [[nodiscard]] bool blurs() const { return composited_ && announcesBlur_; }
+  [[nodiscard]] xcb_atom_t blurProperty() const { return blurProperty_; }
 
  private:
-  explicit LinuxAccessibilityPreferences(std::unique_ptr<X11Connection> connection);
+  LinuxAccessibilityPreferences(Dispatch& dispatch, std::unique_ptr<X11Connection> connection);
+
+  struct State;
+  [[nodiscard]] State state() const;
 
   void watchSelections();
+  void watchRoot();
   void handle(const xcb_generic_event_t& event);
+  void read(const xcb_generic_event_t& event);
   void readCompositor();
+  void readBlur();
   void followManager();
   void readSettings();
   [[nodiscard]] xcb_window_t ownerOf(xcb_atom_t selection) const;
@@ -41,11 +56,16 @@ class LinuxAccessibilityPreferences : public AccessibilityPreferences {
   std::atomic<bool> reduceMotion_ = false;
   std::atomic<bool> highContrast_ = false;
   std::atomic<bool> composited_ = false;
+  std::atomic<bool> announcesBlur_ = false;
 
+  Dispatch& dispatch_;
+  std::shared_ptr<ChangeObservers> observers_;  // its contents belong to the main thread
   X11Thread thread_;
   xcb_atom_t compositorSelection_;
   xcb_atom_t settingsSelection_;
   xcb_atom_t settingsProperty_;
+  xcb_atom_t blurProperty_;
+  xcb_atom_t supportedProperty_;            // what the window manager and the compositor understand
   xcb_window_t manager_ = XCB_WINDOW_NONE;  // of the settings; on the thread
   std::uint8_t fixesEvent_ = 0;
 };

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vantorel {
+
+/// What the window system calls a window of this program.
+using WindowNumber = std::uint64_t;
+
+}  // namespace vantorel

@@ -1,0 +1,183 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+
+#include "chrome/PopoverWindow.h"
+#include "chrome/SheetWindow.h"
+#include "chrome/VantorelMenu.h"
+#include "chrome/VantorelPanel.h"
+#include "desktop/x11pasteboard/PrivateXServer.h"
+#include "fakes/FakeScreens.h"
+#include "platform/linux/desktop/X11WindowBackdrops.h"
+#include "platform/linux/x11/X11Property.h"
+#include "platform/qt/QtDispatch.h"
+
+namespace vantorel {
+namespace {
+
+constexpr std::string_view blur = "_KDE_NET_WM_BLUR_BEHIND_REGION";
+
+/// A compositor that composes nothing and says what the test wants it to say.
+class MadeUpCompositor {
+ public:
+  MadeUpCompositor()
+      : connection_(X11Connection::open()), window_(xcb_generate_id(connection_->xcb())) {
+    xcb_create_window(connection_->xcb(), 0, window_, connection_->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_set_selection_owner(connection_->xcb(), window_, connection_->atom("_NET_WM_CM_S0"),
+                            XCB_CURRENT_TIME);
+    connection_->flush();
+  }
+  ~MadeUpCompositor() { announceNothing(); }
+  MadeUpCompositor(const MadeUpCompositor&) = delete;
+  MadeUpCompositor& operator=(const MadeUpCompositor&) = delete;
+
+  void announceBlur() {
+    const std::uint8_t something = 0;
+    const auto property = connection_->atom(blur);
+    xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, connection_->root(), property,
+                        property, 8, 1, &something);
+    connection_->flush();
+  }
+  void announceNothing() {
+    xcb_delete_property(connection_->xcb(), connection_->root(), connection_->atom(blur));
+    connection_->flush();
+  }
+
+ private:
+  std::unique_ptr<X11Connection> connection_;
+  xcb_window_t window_;
+};
+
+class ChromeOnX11 : public testing::Test {
+ protected:
+  ChromeOnX11() : preferences_(LinuxAccessibilityPreferences::open(dispatch_)) {}
+
+  /// What the server has of the window's wish, four numbers for each rectangle.
+  [[nodiscard]] std::vector<std::uint32_t> blurWish(const QWidget& window) const {
+    return values32Property(*tester_, static_cast<xcb_window_t>(window.internalWinId()),
+                            tester_->atom(blur));
+  }
+  [[nodiscard]] std::string title(const QWidget& window) const {
+    return stringProperty(*tester_, static_cast<xcb_window_t>(window.internalWinId()),
+                          tester_->atom("_NET_WM_NAME"))
+        .value_or("");
+  }
+  [[nodiscard]] bool isUnmanaged(const QWidget& window) const {
+    const auto attributes =
+        tester_->reply(xcb_get_window_attributes_reply,
+                       xcb_get_window_attributes(
+                           tester_->xcb(), static_cast<xcb_window_t>(window.internalWinId())));
+    return attributes && attributes->override_redirect != 0;
+  }
+  [[nodiscard]] xcb_window_t focus() const {
+    const auto reply =
+        tester_->reply(xcb_get_input_focus_reply, xcb_get_input_focus(tester_->xcb()));
+    return reply ? reply->focus : xcb_window_t{XCB_WINDOW_NONE};
+  }
+
+  QtDispatch dispatch_;
+  std::unique_ptr<LinuxAccessibilityPreferences> preferences_;
+  X11WindowBackdrops backdrops_{*preferences_};
+  FakeScreens screens_;
+  ChromeServices services_{dispatch_, screens_, *preferences_, &backdrops_};
+  std::unique_ptr<X11Connection> tester_ = X11Connection::open();
+};
+
+TEST_F(ChromeOnX11, APanelAsksTheCompositorForBlurWhereThatIsAnnounced) {
+  MadeUpCompositor compositor;
+  compositor.announceBlur();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return backdrops_.available() == Backdrop::blurrable; }));
+  VantorelPanel panel("Test", {200, 100}, 18, *preferences_, &backdrops_);
+  panel.makeKeyAndOrderFront();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !blurWish(panel).empty(); }));
+  // The rows of the upper corners come first, the widest last; all within the window.
+  const auto wish = blurWish(panel);
+  ASSERT_EQ(wish.size() % 4, 0U);
+  std::uint32_t area = 0;
+  for (std::size_t i = 0; i < wish.size(); i += 4) {
+    EXPECT_LE(wish[i] + wish[i + 2], 200U);
+    EXPECT_LE(wish[i + 1] + wish[i + 3], 100U);
+    area += wish[i + 2] * wish[i + 3];
+  }
+  EXPECT_LT(area, 200U * 100U);
+  EXPECT_GT(area, 200U * 100U - 18U * 18U);
+}
+
+TEST_F(ChromeOnX11, TheWishIsTakenBackWhenBlurOrTheCompositorGoes) {
+  auto compositor = std::make_unique<MadeUpCompositor>();
+  compositor->announceBlur();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return backdrops_.available() == Backdrop::blurrable; }));
+  VantorelPanel panel("Test", {200, 100}, 18, *preferences_, &backdrops_);
+  panel.makeKeyAndOrderFront();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !blurWish(panel).empty(); }));
+  compositor->announceNothing();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return blurWish(panel).empty(); }));
+  EXPECT_TRUE(panel.mask().isEmpty());
+  compositor->announceBlur();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !blurWish(panel).empty(); }));
+  compositor.reset();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !panel.mask().isEmpty(); }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return blurWish(panel).empty(); }));
+}
+
+TEST_F(ChromeOnX11, AMenuIsUnmanagedAndNotCalledLikeThePanel) {
+  VantorelMenu menu(*preferences_, &backdrops_);
+  menu.addAction("First");
+  auto& submenu = menu.addSubmenu("More");
+  submenu.addAction("Inner");
+  menu.popup({40, 40});
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&menu));
+  submenu.popup({140, 40});
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&submenu));
+  EXPECT_TRUE(isUnmanaged(menu));
+  EXPECT_TRUE(isUnmanaged(submenu));
+  EXPECT_EQ(title(menu), "Menu");
+  EXPECT_EQ(title(submenu), "More");
+  submenu.close();
+  menu.close();
+}
+
+TEST_F(ChromeOnX11, APopoverIsUnmanagedAndLeavesTheKeyboardWhereItIs) {
+  VantorelPanel panel("Test", {200, 100}, 18, *preferences_, &backdrops_);
+  panel.makeKeyAndOrderFront();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+  const auto before = focus();
+  PopoverWindow popover("Preview", {120, 60}, 14, services_);
+  popover.show({0, 0, 200, 100}, PopoverEdge::right);
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&popover));
+  EXPECT_TRUE(isUnmanaged(popover));
+  EXPECT_EQ(title(popover), "Preview");
+  QTest::qWait(0);
+  EXPECT_EQ(focus(), before);
+  EXPECT_TRUE(panel.isActiveWindow());
+}
+
+TEST_F(ChromeOnX11, ASheetIsTransientForItsPanel) {
+  VantorelPanel panel("Test", {200, 100}, 18, *preferences_, &backdrops_);
+  panel.makeKeyAndOrderFront();
+  SheetWindow sheet({"Name it", "", "Save", "Cancel"}, services_, &panel);
+  sheet.begin();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&sheet));
+  EXPECT_EQ(values32Property(*tester_, static_cast<xcb_window_t>(sheet.internalWinId()),
+                             XCB_ATOM_WM_TRANSIENT_FOR),
+            (std::vector{static_cast<std::uint32_t>(panel.internalWinId())}));
+  EXPECT_EQ(title(sheet), "Name it");
+}
+
+}  // namespace
+}  // namespace vantorel
+
+int main(int argc, char** argv) {
+  testing::InitGoogleMock(&argc, argv);
+  if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
+  const vantorel::PrivateXServer server;
+  qputenv("DISPLAY", server.display().c_str());
+  qputenv("QT_QPA_PLATFORM", "xcb");
+  const QApplication application(argc, argv);
+  QApplication::setApplicationName("vantorel");
+  QApplication::setQuitOnLastWindowClosed(false);
+  return RUN_ALL_TESTS();
+}
