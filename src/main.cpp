@@ -13,6 +13,7 @@
 #include "platform/linux/ApplicationId.h"
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/InstanceLock.h"
+#include "platform/linux/LargeBlocks.h"
 #include "platform/linux/RunningInstance.h"
 #include "platform/linux/SecretServiceKeychain.h"
 #include "platform/linux/StartDecision.h"
@@ -215,5 +216,6 @@ int main(int argc, char** argv) {
     std::fputs(CommandLine::helpText().data(), stdout);
     return 0;
   }
+  vantorel::keepLargeBlocksApart();
   return vantorel::run(argc, argv, {commandLine.command, commandLine.argument});
 }

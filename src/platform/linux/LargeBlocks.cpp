@@ -1,0 +1,15 @@
+#include "platform/linux/LargeBlocks.h"
+
+#include <malloc.h>
+
+namespace vantorel {
+
+void keepLargeBlocksApart() {
+  constexpr int large = 1 << 20;
+  // A fixed threshold also ends the learning.
+  (void)mallopt(M_MMAP_THRESHOLD, large);
+  // The end of a heap may stay a little larger, lest it is returned and taken in turns.
+  (void)mallopt(M_TRIM_THRESHOLD, 2 * large);
+}
+
+}  // namespace vantorel
