@@ -11,6 +11,7 @@
 #include "fakes/FakeImageDecoder.h"
 #include "fakes/FakeScreens.h"
 #include "fakes/TestStore.h"
+#include "platform/posix/ThreadedQueue.h"
 
 namespace vantorel {
 namespace {
@@ -401,6 +402,30 @@ TEST_F(ThumbnailProviderTest, WhoWaitsIsAnsweredOnceWhereverTheProviderGoes) {
     store_.dispatch().runQueued();
     EXPECT_THAT(*answers, SizeIs(1)) << steps;
     provider_ = newProvider(*store_);
+  }
+}
+
+TEST_F(ThumbnailProviderTest, MayEndWhileAThreadMakesPictures) {
+  class Threads : public ManualDispatch {
+   public:
+    std::unique_ptr<SerialQueue> serialQueue(const std::string& label) override {
+      return std::make_unique<ThreadedQueue>(label);
+    }
+  };
+  for (int i = 0; i < 20; ++i) addImage(std::to_string(i), picture(4));
+  for (int round = 0; round < 20; ++round) {
+    Threads dispatch;
+    auto provider = std::make_unique<ThumbnailProvider>(
+        *store_,
+        ThumbnailServices{dispatch, store_.files(), images_, thumbnails_, icons_, screens_});
+    int answers = 0;
+    for (const ClipItem& item : store_->items()) {
+      provider->requestThumbnail(item, [&](const SharedBitmap& /*picture*/) { ++answers; });
+    }
+    for (int i = 0; i < round; ++i) dispatch.runOne();
+    provider.reset();
+    dispatch.runQueued();
+    EXPECT_EQ(answers, 20) << round;
   }
 }
 
