@@ -9,6 +9,7 @@ from cryptography.exceptions import InvalidTag
 
 from harness import applications, pictures
 from harness.history import files_holding, unseal
+from harness.keyring import KeyringState
 from harness.tray import Tray
 from harness.tray_case import (ALWAYS, HELP, PINNED_TOO, QUESTION, RECORDER, StatusMenuTestCase,
                                TrayTestCase)
@@ -359,6 +360,23 @@ class Clearing(TrayTestCase):
         self.clipboard.copy("copied afterwards")
         wait_for("the copy, sealed under the old key",
                  lambda: b"copied afterwards" in unseal(key, self.vantorel.history.raw()))
+
+    def test_a_keyring_that_died_leaves_the_key_and_what_comes_next(self):
+        self.vantorel.copy("cleared")
+        key = self.desktop.keyring.key()
+        self.desktop.processes.stop(self.desktop.keyring.process)
+        self.tray.click("Clear History…")
+        self.desktop.pointer.click(*self.control(PINNED_TOO).centre())
+        self.answer_question("Clear")
+        self.vantorel.wait_for_notice("All clipboard history cleared.")
+        self.clipboard.copy("copied afterwards")
+        wait_for("the copy, sealed under the old key",
+                 lambda: b"copied afterwards" in unseal(key, self.vantorel.history.raw()))
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.desktop.keyring.start(KeyringState.UNLOCKED, self.desktop.env)
+        self.assertEqual(self.desktop.keyring.key(), key)
+        self.vantorel.start()
+        self.assertEqual(self.vantorel.history.texts(), ["copied afterwards"])
 
     def _sealed_files(self):
         files = {}

@@ -36,7 +36,8 @@ std::vector<std::string> AppDelegateTest::history() {
       {desktop.dispatch, desktop.files, desktop.keychain, desktop.ports().applicationSupport},
       std::nullopt, nullptr, {});
   std::vector<std::string> texts;
-  for (const ClipItem& item : onDisk.items()) texts.push_back(item.text ? item.text->get() : item.preview);
+  for (const ClipItem& item : onDisk.items())
+    texts.push_back(item.text ? item.text->get() : item.preview);
   return texts;
 }
 
