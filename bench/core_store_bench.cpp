@@ -51,8 +51,9 @@ class DiskStore {
   }
   void open() {
     store_.reset();
-    store_ = std::make_unique<ClipStore>(ClipStoreServices{dispatch_, disk_, keychain_, base_},
-                                         base_, storage_, ClipStoreLimits());
+    store_ = std::make_unique<ClipStore>(
+        ClipStoreServices{dispatch_, disk_, keychain_, base_, recognition_, *recognitionQueue_},
+        base_, storage_, ClipStoreLimits());
   }
   void fill(const std::vector<ClipItem>& items) {
     for (auto item = items.rbegin(); item != items.rend(); ++item) store_->insert(*item);
@@ -68,6 +69,8 @@ class DiskStore {
   ManualDispatch dispatch_;
   PosixFileSystem disk_;
   FakeKeychain keychain_;
+  AbsentTextRecognition recognition_;
+  std::unique_ptr<SerialQueue> recognitionQueue_ = dispatch_.serialQueue("bench.recognition");
   std::shared_ptr<SecureStorage> storage_ = SecureStorage::ephemeral();
   std::unique_ptr<ClipStore> store_;
 };

@@ -31,7 +31,10 @@ bool hasVisibleWindows() {
 
 AppDelegate::AppDelegate(const Desktop& desktop)
     : desktop_(desktop),
-      store_({desktop.dispatch, desktop.files, desktop.keychain, desktop.applicationSupport},
+      recognitionQueue_(
+          desktop.dispatch.serialQueue(std::string(ClipStore::recognitionQueueLabel))),
+      store_({desktop.dispatch, desktop.files, desktop.keychain, desktop.applicationSupport,
+              desktop.recognition, *recognitionQueue_},
              std::nullopt, nullptr, ClipStoreLimits{}),
       privacy_(desktop.defaults, desktop.dispatch),
       toast_(chromeServices()),

@@ -107,6 +107,7 @@ class AppDelegate {
   HistoryPanelController& panelController();
 
   const Desktop desktop_;
+  const std::unique_ptr<SerialQueue> recognitionQueue_;
   ClipStore store_;
   PrivacyPreferences privacy_;
   ToastPresenter toast_;

@@ -16,6 +16,7 @@
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
 #include "platform/SyntheticInput.h"
+#include "platform/TextRecognition.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowBackdrops.h"
 #include "platform/Workspace.h"
@@ -40,6 +41,7 @@ struct Desktop {
   Screens& screens;
   const AccessibilityPreferences& accessibility;
   const ImageDecoder& images;
+  TextRecognition& recognition;
   const WindowBackdrops* backdrops;  // null: nothing is seen through a window
   KeyCodeForScanCode keyCodeForScanCode;
   /// Where this user's applications keep their data.

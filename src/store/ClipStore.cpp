@@ -126,10 +126,6 @@ void ClipStore::removeUnfinishedWrites() {
   }
 }
 
-void ClipStore::scheduleRecognition(const ClipItem& /*item*/) {
-  // Nothing recognises text in images yet; this is where it will be asked for.
-}
-
 std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {
   if (!item.assetFilename) return std::nullopt;
   auto bytes = assets_.read(*item.assetFilename);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Image.h"
 #include "platform/Keychain.h"
+#include "platform/TextRecognition.h"
 #include "security/SecureStorage.h"
 #include "store/AssetFolder.h"
 #include "store/ClipItem.h"
@@ -36,6 +38,10 @@ struct ClipStoreServices {
   Keychain& keychain;
   /// Where a store without a directory of its own keeps its "ClipHistory".
   std::filesystem::path applicationSupport;
+  TextRecognition& recognition;
+  /// Where the text in pictures is read, one picture after the other; all stores share it. It ends
+  /// after the store, which gives up its own readings when it goes.
+  SerialQueue& recognitionQueue;
 };
 
 /// The one owner of the history: an ordered list of entries, pinned ones first, and its sealed
@@ -48,6 +54,7 @@ struct ClipStoreServices {
 class ClipStore {
  public:
   static constexpr std::size_t maxPinnedItems = 5;
+  static constexpr std::string_view recognitionQueueLabel = "com.vantorel.image-text";
 
   /// Prepares the directories and loads the history. Without `baseUrl` the store lives in
   /// Application Support and takes its key from the keychain; with one and without a storage it
@@ -141,6 +148,8 @@ class ClipStore {
   void removeOrphanedAssets();
   void replaceStorageKey();
   void scheduleRecognition(const ClipItem& item);
+  void setRecognizedText(const std::string& text, const Uuid& id,
+                         const std::optional<std::string>& contentHash);
   std::vector<ClipItem>::iterator find(const Uuid& id);
 
   ClipStoreServices services_;
@@ -155,6 +164,10 @@ class ClipStore {
   bool persistenceIsReady_ = true;
   Seconds saveRetryDelay_ = firstSaveRetry;
   std::unique_ptr<Timer> saveRetry_;
+  std::set<Uuid> scheduledRecognition_;  // pictures that are being read or wait for it
+  std::stop_source stopRecognition_;
+  /// What comes back from another thread holds it weakly and does nothing once it is gone.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   std::unique_ptr<BackgroundSave> backgroundSave_;  // while one is under way
 };
 

@@ -39,6 +39,7 @@ bool writeHistory(FileSystem& files, const std::filesystem::path& path,
 }  // namespace
 
 ClipStore::~ClipStore() {
+  stopRecognition_.request_stop();
   if (!backgroundSave_) return;
   endBackgroundSave();
   (void)save();

@@ -23,7 +23,7 @@ TestStore::TestStore(ClipStoreLimits limits)
 TestStore::~TestStore() = default;
 
 ClipStoreServices TestStore::services() {
-  return {dispatch_, files_, keychain_, directory_.path()};
+  return {dispatch_, files_, keychain_, directory_.path(), recognition_, *recognitionQueue_};
 }
 
 void TestStore::start() {

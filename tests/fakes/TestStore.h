@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "fakes/FakeKeychain.h"
+#include "fakes/FakeTextRecognition.h"
 #include "fakes/FaultyFileSystem.h"
 #include "fakes/ManualDispatch.h"
 #include "fakes/TemporaryDirectory.h"
@@ -39,6 +40,7 @@ class TestStore {
   [[nodiscard]] FaultyFileSystem& files() { return files_; }
   [[nodiscard]] PosixFileSystem& disk() { return disk_; }
   [[nodiscard]] FakeKeychain& keychain() { return keychain_; }
+  [[nodiscard]] FakeTextRecognition& recognition() { return recognition_; }
   [[nodiscard]] const std::shared_ptr<SecureStorage>& storage() const { return storage_; }
   [[nodiscard]] std::filesystem::path base() const { return directory_.path() / "ClipHistory"; }
   [[nodiscard]] std::filesystem::path assets() const { return base() / "Assets"; }
@@ -70,6 +72,9 @@ class TestStore {
   PosixFileSystem disk_;
   FaultyFileSystem files_{disk_};
   FakeKeychain keychain_;
+  FakeTextRecognition recognition_;
+  std::unique_ptr<SerialQueue> recognitionQueue_ =
+      dispatch_.serialQueue(std::string(ClipStore::recognitionQueueLabel));
   ClipStoreLimits limits_;
   std::shared_ptr<SecureStorage> storage_;
   std::unique_ptr<ClipStore> store_;

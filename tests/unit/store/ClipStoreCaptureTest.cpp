@@ -252,8 +252,11 @@ TEST(ClipStoreImages, WithoutAKeyAreNotCapturedWhileTextsAndFilesAre) {
   FakeKeychain keychain;
   keychain.fail(FakeKeychain::Backend::dataProtection, keychainStatus::userCanceled);
   const TemporaryDirectory directory;
-  ClipStore keyless({store.dispatch(), store.disk(), keychain, directory.path()}, std::nullopt,
-                    nullptr, {});
+  AbsentTextRecognition recognition;
+  const auto recognitionQueue = store.dispatch().serialQueue("test.recognition");
+  ClipStore keyless(
+      {store.dispatch(), store.disk(), keychain, directory.path(), recognition, *recognitionQueue},
+      std::nullopt, nullptr, {});
   EXPECT_FALSE(keyless.captureImage(FakeImage({1, 1}, "one"), {}));
   EXPECT_TRUE(keyless.captureFiles({"/a"}, {}));
   EXPECT_TRUE(keyless.insert(textItem("a")));

@@ -37,13 +37,17 @@ struct Place {
   PosixFileSystem disk;
   FaultyFileSystem files{disk};
   FakeKeychain keychain;
+  AbsentTextRecognition recognition;
+  std::unique_ptr<SerialQueue> recognitionQueue = dispatch.serialQueue("test.recognition");
   std::shared_ptr<SecureStorage> storage = SecureStorage::ephemeral();
 
   fs::path base() const { return directory.path() / "ClipHistory"; }
   fs::path assets() const { return base() / "Assets"; }
   fs::path index() const { return base() / "history.vntl"; }
   fs::path legacy() const { return base() / "history.json"; }
-  ClipStoreServices services() { return {dispatch, files, keychain, directory.path()}; }
+  ClipStoreServices services() {
+    return {dispatch, files, keychain, directory.path(), recognition, *recognitionQueue};
+  }
   std::unique_ptr<ClipStore> open(ClipStoreLimits limits = {}) {
     return std::make_unique<ClipStore>(services(), base(), storage, limits);
   }
@@ -56,7 +60,8 @@ TEST(ClipStoreStart, MakesAnEmptyHistoryReadableByItsOwnerAlone) {
     excluded.push_back(path);
     return std::error_code();
   });
-  const ClipStore store({place.dispatch, disk, place.keychain, place.directory.path()},
+  const ClipStore store({place.dispatch, disk, place.keychain, place.directory.path(),
+                         place.recognition, *place.recognitionQueue},
                         place.base(), place.storage, {});
   EXPECT_TRUE(store.persistenceIsReady());
   EXPECT_TRUE(store.items().empty());
@@ -150,8 +155,13 @@ TEST(ClipStoreStart, KeepsTheHistoryAndItsImagesWhenTheKeychainRefuses) {
 
 TEST(ClipStoreStart, WithoutAnyDirectoryEndsTheProgram) {
   Place place;
-  EXPECT_DEATH(ClipStore({place.dispatch, place.files, place.keychain, {}}, std::nullopt, nullptr,
-                         ClipStoreLimits()),
+  EXPECT_DEATH(ClipStore({place.dispatch,
+                          place.files,
+                          place.keychain,
+                          {},
+                          place.recognition,
+                          *place.recognitionQueue},
+                         std::nullopt, nullptr, ClipStoreLimits()),
                "no directory to keep the history in");
 }
 

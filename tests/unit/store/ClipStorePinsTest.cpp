@@ -284,7 +284,10 @@ TEST(ClipStoreClear, GoesOnWhenTheKeychainDoesNotTakeTheNewKey) {
   TestStore store;
   FakeKeychain keychain;
   const TemporaryDirectory directory;
-  const ClipStoreServices services{store.dispatch(), store.disk(), keychain, directory.path()};
+  AbsentTextRecognition recognition;
+  const auto recognitionQueue = store.dispatch().serialQueue("test.recognition");
+  const ClipStoreServices services{store.dispatch(), store.disk(), keychain,
+                                   directory.path(), recognition,  *recognitionQueue};
   {
     ClipStore clip(services, std::nullopt, nullptr, {});
     clip.insert(textItem("a"));

@@ -45,6 +45,7 @@ struct LinuxDesktop::Ports {
   AutostartLoginItem loginItem{files, AutostartPlaces::fromEnvironment(processEnvironment),
                                ownProgramPath()};
   QtImageDecoder images;
+  AbsentTextRecognition recognition;
   QtScreens screens;
   StatusNotifierTray statusItem{
       {dispatch, screens}, processEnvironment, installedIconThemes(ownProgramPath())};
@@ -82,12 +83,25 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
 }
 
 Desktop LinuxDesktop::ports() {
-  return {ports_->dispatch,    ports_->files,          ports_->keychain,
-          ports_->defaults,    *ports_->pasteboard,    *ports_->workspace,
-          *ports_->input,      *ports_->hotKeys,       ports_->loginItem,
-          ports_->statusItem,  ports_->keyboardGrabs,  ports_->monitors,
-          ports_->screens,     *ports_->accessibility, ports_->images,
-          &*ports_->backdrops, keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
+  return {ports_->dispatch,
+          ports_->files,
+          ports_->keychain,
+          ports_->defaults,
+          *ports_->pasteboard,
+          *ports_->workspace,
+          *ports_->input,
+          *ports_->hotKeys,
+          ports_->loginItem,
+          ports_->statusItem,
+          ports_->keyboardGrabs,
+          ports_->monitors,
+          ports_->screens,
+          *ports_->accessibility,
+          ports_->images,
+          ports_->recognition,
+          &*ports_->backdrops,
+          keyCodeFromX11,
+          ports_->directories.dataHome.value_or("")};
 }
 
 }  // namespace vantorel

@@ -1,0 +1,307 @@
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <fstream>
+#include <mutex>
+
+#include "fakes/FakeImage.h"
+#include "fakes/TestStore.h"
+#include "platform/posix/ThreadedQueue.h"
+#include "store/ClipSearchFilter.h"
+#include "store/ContentFingerprint.h"
+
+namespace vantorel {
+namespace {
+
+using Lines = std::vector<std::string>;
+using Outcome = Recognition::Outcome;
+
+/// A store that counts what it announces, and pictures whose text is known.
+struct Scene {
+  TestStore store;
+  int searchIndexChanges = 0;
+
+  Scene() { listen(); }
+  void listen() {
+    store->onSearchIndexChange = [this] { ++searchIndexChanges; };
+  }
+  void restart() {
+    store.restart();
+    listen();
+  }
+  /// Copies the picture; nothing is read yet.
+  Uuid copy(const std::string& bytes) {
+    store.tick();
+    store->captureImage(FakeImage({64, 48}, bytes), {});
+    return imageWith(bytes).id;
+  }
+  void introduce(const std::string& bytes, Lines lines) {
+    store.recognition().introduce(toBytes(bytes), std::move(lines));
+  }
+  ClipItem imageWith(const std::string& bytes) {
+    const std::string hash = ContentFingerprint::data(bytesOf(bytes));
+    for (const ClipItem& item : store->items()) {
+      if (item.contentHash == hash) return item;
+    }
+    throw std::logic_error("the picture is not in the history");
+  }
+  std::vector<std::string> imagesRead() {
+    std::vector<std::string> images;
+    for (const auto& call : store.recognition().calls()) images.emplace_back(textOf(call.image));
+    return images;
+  }
+};
+
+TEST(ClipStoreRecognition, ACapturedPictureIsFoundByAWordInIt) {
+  Scene scene;
+  scene.introduce("invoice", {"Invoice 2024", "Total 17"});
+  const Uuid id = scene.copy("invoice");
+  EXPECT_EQ(scene.store.item(id).recognizedText, std::nullopt);
+  const int changesBefore = scene.store.changes();
+
+  scene.store.dispatch().runQueued();
+
+  EXPECT_EQ(scene.store.item(id).recognizedText, "Invoice 2024\nTotal 17");
+  EXPECT_EQ(scene.store.changes(), changesBefore + 1);
+  EXPECT_EQ(scene.searchIndexChanges, 1);
+  ClipSearchFilter filter;
+  filter.query = "invoice";
+  EXPECT_TRUE(filter.includes(scene.store.item(id)));
+}
+
+TEST(ClipStoreRecognition, TheTextIsSavedSealed) {
+  Scene scene;
+  scene.introduce("a", {"very secret words"});
+  const Uuid id = scene.copy("a");
+  scene.store.dispatch().runQueued();
+  const auto saved = scene.store.savedItems();
+  ASSERT_TRUE(saved);
+  EXPECT_EQ(saved->at(0).recognizedText, "very secret words");
+  const auto file = scene.store.disk().readFile(scene.store.base() / "history.vntl", 1 << 20);
+  EXPECT_EQ(textOf(*file).find("secret"), std::string_view::npos);
+  scene.restart();
+  EXPECT_EQ(scene.store.item(id).recognizedText, "very secret words");
+}
+
+TEST(ClipStoreRecognition, ReadsWhatWasSealed) {
+  Scene scene;
+  scene.copy("the very bytes");
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imagesRead(), Lines{"the very bytes"});
+}
+
+TEST(ClipStoreRecognition, APictureCopiedAgainWhileItIsReadIsReadOnce) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  const Uuid first = scene.copy("a");
+  const Uuid again = scene.copy("a");
+  EXPECT_EQ(first, again);
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imagesRead(), Lines{"a"});
+  EXPECT_EQ(scene.store.item(first).recognizedText, "word");
+  EXPECT_EQ(scene.searchIndexChanges, 1);
+}
+
+TEST(ClipStoreRecognition, APictureWhoseTextIsKnownIsNotReadAgain) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  scene.copy("a");
+  scene.store.dispatch().runQueued();
+  scene.copy("a");
+  scene.restart();
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imagesRead(), Lines{"a"});
+  EXPECT_EQ(scene.imageWith("a").recognizedText, "word");
+}
+
+TEST(ClipStoreRecognition, APictureWithoutTextIsNotReadAgain) {
+  Scene scene;
+  scene.introduce("empty", {});
+  const Uuid id = scene.copy("empty");
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, "");
+  EXPECT_EQ(scene.searchIndexChanges, 1);
+  scene.restart();
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imagesRead(), Lines{"empty"});
+}
+
+TEST(ClipStoreRecognition, WhatFailedIsReadWhenItIsCopiedAgain) {
+  Scene scene;
+  const Uuid id = scene.copy("a");
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, std::nullopt);
+  EXPECT_EQ(scene.searchIndexChanges, 0);
+  scene.introduce("a", {"word"});
+  scene.copy("a");
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, "word");
+}
+
+TEST(ClipStoreRecognition, WhatFailedIsReadAtTheNextStart) {
+  Scene scene;
+  const Uuid a = scene.copy("a");
+  const Uuid b = scene.copy("b");
+  scene.store.dispatch().runQueued();
+  scene.introduce("a", {"first"});
+  scene.introduce("b", {"second"});
+  scene.restart();
+  EXPECT_EQ(scene.store.item(a).recognizedText, std::nullopt) << "the start waited for it";
+  EXPECT_EQ(scene.store.changes(), 0);
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(a).recognizedText, "first");
+  EXPECT_EQ(scene.store.item(b).recognizedText, "second");
+  EXPECT_EQ(scene.store.changes(), 2);
+  EXPECT_EQ(scene.searchIndexChanges, 2);
+}
+
+TEST(ClipStoreRecognition, OneFailureDoesNotKeepTheNextFromBeingRead) {
+  Scene scene;
+  scene.store.recognition().introduce(toBytes("bad"), Recognition{Outcome::unreadable, {}});
+  scene.introduce("good", {"word"});
+  scene.copy("bad");
+  scene.copy("good");
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imagesRead(), (Lines{"bad", "good"}));
+  EXPECT_EQ(scene.imageWith("good").recognizedText, "word");
+}
+
+TEST(ClipStoreRecognition, AnEntryRemovedMeanwhileDropsTheResult) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  const Uuid id = scene.copy("a");
+  scene.store.recognition().duringReading([&] { scene.store->remove(id); });
+  const int before = scene.store.changes();
+  scene.store.dispatch().runQueued();
+  EXPECT_TRUE(scene.store->items().empty());
+  EXPECT_EQ(scene.store.changes(), before + 1) << "only the removal";
+  EXPECT_EQ(scene.searchIndexChanges, 0);
+
+  // Its identity is free again: the same picture, copied later, is read.
+  scene.store.recognition().duringReading({});
+  scene.copy("a");
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imageWith("a").recognizedText, "word");
+}
+
+TEST(ClipStoreRecognition, AClearedHistoryTakesItsTextsAlong) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  scene.introduce("b", {"word"});
+  scene.copy("a");
+  scene.store.dispatch().runQueued();
+  scene.copy("b");
+  scene.store->clear(true);
+  scene.store.dispatch().runQueued();
+  EXPECT_TRUE(scene.store->items().empty());
+  EXPECT_TRUE(scene.store.savedItems()->empty());
+  EXPECT_EQ(scene.imagesRead(), Lines{"a"}) << "a picture that is gone was read";
+}
+
+TEST(ClipStoreRecognition, AnAssetThatVanishedHasNoText) {
+  Scene scene;
+  scene.store.recognition().answerOthers({Outcome::recognized, {"word"}});
+  const Uuid id = scene.copy("a");
+  for (const auto& name : scene.store.assetNames())
+    (void)scene.store.disk().remove(scene.store.assets() / name);
+  scene.copy("b");
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, std::nullopt);
+  EXPECT_EQ(scene.imageWith("b").recognizedText, "word");
+}
+
+TEST(ClipStoreRecognition, AnAssetSealedUnderAnotherKeyHasNoText) {
+  Scene scene;
+  scene.store.recognition().answerOthers({Outcome::recognized, {"word"}});
+  const Uuid id = scene.copy("a");
+  const auto foreign = SecureStorage::ephemeral()->seal(toBytes("a"));
+  std::ofstream(scene.store.assets() / *scene.store.item(id).assetFilename, std::ios::binary)
+      << textOf(foreign);
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, std::nullopt);
+  EXPECT_TRUE(scene.imagesRead().empty());
+}
+
+TEST(ClipStoreRecognition, AnUnsealedLegacyAssetIsReadAsItIs) {
+  Scene scene;
+  scene.introduce("plain", {"word"});
+  const Uuid id = scene.copy("a");
+  std::ofstream(scene.store.assets() / *scene.store.item(id).assetFilename, std::ios::binary)
+      << "plain";
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, "word");
+}
+
+TEST(ClipStoreRecognition, OnlyPicturesWithAnAssetAreRead) {
+  Scene scene;
+  scene.store.recognition().answerOthers({Outcome::recognized, {"word"}});
+  scene.store.addText("text");
+  scene.store->captureFiles({"/tmp/picture.png"}, {});
+  ClipItem withoutAsset = imageItem("x.png", "hash");
+  withoutAsset.assetFilename.reset();
+  scene.store->insert(withoutAsset);
+  scene.store.dispatch().runQueued();
+  scene.restart();
+  scene.store.dispatch().runQueued();
+  EXPECT_TRUE(scene.imagesRead().empty());
+}
+
+TEST(ClipStoreRecognition, AStoreThatIsGoneReadsNothingMore) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  scene.introduce("b", {"word"});
+  scene.copy("a");
+  scene.copy("b");
+  ASSERT_TRUE(scene.store.dispatch().runOne());  // "a" is read, its result is on its way
+  scene.store.quit();
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imagesRead(), Lines{"a"});
+
+  scene.restart();
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imageWith("a").recognizedText, "word");
+  EXPECT_EQ(scene.imageWith("b").recognizedText, "word");
+}
+
+/// Reads until it is asked to stop, as an engine does that works on a large picture.
+class EndlessRecognition : public TextRecognition {
+ public:
+  std::vector<std::string> supportedLanguages() override { return {}; }
+  Recognition recognize(ByteView /*image*/, const std::vector<std::string>& /*languages*/,
+                        const std::stop_token& stop) override {
+    std::unique_lock lock(mutex_);
+    reading_ = true;
+    changed_.notify_all();
+    changed_.wait(lock, stop, [] { return false; });
+    return {Recognition::Outcome::stopped, {}};
+  }
+  void waitUntilReading() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return reading_; });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  bool reading_ = false;
+};
+
+TEST(ClipStoreRecognition, QuittingWhileAPictureIsReadDoesNotWaitForIt) {
+  const TemporaryDirectory directory;
+  ManualDispatch dispatch;
+  PosixFileSystem files;
+  FakeKeychain keychain;
+  EndlessRecognition recognition;
+  auto queue = std::make_unique<ThreadedQueue>("test.recognition");
+  auto store = std::make_unique<ClipStore>(
+      ClipStoreServices{dispatch, files, keychain, directory.path(), recognition, *queue},
+      directory.path() / "ClipHistory", nullptr, ClipStoreLimits{});
+  store->captureImage(FakeImage({64, 48}, "a"), {});
+  recognition.waitUntilReading();
+  store.reset();
+  queue.reset();  // joins; the test's own time limit is what would fail
+  EXPECT_EQ(dispatch.queuedCount(), 0U);
+}
+
+}  // namespace
+}  // namespace vantorel
