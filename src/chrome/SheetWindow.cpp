@@ -58,6 +58,7 @@ SheetWindow::SheetWindow(const Question& question, const ChromeServices& service
   setAccessibleDescription(question.informativeText);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_QuitOnClose, false);
+  setFocusPolicy(Qt::ClickFocus);
   if (attachedTo != nullptr) setWindowModality(Qt::WindowModal);
   column_->setContentsMargins(margin, margin, margin, margin - 2);
   constexpr int spacing = 8;
@@ -107,7 +108,8 @@ void SheetWindow::begin(QWidget* firstResponder) {
   setFixedSize(column_->sizeHint());
   place();
   open_ = true;
-  if (firstResponder != nullptr) firstResponder->setFocus(Qt::OtherFocusReason);
+  // Left to itself the focus would go to a button that Return does not mean.
+  (firstResponder != nullptr ? firstResponder : this)->setFocus(Qt::OtherFocusReason);
   show();
   raise();
   activateWindow();
@@ -157,6 +159,8 @@ bool SheetWindow::eventFilter(QObject* watched, QEvent* event) {
 void SheetWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) return end(Answer::cancelled);
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    // A button that the user has walked to is the one they mean.
+    if (auto* button = qobject_cast<PushButton*>(focusWidget())) return button->click();
     return end(Answer::accepted);
   }
   QWidget::keyPressEvent(event);

@@ -24,7 +24,7 @@ class SheetWindow : public QWidget {
   struct Question {
     QString message;          // also the window's title
     QString informativeText;  // may be empty
-    QString acceptTitle;      // what Return does
+    QString acceptTitle;      // what Return does, unless Tab has led to the other button
     QString cancelTitle;      // what Escape does
     Style style = Style::standard;
   };

@@ -169,8 +169,11 @@ TEST(Theme, SmallTextIsLegibleOnLightAndDarkWindows) {
 }
 
 TEST(SymbolsTest, EverySymbolExistsAndIsTintedAndSharp) {
-  for (const char* name : {"text.alignleft", "photo", "film", "doc", "pin", "pin.fill",
-                           "questionmark.circle", "magnifyingglass", "xmark.circle.fill"}) {
+  for (const char* name :
+       {"text.alignleft", "photo", "film", "doc", "pin", "pin.fill", "questionmark.circle",
+        "magnifyingglass", "xmark.circle.fill", "line.3.horizontal.decrease",
+        "line.3.horizontal.decrease.circle.fill", "app", "app.fill", "pencil",
+        "checkmark.circle.fill", "exclamationmark.circle.fill"}) {
     const auto picture = Symbols::pixmap(name, 16, Qt::red, 2);
     ASSERT_FALSE(picture.isNull()) << name;
     EXPECT_EQ(picture.size(), QSize(32, 32));

@@ -90,6 +90,24 @@ TEST_F(SheetTest, ReturnAcceptsAlsoFromAField) {
   EXPECT_FALSE(sheet_->isVisible());
 }
 
+TEST_F(SheetTest, NoButtonHasTheKeyboardAtFirstSoReturnAccepts) {
+  sheet_->begin();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(sheet_->focusWidget(), sheet_.get());
+  QTest::keyClick(sheet_.get(), Qt::Key_Return);
+  EXPECT_THAT(answers_, ElementsAre(Answer::accepted));
+}
+
+TEST_F(SheetTest, ReturnOnTheButtonThatTabLedToMeansThatButton) {
+  sheet_->begin(field_);
+  QTest::keyClick(field_, Qt::Key_Tab);
+  ASSERT_EQ(sheet_->focusWidget(), button("Save"));
+  QTest::keyClick(button("Save"), Qt::Key_Tab);
+  ASSERT_EQ(sheet_->focusWidget(), button("Cancel"));
+  QTest::keyClick(button("Cancel"), Qt::Key_Return);
+  EXPECT_THAT(answers_, ElementsAre(Answer::cancelled));
+}
+
 TEST_F(SheetTest, EscapeCancels) {
   sheet_->begin(field_);
   QTest::keyClick(field_, Qt::Key_Escape);
