@@ -93,6 +93,17 @@ TEST_F(WorkspaceTest, FindsAnEntryByTheRunningProgram) {
   EXPECT_EQ(frontIdentifier(), "by-program");
 }
 
+TEST_F(WorkspaceTest, KnowsWhatAnInstalledApplicationIsCalled) {
+  install("org.example.Editor", "Name=Text Editor\n");
+  install("nameless", "Exec=nameless\n");
+  open();
+  waitForEntries();
+  EXPECT_EQ(workspace->applicationName("org.example.Editor"), "Text Editor");
+  EXPECT_EQ(workspace->applicationName("org.example.editor"), "Text Editor");
+  EXPECT_EQ(workspace->applicationName("nameless"), std::nullopt);
+  EXPECT_EQ(workspace->applicationName("org.example.Unheard"), std::nullopt);
+}
+
 TEST_F(WorkspaceTest, NoticesAnEntryThatIsInstalledLater) {
   open();
   install("editor", "Name=Installed Later\n");
