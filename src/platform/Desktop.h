@@ -6,7 +6,9 @@
 #include "platform/Dispatch.h"
 #include "platform/EventMonitors.h"
 #include "platform/FileSystem.h"
+#include "platform/FileThumbnails.h"
 #include "platform/HotKeys.h"
+#include "platform/Icons.h"
 #include "platform/Image.h"
 #include "platform/KeyEvent.h"
 #include "platform/KeyboardGrabs.h"
@@ -42,6 +44,8 @@ struct Desktop {
   const AccessibilityPreferences& accessibility;
   const ImageDecoder& images;
   TextRecognition& recognition;
+  FileThumbnails& fileThumbnails;
+  Icons& icons;
   const WindowBackdrops* backdrops;  // null: nothing is seen through a window
   KeyCodeForScanCode keyCodeForScanCode;
   /// Where this user's applications keep their data.

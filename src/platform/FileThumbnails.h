@@ -17,7 +17,9 @@ class FileThumbnails {
   /// Finds or makes the best picture of the file within `size` points at `scale` pixels per point.
   /// Calls `completion` exactly once, later, on a thread of its own choosing: with a picture whose
   /// size in points is its size in pixels, or with null when there is none (an unknown type, a
-  /// damaged or vanished file, a program that failed or took too long). Never waits; main thread.
+  /// damaged or vanished file, a directory, a program that failed or took too long). What is not
+  /// answered when this ends may remain unanswered; afterwards nothing is called any more. Never
+  /// waits; main thread.
   virtual void generateBestRepresentation(const std::filesystem::path& file, Size size,
                                           double scale, Completion completion) = 0;
 };

@@ -18,7 +18,7 @@ class Icons {
 
   /// The icon of the application with that bundle identifier; null when no such application is
   /// installed or it has no icon. `completion` is called exactly once: at once when the answer is
-  /// known, else later on the main queue.
+  /// known, else later on the main queue, unless this has ended by then.
   virtual void applicationIcon(const std::string& bundleIdentifier, Completion completion) = 0;
 
   /// The icon of the file at that path, by its type; a plain document when nothing is known about

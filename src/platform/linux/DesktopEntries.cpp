@@ -1,23 +1,13 @@
 #include "platform/linux/DesktopEntries.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "platform/linux/DesktopEntryScan.h"
+#include "platform/linux/KeyFile.h"
 
 namespace vantorel {
 
 namespace {
-
-std::vector<std::string> parts(std::string_view list) {
-  std::vector<std::string> result;
-  while (!list.empty()) {
-    const auto colon = list.find(':');
-    if (colon != 0) result.emplace_back(list.substr(0, colon));
-    list.remove_prefix(colon == std::string_view::npos ? list.size() : colon + 1);
-  }
-  return result;
-}
 
 std::vector<std::string> localesFrom(const EnvironmentLookup& lookup) {
   std::string locale;
@@ -29,7 +19,7 @@ std::vector<std::string> localesFrom(const EnvironmentLookup& lookup) {
   // A list of languages counts only where there is a locale at all.
   if (messages.empty()) return {};
   std::vector<std::string> result;
-  for (const auto& language : parts(lookup("LANGUAGE").value_or(""))) {
+  for (const auto& language : listOf(lookup("LANGUAGE").value_or(""), ':')) {
     const auto suffixes = desktopEntryLocales(language);
     result.insert(result.end(), suffixes.begin(), suffixes.end());
   }
@@ -41,13 +31,9 @@ std::vector<std::string> localesFrom(const EnvironmentLookup& lookup) {
 
 DesktopEntryPlaces DesktopEntryPlaces::fromEnvironment(const EnvironmentLookup& lookup) {
   DesktopEntryPlaces places;
-  const auto add = [&places](const std::filesystem::path& directory) {
-    if (directory.is_absolute()) places.directories.push_back(directory / "applications");
-  };
-  if (const auto home = XdgDirectories::fromEnvironment(lookup).dataHome) add(*home);
-  auto system = lookup("XDG_DATA_DIRS").value_or("");
-  if (system.empty()) system = "/usr/local/share:/usr/share";
-  for (const auto& directory : parts(system)) add(directory);
+  for (const auto& directory : dataDirectories(lookup)) {
+    places.directories.push_back(directory / "applications");
+  }
   places.locales = localesFrom(lookup);
   return places;
 }

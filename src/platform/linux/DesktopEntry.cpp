@@ -2,22 +2,14 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <map>
 #include <utility>
 
-#include "text/Unicode.h"
+#include "platform/linux/ExecWords.h"
+#include "platform/linux/KeyFile.h"
 
 namespace vantorel {
 
 namespace {
-
-constexpr std::string_view groupHeader = "[Desktop Entry]";
-
-std::string_view stripped(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\r");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
 
 char unescaped(char code) {
   switch (code) {
@@ -63,32 +55,6 @@ std::vector<std::string> listValue(std::string_view value) {
   return result;
 }
 
-/// The words of a command line: double quotes keep spaces, a backslash keeps the next character.
-std::vector<std::string> words(std::string_view command) {
-  std::vector<std::string> result;
-  std::string word;
-  bool quoted = false;
-  bool begun = false;
-  for (std::size_t i = 0; i < command.size(); ++i) {
-    const char character = command[i];
-    if (character == '\\' && i + 1 < command.size()) {
-      word += command[++i];
-      begun = true;
-    } else if (character == '"') {
-      quoted = !quoted;
-      begun = true;
-    } else if (!quoted && (character == ' ' || character == '\t')) {
-      if (begun) result.push_back(std::exchange(word, {}));
-      begun = false;
-    } else {
-      word += character;
-      begun = true;
-    }
-  }
-  if (begun) result.push_back(std::move(word));
-  return result;
-}
-
 std::string fileName(const std::string& path) {
   const auto slash = path.rfind('/');
   return slash == std::string::npos ? path : path.substr(slash + 1);
@@ -102,7 +68,7 @@ bool isAssignment(const std::string& word) {
 bool isFieldCode(const std::string& word) { return word.size() == 2 && word[0] == '%'; }
 
 void readCommand(DesktopEntry& entry, std::string_view command) {
-  const auto all = words(command);
+  const auto all = execWords(command);
   auto word = all.begin();
   if (word != all.end() && fileName(*word) == "env") {
     ++word;
@@ -113,36 +79,12 @@ void readCommand(DesktopEntry& entry, std::string_view command) {
   entry.execHasArguments = !std::all_of(word + 1, all.end(), isFieldCode);
 }
 
-using Keys = std::map<std::string, std::string, std::less<>>;
-
-/// Key and value of each line in the group; the first of a repeated key counts.
-Keys keysOfGroup(std::string_view text) {
-  Keys keys;
-  bool inside = false;
-  while (!text.empty()) {
-    const auto end = text.find('\n');
-    const auto line = stripped(text.substr(0, end));
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.empty() || line.front() == '#') continue;
-    if (line.front() == '[') {
-      if (inside) break;
-      inside = line == groupHeader;
-      continue;
-    }
-    const auto equals = line.find('=');
-    if (!inside || equals == std::string_view::npos) continue;
-    const auto value = stripped(line.substr(equals + 1));
-    if (isValidUtf8(value)) keys.emplace(stripped(line.substr(0, equals)), value);
-  }
-  return keys;
-}
-
-std::string value(const Keys& keys, std::string_view key) {
+std::string value(const KeyGroup& keys, std::string_view key) {
   const auto found = keys.find(key);
   return found == keys.end() ? std::string() : unescapedValue(found->second);
 }
 
-std::string localizedValue(const Keys& keys, const std::string& key,
+std::string localizedValue(const KeyGroup& keys, const std::string& key,
                            const std::vector<std::string>& locales) {
   for (const auto& locale : locales) {
     const auto found = keys.find(std::string(key).append("[").append(locale).append("]"));
@@ -182,7 +124,7 @@ std::vector<std::string> desktopEntryLocales(std::string_view locale) {
 ParsedDesktopEntry parseDesktopEntry(std::string id, std::string_view text,
                                      const std::vector<std::string>& locales) {
   ParsedDesktopEntry result;
-  const Keys keys = keysOfGroup(text);
+  const KeyGroup keys = parseKeyGroup(text, "Desktop Entry");
   if (value(keys, "Hidden") == "true") {
     result.state = DesktopEntryState::hidden;
     return result;

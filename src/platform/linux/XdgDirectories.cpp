@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <sstream>
 #include <string_view>
 
 namespace vantorel {
@@ -38,6 +39,20 @@ std::optional<std::string> homeFromUserDatabase() {
   return std::string(found->pw_dir);
 }
 
+/// `own`, then what `variable` lists, else `standard`.
+std::vector<Path> searchPath(const std::optional<Path>& own, const EnvironmentLookup& lookup,
+                             const char* variable, const char* standard) {
+  std::vector<Path> result;
+  if (own) result.push_back(*own);
+  auto list = lookup(variable).value_or("");
+  if (list.empty()) list = standard;
+  std::istringstream stream(list);
+  for (std::string part; std::getline(stream, part, ':');) {
+    if (Path(part).is_absolute()) result.emplace_back(part);
+  }
+  return result;
+}
+
 }  // namespace
 
 XdgDirectories XdgDirectories::fromEnvironment(const EnvironmentLookup& lookup) {
@@ -45,6 +60,16 @@ XdgDirectories XdgDirectories::fromEnvironment(const EnvironmentLookup& lookup) 
           .configHome = baseDirectory(lookup, "XDG_CONFIG_HOME", ".config"),
           .cacheHome = baseDirectory(lookup, "XDG_CACHE_HOME", ".cache"),
           .runtime = absolutePath(lookup, "XDG_RUNTIME_DIR")};
+}
+
+std::vector<Path> dataDirectories(const EnvironmentLookup& lookup) {
+  return searchPath(XdgDirectories::fromEnvironment(lookup).dataHome, lookup, "XDG_DATA_DIRS",
+                    "/usr/local/share:/usr/share");
+}
+
+std::vector<Path> configDirectories(const EnvironmentLookup& lookup) {
+  return searchPath(XdgDirectories::fromEnvironment(lookup).configHome, lookup, "XDG_CONFIG_DIRS",
+                    "/etc/xdg");
 }
 
 std::optional<std::string> processEnvironment(const char* name) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vantorel {
 
@@ -21,6 +22,14 @@ struct XdgDirectories {
   /// A directory is absent when neither its variable nor an absolute HOME says where it is.
   [[nodiscard]] static XdgDirectories fromEnvironment(const EnvironmentLookup& lookup);
 };
+
+/// Where every application's data lie, the most important place first: the user's own, then
+/// $XDG_DATA_DIRS, else /usr/local/share and /usr/share.
+[[nodiscard]] std::vector<std::filesystem::path> dataDirectories(const EnvironmentLookup& lookup);
+
+/// Where every application's settings lie, likewise: the user's own, then $XDG_CONFIG_DIRS, else
+/// /etc/xdg.
+[[nodiscard]] std::vector<std::filesystem::path> configDirectories(const EnvironmentLookup& lookup);
 
 /// This process's environment; a missing HOME is taken from the user database. Not safe while
 /// another thread changes the environment, which nothing in this program does.

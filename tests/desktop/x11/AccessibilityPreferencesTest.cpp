@@ -36,14 +36,18 @@ class SelectionHolder {
     connection_->flush();
   }
 
-  /// One number and one text, as a settings manager publishes them.
+  /// One number and two texts, as a settings manager publishes them.
   void publish(std::int32_t animations, const std::string& theme) {
-    std::string bytes("\0\0\0\0\1\0\0\0\2\0\0\0", 12);
+    std::string bytes("\0\0\0\0\1\0\0\0\3\0\0\0", 12);
     addHead(bytes, 0, "Gtk/EnableAnimations");
     addNumber(bytes, static_cast<std::uint32_t>(animations));
     addHead(bytes, 1, "Net/ThemeName");
     addNumber(bytes, static_cast<std::uint32_t>(theme.size()));
     addText(bytes, theme);
+    const std::string icons = theme + "Icons";
+    addHead(bytes, 1, "Net/IconThemeName");
+    addNumber(bytes, static_cast<std::uint32_t>(icons.size()));
+    addText(bytes, icons);
     const auto property = connection_->atom("_XSETTINGS_SETTINGS");
     xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, window_, property, property, 8,
                         static_cast<std::uint32_t>(bytes.size()), bytes.data());
@@ -112,14 +116,18 @@ TEST_F(AccessibilityPreferencesTest, FollowTheSettingsManager) {
     return preferences->reduceMotion();
   });
   EXPECT_FALSE(preferences->reduceTransparency());
+  EXPECT_EQ(preferences->iconTheme(), "AdwaitaIcons");
   manager->publish(1, "HighContrastInverse");
   waitUntil("animations are on again", [&] { return !preferences->reduceMotion(); });
+  waitUntil("the other icons are noticed",
+            [&] { return preferences->iconTheme() == "HighContrastInverseIcons"; });
   EXPECT_TRUE(preferences->reduceTransparency());
   manager->publish(0, "Adwaita");
   waitUntil("animations are off again", [&] { return preferences->reduceMotion(); });
   EXPECT_FALSE(preferences->reduceTransparency());
   manager.reset();
   waitUntil("its end is noticed", [&] { return !preferences->reduceMotion(); });
+  waitUntil("it names no icons", [&] { return preferences->iconTheme().empty(); });
 }
 
 TEST_F(AccessibilityPreferencesTest, NoticeASettingsManagerThatComesLater) {

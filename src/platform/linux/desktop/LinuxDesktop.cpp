@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/LinuxDesktop.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -10,6 +11,8 @@
 #include "platform/linux/XdgDirectories.h"
 #include "platform/linux/desktop/X11KeyboardGrabs.h"
 #include "platform/linux/desktop/X11WindowBackdrops.h"
+#include "platform/linux/icons/ThemeIcons.h"
+#include "platform/linux/thumbnails/LinuxFileThumbnails.h"
 #include "platform/linux/tray/StatusNotifierTray.h"
 #include "platform/linux/x11/KeyCodeTable.h"
 #include "platform/linux/x11/LinuxAccessibilityPreferences.h"
@@ -56,10 +59,29 @@ struct LinuxDesktop::Ports {
   std::unique_ptr<X11Pasteboard> pasteboard = X11Pasteboard::open({dispatch, images});
   std::unique_ptr<X11Workspace> workspace =
       X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));
+  MimeTypeDatabase types{files, MimeTypeDatabase::directories(processEnvironment)};
+  LinuxFileThumbnails fileThumbnails{
+      dispatch,
+      {files, images, types, directories.cacheHome ? *directories.cacheHome / "thumbnails" : "",
+       Thumbnailers::Places::fromEnvironment(processEnvironment),
+       directories.runtime.value_or("/tmp")}};
+  IconThemeSource themes{files, IconThemeSource::Places::fromEnvironment(processEnvironment),
+                         [this] { return accessibility->iconTheme(); }};
+  std::optional<ThemeIcons> icons;
   std::unique_ptr<X11SyntheticInput> input;
   std::optional<X11WindowBackdrops> backdrops;
   std::unique_ptr<X11HotKeys> hotKeys = X11HotKeys::open(dispatch);
   X11KeyboardGrabs keyboardGrabs;
+
+  /// Once the desktop is known to be there.
+  void openIcons() {
+    double scale = 1;
+    for (const auto& screen : screens.screens()) scale = std::max(scale, screen.scale);
+    icons.emplace(dispatch,
+                  ThemeIcons::Sources{files, images, themes, types,
+                                      [this] { return workspace->desktopEntries().index(); }},
+                  ThemeIcons::Sides{.application = applicationIconSide(scale)});
+  }
 
   [[nodiscard]] bool areComplete() const {
     return accessibility && pasteboard && workspace && input && hotKeys;
@@ -79,29 +101,18 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
   }
   if (!ports->areComplete()) return nullptr;
   ports->backdrops.emplace(*ports->accessibility);
+  ports->openIcons();
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));
 }
 
 Desktop LinuxDesktop::ports() {
-  return {ports_->dispatch,
-          ports_->files,
-          ports_->keychain,
-          ports_->defaults,
-          *ports_->pasteboard,
-          *ports_->workspace,
-          *ports_->input,
-          *ports_->hotKeys,
-          ports_->loginItem,
-          ports_->statusItem,
-          ports_->keyboardGrabs,
-          ports_->monitors,
-          ports_->screens,
-          *ports_->accessibility,
-          ports_->images,
-          ports_->recognition,
-          &*ports_->backdrops,
-          keyCodeFromX11,
-          ports_->directories.dataHome.value_or("")};
+  return {ports_->dispatch,    ports_->files,          ports_->keychain,
+          ports_->defaults,    *ports_->pasteboard,    *ports_->workspace,
+          *ports_->input,      *ports_->hotKeys,       ports_->loginItem,
+          ports_->statusItem,  ports_->keyboardGrabs,  ports_->monitors,
+          ports_->screens,     *ports_->accessibility, ports_->images,
+          ports_->recognition, ports_->fileThumbnails, *ports_->icons,
+          &*ports_->backdrops, keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
 }
 
 }  // namespace vantorel

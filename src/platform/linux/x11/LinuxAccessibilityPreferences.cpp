@@ -30,6 +30,12 @@ bool saysHighContrast(const XSettings& settings) {
   return theme != nullptr && lowerCased(*theme).starts_with("highcontrast");
 }
 
+std::string iconThemeOf(const XSettings& settings) {
+  const auto found = settings.find("Net/IconThemeName");
+  const auto* name = found != settings.end() ? std::get_if<std::string>(&found->second) : nullptr;
+  return name != nullptr ? *name : std::string();
+}
+
 }  // namespace
 
 /// All that observers are told of.
@@ -78,6 +84,11 @@ std::unique_ptr<Observation> LinuxAccessibilityPreferences::observe(
 
 LinuxAccessibilityPreferences::State LinuxAccessibilityPreferences::state() const {
   return {reduceMotion_, highContrast_, composited_, announcesBlur_};
+}
+
+std::string LinuxAccessibilityPreferences::iconTheme() const {
+  const std::lock_guard lock(mutex_);
+  return iconTheme_;
 }
 
 void LinuxAccessibilityPreferences::watchSelections() {
@@ -143,6 +154,8 @@ void LinuxAccessibilityPreferences::readSettings() {
   }
   reduceMotion_ = saysNoAnimations(settings);
   highContrast_ = saysHighContrast(settings);
+  const std::lock_guard lock(mutex_);
+  iconTheme_ = iconThemeOf(settings);
 }
 
 void LinuxAccessibilityPreferences::handle(const xcb_generic_event_t& event) {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "platform/AccessibilityPreferences.h"
@@ -29,6 +30,9 @@ class LinuxAccessibilityPreferences : public AccessibilityPreferences {
   [[nodiscard]] bool reduceTransparency() const override { return highContrast_ || !composited_; }
   /// Also tells of `composited()` and `blurs()`.
   [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override;
+
+  /// The icon theme that the settings manager names; empty when there is none. Any thread.
+  [[nodiscard]] std::string iconTheme() const;
 
   /// Whether a compositor runs. Any thread.
   [[nodiscard]] bool composited() const { return composited_; }
@@ -60,6 +64,9 @@ class LinuxAccessibilityPreferences : public AccessibilityPreferences {
 
   Dispatch& dispatch_;
   std::shared_ptr<ChangeObservers> observers_;  // its contents belong to the main thread
+  mutable std::mutex mutex_;
+  std::string iconTheme_;  // guarded
+
   X11Thread thread_;
   xcb_atom_t compositorSelection_;
   xcb_atom_t settingsSelection_;

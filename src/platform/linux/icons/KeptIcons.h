@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/Bitmap.h"
+
+namespace vantorel {
+
+/// A bounded number of pictures by name, those used last. That there is no picture of a name is
+/// kept too, as null. Any thread.
+class KeptIcons {
+ public:
+  explicit KeptIcons(std::size_t most) : most_(most) {}
+
+  /// Absent when nothing is known about the name.
+  [[nodiscard]] std::optional<SharedBitmap> find(const std::string& name);
+
+  /// A number that `clear()` changes. What was looked for before that is not to be kept after it.
+  [[nodiscard]] std::uint64_t generation() const;
+  /// Does nothing when the generation is another one by now.
+  void keep(const std::string& name, SharedBitmap picture, std::uint64_t generation);
+  void clear();
+
+ private:
+  using Entry = std::pair<std::string, SharedBitmap>;
+
+  const std::size_t most_;
+  mutable std::mutex mutex_;  // all below
+  std::list<Entry> entries_;  // used last first
+  std::map<std::string, std::list<Entry>::iterator> places_;
+  std::uint64_t generation_ = 0;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,23 @@
+#pragma once
+
+namespace vantorel {
+
+/// Says once and for all that it is time to stop, to a thread that waits for something else too.
+/// Any thread.
+class StopSignal {
+ public:
+  StopSignal();
+  ~StopSignal();
+  StopSignal(const StopSignal&) = delete;
+  StopSignal& operator=(const StopSignal&) = delete;
+
+  void raise() const;
+  [[nodiscard]] bool isRaised() const;
+  /// Readable for ever once raised; -1 when the system had none to give, and nobody is woken.
+  [[nodiscard]] int descriptor() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "platform/linux/thumbnails/LinuxFileThumbnails.h"
+#include "platform/qt/QtImageDecoder.h"
+#include "ui/pictures/PictureSamples.h"
+#include "unit/linux/pictures/WrittenFiles.h"
+
+namespace vantorel {
+
+/// A desktop of one directory, with a cache, a few types, and thumbnailers that the test writes.
+class FileThumbnailsFixture : public ::testing::Test {
+ protected:
+  FileThumbnailsFixture() {
+    files.write("mime/globs2",
+                "50:image/png:*.png\n50:image/svg+xml:*.svg\n50:video/mp4:*.mp4\n"
+                "50:application/pdf:*.pdf\n");
+    std::filesystem::create_directories(files / "temporary");
+    // What a thumbnailer of these tests would make when all goes well.
+    files.write("made.png", encodedPicture(480, 480, made));
+  }
+
+  void open(Dispatch& dispatch, ProcessLimits limits = {}) {
+    thumbnails = std::make_unique<LinuxFileThumbnails>(
+        dispatch,
+        LinuxFileThumbnails::Sources{files.system,
+                                     decoder,
+                                     types,
+                                     files / "cache",
+                                     {{files / "thumbnailers"}, {"/usr/bin", "/bin"}},
+                                     files / "temporary"},
+        limits);
+  }
+
+  /// A thumbnailer of that type that runs the script with $in, $uri, $out, $size and $made.
+  void install(const std::string& type, const std::string& script) {
+    const auto name = std::to_string(++installed_);
+    const auto file = files.write(
+        "scripts/" + name, "in=$1 uri=$2 out=$3 size=$4 made=" + (files / "made.png").string() +
+                               " root=" + files.root().string() + "\n" + script + "\n");
+    files.write(
+        "thumbnailers/" + name + ".thumbnailer",
+        "[Thumbnailer Entry]\nExec=sh " + file.string() + " %i %u %o %s\nMimeType=" + type + ";\n");
+  }
+
+  static constexpr QRgb made = 0xFF445566;
+
+  WrittenFiles files;
+  QtImageDecoder decoder;
+  MimeTypeDatabase types{files.system, {files / "mime"}};
+  std::unique_ptr<LinuxFileThumbnails> thumbnails;
+
+ private:
+  int installed_ = 0;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,71 @@
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <thread>
+
+#include "platform/qt/QtDispatch.h"
+#include "ui/pictures/FileThumbnailsFixture.h"
+
+namespace vantorel {
+namespace {
+
+/// With the queues that the program has.
+class FileThumbnailsOnThreadsTest : public FileThumbnailsFixture {
+ protected:
+  FileThumbnailsOnThreadsTest() { open(dispatch); }
+
+  /// The limit only bounds a failure.
+  template <class Condition>
+  bool waitUntil(Condition condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+      if (std::chrono::steady_clock::now() > deadline) return false;
+      std::this_thread::yield();
+    }
+    return true;
+  }
+
+  QtDispatch dispatch;
+};
+
+TEST_F(FileThumbnailsOnThreadsTest, AHangingThumbnailerHoldsNoImageUp) {
+  install("video/mp4", "echo $$ >$root/running; exec sleep 1000");
+  std::atomic<int> videos = 0;
+  std::atomic<int> images = 0;
+  thumbnails->generateBestRepresentation(files.write("a.mp4", "film"), {240, 240}, 1,
+                                         [&](const SharedBitmap&) { ++videos; });
+  ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(files / "running"); }));
+  thumbnails->generateBestRepresentation(files.write("a.png", encodedPicture(9, 9, 0xFFFF0000)),
+                                         {240, 240}, 1, [&](const SharedBitmap& picture) {
+                                           if (picture) ++images;
+                                         });
+  EXPECT_TRUE(waitUntil([&] { return images == 1; }));
+  EXPECT_EQ(videos, 0);
+  thumbnails.reset();
+}
+
+TEST_F(FileThumbnailsOnThreadsTest, TheRunningThumbnailerEndsWithIt) {
+  install("video/mp4", "echo $$ >$root/starting; mv $root/starting $root/running; exec sleep 1000");
+  std::atomic<int> answers = 0;
+  for (const auto* name : {"a.mp4", "b.mp4"}) {
+    thumbnails->generateBestRepresentation(files.write(name, "film"), {240, 240}, 1,
+                                           [&](const SharedBitmap& picture) {
+                                             EXPECT_EQ(picture, nullptr);
+                                             ++answers;
+                                           });
+  }
+  ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(files / "running"); }));
+  pid_t process = 0;
+  std::ifstream(files / "running") >> process;
+  ASSERT_EQ(::kill(process, 0), 0);
+  const auto begin = std::chrono::steady_clock::now();
+  thumbnails.reset();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+  EXPECT_NE(::kill(process, 0), 0) << "it is gone";
+  EXPECT_LE(answers, 1) << "what had not begun is not answered";
+  EXPECT_TRUE(std::filesystem::is_empty(files / "temporary"));
+}
+
+}  // namespace
+}  // namespace vantorel
