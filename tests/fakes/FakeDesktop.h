@@ -11,6 +11,7 @@
 #include "fakes/FakeScreens.h"
 #include "fakes/FakeStatusItem.h"
 #include "fakes/FakeSyntheticInput.h"
+#include "fakes/FakeTextRecognition.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeWindowBackdrops.h"
 #include "fakes/FakeWorkspace.h"
@@ -39,6 +40,7 @@ struct FakeDesktop {
   FakeScreens screens;
   FakeAccessibilityPreferences accessibility;
   FakeImageDecoder images;
+  FakeTextRecognition recognition;
   FakeWindowBackdrops backdrops;
 
   [[nodiscard]] Desktop ports() {
@@ -57,6 +59,7 @@ struct FakeDesktop {
                    .screens = screens,
                    .accessibility = accessibility,
                    .images = images,
+                   .recognition = recognition,
                    .backdrops = &backdrops,
                    .keyCodeForScanCode = {},
                    .applicationSupport = directory.path()};

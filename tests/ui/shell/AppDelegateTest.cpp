@@ -32,9 +32,11 @@ void AppDelegateTest::copy(const std::string& text) {
 }
 
 std::vector<std::string> AppDelegateTest::history() {
-  const ClipStore onDisk(
-      {desktop.dispatch, desktop.files, desktop.keychain, desktop.ports().applicationSupport},
-      std::nullopt, nullptr, {});
+  AbsentTextRecognition recognition;
+  const auto queue = desktop.dispatch.serialQueue("test.recognition");
+  const ClipStore onDisk({desktop.dispatch, desktop.files, desktop.keychain,
+                          desktop.ports().applicationSupport, recognition, *queue},
+                         std::nullopt, nullptr, {});
   std::vector<std::string> texts;
   for (const ClipItem& item : onDisk.items())
     texts.push_back(item.text ? item.text->get() : item.preview);
