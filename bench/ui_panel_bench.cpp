@@ -14,6 +14,8 @@
 
 #include "fakes/FakeAccessibilityPreferences.h"
 #include "fakes/FakeEventMonitors.h"
+#include "fakes/FakeFileThumbnails.h"
+#include "fakes/FakeIcons.h"
 #include "fakes/FakeImageDecoder.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakeScreens.h"
@@ -64,6 +66,8 @@ struct PanelBench {
   FakeWorkspace workspace{dispatch};
   FakeSyntheticInput input;
   FakeImageDecoder images;
+  FakeFileThumbnails thumbnails;
+  FakeIcons icons;
   FakeScreens screens;
   FakeEventMonitors monitors;
   FakeAccessibilityPreferences accessibility;
@@ -71,7 +75,9 @@ struct PanelBench {
   PasteController paste{
       *store, PasteServices{pasteboard, workspace, input, dispatch, store.files(), images}};
   HistoryPanelController controller{
-      *store, paste, PanelServices{dispatch, screens, monitors, accessibility, &backdrops}};
+      *store, paste,
+      PanelServices{dispatch, screens, monitors, accessibility, store.files(), images, thumbnails,
+                    icons, &backdrops}};
 };
 
 /// Runs `measured` once in each iteration, `prepare` before it unmeasured, and reports the median

@@ -25,8 +25,13 @@ Availability FileAvailability::of(const ClipItem& item) {
   return known == known_.end() ? Availability::available : known->second;
 }
 
+bool FileAvailability::isAnswered(const ClipItem& item) const {
+  return item.kind != ClipKind::files || answered_.count(item.id) != 0;
+}
+
 void FileAvailability::lookAfresh(const std::vector<ClipItem>& items) {
   asked_.clear();
+  answered_.clear();
   decltype(known_) kept;
   for (const auto& item : items) {
     if (const auto known = known_.find(item.id); known != known_.end()) kept.insert(*known);
@@ -36,6 +41,7 @@ void FileAvailability::lookAfresh(const std::vector<ClipItem>& items) {
 
 void FileAvailability::store(const Uuid& id, Availability found) {
   known_[id] = found;
+  answered_.insert(id);
   if (onAnswer) onAnswer(id, found);
 }
 

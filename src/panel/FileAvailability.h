@@ -32,6 +32,10 @@ class FileAvailability {
   /// `lookAfresh` has the disk looked at.
   [[nodiscard]] Availability of(const ClipItem& item);
 
+  /// Whether the disk has answered for the entry since the last `lookAfresh`; always for entries
+  /// that have no files.
+  [[nodiscard]] bool isAnswered(const ClipItem& item) const;
+
   /// From now on each entry is looked at once more. Entries that are not among `items` are
   /// forgotten.
   void lookAfresh(const std::vector<ClipItem>& items);
@@ -43,6 +47,7 @@ class FileAvailability {
   Probe probe_;
   std::unordered_map<Uuid, Availability> known_;
   std::unordered_set<Uuid> asked_;
+  std::unordered_set<Uuid> answered_;
   // Dies with this; answers that find it dead are dropped.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
   std::unique_ptr<SerialQueue> queue_;

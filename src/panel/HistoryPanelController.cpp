@@ -38,7 +38,10 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
       services_(std::move(services)),
       toast_(services_.chrome()),
       dateText_(DateText::forUser()),
-      availability_(services_.dispatch) {
+      availability_(services_.dispatch),
+      thumbnails_(store,
+                  ThumbnailServices{services_.dispatch, services_.files, services_.images,
+                                    services_.fileThumbnails, services_.icons, services_.screens}) {
   installPanelAccessibility();
   view_ = std::make_unique<HistoryPanelView>(services_.chrome());
   view_->panel.onCloseRequested = [this] { hide(); };
@@ -77,6 +80,7 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
   clearFilters();
   selectedIndex_ = 0;
   availability_.lookAfresh(store_.items());
+  requestedImages_.clear();
   refresh(Selection::keepIndex);
   positionOnCurrentScreen();
   view_->list.setFocus();
@@ -159,6 +163,7 @@ void HistoryPanelController::rebuildDocument() {
     rows.push_back(contentAt(index));
   }
   view_->list.setRows(rows, ListGeometry::pinBoundary(displayedItems_));
+  requestPictures();
   updateSelection();
   view_->listScrollView.scrollTo(0);
 }
@@ -179,6 +184,7 @@ void HistoryPanelController::updateRow(const Uuid& id) {
   if (shown == nullptr) return;
   const auto index = static_cast<std::size_t>(shown - displayedItems_.data());
   if (auto* row = view_->list.row(index)) row->setContent(contentAt(index));
+  requestThumbnail(*shown);
 }
 
 void HistoryPanelController::resizeForCurrentContent() {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "chrome/ToastPresenter.h"
@@ -17,6 +18,7 @@
 #include "platform/Workspace.h"
 #include "store/ClipSearchIndex.h"
 #include "store/ClipStore.h"
+#include "thumbnails/ThumbnailProvider.h"
 
 class QWidget;
 
@@ -60,6 +62,9 @@ class HistoryPanelController {
   void rebuildDocument();
   [[nodiscard]] RowContent contentAt(std::size_t index);
   void updateRow(const Uuid& id);
+  void requestPictures();
+  void requestThumbnail(const ClipItem& item);
+  void requestSourceIcon(const std::string& bundleIdentifier);
   void resizeForCurrentContent();
   void positionOnCurrentScreen();
   void showSearchBar();
@@ -105,6 +110,8 @@ class HistoryPanelController {
   DateText dateText_;
   ClipSearchIndex searchIndex_;
   FileAvailability availability_;
+  ThumbnailProvider thumbnails_;
+  std::unordered_set<Uuid> requestedImages_;  // in this showing of the panel
   std::vector<ClipItem> displayedItems_;
   std::size_t selectedIndex_ = 0;  // below the count, or 0
   ClipTypeFilter selectedType_ = ClipTypeFilter::all;

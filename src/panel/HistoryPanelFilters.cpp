@@ -43,7 +43,8 @@ void HistoryPanelController::selectSourceFilter(std::optional<std::string> key) 
 }
 
 void HistoryPanelController::showTypeFilters() {
-  auto menu = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops);
+  auto menu = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops,
+                                             &view_->typeFilterButton);
   const auto rows = FilterMenus::typeRows(selectedType_);
   for (std::size_t index = 0; index < rows.size(); ++index) {
     auto* row = menu->addAction(escaped(rows[index].title));
@@ -56,7 +57,8 @@ void HistoryPanelController::showTypeFilters() {
 }
 
 void HistoryPanelController::showSourceFilters() {
-  auto menu = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops);
+  auto menu = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops,
+                                             &view_->sourceFilterButton);
   const auto add = [&](std::string_view title, const std::optional<std::string>& key) {
     auto* row = menu->addAction(escaped(title));
     row->setCheckable(true);

@@ -5,6 +5,10 @@
 #include "platform/AccessibilityPreferences.h"
 #include "platform/Dispatch.h"
 #include "platform/EventMonitors.h"
+#include "platform/FileSystem.h"
+#include "platform/FileThumbnails.h"
+#include "platform/Icons.h"
+#include "platform/Image.h"
 #include "platform/Screens.h"
 #include "platform/WindowBackdrops.h"
 
@@ -16,6 +20,10 @@ struct PanelServices {
   const Screens& screens;
   EventMonitors& eventMonitors;
   const AccessibilityPreferences& accessibility;
+  FileSystem& files;
+  const ImageDecoder& images;
+  FileThumbnails& fileThumbnails;
+  Icons& icons;
   const WindowBackdrops* backdrops = nullptr;  // null: nothing is seen through a window
   KeyCodeForScanCode keyCodeForScanCode{};
 

@@ -67,7 +67,7 @@ class TextPreview(PanelTestCase):
         self.vantorel.open_panel()
         self.press("Space")
         self.wait_for_preview()
-        titles = self.vantorel.row_titles()
+        titles = wait_for("rows", self.vantorel.row_titles)
         self.vantorel.copy("date")
         self.assert_rows_stay(titles)
 
@@ -112,10 +112,10 @@ class PreviewBesideTheEdge(PanelTestCase):
         panel = self.vantorel.panel()
         frame = self.desktop.windows.frame(panel)
         # The panel is dragged by its rim to the right edge of the screen.
-        start = (frame.x + 200, frame.y + 4)
-        self.desktop.pointer.drag(start, (self.desktop.size[0] - 215, start[1]))
-        wait_for("the panel at the edge",
-                 lambda: self.desktop.windows.frame(panel).x > frame.x + 300)
+        right = self.desktop.size[0] - 215
+        self.desktop.pointer.carry(
+            (frame.x + 200, frame.y + 4), (right, frame.y + 4),
+            lambda: self.desktop.windows.frame(panel).x > frame.x + 200)
         moved = self.desktop.windows.frame(panel)
         self.desktop.pointer.move(*self.vantorel.wait_for_row("banana").centre)
         preview = self.wait_for_preview()

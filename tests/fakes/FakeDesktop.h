@@ -2,7 +2,9 @@
 
 #include "fakes/FakeAccessibilityPreferences.h"
 #include "fakes/FakeEventMonitors.h"
+#include "fakes/FakeFileThumbnails.h"
 #include "fakes/FakeHotKeys.h"
+#include "fakes/FakeIcons.h"
 #include "fakes/FakeImageDecoder.h"
 #include "fakes/FakeKeyboardGrabs.h"
 #include "fakes/FakeKeychain.h"
@@ -41,6 +43,8 @@ struct FakeDesktop {
   FakeAccessibilityPreferences accessibility;
   FakeImageDecoder images;
   FakeTextRecognition recognition;
+  FakeFileThumbnails fileThumbnails;
+  FakeIcons icons;
   FakeWindowBackdrops backdrops;
 
   [[nodiscard]] Desktop ports() {
@@ -60,6 +64,8 @@ struct FakeDesktop {
                    .accessibility = accessibility,
                    .images = images,
                    .recognition = recognition,
+                   .fileThumbnails = fileThumbnails,
+                   .icons = icons,
                    .backdrops = &backdrops,
                    .keyCodeForScanCode = {},
                    .applicationSupport = directory.path()};

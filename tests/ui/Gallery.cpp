@@ -19,6 +19,8 @@
 #include "chrome/ToastPanel.h"
 #include "fakes/FakeAccessibilityPreferences.h"
 #include "fakes/FakeEventMonitors.h"
+#include "fakes/FakeFileThumbnails.h"
+#include "fakes/FakeIcons.h"
 #include "fakes/FakeImageDecoder.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakeScreens.h"
@@ -66,6 +68,8 @@ struct Stage {
   FakeWorkspace workspace{dispatch};
   FakeSyntheticInput input;
   FakeImageDecoder images;
+  FakeFileThumbnails thumbnails;
+  FakeIcons icons;
   FakeScreens screens;
   FakeEventMonitors monitors;
   FakeAccessibilityPreferences accessibility;
@@ -73,7 +77,9 @@ struct Stage {
   PasteController paste{
       *store, PasteServices{pasteboard, workspace, input, dispatch, store.files(), images}};
   HistoryPanelController controller{
-      *store, paste, PanelServices{dispatch, screens, monitors, accessibility, &backdrops}};
+      *store, paste,
+      PanelServices{dispatch, screens, monitors, accessibility, store.files(), images, thumbnails,
+                    icons, &backdrops}};
   ToastPresenter toast{ChromeServices{dispatch, screens, accessibility, &backdrops}};
 };
 

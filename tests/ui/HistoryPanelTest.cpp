@@ -23,7 +23,9 @@ HistoryPanelTest::HistoryPanelTest()
     workspace_.bringToFront(application.processIdentifier);
   };
   controller_ = std::make_unique<HistoryPanelController>(
-      *store_, paste_, PanelServices{dispatch_, screens_, monitors_, accessibility_, &backdrops_});
+      *store_, paste_,
+      PanelServices{dispatch_, screens_, monitors_, accessibility_, store_.files(), images_,
+                    thumbnails_, icons_, &backdrops_});
   store_->onChange = [this] { controller_->refreshIfVisible(); };
   store_->onSearchIndexChange = [this] { controller_->refreshSearchIfVisible(); };
 }

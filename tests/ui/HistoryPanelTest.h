@@ -9,6 +9,8 @@
 
 #include "fakes/FakeAccessibilityPreferences.h"
 #include "fakes/FakeEventMonitors.h"
+#include "fakes/FakeFileThumbnails.h"
+#include "fakes/FakeIcons.h"
 #include "fakes/FakeImageDecoder.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakeScreens.h"
@@ -70,6 +72,8 @@ class HistoryPanelTest : public testing::Test {
   FakeWorkspace workspace_{dispatch_};
   FakeSyntheticInput input_;
   FakeImageDecoder images_;
+  FakeFileThumbnails thumbnails_;
+  FakeIcons icons_;
   FakeScreens screens_;
   FakeEventMonitors monitors_;
   FakeAccessibilityPreferences accessibility_;

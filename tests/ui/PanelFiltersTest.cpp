@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QTest>
 
@@ -180,6 +181,26 @@ TEST_F(PanelFilters, HidingTakesAnOpenMenuAway) {
   controller_->hide();
   EXPECT_EQ(menu(), nullptr);
   EXPECT_EQ(monitors_.monitorCount(), 0U);
+}
+
+TEST_F(PanelFilters, AnOpenMenuIsFoundBelowItsButton) {
+  addTexts({"a"});
+  openSearch();
+  auto& accessible = *QAccessible::queryAccessibleInterface(&typeButton());
+  EXPECT_EQ(accessible.role(), QAccessible::ButtonMenu);
+  EXPECT_TRUE(accessible.state().hasPopup);
+  EXPECT_EQ(accessible.text(QAccessible::Name), "Filter by type");
+  EXPECT_EQ(accessible.text(QAccessible::Description), "All types");
+  EXPECT_EQ(accessible.childCount(), 0);
+  accessible.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  ASSERT_EQ(accessible.childCount(), 1);
+  auto* shown = accessible.child(0);
+  EXPECT_EQ(shown->role(), QAccessible::PopupMenu);
+  EXPECT_EQ(accessible.indexOfChild(shown), 0);
+  ASSERT_EQ(shown->childCount(), 5);
+  EXPECT_EQ(shown->child(2)->text(QAccessible::Name), "Images");
+  menu()->close();
+  EXPECT_EQ(accessible.childCount(), 0);
 }
 
 TEST_F(PanelFilters, ASourceThatIsGoneIsUnknownAndEmpty) {

@@ -1,7 +1,11 @@
 """Real keys and a real pointer, through the XTEST extension."""
 
+import itertools
+
 from Xlib import X, XK
 from Xlib.ext import xtest
+
+from .waiting import wait_for
 
 # Where keys are, whatever the layout says they carry (evdev keycodes, as Xvfb has them).
 PHYSICAL = {
@@ -100,6 +104,23 @@ class Pointer:
                       start[1] + (end[1] - start[1]) * step / steps)
         xtest.fake_input(self._display, X.ButtonRelease, 1)
         self._display.sync()
+
+    def carry(self, start, end, there):
+        """Drags what follows only once its window manager has noticed: until `there()` is true."""
+        self.move(*start)
+        xtest.fake_input(self._display, X.ButtonPress, 1)
+        steps = itertools.count(1)
+
+        def follows():
+            part = min(next(steps) / 20, 1)
+            self.move(start[0] + (end[0] - start[0]) * part, start[1] + (end[1] - start[1]) * part)
+            return there()
+
+        try:
+            wait_for("what is dragged to follow", follows)
+        finally:
+            xtest.fake_input(self._display, X.ButtonRelease, 1)
+            self._display.sync()
 
     def position(self):
         answer = self._display.screen().root.query_pointer()

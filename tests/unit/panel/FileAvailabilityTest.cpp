@@ -63,6 +63,16 @@ TEST_F(FileAvailabilityTest, AnswersWithWhatWasFoundLastWhileItLooksAfresh) {
   EXPECT_EQ(availability_.of(files_), Availability::available);
 }
 
+TEST_F(FileAvailabilityTest, KnowsWhetherTheDiskHasAnswered) {
+  EXPECT_TRUE(availability_.isAnswered(textItem("a")));
+  static_cast<void>(availability_.of(files_));
+  EXPECT_FALSE(availability_.isAnswered(files_));
+  dispatch_.runQueued();
+  EXPECT_TRUE(availability_.isAnswered(files_));
+  availability_.lookAfresh({files_});
+  EXPECT_FALSE(availability_.isAnswered(files_));
+}
+
 TEST_F(FileAvailabilityTest, ForgetsEntriesThatAreGone) {
   static_cast<void>(availability_.of(files_));
   dispatch_.runQueued();
