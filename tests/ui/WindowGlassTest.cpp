@@ -2,13 +2,10 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QTest>
-#include <QWindow>
 
 #include "chrome/PopoverWindow.h"
 #include "chrome/ReadableGlassView.h"
 #include "chrome/SheetWindow.h"
-#include "chrome/SymbolButton.h"
 #include "chrome/ToastPanel.h"
 #include "chrome/VantorelMenu.h"
 #include "chrome/VantorelPanel.h"
@@ -170,21 +167,6 @@ TEST_F(WindowGlassTest, ShownWindowsFollowTheDesktopIntoTheDark) {
     EXPECT_GT(label->palette().color(QPalette::WindowText).lightness(), 128);
   }
   QApplication::setPalette(light);
-}
-
-TEST_F(WindowGlassTest, APanelThatComesUpAgainHasForgottenWhereThePointerWas) {
-  auto* button = new SymbolButton(28, 16, &panel_.glass());
-  button->setSymbol("pin");
-  button->move(20, 20);
-  panel_.makeKeyAndOrderFront();
-  QEnterEvent enter({34, 34}, {34, 34}, panel_.mapToGlobal(QPointF(34, 34)));
-  QApplication::sendEvent(panel_.windowHandle(), &enter);
-  ASSERT_TRUE(button->underMouse());
-  const auto hovered = button->grab().toImage();
-  panel_.hide();
-  EXPECT_FALSE(button->underMouse());
-  panel_.makeKeyAndOrderFront();
-  EXPECT_NE(button->grab().toImage(), hovered);
 }
 
 }  // namespace

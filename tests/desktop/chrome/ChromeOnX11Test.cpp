@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCursor>
 #include <QTest>
 
 #include "chrome/PopoverWindow.h"
 #include "chrome/SheetWindow.h"
+#include "chrome/SymbolButton.h"
 #include "chrome/VantorelMenu.h"
 #include "chrome/VantorelPanel.h"
 #include "desktop/x11pasteboard/PrivateXServer.h"
@@ -153,6 +155,28 @@ TEST_F(ChromeOnX11, APopoverIsUnmanagedAndLeavesTheKeyboardWhereItIs) {
   QTest::qWait(0);
   EXPECT_EQ(focus(), before);
   EXPECT_TRUE(panel.isActiveWindow());
+}
+
+TEST_F(ChromeOnX11, APanelThatComesUpAgainKnowsWhereThePointerIsNow) {
+  VantorelPanel panel("Test", {200, 100}, 18, *preferences_, &backdrops_);
+  auto* button = new SymbolButton(28, 16, &panel.glass());
+  button->setSymbol("pin");
+  button->move(20, 20);
+  panel.move(0, 0);
+  const QPoint onTheButton(34, 34);
+  const QPoint elsewhere(500, 400);
+  QCursor::setPos(onTheButton);
+  panel.makeKeyAndOrderFront();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return button->underMouse(); }));
+  panel.hide();
+  QCursor::setPos(elsewhere);
+  panel.makeKeyAndOrderFront();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+  EXPECT_FALSE(button->underMouse());
+  panel.hide();
+  QCursor::setPos(onTheButton);
+  panel.makeKeyAndOrderFront();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return button->underMouse(); }));
 }
 
 TEST_F(ChromeOnX11, ASheetIsTransientForItsPanel) {
