@@ -9,6 +9,7 @@
 #include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/NoDump.h"
 #include "platform/linux/XdgDirectories.h"
+#include "platform/linux/desktop/DesktopColors.h"
 #include "platform/linux/desktop/X11KeyboardGrabs.h"
 #include "platform/linux/desktop/X11WindowBackdrops.h"
 #include "platform/linux/icons/ThemeIcons.h"
@@ -70,6 +71,7 @@ struct LinuxDesktop::Ports {
   std::optional<ThemeIcons> icons;
   std::unique_ptr<X11SyntheticInput> input;
   std::optional<X11WindowBackdrops> backdrops;
+  std::optional<DesktopColors> colors;
   std::unique_ptr<X11HotKeys> hotKeys = X11HotKeys::open(dispatch);
   X11KeyboardGrabs keyboardGrabs;
 
@@ -101,6 +103,8 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
   }
   if (!ports->areComplete()) return nullptr;
   ports->backdrops.emplace(*ports->accessibility);
+  ports->colors.emplace(*ports->accessibility,
+                        processEnvironment("GTK_THEME").value_or(std::string()));
   ports->openIcons();
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));
 }

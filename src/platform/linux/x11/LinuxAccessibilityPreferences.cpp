@@ -23,17 +23,15 @@ bool saysNoAnimations(const XSettings& settings) {
   return value != nullptr && *value == 0;
 }
 
-bool saysHighContrast(const XSettings& settings) {
-  const auto found = settings.find("Net/ThemeName");
-  if (found == settings.end()) return false;
-  const auto* theme = std::get_if<std::string>(&found->second);
-  return theme != nullptr && lowerCased(*theme).starts_with("highcontrast");
+/// A text of that name; empty when there is none.
+std::string textOf(const XSettings& settings, std::string_view name) {
+  const auto found = settings.find(name);
+  const auto* text = found != settings.end() ? std::get_if<std::string>(&found->second) : nullptr;
+  return text != nullptr ? *text : std::string();
 }
 
-std::string iconThemeOf(const XSettings& settings) {
-  const auto found = settings.find("Net/IconThemeName");
-  const auto* name = found != settings.end() ? std::get_if<std::string>(&found->second) : nullptr;
-  return name != nullptr ? *name : std::string();
+bool saysHighContrast(const std::string& theme) {
+  return lowerCased(theme).starts_with("highcontrast");
 }
 
 }  // namespace
@@ -44,6 +42,7 @@ struct LinuxAccessibilityPreferences::State {
   bool highContrast = false;
   bool composited = false;
   bool announcesBlur = false;
+  std::string theme;
   friend bool operator==(const State&, const State&) = default;
 };
 
@@ -83,7 +82,12 @@ std::unique_ptr<Observation> LinuxAccessibilityPreferences::observe(
 }
 
 LinuxAccessibilityPreferences::State LinuxAccessibilityPreferences::state() const {
-  return {reduceMotion_, highContrast_, composited_, announcesBlur_};
+  return {reduceMotion_, highContrast_, composited_, announcesBlur_, theme()};
+}
+
+std::string LinuxAccessibilityPreferences::theme() const {
+  const std::lock_guard lock(mutex_);
+  return theme_;
 }
 
 std::string LinuxAccessibilityPreferences::iconTheme() const {
@@ -153,9 +157,11 @@ void LinuxAccessibilityPreferences::readSettings() {
     settings = parseXSettings(reading.property.bytes);
   }
   reduceMotion_ = saysNoAnimations(settings);
-  highContrast_ = saysHighContrast(settings);
+  const auto theme = textOf(settings, "Net/ThemeName");
+  highContrast_ = saysHighContrast(theme);
   const std::lock_guard lock(mutex_);
-  iconTheme_ = iconThemeOf(settings);
+  theme_ = theme;
+  iconTheme_ = textOf(settings, "Net/IconThemeName");
 }
 
 void LinuxAccessibilityPreferences::handle(const xcb_generic_event_t& event) {

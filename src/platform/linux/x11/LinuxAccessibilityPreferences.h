@@ -28,9 +28,11 @@ class LinuxAccessibilityPreferences : public AccessibilityPreferences {
 
   [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
   [[nodiscard]] bool reduceTransparency() const override { return highContrast_ || !composited_; }
-  /// Also tells of `composited()` and `blurs()`.
+  /// Also tells of `theme()`, `composited()` and `blurs()`.
   [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override;
 
+  /// The theme of widgets that the settings manager names; empty when there is none. Any thread.
+  [[nodiscard]] std::string theme() const;
   /// The icon theme that the settings manager names; empty when there is none. Any thread.
   [[nodiscard]] std::string iconTheme() const;
 
@@ -65,6 +67,7 @@ class LinuxAccessibilityPreferences : public AccessibilityPreferences {
   Dispatch& dispatch_;
   std::shared_ptr<ChangeObservers> observers_;  // its contents belong to the main thread
   mutable std::mutex mutex_;
+  std::string theme_;      // guarded
   std::string iconTheme_;  // guarded
 
   X11Thread thread_;

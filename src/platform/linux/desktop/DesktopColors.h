@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QPalette>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Observation.h"
+#include "platform/linux/x11/LinuxAccessibilityPreferences.h"
+
+namespace vantorel {
+
+/// Draws the program dark on a dark desktop, from its start and when the desktop changes. Where the
+/// toolkit has the desktop's own colours, those stay. Main thread; needs an application object.
+class DesktopColors : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `preferences` outlive this. `environmentTheme` is the theme that GTK_THEME names.
+  DesktopColors(const LinuxAccessibilityPreferences& preferences, std::string environmentTheme);
+  ~DesktopColors() override;
+  DesktopColors(const DesktopColors&) = delete;
+  DesktopColors& operator=(const DesktopColors&) = delete;
+
+ private slots:
+  void settingChanged(const QDBusMessage& signal);
+
+ private:
+  void askPortal();
+  void apply();
+
+  const LinuxAccessibilityPreferences& preferences_;
+  std::string environmentTheme_;
+  std::optional<std::uint32_t> portal_;  // what it answered last
+  QPalette toolkitColors_;               // as they were at the start
+  bool applied_ = false;                 // our own dark colours
+  QDBusConnection bus_;
+  QDBusServiceWatcher portalWatcher_;
+  std::unique_ptr<Observation> observation_;
+};
+
+}  // namespace vantorel
