@@ -108,6 +108,7 @@ void ClipRowView::setDropPlace(std::optional<DropPlace> place) {
 
 void ClipRowView::setDragged(bool dragged) {
   dragged_ = dragged;
+  pinButton_->setVisible(!dragged);
   if (dragged) {
     setCursor(Qt::ClosedHandCursor);
   } else {

@@ -7,6 +7,7 @@
 
 #include "panel/ClipRowView.h"
 #include "panel/PinDragGhost.h"
+#include "panel/RowGeometry.h"
 
 namespace vantorel {
 namespace {
@@ -84,7 +85,14 @@ void PinDrag::markTarget(const std::optional<PinDropTarget>& target) {
     rows_[target_->row]->setDropPlace(std::nullopt);
   }
   target_ = target;
-  if (target_) rows_[target_->row]->setDropPlace(target_->place);
+  if (!target_) {
+    ghost_->leaveOpen({});
+    return;
+  }
+  auto& row = *rows_[target_->row];
+  row.setDropPlace(target_->place);
+  const Rect line = RowGeometry::dropLine(target_->place, row.width());
+  ghost_->leaveOpen(QRectF(line.x, line.y, line.width, line.height).toRect().translated(row.pos()));
 }
 
 double PinDrag::scrollStep() const {

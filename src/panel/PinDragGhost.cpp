@@ -22,6 +22,15 @@ PinDragGhost::PinDragGhost(QWidget& row, QWidget* list) : QWidget(list), picture
   raise();
 }
 
+void PinDragGhost::leaveOpen(const QRect& part) {
+  const QRect hole = part.translated(-pos()) & rect();
+  if (hole.isEmpty()) {
+    clearMask();
+  } else {
+    setMask(QRegion(rect()) - hole);
+  }
+}
+
 void PinDragGhost::paintEvent(QPaintEvent* /*event*/) {
   constexpr double half = 0.5;
   QColor sheet = VantorelTheme::window(palette());

@@ -13,6 +13,9 @@ class PinDragGhost : public QWidget {
   /// Shows the row as it looks now, where it is.
   PinDragGhost(QWidget& row, QWidget* list);
 
+  /// Lets this part of the list be seen through the picture; nothing if it is empty.
+  void leaveOpen(const QRect& part);
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 

@@ -11,10 +11,20 @@
 namespace vantorel {
 namespace {
 
-// Code points. Even the scripts that are slowest to lay out take some milliseconds for as many.
-constexpr std::size_t pieceLength = 2000;
-// A line that has to be broken is broken at a blank if one comes in time.
-constexpr std::size_t breakSearch = 200;
+// What a code point costs to lay out, roughly: that of a small alphabet is 1. A piece of 2000 takes
+// some milliseconds.
+constexpr std::size_t pieceCost = 2000;
+constexpr std::size_t lineBreakCost = 8;
+constexpr std::size_t rareCost = 4;
+constexpr UChar32 firstRare = 0x0900;
+
+// A line may be longer than a piece, so that paragraphs stay whole. When it has to be broken, it is
+// at a blank if one comes in time.
+constexpr std::size_t lineCost = 4000;
+constexpr std::size_t breakSearch = 400;
+
+// No writing has more of them on one letter; piled up they take long, and other lines' room.
+constexpr int mostMarks = 16;
 
 constexpr UChar32 replacement = 0xFFFD;
 
@@ -29,6 +39,16 @@ bool isOverride(UChar32 c) { return c == 0x202D || c == 0x202E; }
 bool isForeign(UChar32 c) {
   if (c == '\t') return false;
   return u_charType(c) == U_CONTROL_CHAR || c == 0xFFFC || U_IS_UNICODE_NONCHAR(c);
+}
+
+std::size_t cost(UChar32 c) {
+  if (isLineBreak(c)) return lineBreakCost;
+  return c >= firstRare ? rareCost : 1;
+}
+
+bool isMark(UChar32 c) {
+  constexpr std::uint32_t marks = U_GC_MN_MASK | U_GC_ME_MASK;
+  return (U_GET_GC_MASK(c) & marks) != 0;
 }
 
 /// The code point at `offset`, which moves behind it; U+FFFD for bytes that are no UTF-8.
@@ -66,29 +86,31 @@ PreviewText::PreviewText(const ClipItem& item)
 std::optional<std::string> PreviewText::nextPiece() {
   if (finished_) return std::nullopt;
   std::string piece;
-  for (std::size_t length = readLine(piece); !finished_ && length + breakSearch < pieceLength;) {
+  for (std::size_t spent = readLine(piece); !finished_ && spent < pieceCost;) {
     piece += '\n';
-    length += readLine(piece);
+    spent += readLine(piece);
   }
   return piece;
 }
 
 std::size_t PreviewText::readLine(std::string& piece) {
   const std::string_view text = std::string_view(*text_).substr(0, end_);
-  std::size_t length = 0;
+  std::size_t spent = 0;
+  int marks = 0;
   while (offset_ < text.size()) {
     const UChar32 c = next(text, offset_);
-    ++length;
+    spent += cost(c);
     if (isLineBreak(c)) {
       if (c == '\r' && offset_ < text.size() && text[offset_] == '\n') ++offset_;
-      return length;
+      return spent;
     }
-    if (!isOverride(c)) append(piece, isForeign(c) ? replacement : c);
-    const bool atBlank = u_isUWhiteSpace(c) != 0 && length + breakSearch >= pieceLength;
-    if ((atBlank || length >= pieceLength) && offset_ < text.size()) return length;
+    marks = isMark(c) ? marks + 1 : 0;
+    if (!isOverride(c) && marks <= mostMarks) append(piece, isForeign(c) ? replacement : c);
+    const bool atBlank = u_isUWhiteSpace(c) != 0 && spent + breakSearch >= lineCost;
+    if ((atBlank || spent >= lineCost) && offset_ < text.size()) return spent;
   }
   finished_ = true;
-  return length;
+  return spent;
 }
 
 }  // namespace vantorel

@@ -20,7 +20,7 @@ class PreviewText {
 
   /// The next lines, at least one, parted by '\n' and without one at the end; nothing behind the
   /// last. Line breaks of every kind are '\n', other control characters are visible, and nothing in
-  /// it reorders what is written. A line that is longer than a piece is broken.
+  /// it reorders what is written. A very long line is broken.
   [[nodiscard]] std::optional<std::string> nextPiece();
 
   /// Whether the entry holds more than the pieces do.
@@ -30,7 +30,7 @@ class PreviewText {
   static constexpr std::size_t mostBytes = 200'000;
 
  private:
-  /// Appends one line, or as much of it as a piece may hold; answers how much was read.
+  /// Appends one line, or the start of one that is too long; answers what laying it out costs.
   std::size_t readLine(std::string& piece);
 
   SharedText text_;

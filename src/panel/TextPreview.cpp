@@ -34,7 +34,15 @@ void configure(QTextDocument& document, bool rtl) {
 void appendPiece(QTextDocument& document, const std::string& piece, bool first) {
   QTextCursor cursor(&document);
   cursor.movePosition(QTextCursor::End);
-  if (!first) cursor.insertBlock();
+  if (first) {
+    // Lines of scripts whose fonts are lower stand as far apart as the empty ones between them.
+    QTextBlockFormat lines;
+    lines.setLineHeight(QFontMetricsF(document.defaultFont()).lineSpacing(),
+                        QTextBlockFormat::MinimumHeight);
+    cursor.setBlockFormat(lines);
+  } else {
+    cursor.insertBlock();
+  }
   cursor.insertText(QString::fromStdString(piece));
 }
 

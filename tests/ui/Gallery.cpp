@@ -9,11 +9,13 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QEnterEvent>
 #include <QPainter>
 #include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+#include <algorithm>
 #include <iostream>
 
 #include "chrome/ToastPanel.h"
@@ -28,6 +30,7 @@
 #include "fakes/FakeWindowBackdrops.h"
 #include "fakes/FakeWorkspace.h"
 #include "fakes/TestStore.h"
+#include "panel/ClipListView.h"
 #include "panel/ClipRowView.h"
 #include "panel/HistoryPanelController.h"
 
@@ -38,7 +41,7 @@ using namespace vantorel;
 /// A panel with a store of its own.
 struct Stage {
   Stage() {
-    screens.setScreens({{{0, 0, 800, 640}, {0, 0, 800, 640}, 1}});
+    screens.setScreens({{{0, 0, 1280, 640}, {0, 0, 1280, 640}, 1}});
     screens.setMouseLocation({1, 1});
   }
 
@@ -131,6 +134,140 @@ struct State {
 
 void open(Stage& stage) { stage.controller.toggle(std::nullopt); }
 
+SharedBitmap toBitmap(const QImage& image) {
+  const QImage pixels = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  Bitmap bitmap;
+  bitmap.size = {static_cast<double>(image.width()), static_cast<double>(image.height())};
+  bitmap.pixelSize = {image.width(), image.height()};
+  for (int y = 0; y < pixels.height(); ++y) {
+    const auto* row = reinterpret_cast<const std::uint32_t*>(pixels.constScanLine(y));
+    bitmap.pixels.insert(bitmap.pixels.end(), row, row + pixels.width());
+  }
+  return std::make_shared<const Bitmap>(std::move(bitmap));
+}
+
+/// A screenshot of something: a bar, a column and lines.
+SharedBitmap screenshot(const QColor& paper) {
+  QImage image(480, 270, QImage::Format_RGB32);
+  image.fill(paper);
+  QPainter painter(&image);
+  painter.fillRect(0, 0, 480, 22, QColor(0x3d, 0x4b, 0x5f));
+  painter.fillRect(0, 22, 110, 248, QColor(0x8f, 0xa8, 0xc4));
+  for (int y = 46; y < 250; y += 22)
+    painter.fillRect(130, y, 180 + y % 130, 8, QColor(0x9a, 0x9a, 0x9e));
+  return toBitmap(image);
+}
+
+/// A dark drawing on nothing.
+SharedBitmap logo() {
+  QImage image(320, 240, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(QColor(0x10, 0x10, 0x12), 26));
+  painter.drawEllipse(QRectF(70, 30, 180, 180));
+  return toBitmap(image);
+}
+
+/// A coloured tile with a letter, as applications have them.
+SharedBitmap icon(const QColor& color, const char* letter, int side = 64) {
+  QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(color);
+  painter.drawRoundedRect(QRectF(side * 0.06, side * 0.06, side * 0.88, side * 0.88), side * 0.2,
+                          side * 0.2);
+  QFont font = painter.font();
+  font.setPixelSize(side / 2);
+  font.setBold(true);
+  painter.setFont(font);
+  painter.setPen(Qt::white);
+  painter.drawText(image.rect(), Qt::AlignCenter, QString::fromUtf8(letter));
+  return toBitmap(image);
+}
+
+void addPicture(Stage& stage, const char* size, const char* app, double ago) {
+  ClipItem item = picture(size);
+  item.sourceBundleIdentifier = app;
+  stage.add(item, app, Seconds(ago));
+}
+
+/// One entry of every kind, from applications with and without icons.
+void addKinds(Stage& stage) {
+  const auto from = [](ClipItem item, const char* app) {
+    item.sourceBundleIdentifier = app;
+    return item;
+  };
+  stage.add(from(filesItem({"/nonexistent/Budget 2025.ods"}), "Files"), "Files", Seconds(90000));
+  stage.add(from(video("/etc/hostname"), "Files"), "Files", Seconds(80000));
+  stage.add(from(filesItem({"/etc/passwd"}), "Files"), "Files", Seconds(9000));
+  addPicture(stage, "320 × 240 px", "Inkscape", 4000);
+  addPicture(stage, "1920 × 1080 px", "Spectacle", 3000);
+  addPicture(stage, "3840 × 2160 px", "Spectacle", 2000);
+  stage.add(from(textItem("שלום לכולם, הפגישה נדחתה ליום רביעי"), "Firefox"), "Firefox",
+            Seconds(500));
+  stage.add(textItem("Nobody knows where this one came from"), nullptr, Seconds(60));
+}
+
+ClipListView& list() { return *Stage::panel()->findChild<ClipListView*>(); }
+
+std::optional<std::size_t> rowTitled(const char* start) {
+  for (std::size_t i = 0; i < list().rowCount(); ++i) {
+    if (list().row(i)->content().title.starts_with(start) ||
+        list().row(i)->content().metadata.starts_with(start)) {
+      return i;
+    }
+  }
+  return std::nullopt;
+}
+
+void giveThumbnail(const char* start, const SharedBitmap& bitmap) {
+  if (const auto row = rowTitled(start)) {
+    list().setThumbnail(Uuid(list().row(*row)->content().id), bitmap);
+  }
+}
+
+void openKinds(Stage& stage) {
+  addKinds(stage);
+  addPins(stage);
+  open(stage);
+  giveThumbnail("3840", screenshot(QColor(0xfa, 0xfa, 0xfa)));
+  giveThumbnail("1920", screenshot(QColor(0x22, 0x24, 0x28)));
+  giveThumbnail("320", logo());
+  giveThumbnail("passwd", icon(QColor(0x6f, 0x8f, 0xb5), "T", 128));
+  list().setSourceIcon("Firefox", icon(QColor(0xe0, 0x6a, 0x2b), "F"));
+  list().setSourceIcon("Files", icon(QColor(0x2d, 0x7d, 0xd2), "D"));
+  list().setSourceIcon("Spectacle", icon(QColor(0x3f, 0xa3, 0x6b), "S"));
+  list().setSourceIcon("Inkscape", nullptr);
+}
+
+void hover(std::size_t row, Stage& stage) {
+  QEnterEvent enter({200, 20}, {200, 20}, {200, 20});
+  QApplication::sendEvent(list().row(row), &enter);
+  stage.dispatch.advance(Seconds(0.2));
+}
+
+void drag(std::size_t row, QPoint from, QPoint to) {
+  auto* target = list().row(row);
+  const auto send = [target](QEvent::Type type, QPoint point, Qt::MouseButton button) {
+    QMouseEvent event(type, point, target->mapToGlobal(point), button, Qt::LeftButton, {});
+    QApplication::sendEvent(target, &event);
+  };
+  send(QEvent::MouseButtonPress, from, Qt::LeftButton);
+  send(QEvent::MouseMove, from + QPoint(6, 0), Qt::NoButton);
+  send(QEvent::MouseMove, to, Qt::NoButton);
+}
+
+void showPreviewOf(Stage& stage, ClipItem item, const SharedBitmap& bitmap = nullptr) {
+  stage.add(std::move(item), "Notes", Seconds(1));
+  open(stage);
+  list().showPreview(0);
+  if (bitmap) list().setThumbnail(Uuid(list().row(0)->content().id), bitmap);
+  stage.dispatch.advance(Seconds(0.2));
+}
+
 const std::vector<State>& states() {
   static const std::vector<State> all = {
       {"empty", open},
@@ -195,6 +332,60 @@ const std::vector<State>& states() {
          for (const auto& item : items) (void)stage.store->togglePinned(item.id);
          open(stage);
        }},
+      {"kinds", openKinds},
+      {"hovered",
+       [](Stage& stage) {
+         openKinds(stage);
+         hover(3, stage);
+       }},
+      {"dragged",
+       [](Stage& stage) {
+         openKinds(stage);
+         drag(0, {100, 20}, {110, 78});
+         stage.dispatch.advance(Seconds(0.2));
+       }},
+      {"menu",
+       [](Stage& stage) {
+         openKinds(stage);
+         list().row(1)->onMenu(list().row(1)->mapToGlobal(QPoint(120, 30)));
+         stage.dispatch.advance(Seconds(0.2));
+       }},
+      {"previewtext",
+       [](Stage& stage) {
+         std::string text =
+             "Dear Ms Aldington,\n\nthank you for your letter of the 3rd. We are "
+             "pleased to confirm the meeting on Thursday at 10:00 in room 4.\n\n";
+         for (int i = 1; i < 30; ++i) text += std::to_string(i) + ". Something to be discussed\n";
+         addKinds(stage);
+         showPreviewOf(stage, textItem(text));
+       }},
+      {"previewline",
+       [](Stage& stage) {
+         addKinds(stage);
+         showPreviewOf(stage, textItem("https://www.example.org/articles"));
+       }},
+      {"previewhebrew",
+       [](Stage& stage) {
+         addKinds(stage);
+         showPreviewOf(stage, textItem("שלום לכולם,\n\nהפגישה נדחתה ליום רביעי בשעה 14:00 בחדר "
+                                       "Blue. נא לאשר הגעה עד מחר בבוקר.\n\nבברכה,\nצוות התמיכה"));
+       }},
+      {"previewpicture",
+       [](Stage& stage) {
+         addKinds(stage);
+         showPreviewOf(stage, picture("3840 × 2160 px"), screenshot(QColor(0xfa, 0xfa, 0xfa)));
+       }},
+      {"previewlogo",
+       [](Stage& stage) {
+         addKinds(stage);
+         showPreviewOf(stage, picture("320 × 240 px"), logo());
+       }},
+      {"previewsymbol",
+       [](Stage& stage) {
+         addKinds(stage);
+         showPreviewOf(stage, filesItem({"/nonexistent/A rather long name of a document that "
+                                         "somebody wrote in March 2025.odt"}));
+       }},
       {"toast", [](Stage& stage) { stage.toast.show("Copied to clipboard. Press ⌘V to paste."); }},
       {"longtoast",
        [](Stage& stage) {
@@ -204,15 +395,18 @@ const std::vector<State>& states() {
   return all;
 }
 
-QWidget* shownWindow() {
+/// Windows on screen, those in front last.
+std::vector<QWidget*> shownWindows() {
+  std::vector<QWidget*> shown;
   const auto widgets = QApplication::topLevelWidgets();
   for (auto* widget : widgets) {
-    if (widget->isVisible()) return widget;
+    if (widget->isVisible()) shown.push_back(widget);
   }
-  return nullptr;
+  std::stable_partition(shown.begin(), shown.end(),
+                        [](const QWidget* window) { return window == Stage::panel(); });
+  return shown;
 }
 
-/// What a window could stand on: stripes, text and colours.
 void paintBackground(QPainter& painter, const QRect& area) {
   painter.fillRect(area, QColor(0x3b, 0x5b, 0x7a));
   for (int y = area.top(); y < area.bottom(); y += 22) {
@@ -227,16 +421,22 @@ void save(const State& state, const QDir& directory, const QString& suffix, bool
   if (opaque) stage.backdrops.setAvailable(Backdrop::none);
   state.prepare(stage);
   QCoreApplication::processEvents();
-  auto* window = shownWindow();
+  const auto windows = shownWindows();
+  QRect place;
+  for (const auto* window : windows) place |= window->geometry();
   constexpr int margin = 24;
-  const double scale = window->devicePixelRatioF();
-  const QSize size = window->size() + QSize(2 * margin, 2 * margin);
+  const double scale = windows.front()->devicePixelRatioF();
+  const QSize size = place.size() + QSize(2 * margin, 2 * margin);
   QImage image(size * scale, QImage::Format_RGB32);
   image.setDevicePixelRatio(scale);
   QPainter painter(&image);
   paintBackground(painter, QRect({}, size));
-  if (!window->mask().isEmpty()) painter.setClipRegion(window->mask().translated(margin, margin));
-  window->render(&painter, {margin, margin}, {}, QWidget::DrawChildren);
+  for (auto* window : windows) {
+    const QPoint corner = window->pos() - place.topLeft() + QPoint(margin, margin);
+    if (!window->mask().isEmpty()) painter.setClipRegion(window->mask().translated(corner));
+    window->render(&painter, corner, {}, QWidget::DrawChildren);
+    painter.setClipping(false);
+  }
   painter.end();
   image.save(directory.filePath(QString::fromUtf8(state.name) + suffix + QStringLiteral(".png")));
 }

@@ -82,20 +82,43 @@ TEST(PreviewText, ALongTextComesInPiecesOfWholeLines) {
 
 TEST(PreviewText, ALineThatIsTooLongIsBrokenAtABlank) {
   std::string text;
-  while (text.size() < 9000) text += "word ";
+  while (text.size() < 18000) text += "word ";
   const auto all = pieces(PreviewText(item(text)));
   ASSERT_GT(all.size(), 3U);
   for (std::size_t i = 0; i + 1 < all.size(); ++i) {
-    EXPECT_LE(all[i].size(), 2000U);
+    EXPECT_LE(all[i].size(), 4000U);
     EXPECT_EQ(all[i].back(), ' ');
   }
 }
 
 TEST(PreviewText, AWordThatIsTooLongIsBrokenToo) {
-  const auto all = pieces(PreviewText(item(std::string(5000, 'x'))));
+  const auto all = pieces(PreviewText(item(std::string(9000, 'x'))));
   ASSERT_EQ(all.size(), 3U);
-  EXPECT_EQ(all[0].size(), 2000U);
+  EXPECT_EQ(all[0].size(), 4000U);
   EXPECT_EQ(all[2].size(), 1000U);
+}
+
+TEST(PreviewText, AParagraphOfOrdinaryLengthStaysWhole) {
+  std::string paragraph;
+  while (paragraph.size() < 3500) paragraph += "word ";
+  EXPECT_EQ(whole(paragraph + "\nnext"), paragraph + "\nnext");
+}
+
+TEST(PreviewText, WhatIsSlowToLayOutComesInSmallerPieces) {
+  std::string text;
+  while (text.size() < 30'000) text += "漢字かな\n";
+  for (const auto& piece : pieces(PreviewText(item(text)))) EXPECT_LE(piece.size(), 1600U);
+  for (const auto& piece : pieces(PreviewText(item(std::string(10'000, '\n'))))) {
+    EXPECT_LE(piece.size(), 250U);
+  }
+}
+
+TEST(PreviewText, MarksArePiledUpOnlySoHigh) {
+  std::string text = "e";
+  for (int i = 0; i < 5000; ++i) text += "\u0301";
+  const auto all = pieces(PreviewText(item(text + "f")));
+  EXPECT_LT(all[0].size(), 40U);
+  EXPECT_EQ(all.back().back(), 'f');
 }
 
 TEST(PreviewText, OfMegabytesTheStartIsShownAndItSaysSo) {

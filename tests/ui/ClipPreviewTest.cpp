@@ -1,0 +1,394 @@
+#include <gmock/gmock.h>
+
+#include <QtTest/qtestspontaneevent.h>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+
+#include "chrome/PopoverWindow.h"
+#include "chrome/ReadableGlassView.h"
+#include "panel/ClipPreviewViewController.h"
+#include "panel/ClipRowView.h"
+#include "panel/MediaPreview.h"
+#include "panel/TextPreview.h"
+#include "ui/ClipListTest.h"
+
+namespace vantorel {
+namespace {
+
+using testing::ElementsAre;
+
+class ClipPreviewTest : public ClipListTest {
+ protected:
+  Uuid addImage() {
+    ClipItem item;
+    item.kind = ClipKind::image;
+    item.title = "Image";
+    item.preview = "800 × 600 px";
+    return add(item);
+  }
+  [[nodiscard]] static TextPreview* textPreview() {
+    return preview() != nullptr ? preview()->findChild<TextPreview*>() : nullptr;
+  }
+  [[nodiscard]] static MediaPreview* mediaPreview() {
+    return preview()->findChild<MediaPreview*>();
+  }
+  static void enterPreview() {
+    QEnterEvent enter({20, 20}, {20, 20}, {20, 20});
+    QApplication::sendEvent(&preview()->glass(), &enter);
+  }
+  static void leavePreview() {
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&preview()->glass(), &leave);
+  }
+  [[nodiscard]] Size sizeFor(const std::string& text) const {
+    ClipItem item;
+    item.text = SharedText(text);
+    return ClipPreviewViewController::previewSize(item);
+  }
+};
+
+TEST_F(ClipPreviewTest, ComesWhenThePointerRestsOnATextAndGoesAfterIt) {
+  const auto id = addText("one");
+  show();
+  moveTo(id);
+  wait(0.29);
+  EXPECT_EQ(preview(), nullptr);
+  EXPECT_FALSE(list_.previewShown());
+  wait(0.01);
+  ASSERT_NE(preview(), nullptr);
+  EXPECT_TRUE(list_.previewShown());
+  EXPECT_EQ(preview()->windowTitle(), "Preview");
+  EXPECT_EQ(textPreview()->toPlainText(), "one");
+  moveAway();
+  wait(0.35);
+  EXPECT_EQ(preview(), nullptr);
+  EXPECT_FALSE(list_.previewShown());
+}
+
+TEST_F(ClipPreviewTest, StaysWhileThePointerGoesIntoItAndBack) {
+  const auto id = addText("one");
+  show();
+  moveTo(id);
+  wait(0.3);
+  moveAway();
+  wait(0.3);
+  enterPreview();
+  wait(2);
+  ASSERT_NE(preview(), nullptr);
+  leavePreview();
+  wait(0.3);
+  moveTo(id);
+  wait(2);
+  EXPECT_NE(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, OfAPictureComesFromItsThumbnailOnly) {
+  const auto id = addImage();
+  show();
+  moveTo(id, {200, 20});
+  wait(1);
+  EXPECT_EQ(preview(), nullptr);
+  moveTo(id, {30, 20});
+  wait(0.3);
+  EXPECT_NE(preview(), nullptr);
+  moveTo(id, {200, 20});
+  wait(1);
+  EXPECT_NE(preview(), nullptr) << "The pointer is on the row still";
+  moveAway();
+  wait(0.35);
+  EXPECT_EQ(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, AtMostOneIsShown) {
+  const auto one = addText("one");
+  const auto two = addText("two");
+  show();
+  moveTo(one);
+  wait(0.3);
+  moveTo(two);
+  wait(0.3);
+  ASSERT_NE(preview(), nullptr);
+  EXPECT_EQ(textPreview()->toPlainText(), "two");
+}
+
+TEST_F(ClipPreviewTest, AskedForComesAtOnce) {
+  addText("one");
+  addText("two");
+  show();
+  list_.showPreview(1);
+  ASSERT_NE(preview(), nullptr);
+  EXPECT_EQ(textPreview()->toPlainText(), "two");
+  list_.showPreview(7);
+  EXPECT_EQ(textPreview()->toPlainText(), "two");
+  list_.hidePreviews();
+  EXPECT_EQ(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, IsNotShownOfAHiddenList) {
+  addText("one");
+  show();
+  window_.hide();
+  list_.showPreview(0);
+  EXPECT_EQ(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, GoesWithTheList) {
+  const auto id = addText("one");
+  show();
+  list_.showPreview(0);
+  window_.hide();
+  EXPECT_EQ(preview(), nullptr);
+  window_.show();
+  moveTo(id);
+  window_.hide();
+  wait(1);
+  EXPECT_EQ(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, GoesWhenTheDesktopClosesItAndComesAgain) {
+  addText("one");
+  show();
+  list_.showPreview(0);
+  QCloseEvent close;
+  QSpontaneKeyEvent::setSpontaneous(&close);
+  qApp->notify(preview(), &close);
+  EXPECT_EQ(preview(), nullptr);
+  EXPECT_FALSE(list_.previewShown());
+  list_.showPreview(0);
+  EXPECT_NE(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, ARowThatBecomesAnothersTakesItsPreviewAway) {
+  const auto one = addText("one");
+  show();
+  moveTo(one);
+  wait(0.2);
+  items_.clear();
+  addText("two");
+  show();
+  wait(1);
+  EXPECT_EQ(preview(), nullptr) << "The one that was to come";
+  list_.showPreview(0);
+  items_.clear();
+  addText("three");
+  show();
+  EXPECT_EQ(preview(), nullptr) << "The one that was shown";
+}
+
+TEST_F(ClipPreviewTest, OfARowThatStaysStays) {
+  addText("one");
+  show();
+  list_.showPreview(0);
+  addText("two");
+  show();
+  EXPECT_NE(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, OfARowThatMovesGoes) {
+  addText("one");
+  show();
+  list_.showPreview(0);
+  addText("two");
+  std::swap(items_[0], items_[1]);
+  show();
+  EXPECT_EQ(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, OfAnEntryThatIsGoneDoesNotCome) {
+  addText("one");
+  show();
+  items_.clear();
+  list_.showPreview(0);
+  EXPECT_EQ(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, APressOnARowTakesItAway) {
+  const auto one = addText("one");
+  show();
+  list_.showPreview(0);
+  press(one, {100, 20});
+  EXPECT_EQ(preview(), nullptr);
+  release(one, {100, 20});
+}
+
+TEST_F(ClipPreviewTest, StandsBesideThePanelWhereThereIsRoom) {
+  addText("one");
+  show();
+  list_.showPreview(0);
+  EXPECT_GE(preview()->x(), window_.geometry().right());
+  list_.hidePreviews();
+  window_.move(1400, 100);
+  list_.showPreview(0);
+  EXPECT_LE(preview()->geometry().right(), window_.x());
+  ASSERT_TRUE(list_.previewFrame());
+  EXPECT_EQ(list_.previewFrame()->x, preview()->x());
+}
+
+TEST_F(ClipPreviewTest, StaysWholeOnTheScreen) {
+  addText(std::string(5000, 'x'));
+  show();
+  window_.move(200, 0);
+  list_.showPreview(0);
+  EXPECT_GE(preview()->y(), 30) << "Below the bar at the top";
+}
+
+TEST_F(ClipPreviewTest, TextIsAsHighAsItNeeds) {
+  EXPECT_EQ(sizeFor("one line"), (Size{360, 92}));
+  EXPECT_EQ(sizeFor(""), (Size{360, 92}));
+  EXPECT_EQ(sizeFor(std::string(200'000, 'x')), (Size{360, 340}));
+  const auto some = sizeFor("1\n2\n3\n4\n5\n6\n7\n8");
+  EXPECT_GT(some.height, 92);
+  EXPECT_LT(some.height, 340);
+}
+
+TEST_F(ClipPreviewTest, OnASmallScreenItIsSmaller) {
+  screens_.setScreens({{{0, 0, 320, 240}, {0, 0, 320, 240}, 1}});
+  addText(std::string(5000, 'x'));
+  show();
+  list_.showPreview(0);
+  EXPECT_EQ(preview()->size(), QSize(280, 180));
+}
+
+TEST_F(ClipPreviewTest, ALongTextScrolls) {
+  std::string text;
+  for (int i = 0; i < 100; ++i) text += "line " + std::to_string(i) + "\n";
+  addText(text);
+  show();
+  list_.showPreview(0);
+  EXPECT_EQ(preview()->size(), QSize(360, 340));
+  EXPECT_GT(textPreview()->verticalScrollBar()->maximum(), 500);
+  EXPECT_EQ(textPreview()->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(ClipPreviewTest, AVeryLongTextComesPieceByPieceAndSaysWhereItEnds) {
+  addText(std::string(5'000'000, 'x'));
+  show();
+  list_.showPreview(0);
+  EXPECT_LT(textPreview()->document()->characterCount(), 10'000);
+  EXPECT_GT(textPreview()->verticalScrollBar()->maximum(), 0);
+  dispatch_.runQueued();
+  EXPECT_GT(textPreview()->document()->characterCount(), 190'000);
+  EXPECT_EQ(textPreview()->document()->lastBlock().text(),
+            "The preview ends here; the clip goes on.");
+}
+
+TEST_F(ClipPreviewTest, ClosedWhileItIsFilledItIsLeftAlone) {
+  addText(std::string(5'000'000, 'x'));
+  show();
+  list_.showPreview(0);
+  list_.hidePreviews();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  dispatch_.runQueued();
+  EXPECT_EQ(preview(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, HebrewIsSetFromTheRight) {
+  addText("שלום Hello");
+  show();
+  list_.showPreview(0);
+  const auto option = textPreview()->document()->defaultTextOption();
+  EXPECT_EQ(option.textDirection(), Qt::RightToLeft);
+  EXPECT_TRUE(option.alignment().testFlag(Qt::AlignRight));
+  const auto picture = pictureOf(*textPreview());
+  const auto inkIn = [&](int from, int to) {
+    for (int y = 14; y < 34; ++y) {
+      for (int x = from; x < to; ++x) {
+        if (qGray(picture.pixel(x, y)) < 100) return true;
+      }
+    }
+    return false;
+  };
+  EXPECT_TRUE(inkIn(320, 344));
+  EXPECT_FALSE(inkIn(0, 200));
+  EXPECT_FALSE(inkIn(345, 360));
+}
+
+TEST_F(ClipPreviewTest, LatinIsSetFromTheLeft) {
+  addText("Hello שלום");
+  show();
+  list_.showPreview(0);
+  const auto option = textPreview()->document()->defaultTextOption();
+  EXPECT_EQ(option.textDirection(), Qt::LeftToRight);
+  EXPECT_TRUE(option.alignment().testFlag(Qt::AlignLeft));
+}
+
+TEST_F(ClipPreviewTest, TextCanBeSelectedButNotChanged) {
+  addText("some words to select");
+  show();
+  list_.showPreview(0);
+  auto& text = *textPreview();
+  EXPECT_TRUE(text.isReadOnly());
+  QTest::mousePress(text.viewport(), Qt::LeftButton, {}, {17, 22});
+  QTest::mouseMove(text.viewport(), {120, 22});
+  QMouseEvent move(QEvent::MouseMove, QPointF(120, 22),
+                   text.viewport()->mapToGlobal(QPointF(120, 22)), Qt::NoButton, Qt::LeftButton,
+                   {});
+  QApplication::sendEvent(text.viewport(), &move);
+  QTest::mouseRelease(text.viewport(), Qt::LeftButton, {}, {120, 22});
+  EXPECT_TRUE(text.textCursor().hasSelection());
+  QTest::mousePress(text.viewport(), Qt::LeftButton, {}, {40, 22});
+  EXPECT_FALSE(text.textCursor().hasSelection()) << "A selection is not dragged away";
+  QTest::mouseRelease(text.viewport(), Qt::LeftButton, {}, {40, 22});
+}
+
+TEST_F(ClipPreviewTest, APictureThatComesLateTakesThePlaceOfTheSymbol) {
+  const auto id = addImage();
+  show();
+  list_.showPreview(0);
+  ASSERT_NE(mediaPreview(), nullptr);
+  EXPECT_EQ(preview()->size(), QSize(310, 320));
+  EXPECT_EQ(mediaPreview()->image(), nullptr);
+  const auto before = pictureOf(*mediaPreview());
+  const auto picture = bitmap(80, 80, 0xFFD02020);
+  list_.setThumbnail(id, picture);
+  EXPECT_EQ(mediaPreview()->image(), picture);
+  EXPECT_NE(pictureOf(*mediaPreview()), before);
+  EXPECT_EQ(pictureOf(*mediaPreview()).pixel(155, 148), qRgb(0xD0, 0x20, 0x20));
+}
+
+TEST_F(ClipPreviewTest, APictureThatIsThereIsShownAtOnce) {
+  const auto id = addImage();
+  show();
+  const auto picture = bitmap(80, 80, 0xFFD02020);
+  list_.setThumbnail(id, picture);
+  list_.showPreview(0);
+  EXPECT_EQ(mediaPreview()->image(), picture);
+}
+
+TEST_F(ClipPreviewTest, AnEmptyPictureDrawsNothing) {
+  const auto id = addImage();
+  show();
+  list_.setThumbnail(id, bitmap(0, 0, 0));
+  list_.showPreview(0);
+  const auto picture = pictureOf(*mediaPreview());
+  EXPECT_EQ(picture.pixel(155, 148), picture.pixel(40, 60));
+}
+
+TEST_F(ClipPreviewTest, OfAnotherEntryIsLeftAloneByALatePicture) {
+  const auto one = addImage();
+  addImage();
+  show();
+  list_.showPreview(1);
+  list_.setThumbnail(one, bitmap(80, 80, 0xFFD02020));
+  EXPECT_EQ(mediaPreview()->image(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, ACaptionIsOneLineWhateverTheNameIs) {
+  ClipItem item;
+  item.kind = ClipKind::files;
+  item.title = "File";
+  item.preview = "evil\n\u202Egpj.exe" + std::string(100'000, 'x');
+  item.filePaths = {"/nonexistent"};
+  add(item);
+  show();
+  list_.showPreview(0);
+  EXPECT_TRUE(mediaPreview()->accessibleName().startsWith("evil gpj.exe"));
+  EXPECT_LT(mediaPreview()->accessibleName().size(), 500);
+  EXPECT_FALSE(pictureOf(*mediaPreview()).isNull());
+}
+
+}  // namespace
+}  // namespace vantorel
