@@ -16,6 +16,7 @@
 #include "fakes/FakeEventMonitors.h"
 #include "fakes/FakeFileThumbnails.h"
 #include "fakes/FakeIcons.h"
+#include "fakes/FakeImage.h"
 #include "fakes/FakeImageDecoder.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakeScreens.h"
@@ -30,19 +31,40 @@ namespace {
 using namespace vantorel;
 
 constexpr int entryCount = 50;
+constexpr int imageCount = 20;
+constexpr PixelSize thumbnailSize{286, 161};
 constexpr std::size_t previewLength = 500;
 
+enum class Contents { texts, textsAndImages };
+
 struct PanelBench {
-  explicit PanelBench(std::size_t textSize) {
+  explicit PanelBench(std::size_t textSize, Contents contents = Contents::texts) {
     screens.setMouseLocation({1, 1});
-    for (int i = 0; i < entryCount; ++i) {
+    const bool withImages = contents == Contents::textsAndImages;
+    const int textCount = withImages ? entryCount - imageCount : entryCount;
+    for (int i = 0; i < textCount; ++i) {
       std::string text = "entry number " + std::to_string(i) + " is ";
       while (text.size() < textSize) text += "The quick brown fox jumps over the lazy dog. ";
       ClipItem item = textItem(text, dispatch.now());
       item.preview = text.substr(0, previewLength);  // as entries are captured
       store->insert(item);
     }
+    if (withImages) addImages();
     dispatch.runQueued();
+  }
+
+  /// Copied screenshots from an application with an icon, above the texts: all rows that are seen
+  /// at once have a picture.
+  void addImages() {
+    const auto pixels = static_cast<std::size_t>(thumbnailSize.width * thumbnailSize.height);
+    const auto picture = std::make_shared<const Bitmap>(
+        Bitmap{{3840, 2160}, thumbnailSize, std::vector<std::uint32_t>(pixels, 0xFF336699)});
+    icons.setApplication("org.example.Camera", picture);
+    for (int i = 0; i < imageCount; ++i) {
+      const auto bytes = "picture " + std::to_string(i);
+      images.introduce(toBytes(bytes), picture);
+      store->captureImage(FakeImage({3840, 2160}, bytes), {"Camera", "org.example.Camera"});
+    }
   }
 
   void open() {
@@ -80,6 +102,10 @@ struct PanelBench {
                     icons, &backdrops}};
 };
 
+Contents contents(std::int64_t images) {
+  return images != 0 ? Contents::textsAndImages : Contents::texts;
+}
+
 /// Runs `measured` once in each iteration, `prepare` before it unmeasured, and reports the median
 /// and the 95th percentile in milliseconds.
 template <class Prepare, class Measured>
@@ -107,12 +133,19 @@ void firstOpening(benchmark::State& state) {
 BENCHMARK(firstOpening)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void opening(benchmark::State& state) {
-  PanelBench bench(static_cast<std::size_t>(state.range(0)));
+  PanelBench bench(static_cast<std::size_t>(state.range(0)), contents(state.range(1)));
   bench.open();
+  bench.dispatch.runQueued();  // the pictures are made
   measure(
       state, [&] { bench.hide(); }, [&] { bench.open(); });
 }
-BENCHMARK(opening)->Arg(20'000)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(200);
+BENCHMARK(opening)
+    ->ArgNames({"bytes", "images"})
+    ->Args({20'000, 0})
+    ->Args({20'000, 1})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(200);
 
 void firstKey(benchmark::State& state) {
   PanelBench bench(static_cast<std::size_t>(state.range(0)));
@@ -135,7 +168,7 @@ BENCHMARK(firstKey)
     ->Iterations(50);
 
 void laterKey(benchmark::State& state) {
-  PanelBench bench(static_cast<std::size_t>(state.range(0)));
+  PanelBench bench(static_cast<std::size_t>(state.range(0)), contents(state.range(1)));
   measure(
       state,
       [&] {
@@ -147,9 +180,10 @@ void laterKey(benchmark::State& state) {
       [&] { PanelBench::type(Qt::Key_N, QStringLiteral("n")); });
 }
 BENCHMARK(laterKey)
-    ->ArgName("bytes")
-    ->Arg(20'000)
-    ->Arg(1'000'000)
+    ->ArgNames({"bytes", "images"})
+    ->Args({20'000, 0})
+    ->Args({20'000, 1})
+    ->Args({1'000'000, 0})
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(50);

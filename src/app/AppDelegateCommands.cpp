@@ -35,7 +35,7 @@ void AppDelegate::resumeHistory() {
 }
 
 void AppDelegate::togglePasswordManagerPrivacy() {
-  constexpr auto key = PrivacyPreferences::ignorePasswordManagersKey;
+  static constexpr auto key = PrivacyPreferences::ignorePasswordManagersKey;
   const auto ignores = [this] { return desktop_.defaults.boolean(key).value_or(false); };
   desktop_.defaults.set(key, !ignores());
   show(ignores() ? "Password managers will be ignored." : "Password manager history enabled.");
