@@ -30,9 +30,7 @@ QRect rounded(const Rect& frame) {
 /// Lets a screen reader say which row has been chosen.
 void announceSelection(ClipRowView& row) {
   if (!QAccessible::isActive()) return;
-  QAccessible::State changed;
-  changed.selected = true;
-  QAccessibleStateChangeEvent selected(&row, changed);
+  QAccessibleEvent selected(&row, QAccessible::Selection);
   QAccessible::updateAccessibility(&selected);
   QAccessibleEvent focus(&row, QAccessible::Focus);
   QAccessible::updateAccessibility(&focus);

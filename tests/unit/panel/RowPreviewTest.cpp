@@ -110,6 +110,15 @@ TEST_F(RowPreviewTest, StaysWhenThePointerGoesIntoItAndBack) {
   EXPECT_FALSE(onStage());
 }
 
+TEST_F(RowPreviewTest, StaysWhenItIsEnteredBeforeItsRowIsLeft) {
+  enterRow(one_);
+  wait(0.3);
+  preview_->previewHoverChanged(Hover::entered);
+  leaveRow(one_);
+  wait(5);
+  EXPECT_EQ(onStage(), one_);
+}
+
 TEST_F(RowPreviewTest, GoesWhenThePointerLeavesItForElsewhere) {
   enterRow(one_);
   wait(0.3);
