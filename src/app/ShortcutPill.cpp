@@ -37,7 +37,7 @@ ShortcutPill::ShortcutPill(std::string_view display, QWidget* parent) : QLabel(p
 void ShortcutPill::setShortcut(std::string_view display) {
   setText(QString::fromStdString(spelledKeys(display)));
   setAccessibleName(text());
-  setFixedSize(sizeHint());
+  setFixedSize(ShortcutPill::sizeHint());
 }
 
 QSize ShortcutPill::sizeHint() const {

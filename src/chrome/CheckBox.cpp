@@ -45,7 +45,8 @@ void CheckBox::paintEvent(QPaintEvent* /*event*/) {
   constexpr double half = 0.5;
   const bool rightToLeft = layoutDirection() == Qt::RightToLeft;
   const int boxLeft = rightToLeft ? width() - boxSide : 0;
-  const QRectF box(boxLeft, (height() - boxSide) / 2, boxSide, boxSide);
+  const int boxTop = (height() - boxSide) / 2;  // on a whole pixel
+  const QRectF box(boxLeft, boxTop, boxSide, boxSide);
   const bool on = isChecked();
 
   QPainter painter(this);

@@ -42,7 +42,7 @@ QRectF atEnd(const QRectF& row, double width, Qt::LayoutDirection direction) {
 
 QPen glyphPen(const QColor& color) {
   constexpr double weight = 1.7;
-  return QPen(color, weight, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  return {color, weight, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
 }
 
 void drawCheck(QPainter& painter, const QRectF& area, const QColor& color) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <vector>
 
 #include "app/ShortcutPanel.h"
@@ -265,6 +266,10 @@ struct Layout {
   const char* layout;
   const char* variant;
   const char* label;  // of the key where a US keyboard has k
+
+  friend void PrintTo(const Layout& layout, std::ostream* out) {
+    *out << layout.layout << ' ' << layout.variant;
+  }
 };
 
 class RecorderOnLayouts : public RecorderTest, public testing::WithParamInterface<Layout> {};
