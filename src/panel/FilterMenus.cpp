@@ -35,11 +35,10 @@ std::string_view label(ClipTypeFilter type) {
   return "Videos";
 }
 
-std::vector<Row> typeRows(ClipTypeFilter selected) {
-  std::vector<Row> rows;
-  for (const auto type : allClipTypeFilters) {
-    rows.push_back({std::string(label(type)), type == selected});
-  }
+std::vector<TypeRow> typeRows(ClipTypeFilter selected) {
+  std::vector<TypeRow> rows;
+  rows.reserve(allClipTypeFilters.size());
+  for (const auto type : allClipTypeFilters) rows.push_back({type, label(type), type == selected});
   return rows;
 }
 

@@ -11,10 +11,11 @@
 /// What the panel's two filter buttons and their menus say. UTF-8.
 namespace vantorel::FilterMenus {
 
-struct Row {
-  std::string title;
+struct TypeRow {
+  ClipTypeFilter type = ClipTypeFilter::all;
+  std::string_view title;
   bool on = false;
-  friend bool operator==(const Row&, const Row&) = default;
+  friend bool operator==(const TypeRow&, const TypeRow&) = default;
 };
 
 /// A source that the list can be narrowed to: its key and the name it goes by.
@@ -40,7 +41,7 @@ inline constexpr std::string_view allSources = "All apps";
 [[nodiscard]] std::string_view label(ClipTypeFilter type);
 
 /// One row for each type, in the order of `allClipTypeFilters`.
-[[nodiscard]] std::vector<Row> typeRows(ClipTypeFilter selected);
+[[nodiscard]] std::vector<TypeRow> typeRows(ClipTypeFilter selected);
 
 /// Every source in the history by name, in the order that a reader expects; one that occurs under
 /// several names goes by the name of its last entry.

@@ -45,13 +45,12 @@ void HistoryPanelController::selectSourceFilter(std::optional<std::string> key) 
 void HistoryPanelController::showTypeFilters() {
   auto menu = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops,
                                              &view_->typeFilterButton);
-  const auto rows = FilterMenus::typeRows(selectedType_);
-  for (std::size_t index = 0; index < rows.size(); ++index) {
-    auto* row = menu->addAction(escaped(rows[index].title));
+  for (const auto& choice : FilterMenus::typeRows(selectedType_)) {
+    auto* row = menu->addAction(escaped(choice.title));
     row->setCheckable(true);
-    row->setChecked(rows[index].on);
+    row->setChecked(choice.on);
     QObject::connect(row, &QAction::triggered, menu.get(),
-                     [this, type = allClipTypeFilters[index]] { selectTypeFilter(type); });
+                     [this, type = choice.type] { selectTypeFilter(type); });
   }
   showBelow(view_->typeFilterButton, std::move(menu));
 }

@@ -23,10 +23,13 @@ std::vector<std::string> names(const std::vector<Menus::Source>& sources) {
 }
 
 TEST(TypeMenu, HasOneRowForEachTypeWithTheChosenOneOn) {
+  using Row = Menus::TypeRow;
   EXPECT_THAT(Menus::typeRows(ClipTypeFilter::image),
-              ElementsAre(Menus::Row{"All types", false}, Menus::Row{"Text", false},
-                          Menus::Row{"Images", true}, Menus::Row{"Files", false},
-                          Menus::Row{"Videos", false}));
+              ElementsAre(Row{ClipTypeFilter::all, "All types", false},
+                          Row{ClipTypeFilter::text, "Text", false},
+                          Row{ClipTypeFilter::image, "Images", true},
+                          Row{ClipTypeFilter::files, "Files", false},
+                          Row{ClipTypeFilter::video, "Videos", false}));
 }
 
 TEST(TypeButton, IsPlainWhileEveryTypeIsShown) {
