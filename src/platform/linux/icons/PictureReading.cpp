@@ -59,7 +59,7 @@ SharedBitmap iconWithin(const ImageDecoder& decoder, ByteView bytes, int side) {
 
 SharedBitmap pixelsWithin(const ImageDecoder& decoder, ByteView bytes, PixelSize most) {
   if (most.width <= 0 || most.height <= 0) return nullptr;
-  const auto picture = decoder.bitmap(bytes, most);
+  auto picture = decoder.bitmap(bytes, most);
   if (!picture) return nullptr;
   const auto [width, height] = picture->pixelSize;
   const Size size{static_cast<double>(width), static_cast<double>(height)};

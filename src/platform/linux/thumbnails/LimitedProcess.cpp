@@ -78,7 +78,7 @@ struct Start {
   limit(RLIMIT_CPU, start.processorSeconds);
   limit(RLIMIT_CORE, 0);
   constexpr int leastImportant = 19;
-  ::setpriority(PRIO_PROCESS, 0, leastImportant);
+  ::setpriority(PRIO_PROCESS, 0, leastImportant);  // NOLINT(concurrency-mt-unsafe): one thread
   for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGCHLD}) ::signal(number, SIG_DFL);
   sigset_t none;
   ::sigemptyset(&none);
