@@ -78,11 +78,11 @@ struct Start {
   limit(RLIMIT_CPU, start.processorSeconds);
   limit(RLIMIT_CORE, 0);
   constexpr int leastImportant = 19;
-  ::setpriority(PRIO_PROCESS, 0, leastImportant);  // NOLINT(concurrency-mt-unsafe): one thread
+  ::setpriority(PRIO_PROCESS, 0, leastImportant);
   for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGCHLD}) ::signal(number, SIG_DFL);
   sigset_t none;
   ::sigemptyset(&none);
-  ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
   ::execve(start.arguments.front(), start.arguments.data(), start.environment.data());
   ::_exit(couldNotStart);
 }
