@@ -132,7 +132,7 @@ void StatusNotifierTray::menuChanged() { menu_.refresh(); }
 
 TrayPixmap trayPixmap(const Bitmap& picture) {
   QByteArray pixels;
-  pixels.reserve(static_cast<qsizetype>(picture.pixels.size() * 4));
+  pixels.reserve(static_cast<qsizetype>(picture.pixels.size()) * 4);
   for (const std::uint32_t pixel : picture.pixels) {
     pixels.append(static_cast<char>(pixel >> 24U));
     pixels.append(3, templateGrey);
