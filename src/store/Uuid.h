@@ -23,6 +23,7 @@ class Uuid {
   /// The canonical form with hyphens, in upper case.
   [[nodiscard]] std::string string() const;
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): the analyser takes the comparison's zero for a pointer
   friend auto operator<=>(const Uuid&, const Uuid&) = default;
 
  private:
