@@ -109,7 +109,7 @@ bool ThumbnailProvider::waitFor(const std::string& key, Completion completion) {
   return completions.size() == 1;
 }
 
-void ThumbnailProvider::finish(const std::string& key, SharedBitmap picture) {
+void ThumbnailProvider::finish(const std::string& key, const SharedBitmap& picture) {
   const auto waiting = waiting_.extract(key);
   if (waiting.empty()) return;
   if (picture) keep(key, picture);

@@ -69,7 +69,7 @@ class ThumbnailProvider {
   void makeFileThumbnail(const std::string& key, const std::filesystem::path& file);
   /// Whether the caller is the first to wait, and has to begin.
   [[nodiscard]] bool waitFor(const std::string& key, Completion completion);
-  void finish(const std::string& key, SharedBitmap picture);
+  void finish(const std::string& key, const SharedBitmap& picture);
   void keep(const std::string& key, SharedBitmap picture);
   SharedBitmap find(const std::string& key);
   [[nodiscard]] double screenScale() const;
