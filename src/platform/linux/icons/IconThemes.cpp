@@ -23,22 +23,6 @@ constexpr std::array<const char*, 2> suffixes = {".png", ".svg"};
 /// Looked into when all else has failed, so that a desktop without a theme has pictures of files.
 constexpr std::array<const char*, 2> completeThemes = {"Adwaita", "breeze"};
 
-/// The theme's directories, the best for that size first.
-std::vector<const IconDirectory*> ordered(const std::vector<IconDirectory>& directories,
-                                          int pixels) {
-  std::vector<const IconDirectory*> result;
-  result.reserve(directories.size());
-  for (const auto& directory : directories) result.push_back(&directory);
-  const auto rank = [pixels](const IconDirectory* directory) {
-    // Of two that are equally far away, the larger one loses less.
-    return std::tuple(!isMeantFor(*directory, pixels, 1), pixelsApart(*directory, pixels, 1),
-                      -directory->size * directory->scale);
-  };
-  std::stable_sort(result.begin(), result.end(),
-                   [&](const auto* a, const auto* b) { return rank(a) < rank(b); });
-  return result;
-}
-
 }  // namespace
 
 IconThemes::IconThemes(FileSystem& files, const IconPlaces& places, const std::string& name)
@@ -61,20 +45,25 @@ void IconThemes::add(const IconPlaces& places, const std::string& name) {
 
 void IconThemes::read(const IconPlaces& places, const std::string& name, int depth) {
   if (themes_.size() == mostThemes) return;
-  Theme theme;
+  std::vector<Path> roots;
   std::optional<IconThemeIndex> index;
   for (const auto& place : places.themes) {
     const Path root = place / name;
     if (!files_.exists(root)) continue;
     watched_.push_back(root);
-    theme.roots.push_back(root);
+    roots.push_back(root);
     if (index) continue;
     const auto bytes = files_.readFile(root / "index.theme", largestIndex);
     if (bytes) index = parseIconThemeIndex(textOf(*bytes));
   }
   if (!index) return;
-  theme.directories = std::move(index->directories);
-  themes_.push_back(std::move(theme));
+  auto& theme = themes_.emplace_back();
+  for (const auto& directory : index->directories) {
+    for (const auto& root : roots) {
+      Path path = root / directory.path;
+      if (files_.exists(path)) theme.push_back({std::move(path), directory});
+    }
+  }
   if (depth == deepestInheritance) return;
   for (const auto& parent : index->inherits) {
     if (std::find(seen_.begin(), seen_.end(), parent) != seen_.end()) continue;
@@ -93,12 +82,20 @@ std::optional<Path> IconThemes::fileOf(const Path& directory, const std::string&
 
 std::optional<Path> IconThemes::findIn(const Theme& theme, const std::vector<std::string>& names,
                                        int pixels) const {
-  const auto directories = ordered(theme.directories, pixels);
+  std::vector<const Place*> ordered;
+  ordered.reserve(theme.size());
+  for (const auto& place : theme) ordered.push_back(&place);
+  const auto rank = [pixels](const IconDirectory& directory) {
+    // Of two that are equally far away, the larger one loses less.
+    return std::tuple(!isMeantFor(directory, pixels, 1), pixelsApart(directory, pixels, 1),
+                      -directory.size * directory.scale);
+  };
+  std::stable_sort(ordered.begin(), ordered.end(), [&](const auto* a, const auto* b) {
+    return rank(a->directory) < rank(b->directory);
+  });
   for (const auto& name : names) {
-    for (const auto* directory : directories) {
-      for (const auto& root : theme.roots) {
-        if (auto file = fileOf(root / directory->path, name)) return file;
-      }
+    for (const auto* place : ordered) {
+      if (auto file = fileOf(place->path, name)) return file;
     }
   }
   return std::nullopt;

@@ -25,14 +25,17 @@ class IconThemes {
   [[nodiscard]] std::optional<std::filesystem::path> find(const std::vector<std::string>& names,
                                                           int pixels) const;
 
-  /// What changes when a theme is installed, removed or filled.
+  /// What changes when a theme is installed, removed or filled: whoever puts a picture into a
+  /// theme touches the theme's own directory.
   [[nodiscard]] const std::vector<std::filesystem::path>& watched() const { return watched_; }
 
  private:
-  struct Theme {
-    std::vector<std::filesystem::path> roots;  // where its parts are
-    std::vector<IconDirectory> directories;
+  struct Place {
+    std::filesystem::path path;
+    IconDirectory directory;
   };
+  /// Those of its directories that are there: most of what an index lists is not.
+  using Theme = std::vector<Place>;
 
   void add(const IconPlaces& places, const std::string& name);
   void read(const IconPlaces& places, const std::string& name, int depth);
