@@ -65,6 +65,7 @@ bool ClipListView::openPreview(const Uuid& id) {
 
 void ClipListView::showMenu(ClipRowView& row, const QPoint& pointer) {
   hidePreviews();
+  if (menu_) menu_->close();
   const Uuid id = row.content().id;
   menu_ = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops, this);
   for (const auto& line : rowMenu(row.content())) {

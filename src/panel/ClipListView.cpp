@@ -32,6 +32,8 @@ void announceSelection(ClipRowView& row) {
   if (!QAccessible::isActive()) return;
   QAccessibleEvent selected(&row, QAccessible::Selection);
   QAccessible::updateAccessibility(&selected);
+  // While something is typed, the reader belongs in the search field.
+  if (!row.parentWidget()->hasFocus()) return;
   QAccessibleEvent focus(&row, QAccessible::Focus);
   QAccessible::updateAccessibility(&focus);
 }
@@ -164,8 +166,14 @@ void ClipListView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) tintEmptyLabel();
 }
 
+void ClipListView::focusInEvent(QFocusEvent* event) {
+  QWidget::focusInEvent(event);
+  if (auto* selected = selection_ ? row(*selection_) : nullptr) announceSelection(*selected);
+}
+
 void ClipListView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
+  if (event->spontaneous()) return;  // on another desktop, and back as it was
   endDrag();
   hidePreviews();
   if (menu_) menu_->close();

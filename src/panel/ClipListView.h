@@ -64,6 +64,7 @@ class ClipListView : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

@@ -182,7 +182,7 @@ void HistoryPanelController::movePin(const Uuid& id, int delta) {
 void HistoryPanelController::dropPin(const Uuid& dragged, const Uuid& onto, DropPlace place) {
   services_.dispatch.async([this, alive = std::weak_ptr(alive_), dragged, onto, place] {
     if (alive.expired()) return;
-    if (!store_.movePinned(dragged, onto, place == DropPlace::before)) return;
+    if (!store_.movePinned(dragged, onto, place == DropPlace::before) || !isVisible()) return;
     refresh(Selection::keepEntry);
     select(dragged);
   });

@@ -22,11 +22,9 @@ namespace {
 /// a preview.
 bool isOnOwnWindow(Point point) {
   const QPoint place(static_cast<int>(std::floor(point.x)), static_cast<int>(std::floor(point.y)));
-  const auto windows = QApplication::topLevelWidgets();
-  return std::any_of(windows.begin(), windows.end(), [place](const QWidget* window) {
-    return window->isVisible() && !window->windowFlags().testFlag(Qt::WindowTransparentForInput) &&
-           window->geometry().contains(place);
-  });
+  // Asks the window system, which knows what lies on top.
+  const auto* window = QApplication::topLevelAt(place);
+  return window != nullptr && !window->windowFlags().testFlag(Qt::WindowTransparentForInput);
 }
 
 }  // namespace

@@ -75,6 +75,7 @@ void HistoryPanelController::showSourceFilters() {
 /// its end.
 void HistoryPanelController::showBelow(const QWidget& button, std::unique_ptr<VantorelMenu> menu) {
   constexpr int gap = 2;
+  if (menu_) menu_->close();
   menu_ = std::move(menu);
   menu_->onClosed = [this] { menuClosed(); };
   menuOpened();

@@ -27,14 +27,17 @@ void HistoryPanelController::requestThumbnail(const ClipItem& item) {
   if (item.kind == ClipKind::image && !requestedImages_.insert(item.id).second) return;
   thumbnails_.requestThumbnail(
       item, [this, alive = std::weak_ptr(alive_), id = item.id](SharedBitmap picture) {
-        if (!alive.expired()) view_->list.setThumbnail(id, std::move(picture));
+        if (alive.expired() || displayed(id) == nullptr) return;
+        view_->list.setThumbnail(id, std::move(picture));
       });
 }
 
 void HistoryPanelController::requestSourceIcon(const std::string& bundleIdentifier) {
   services_.icons.applicationIcon(bundleIdentifier, [this, alive = std::weak_ptr(alive_),
                                                      bundleIdentifier](const SharedBitmap& icon) {
-    if (!alive.expired()) view_->list.setSourceIcon(bundleIdentifier, icon);
+    if (!alive.expired() && !displayedItems_.empty()) {
+      view_->list.setSourceIcon(bundleIdentifier, icon);
+    }
   });
 }
 

@@ -35,6 +35,8 @@ class Owner:
         self.transfers = {}
         self.window = self._make_window(arguments)
         self.clipboard = self.atom("CLIPBOARD")
+        # An application whose window is on the screen outlives its place on the clipboard.
+        self.window_stays = bool(arguments.window_class)
 
     def run(self):
         self._own()
@@ -44,9 +46,10 @@ class Owner:
                 self._answer(event)
             elif event.type == X.SelectionClear:
                 _say(event="lost")
-                if self.manners != "clings":
+                if self.manners == "clings":
+                    self._own()
+                elif not self.window_stays:
                     return
-                self._own()
             elif event.type == X.PropertyNotify and event.state == X.PropertyDelete:
                 self._continue_transfer(event.window, event.atom)
 
