@@ -70,8 +70,8 @@ void ThumbnailProvider::requestImage(const ClipItem& item, Completion completion
       const auto encoded = openedIfSealed(storage.get(), std::move(*sealed));
       if (encoded) picture = images.bitmap(*encoded, fitting);
     }
-    main.async([this, alive, key, picture = std::move(picture)]() mutable {
-      if (!alive.expired()) finish(key, std::move(picture));
+    main.async([this, alive, key, picture = std::move(picture)] {
+      if (!alive.expired()) finish(key, picture);
     });
   });
 }
@@ -88,8 +88,8 @@ void ThumbnailProvider::requestFile(const ClipItem& item, Completion completion)
 
 void ThumbnailProvider::makeFileThumbnail(const std::string& key,
                                           const std::filesystem::path& file) {
-  const auto store = [this, alive = std::weak_ptr(alive_), key](SharedBitmap picture) {
-    if (!alive.expired()) finish(key, std::move(picture));
+  const auto store = [this, alive = std::weak_ptr(alive_), key](const SharedBitmap& picture) {
+    if (!alive.expired()) finish(key, picture);
   };
   services_.fileThumbnails.generateBestRepresentation(
       file, fileThumbnailSize, screenScale(),
