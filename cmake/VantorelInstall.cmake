@@ -13,6 +13,8 @@ configure_file("${packaging}/${application_id}.service.in"
 
 if(TARGET vantorel)
   install(TARGETS vantorel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  # Only the program starts it.
+  install(TARGETS vantorel_text RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/vantorel")
 endif()
 install(FILES "${packaging}/${application_id}.desktop"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")

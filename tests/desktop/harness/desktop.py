@@ -102,6 +102,18 @@ class PrivateDesktop:
         os.makedirs(os.path.dirname(path), exist_ok=True)
         self.run(["import", "-window", "root", path]).check_returncode()
 
+    def picture_of(self, text, font="DejaVu Sans 9", paper="white", ink="black"):
+        """The bytes of a picture that shows lines of text as the toolkits of this desktop draw them,
+        right-to-left ones too."""
+        path = self.path("drawn.png")
+        self.run(["pango-view", "--no-display", "--text", text, "--font", font, "--dpi", "96",
+                  "--margin", "24", "--background", paper, "--foreground", ink,
+                  "--output", path]).check_returncode()
+        with open(path, "rb") as file:
+            picture = file.read()
+        os.remove(path)
+        return picture
+
     def set_layout(self, layout, option=None):
         """Changes the keyboard layout as a settings program does, and waits until it holds."""
         argv = ["setxkbmap", "-layout", layout, "-option", ""]

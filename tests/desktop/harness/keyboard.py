@@ -18,6 +18,8 @@ PHYSICAL = {
 }
 MODIFIERS = ("Super", "Ctrl", "Alt", "Shift")
 
+XK.load_keysym_group("hebrew")
+
 
 class Keyboard:
     """Presses keys at their physical places, or finds the key that yields a character."""
@@ -129,4 +131,6 @@ class Pointer:
 
 def _keysym(character):
     code = ord(character)
+    if "א" <= character <= "ת":  # a script whose symbols are older than the rule for the others
+        return XK.XK_hebrew_aleph + code - ord("א")
     return code if code < 0x100 else 0x01000000 + code

@@ -13,6 +13,8 @@
 #include "platform/linux/desktop/X11KeyboardGrabs.h"
 #include "platform/linux/desktop/X11WindowBackdrops.h"
 #include "platform/linux/icons/ThemeIcons.h"
+#include "platform/linux/tesseract/TextModels.h"
+#include "platform/linux/tesseract/WorkerTextRecognition.h"
 #include "platform/linux/thumbnails/LinuxFileThumbnails.h"
 #include "platform/linux/tray/StatusNotifierTray.h"
 #include "platform/linux/x11/KeyCodeTable.h"
@@ -49,7 +51,9 @@ struct LinuxDesktop::Ports {
   AutostartLoginItem loginItem{files, AutostartPlaces::fromEnvironment(processEnvironment),
                                ownProgramPath()};
   QtImageDecoder images;
-  AbsentTextRecognition recognition;
+  WorkerTextRecognition recognition{
+      {textWorkerProgram(),
+       modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
   QtScreens screens;
   StatusNotifierTray statusItem{
       {dispatch, screens}, processEnvironment, installedIconThemes(ownProgramPath())};

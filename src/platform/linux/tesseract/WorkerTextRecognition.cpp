@@ -1,0 +1,103 @@
+#include "platform/linux/tesseract/WorkerTextRecognition.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <functional>
+#include <system_error>
+#include <utility>
+
+#include "platform/linux/tesseract/TextModels.h"
+#include "platform/linux/tesseract/TextWorkerProcess.h"
+#include "text/Unicode.h"
+
+namespace vantorel {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Outcome = Recognition::Outcome;
+using Status = TextReply::Status;
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string result;
+  for (const std::string& name : names) {
+    if (!result.empty()) result += ',';
+    result += name;
+  }
+  return result;
+}
+
+Recognition recognitionOf(TextReply reply) {
+  if (reply.status == Status::noEngine) return {Outcome::unavailable, {}};
+  if (reply.status != Status::read) return {Outcome::unreadable, {}};
+  for (auto& line : reply.lines) line = validUtf8(std::move(line));
+  return {Outcome::recognized, std::move(reply.lines)};
+}
+
+}  // namespace
+
+WorkerTextRecognition::WorkerTextRecognition(Settings settings) : settings_(std::move(settings)) {}
+
+WorkerTextRecognition::~WorkerTextRecognition() = default;
+
+std::vector<std::string> WorkerTextRecognition::supportedLanguages() {
+  std::vector<std::string> languages;
+  for (const std::string& name : installedModels(settings_.modelDirectories).names)
+    languages.push_back(languageOfModel(name));
+  return languages;
+}
+
+Recognition WorkerTextRecognition::recognize(ByteView image,
+                                             const std::vector<std::string>& languages,
+                                             const std::stop_token& stop) {
+  const TextModels models = installedModels(settings_.modelDirectories);
+  const auto names = modelsFor(models, languages);
+  if (names.empty()) return {Outcome::unavailable, {}};
+  const std::vector<std::string> arguments{models.directory.string(), joined(names),
+                                           std::to_string(settings_.idleLimit.count())};
+  const std::lock_guard lock(mutex_);
+  // A worker that waited too long may end just as it is asked; then another is asked, once.
+  for (bool isFresh = false; !isFresh;) {
+    if (stop.stop_requested()) return {Outcome::stopped, {}};
+    isFresh = !worker_ || !worker_->isRunning() || arguments != arguments_;
+    if (!ensureWorker(arguments)) return {Outcome::unavailable, {}};
+    std::optional<TextReply> reply;
+    {
+      const std::stop_callback onStop(stop, [this] { worker_->terminate(); });
+      reply = worker_->read(image, std::chrono::steady_clock::now() + settings_.pictureLimit);
+    }
+    if (reply && reply->status == Status::noEngine) worker_.reset();
+    if (reply) return recognitionOf(std::move(*reply));
+    worker_.reset();
+  }
+  return {stop.stop_requested() ? Outcome::stopped : Outcome::unreadable, {}};
+}
+
+bool WorkerTextRecognition::ensureWorker(const std::vector<std::string>& arguments) {
+  if (worker_ && worker_->isRunning() && arguments == arguments_) return true;
+  worker_.reset();
+  arguments_ = arguments;
+  if (settings_.program.empty()) return false;
+  worker_ = TextWorkerProcess::start(settings_.program, arguments);
+  return worker_ != nullptr;
+}
+
+int WorkerTextRecognition::workerProcessId() {
+  const std::lock_guard lock(mutex_);
+  return worker_ && worker_->isRunning() ? worker_->processId() : 0;
+}
+
+fs::path textWorkerProgram() {
+  std::error_code error;
+  const fs::path self = fs::read_symlink("/proc/self/exe", error);
+  if (error) return {};
+  const fs::path directory = self.parent_path();
+  for (const fs::path& program :
+       {directory / "vantorel-text", directory / VANTOREL_LIBEXEC_FROM_BIN / "vantorel-text"}) {
+    if (::access(program.c_str(), X_OK) == 0) return program.lexically_normal();
+  }
+  return {};
+}
+
+}  // namespace vantorel

@@ -1,0 +1,305 @@
+// The real engine with the installed models, in its own process, as the program uses it.
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include "fakes/TemporaryDirectory.h"
+#include "fakes/TestStore.h"
+#include "pictures/LabelledPictures.h"
+#include "platform/linux/tesseract/TextModels.h"
+#include "platform/linux/tesseract/WorkerTextRecognition.h"
+#include "store/ImageTextRecognizer.h"
+
+namespace vantorel {
+namespace {
+
+using Outcome = Recognition::Outcome;
+using Languages = std::vector<std::string>;
+using std::chrono::steady_clock;
+
+WorkerTextRecognition::Settings settings() {
+  WorkerTextRecognition::Settings settings;
+  settings.program = textWorkerProgram();
+  settings.modelDirectories = modelDirectories({});
+  return settings;
+}
+
+/// The worker yields to everything else, and a machine that runs tests has much else to do.
+void hurry(WorkerTextRecognition& recognition) {
+  const sched_param none{};
+  (void)::sched_setscheduler(recognition.workerProcessId(), SCHED_OTHER, &none);
+}
+
+/// Waits until it does, half a minute at most.
+bool comesTrue(const std::function<bool()>& condition) {
+  const auto limit = steady_clock::now() + std::chrono::seconds(30);
+  while (!condition()) {
+    if (steady_clock::now() > limit) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return true;
+}
+
+/// What a process has used; 0 when there is none.
+double processorSeconds(int process) {
+  clockid_t clock{};
+  timespec time{};
+  if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0) return 0;
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+Bytes pictureOf(const QString& text, int size = 24) {
+  QImage image(900, size * 3, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  QFont font("DejaVu Sans");
+  font.setPixelSize(size);
+  painter.setFont(font);
+  painter.drawText(image.rect(), Qt::AlignCenter, text);
+  painter.end();
+  return pngOf(image);
+}
+
+class Engine : public testing::Test {
+ protected:
+  Engine() { (void)read(pictureOf("")); }
+
+  std::string read(const Bytes& image) {
+    const auto text = ImageTextRecognizer::recognize(recognition, image, {});
+    hurry(recognition);
+    return text.value_or("(could not be read)");
+  }
+  Outcome outcome(const Bytes& image) {
+    return recognition.recognize(image, {"he-IL", "en-US"}, {}).outcome;
+  }
+
+  double wordsFound(const std::vector<LabelledPicture>& pictures, std::size_t step) {
+    WordCount words;
+    for (std::size_t i = 0; i < pictures.size(); i += step)
+      words += foundWords(pictures[i].text, QString::fromStdString(read(pictures[i].png())));
+    return words.percent();
+  }
+
+  WorkerTextRecognition recognition{settings()};
+};
+
+TEST_F(Engine, KnowsBothLanguages) {
+  const auto languages = recognition.supportedLanguages();
+  EXPECT_EQ(std::count(languages.begin(), languages.end(), "he-IL"), 1);
+  EXPECT_EQ(std::count(languages.begin(), languages.end(), "en-US"), 1);
+}
+
+TEST_F(Engine, ReadsEnglishHebrewAndBoth) {
+  EXPECT_EQ(read(pictureOf("Invoice 2024")), "Invoice 2024");
+  EXPECT_EQ(read(pictureOf("מדיניות הפרטיות")), "מדיניות הפרטיות");
+  EXPECT_EQ(read(pictureOf("הודעה מאת support@northwind.example התקבלה")),
+            "הודעה מאת support@northwind.example התקבלה");
+}
+
+TEST_F(Engine, ReadsSmallInterfaceTextInEnglish) {
+  EXPECT_GE(wordsFound(linePictures(Language::english, 12), 5), 98);
+  EXPECT_GE(wordsFound(interfacePictures(Language::english, 12), 4), 97);
+}
+
+TEST_F(Engine, ReadsSmallInterfaceTextInHebrew) {
+  EXPECT_GE(wordsFound(linePictures(Language::hebrew, 12), 5), 98);
+  EXPECT_GE(wordsFound(interfacePictures(Language::hebrew, 12), 4), 97);
+}
+
+TEST_F(Engine, ReadsTheTypeOfSharpScreens) {
+  // A page at twice and at four times the usual size.
+  for (const int size : {24, 32, 44, 56}) {
+    const std::string text = read(pngOf(pageOfText({1900, size * 8}, size, 3)));
+    EXPECT_NE(text.find("Preferences have been saved to your home folder."), std::string::npos)
+        << size << " px: " << text;
+    EXPECT_NE(text.find("Invoice 2024-0317 was paid on 14 March 2025."), std::string::npos)
+        << size << " px: " << text;
+  }
+}
+
+TEST_F(Engine, ReadsLinesOfBothLanguagesWithNumbersAndAddresses) {
+  EXPECT_GE(wordsFound(linePictures(Language::mixed, 12), 3), 97);
+}
+
+TEST_F(Engine, ReadsPhotographedReceipts) {
+  EXPECT_GE(wordsFound(receiptPictures(Language::english), 3), 95);
+  EXPECT_GE(wordsFound(receiptPictures(Language::hebrew), 3), 95);
+}
+
+TEST_F(Engine, APictureWithoutTextHasNone) {
+  QImage image(300, 200, QImage::Format_RGB32);
+  image.fill(Qt::darkGreen);
+  EXPECT_EQ(read(pngOf(image)), "");
+  QImage transparent(300, 200, QImage::Format_ARGB32);
+  transparent.fill(Qt::transparent);
+  EXPECT_EQ(read(pngOf(transparent)), "");
+  QImage tiny(1, 1, QImage::Format_RGB32);
+  tiny.fill(Qt::black);
+  EXPECT_EQ(read(pngOf(tiny)), "");
+}
+
+TEST_F(Engine, ReadsTransparentSixteenBitAndJpegPictures) {
+  const QImage opaque =
+      QImage::fromData(reinterpret_cast<const uchar*>(pictureOf("Quarterly report").data()),
+                       static_cast<int>(pictureOf("Quarterly report").size()));
+  QImage transparent(opaque.size(), QImage::Format_ARGB32);
+  for (int y = 0; y < opaque.height(); ++y)
+    for (int x = 0; x < opaque.width(); ++x)
+      transparent.setPixel(x, y, qRgba(0, 0, 0, 255 - qGray(opaque.pixel(x, y))));
+  EXPECT_EQ(read(pngOf(transparent)), "Quarterly report");
+  EXPECT_EQ(read(pngOf(opaque.convertToFormat(QImage::Format_RGBX64))), "Quarterly report");
+  EXPECT_EQ(read(jpegOf(opaque, 86)), "Quarterly report");
+}
+
+TEST_F(Engine, WhatIsNoPictureIsNotReadAndTheNextIs) {
+  EXPECT_EQ(outcome(toBytes("no picture at all")), Outcome::unreadable);
+  EXPECT_EQ(outcome({}), Outcome::unreadable);
+  Bytes cut = pictureOf("half");
+  cut.resize(60);
+  EXPECT_NE(outcome(cut), Outcome::unavailable);
+  EXPECT_EQ(read(pictureOf("Invoice 2024")), "Invoice 2024");
+}
+
+TEST_F(Engine, AWorkerThatDiesLosesOnePicture) {
+  EXPECT_EQ(read(pictureOf("one")), "one");
+  const int first = recognition.workerProcessId();
+  ASSERT_GT(first, 0);
+  ::kill(first, SIGKILL);
+  EXPECT_EQ(read(pictureOf("two")), "two");
+  EXPECT_NE(recognition.workerProcessId(), first);
+}
+
+TEST_F(Engine, StoppingEndsTheReadingAtOnce) {
+  EXPECT_EQ(read(pictureOf("one")), "one");
+  const int worker = recognition.workerProcessId();
+  const Bytes page = pngOf(pageOfText({3000, 4000}, 24, 90));
+  std::stop_source stop;
+  Recognition result;
+  std::thread reading([&] {
+    // The same languages as before, so that the same worker reads it.
+    result = recognition.recognize(page, {"he-IL", "en-US"}, stop.get_token());
+  });
+  const double before = processorSeconds(worker);
+  EXPECT_TRUE(comesTrue([&] { return processorSeconds(worker) > before + 0.05; }))
+      << "the page is not being read";
+  const auto start = steady_clock::now();
+  stop.request_stop();
+  reading.join();
+  EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));
+  EXPECT_EQ(result.outcome, Outcome::stopped);
+  EXPECT_TRUE(result.lines.empty());
+  EXPECT_NE(::kill(worker, 0), 0) << "the worker still runs";
+  std::stop_source stopped;
+  stopped.request_stop();
+  EXPECT_EQ(recognition.recognize(page, {}, stopped.get_token()).outcome, Outcome::stopped);
+}
+
+TEST_F(Engine, TheWorkerIsGoneWhenNoPictureFollows) {
+  auto brief = settings();
+  brief.idleLimit = std::chrono::seconds(1);
+  WorkerTextRecognition idle(brief);
+  EXPECT_EQ(idle.recognize(pictureOf("one"), {"en-US"}, {}).lines, Languages{"one"});
+  const int worker = idle.workerProcessId();
+  ASSERT_GT(worker, 0);
+  EXPECT_TRUE(comesTrue([&] { return idle.workerProcessId() == 0; }));
+  EXPECT_EQ(::waitpid(worker, nullptr, WNOHANG), -1) << "it was left as a zombie";
+  EXPECT_EQ(idle.recognize(pictureOf("two"), {"en-US"}, {}).lines, Languages{"two"});
+}
+
+TEST_F(Engine, TheWorkerIsGoneWithItsOwner) {
+  int worker = 0;
+  {
+    WorkerTextRecognition passing(settings());
+    (void)passing.recognize(pictureOf("one"), {"en-US"}, {});
+    worker = passing.workerProcessId();
+    ASSERT_GT(worker, 0);
+  }
+  EXPECT_NE(::kill(worker, 0), 0);
+}
+
+std::string fieldOf(int pid, const std::string& file, const std::string& field) {
+  std::ifstream in("/proc/" + std::to_string(pid) + "/" + file);
+  for (std::string line; std::getline(in, line);)
+    if (line.starts_with(field)) return line.substr(field.size());
+  return {};
+}
+
+TEST_F(Engine, TheWorkerIsHarmlessAndUnnoticed) {
+  (void)recognition.recognize(pictureOf("one"), {"en-US"}, {});
+  const int worker = recognition.workerProcessId();
+  ASSERT_GT(worker, 0);
+  EXPECT_EQ(::sched_getscheduler(worker), SCHED_IDLE);
+  EXPECT_EQ(fieldOf(worker, "status", "Threads:\t"), "1");
+  EXPECT_EQ(fieldOf(worker, "status", "NoNewPrivs:\t"), "1");
+  const std::string core = fieldOf(worker, "limits", "Max core file size");
+  EXPECT_EQ(core.substr(core.find_first_not_of(' '), 2), "0 ");
+  const std::string files = fieldOf(worker, "limits", "Max file size");
+  EXPECT_EQ(files.substr(files.find_first_not_of(' '), 2), "0 ");
+  // What may not be traced hides its memory from its own user; from root there is no hiding.
+  const std::string environment = "/proc/" + std::to_string(worker) + "/environ";
+  if (::getuid() != 0) {
+    EXPECT_NE(::access(environment.c_str(), R_OK), 0);
+  }
+}
+
+TEST_F(Engine, WithoutAModelItSaysSo) {
+  const TemporaryDirectory empty;
+  auto none = settings();
+  none.modelDirectories = {empty.path()};
+  WorkerTextRecognition without(none);
+  EXPECT_TRUE(without.supportedLanguages().empty());
+  EXPECT_EQ(without.recognize(pictureOf("one"), {}, {}).outcome, Outcome::unavailable);
+  EXPECT_EQ(without.workerProcessId(), 0) << "a worker was started for nothing";
+}
+
+TEST_F(Engine, AModelThatCannotBeLoadedIsNone) {
+  const TemporaryDirectory broken;
+  std::ofstream(broken.path() / "eng.traineddata") << "this is no model";
+  auto none = settings();
+  none.modelDirectories = {broken.path()};
+  WorkerTextRecognition without(none);
+  EXPECT_NE(without.recognize(pictureOf("one"), {"en-US"}, {}).outcome, Outcome::recognized);
+}
+
+TEST_F(Engine, WithoutAProgramItSaysSo) {
+  for (const char* program : {"", "/nonexistent/vantorel-text", "/etc/passwd"}) {
+    auto none = settings();
+    none.program = program;
+    WorkerTextRecognition without(none);
+    EXPECT_EQ(without.recognize(pictureOf("one"), {"en-US"}, {}).outcome, Outcome::unavailable);
+  }
+}
+
+TEST_F(Engine, AProgramThatAnswersNonsenseIsGivenUp) {
+  auto other = settings();
+  other.program = "/bin/true";
+  WorkerTextRecognition without(other);
+  EXPECT_EQ(without.recognize(pictureOf("one"), {"en-US"}, {}).outcome, Outcome::unreadable);
+}
+
+TEST_F(Engine, OneModelAloneIsEnough) {
+  EXPECT_EQ(recognition.recognize(pictureOf("Invoice 2024"), {"en-US"}, {}).lines,
+            Languages{"Invoice 2024"});
+  EXPECT_EQ(recognition.recognize(pictureOf("מדיניות הפרטיות"), {"he-IL"}, {}).lines,
+            Languages{"מדיניות הפרטיות"});
+}
+
+}  // namespace
+}  // namespace vantorel
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QGuiApplication application(argc, argv);
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
