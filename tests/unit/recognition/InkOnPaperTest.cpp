@@ -104,6 +104,23 @@ TEST(InkOnFlatPaper, FaintNoiseIsNoInk) {
       << "away from the letters";
 }
 
+TEST(InkOnFlatPaper, WhatCompressionLeavesAroundLettersIsNoInk) {
+  ColourPicture picture = word(white, black);
+  for (const int x : {22, 30, 38, 50}) fill(picture, {x, 34, x + 2, 34}, 0xC0C0C0);
+  const auto ink = inkOnFlatPaper(picture);
+  ASSERT_TRUE(ink);
+  EXPECT_EQ(amountAt(*ink, 31, 34), 0);
+  EXPECT_EQ(amountAt(*ink, 20, 25), 255);
+}
+
+TEST(InkOnFlatPaper, FaintLettersBesideStrongOnesAreInk) {
+  ColourPicture picture = word(white, black);
+  drawWord(picture, 112, 20, 12, 5, 0xC0C0C0);
+  const auto ink = inkOnFlatPaper(picture);
+  ASSERT_TRUE(ink);
+  EXPECT_EQ(amountAt(*ink, 112, 25), 255);
+}
+
 TEST(InkOnFlatPaper, APhotographIsNone) {
   ColourPicture picture = plain(200, 200, white);
   std::mt19937 random(1);

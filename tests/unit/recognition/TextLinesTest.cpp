@@ -63,6 +63,24 @@ TEST(TextLines, WordsOfOneLineBelongTogether) {
   EXPECT_EQ(boxesIn(picture).size(), 1U);
 }
 
+TEST(TextLines, WordsAfterACommaBelongToTheirLine) {
+  ColourPicture picture = plain(400, 60, white);
+  drawWord(picture, 20, 20, 7, 2, black);
+  drawLetter(picture, 38, 17, 10, black);  // a letter that reaches higher
+  fill(picture, {50, 26, 51, 29}, black);  // a comma
+  drawWord(picture, 61, 20, 7, 5, black);
+  EXPECT_EQ(linesIn(picture).size(), 1U);
+}
+
+TEST(TextLines, SpecksDoNotChangeTheHeightOfLetters) {
+  ColourPicture picture = plain(400, 60, white);
+  drawWord(picture, 20, 20, 15, 6, black);
+  for (int x = 21; x < 120; x += 5) fill(picture, {x, 37, x + 1, 38}, black);
+  const auto lines = linesIn(picture);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines[0].letterHeight, 15);
+}
+
 TEST(TextLines, DotsAndDashesBelongToTheirLetters) {
   ColourPicture picture = plain(300, 60, white);
   drawWord(picture, 20, 20, 14, 3, black);

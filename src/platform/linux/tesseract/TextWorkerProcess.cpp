@@ -63,6 +63,7 @@ std::unique_ptr<TextWorkerProcess> TextWorkerProcess::start(
                                      "TMPDIR=/nonexistent"};
   const auto pointers = [](std::vector<std::string>& texts) {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (auto& text : texts) result.push_back(text.data());
     result.push_back(nullptr);
     return result;

@@ -139,6 +139,51 @@ std::vector<std::uint32_t> paperColours(const ColourPicture& picture, const Pape
   return colours;
 }
 
+/// The strongest ink around each place, looked up by square tiles.
+class InkAround {
+ public:
+  explicit InkAround(const Ink& ink)
+      : columns_((ink.width + tile - 1) / tile), rows_((ink.height + tile - 1) / tile) {
+    strongest_.resize(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_));
+    std::size_t pixel = 0;
+    for (int y = 0; y < ink.height; ++y) {
+      for (int x = 0; x < ink.width; ++x, ++pixel) {
+        std::uint8_t& most = strongest_[place(x / tile, y / tile)];
+        most = std::max(most, ink.amounts[pixel]);
+      }
+    }
+  }
+
+  [[nodiscard]] int at(const PixelBox& box) const {
+    int most = 0;
+    for (int row = std::max(0, box.top / tile - 1);
+         row <= std::min(rows_ - 1, box.bottom / tile + 1); ++row) {
+      for (int column = std::max(0, box.left / tile - 1);
+           column <= std::min(columns_ - 1, box.right / tile + 1); ++column)
+        most = std::max<int>(most, strongest_[place(column, row)]);
+    }
+    return most;
+  }
+
+ private:
+  static constexpr int tile = 16;  // compressed pictures have their noise in blocks of 8
+  [[nodiscard]] std::size_t place(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+           static_cast<std::size_t>(column);
+  }
+  int columns_;
+  int rows_;
+  std::vector<std::uint8_t> strongest_;
+};
+
+/// What compression leaves around letters: small, and weak beside them.
+bool isSpeck(const PixelGroup& mark, int strength, const InkAround& around) {
+  constexpr int shortSide = 4;
+  constexpr int longSide = 9;
+  const auto [low, high] = std::minmax(mark.box.width(), mark.box.height());
+  return low <= shortSide && high <= longSide && strength * 5 < around.at(mark.box) * 2;
+}
+
 /// Brings every mark to full strength and takes away what is too weak to be one.
 void strengthen(Ink& ink) {
   const PixelGroups marks = touchingPixels(
@@ -149,6 +194,9 @@ void strengthen(Ink& ink) {
     int& most = strongest[static_cast<std::size_t>(marks.groupOf[pixel])];
     most = std::max<int>(most, ink.amounts[pixel]);
   }
+  const InkAround around(ink);
+  for (std::size_t i = 0; i < strongest.size(); ++i)
+    if (isSpeck(marks.groups[i], strongest[i], around)) strongest[i] = 0;
   for (std::size_t pixel = 0; pixel < ink.amounts.size(); ++pixel) {
     const int mark = marks.groupOf[pixel];
     const int most = mark == PixelGroups::none ? 0 : strongest[static_cast<std::size_t>(mark)];

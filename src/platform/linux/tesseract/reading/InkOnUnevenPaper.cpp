@@ -64,7 +64,8 @@ class PaperLight {
     return {first, std::min(first + 1, count - 1), place - static_cast<float>(first)};
   }
   [[nodiscard]] float light(int column, int row) const {
-    return lights_[static_cast<std::size_t>(row * columns_ + column)];
+    return lights_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+                   static_cast<std::size_t>(column)];
   }
   /// The value that three tenths of the pixels around the tile exceed: writing covers less than
   /// the rest.

@@ -47,6 +47,16 @@ bool isMarkOf(const PixelBox& mark, const PixelBox& letter) {
          (letter.top - middle) * 10 < height * 4 && (middle - letter.bottom) * 4 < height;
 }
 
+/// Words of one line, further apart than their letters, as behind a comma; cells of a table are
+/// further apart still.
+bool areWords(const PixelBox& left, const PixelBox& right) {
+  const int low = std::min(left.height(), right.height());
+  const int high = std::max(left.height(), right.height());
+  const int gap = right.left - left.right - 1;
+  const int shared = std::min(left.bottom, right.bottom) - std::max(left.top, right.top) + 1;
+  return gap >= 0 && gap <= high && low * 2 >= high && shared * 10 >= low * 7;
+}
+
 /// The marks that may be letters, from left to right.
 std::vector<int> letters(const PixelGroups& marks) {
   std::vector<int> found;
@@ -73,6 +83,31 @@ void forNeighbours(const std::vector<PixelBox>& boxes, Visit visit) {
     for (std::size_t j = i + 1; j < boxes.size() && boxes[j].left - boxes[i].right <= reach; ++j)
       visit(i, j);
   }
+}
+
+PixelBox united(const PixelBox& a, const PixelBox& b) {
+  if (a.right < a.left) return b;
+  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+          std::max(a.bottom, b.bottom)};
+}
+
+/// Makes one set of the sets of `boxes` that are words of one line.
+void uniteWords(const std::vector<PixelBox>& boxes, DisjointSets& sets) {
+  std::vector<PixelBox> wordOf(boxes.size());
+  std::vector<std::size_t> found;
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    const auto word = static_cast<std::size_t>(sets.root(static_cast<int>(i)));
+    if (wordOf[word].width() <= 0) found.push_back(word);
+    wordOf[word] = united(wordOf[word], boxes[i]);
+  }
+  // In the order of their first boxes, and so from the left.
+  std::vector<PixelBox> words;
+  words.reserve(found.size());
+  for (const std::size_t word : found) words.push_back(wordOf[word]);
+  forNeighbours(words, [&](std::size_t i, std::size_t j) {
+    if (areWords(words[i], words[j]))
+      sets.unite(static_cast<int>(found[i]), static_cast<int>(found[j]));
+  });
 }
 
 /// For each of `letters` the number of its line.
@@ -103,15 +138,10 @@ std::vector<int> grouped(const PixelGroups& marks, const std::vector<int>& lette
         (isAlone(j) && isMarkOf(boxes[j], boxes[i])))
       unite(i, j);
   });
+  uniteWords(boxes, sets);
   std::vector<int> lines(boxes.size());
   for (std::size_t i = 0; i < lines.size(); ++i) lines[i] = sets.root(static_cast<int>(i));
   return lines;
-}
-
-PixelBox united(const PixelBox& a, const PixelBox& b) {
-  if (a.right < a.left) return b;
-  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-          std::max(a.bottom, b.bottom)};
 }
 
 /// A line belongs to the row whose middle it covers.
@@ -153,8 +183,11 @@ std::vector<TextLine> measuredLines(const PixelGroups& marks, const std::vector<
               lines.end());
   for (TextLine& line : lines) {
     auto& all = heights[static_cast<std::size_t>(line.id)];
-    const auto typical = all.begin() + static_cast<std::ptrdiff_t>(all.size() * 6 / 10);
-    std::nth_element(all.begin(), typical, all.end());
+    // Dots, commas and specks say nothing about the letters.
+    const auto isHigh = [&](int height) { return height * 5 >= line.box.height() * 2; };
+    const auto end = std::partition(all.begin(), all.end(), isHigh);
+    const auto typical = all.begin() + (end - all.begin()) * 6 / 10;
+    std::nth_element(all.begin(), typical, end == all.begin() ? all.end() : end);
     line.letterHeight = *typical;
   }
   return lines;
