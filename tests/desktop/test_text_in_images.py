@@ -30,7 +30,7 @@ class TextTestCase(VantorelTestCase):
         return [item.get("recognizedText") for item in self.vantorel.history.items()
                 if item["kind"] == "image"]
 
-    def wait_for_words(self, *words, limit=60):
+    def wait_for_words(self, *words, limit=120):
         """Waits until the newest picture's text is known, and it has these words."""
         text = wait_for("the text of the picture",
                         lambda: (self.texts_of_pictures() or [None])[0], limit)
@@ -86,7 +86,7 @@ class FoundByItsWords(TextTestCase):
         self.desktop.keyboard.type("northwind")
         self.vantorel.wait_for_rows([])
         self.copy_picture(self.desktop.picture_of(INVOICE))
-        self.vantorel.wait_for_rows(["Image"], limit=60)
+        self.vantorel.wait_for_rows(["Image"], limit=120)
 
     def test_the_words_are_nowhere_on_disk_nor_in_the_log(self):
         self.copy_picture(self.desktop.picture_of(INVOICE))
@@ -138,7 +138,7 @@ class UnreadPictures(TextTestCase):
 
     def test_a_picture_without_text_is_read_once(self):
         self._start_with(lambda key: seal(key, pictures.png(200, 100)))
-        wait_for("the picture to be read", lambda: self.texts_of_pictures() == [""], 60)
+        wait_for("the picture to be read", lambda: self.texts_of_pictures() == [""], 120)
         self.vantorel.quit()
         self.vantorel.start()
         self.vantorel.copy("after it")

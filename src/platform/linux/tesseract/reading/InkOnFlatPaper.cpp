@@ -180,7 +180,8 @@ class InkAround {
 bool isSpeck(const PixelGroup& mark, int strength, const InkAround& around) {
   constexpr int shortSide = 4;
   constexpr int longSide = 9;
-  const auto [low, high] = std::minmax(mark.box.width(), mark.box.height());
+  const int low = std::min(mark.box.width(), mark.box.height());
+  const int high = std::max(mark.box.width(), mark.box.height());
   return low <= shortSide && high <= longSide && strength * 5 < around.at(mark.box) * 2;
 }
 
