@@ -146,7 +146,7 @@ HistoryPanelController& AppDelegate::panelController() {
         store_, pasteController(),
         PanelServices{desktop_.dispatch, desktop_.screens, desktop_.monitors,
                       desktop_.accessibility, desktop_.files, desktop_.images,
-                      desktop_.fileThumbnails, desktop_.icons, desktop_.backdrops,
+                      desktop_.fileThumbnails, desktop_.icons, desktop_.backdrops, &desktop_.spaces,
                       desktop_.keyCodeForScanCode});
   }
   return *panelController_;

@@ -42,14 +42,22 @@ VantorelPanel::VantorelPanel(const QString& title, QSize size, double cornerRadi
 }
 
 void VantorelPanel::makeKeyAndOrderFront() {
+  if (!isVisible()) wasSeen_ = false;
   show();
   raise();
   activateWindow();
 }
 
+bool VantorelPanel::wasPutOutOfSight() const {
+  return isVisible() && wasSeen_ && !windowHandle()->isExposed();
+}
+
 bool VantorelPanel::eventFilter(QObject* watched, QEvent* event) {
   if (watched == windowHandle() && event->type() == QEvent::KeyPress && isVisible() && onKeyPress) {
     return onKeyPress(static_cast<const QKeyEvent&>(*event));
+  }
+  if (watched == windowHandle() && event->type() == QEvent::Expose && isVisible()) {
+    wasSeen_ = wasSeen_ || windowHandle()->isExposed();
   }
   return QWidget::eventFilter(watched, event);
 }

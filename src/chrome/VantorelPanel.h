@@ -31,6 +31,10 @@ class VantorelPanel : public QWidget {
   /// Shows the panel in front and asks for the keyboard. Whether it is given shows later.
   void makeKeyAndOrderFront();
 
+  /// Whether the desktop took the panel off the screen without being asked to, as one does that
+  /// shows its background only. The panel counts as visible all the while.
+  [[nodiscard]] bool wasPutOutOfSight() const;
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -40,6 +44,7 @@ class VantorelPanel : public QWidget {
 
  private:
   ReadableGlassView* glass_;
+  bool wasSeen_ = false;  // since it was shown last
 };
 
 }  // namespace vantorel

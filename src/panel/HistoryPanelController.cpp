@@ -67,11 +67,15 @@ HistoryPanelController::~HistoryPanelController() = default;
 
 bool HistoryPanelController::isVisible() const { return view_->panel.isVisible(); }
 
+bool HistoryPanelController::isSeen() const {
+  return isVisible() && !view_->panel.wasPutOutOfSight();
+}
+
 void HistoryPanelController::toggle(const std::optional<RunningApplication>& targetApplication) {
-  if (isVisible()) {
-    hide();
-    return;
-  }
+  // A panel that the desktop has put out of sight is brought back, not hidden unseen.
+  const bool seen = isSeen();
+  if (isVisible()) hide();
+  if (seen) return;
   pasteController_.setTargetApplication(targetApplication);
   view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
@@ -82,6 +86,7 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
   refresh(Selection::keepIndex);
   positionOnCurrentScreen();
   view_->list.setFocus();
+  if (services_.spaces != nullptr) services_.spaces->joinAll(view_->panel.winId());
   view_->panel.makeKeyAndOrderFront();
   startOutsideClickMonitor();
   showing_ = std::make_shared<const bool>(true);
@@ -90,7 +95,7 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
 
 void HistoryPanelController::openSearch(
     const std::optional<RunningApplication>& targetApplication) {
-  if (!isVisible()) toggle(targetApplication);
+  if (!isSeen()) toggle(targetApplication);
   showSearchBar();
   view_->searchField.selectAll();
 }

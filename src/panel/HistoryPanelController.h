@@ -53,6 +53,7 @@ class HistoryPanelController {
   void refreshSearchIfVisible();
 
  private:
+  [[nodiscard]] bool isSeen() const;
   bool handleKey(const KeyEvent& event);
   [[nodiscard]] PanelKeyState keyState();
   void perform(const PanelKeyDecision& decision);

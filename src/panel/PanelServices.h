@@ -11,6 +11,7 @@
 #include "platform/Image.h"
 #include "platform/Screens.h"
 #include "platform/WindowBackdrops.h"
+#include "platform/WindowSpaces.h"
 
 namespace vantorel {
 
@@ -25,6 +26,7 @@ struct PanelServices {
   FileThumbnails& fileThumbnails;
   Icons& icons;
   const WindowBackdrops* backdrops = nullptr;  // null: nothing is seen through a window
+  const WindowSpaces* spaces = nullptr;        // null: there is one desktop only
   KeyCodeForScanCode keyCodeForScanCode{};
 
   [[nodiscard]] ChromeServices chrome() const {

@@ -21,6 +21,7 @@
 #include "platform/TextRecognition.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowBackdrops.h"
+#include "platform/WindowSpaces.h"
 #include "platform/Workspace.h"
 
 namespace vantorel {
@@ -47,6 +48,7 @@ struct Desktop {
   FileThumbnails& fileThumbnails;
   Icons& icons;
   const WindowBackdrops* backdrops;  // null: nothing is seen through a window
+  const WindowSpaces& spaces;
   KeyCodeForScanCode keyCodeForScanCode;
   /// Where this user's applications keep their data.
   std::filesystem::path applicationSupport;

@@ -225,6 +225,35 @@ class Shortcut(PanelTestCase):
         self.vantorel.wait_for_panel()
 
 
+class VirtualDesktops(PanelTestCase):
+    def setUp(self):
+        super().setUp()
+        self.desktop.windows.set_desktops(2)
+
+    def test_the_panel_comes_up_on_the_desktop_that_is_looked_at(self):
+        for number in (1, 0, 1):
+            self.desktop.windows.switch_desktop(number)
+            self.vantorel.open_panel()
+            self.vantorel.press_shortcut()
+            self.vantorel.wait_until_hidden()
+
+    def test_an_open_panel_comes_along_and_the_shortcut_hides_it(self):
+        self.vantorel.open_panel()
+        self.desktop.windows.switch_desktop(1)
+        self.assertIsNotNone(self.vantorel.panel())
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+        self.vantorel.open_panel()
+
+    def test_a_panel_that_was_put_out_of_sight_is_brought_back_by_the_shortcut(self):
+        self.vantorel.open_panel()
+        self.desktop.windows.show_background()
+        self.vantorel.wait_until_hidden()
+        self.vantorel.open_panel()
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
+
+
 class Layouts(PanelTestCase):
     def _shortcut_opens_and_return_pastes(self, expected):
         self.vantorel.open_panel()

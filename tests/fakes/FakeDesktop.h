@@ -16,6 +16,7 @@
 #include "fakes/FakeTextRecognition.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeWindowBackdrops.h"
+#include "fakes/FakeWindowSpaces.h"
 #include "fakes/FakeWorkspace.h"
 #include "fakes/ManualDispatch.h"
 #include "fakes/TemporaryDirectory.h"
@@ -46,6 +47,7 @@ struct FakeDesktop {
   FakeFileThumbnails fileThumbnails;
   FakeIcons icons;
   FakeWindowBackdrops backdrops;
+  FakeWindowSpaces spaces;
 
   [[nodiscard]] Desktop ports() {
     return Desktop{.dispatch = dispatch,
@@ -67,6 +69,7 @@ struct FakeDesktop {
                    .fileThumbnails = fileThumbnails,
                    .icons = icons,
                    .backdrops = &backdrops,
+                   .spaces = spaces,
                    .keyCodeForScanCode = {},
                    .applicationSupport = directory.path()};
   }

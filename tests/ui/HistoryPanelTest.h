@@ -16,6 +16,7 @@
 #include "fakes/FakeScreens.h"
 #include "fakes/FakeSyntheticInput.h"
 #include "fakes/FakeWindowBackdrops.h"
+#include "fakes/FakeWindowSpaces.h"
 #include "fakes/FakeWorkspace.h"
 #include "fakes/TestStore.h"
 #include "panel/HistoryPanelController.h"
@@ -78,6 +79,7 @@ class HistoryPanelTest : public testing::Test {
   FakeEventMonitors monitors_;
   FakeAccessibilityPreferences accessibility_;
   FakeWindowBackdrops backdrops_;
+  FakeWindowSpaces spaces_;
   PasteController paste_;
   RunningApplication target_;
   std::unique_ptr<HistoryPanelController> controller_;

@@ -42,6 +42,15 @@ TEST_F(PanelController, TogglesByTheShortcut) {
   EXPECT_FALSE(controller_->isVisible());
 }
 
+TEST_F(PanelController, JoinsEveryVirtualDesktopEachTimeItIsShown) {
+  open();
+  EXPECT_THAT(spaces_.joined(), ElementsAre(panel().winId()));
+  controller_->toggle(target_);
+  EXPECT_THAT(spaces_.joined(), ElementsAre(panel().winId()));
+  open();
+  EXPECT_THAT(spaces_.joined(), ElementsAre(panel().winId(), panel().winId()));
+}
+
 TEST_F(PanelController, TakesTheKeyboardWhenShown) {
   open();
   EXPECT_TRUE(QTest::qWaitForWindowActive(&panel()));

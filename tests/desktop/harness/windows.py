@@ -104,6 +104,24 @@ class Windows:
         """Asks the window's application to close it, as a title bar's button does."""
         self._ask_root(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2, 0, 0, 0])
 
+    def set_desktops(self, count):
+        """Asks the window manager for as many virtual desktops, and waits for them."""
+        self._ask_root(self._root, "_NET_NUMBER_OF_DESKTOPS", [count, 0, 0, 0, 0])
+        wait_for(f"{count} virtual desktops",
+                 lambda: list(self._property(self._root, "_NET_NUMBER_OF_DESKTOPS")) == [count])
+
+    def switch_desktop(self, number):
+        """Goes to a virtual desktop, counted from 0, as a pager does."""
+        self._ask_root(self._root, "_NET_CURRENT_DESKTOP", [number, X.CurrentTime, 0, 0, 0])
+        wait_for(f"virtual desktop {number}",
+                 lambda: list(self._property(self._root, "_NET_CURRENT_DESKTOP")) == [number])
+
+    def show_background(self, shown=True):
+        """Puts every window out of sight, or back, as a button on a taskbar does."""
+        self._ask_root(self._root, "_NET_SHOWING_DESKTOP", [int(shown), 0, 0, 0, 0])
+        wait_for("the desktop's background" if shown else "windows before the background",
+                 lambda: list(self._property(self._root, "_NET_SHOWING_DESKTOP")) == [int(shown)])
+
     def pixel(self, x, y):
         """(red, green, blue) at a place on the screen."""
         image = self._root.get_image(int(x), int(y), 1, 1, X.ZPixmap, 0xffffffff)

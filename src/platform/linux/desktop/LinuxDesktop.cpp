@@ -12,6 +12,7 @@
 #include "platform/linux/desktop/DesktopColors.h"
 #include "platform/linux/desktop/X11KeyboardGrabs.h"
 #include "platform/linux/desktop/X11WindowBackdrops.h"
+#include "platform/linux/desktop/X11WindowSpaces.h"
 #include "platform/linux/icons/ThemeIcons.h"
 #include "platform/linux/tesseract/TextModels.h"
 #include "platform/linux/tesseract/WorkerTextRecognition.h"
@@ -75,6 +76,7 @@ struct LinuxDesktop::Ports {
   std::optional<ThemeIcons> icons;
   std::unique_ptr<X11SyntheticInput> input;
   std::optional<X11WindowBackdrops> backdrops;
+  X11WindowSpaces spaces;
   std::optional<DesktopColors> colors;
   std::unique_ptr<X11HotKeys> hotKeys = X11HotKeys::open(dispatch);
   X11KeyboardGrabs keyboardGrabs;
@@ -114,13 +116,17 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
 }
 
 Desktop LinuxDesktop::ports() {
-  return {ports_->dispatch,    ports_->files,          ports_->keychain,
-          ports_->defaults,    *ports_->pasteboard,    *ports_->workspace,
-          *ports_->input,      *ports_->hotKeys,       ports_->loginItem,
-          ports_->statusItem,  ports_->keyboardGrabs,  ports_->monitors,
-          ports_->screens,     *ports_->accessibility, ports_->images,
-          ports_->recognition, ports_->fileThumbnails, *ports_->icons,
-          &*ports_->backdrops, keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
+  return {ports_->dispatch,       ports_->files,
+          ports_->keychain,       ports_->defaults,
+          *ports_->pasteboard,    *ports_->workspace,
+          *ports_->input,         *ports_->hotKeys,
+          ports_->loginItem,      ports_->statusItem,
+          ports_->keyboardGrabs,  ports_->monitors,
+          ports_->screens,        *ports_->accessibility,
+          ports_->images,         ports_->recognition,
+          ports_->fileThumbnails, *ports_->icons,
+          &*ports_->backdrops,    ports_->spaces,
+          keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
 }
 
 }  // namespace vantorel

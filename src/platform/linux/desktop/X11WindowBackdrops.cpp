@@ -1,21 +1,11 @@
 #include "platform/linux/desktop/X11WindowBackdrops.h"
 
-#include <QGuiApplication>
 #include <cstdint>
 #include <utility>
 
+#include "platform/linux/desktop/ToolkitConnection.h"
+
 namespace vantorel {
-namespace {
-
-/// Null when the toolkit does not speak X11.
-xcb_connection_t* toolkitConnection() {
-  const auto* application = qGuiApp;
-  if (application == nullptr) return nullptr;
-  const auto* native = application->nativeInterface<QNativeInterface::QX11Application>();
-  return native != nullptr ? native->connection() : nullptr;
-}
-
-}  // namespace
 
 Backdrop X11WindowBackdrops::available() const {
   if (preferences_.blurs()) return Backdrop::blurrable;
