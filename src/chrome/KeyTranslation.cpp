@@ -100,6 +100,11 @@ KeyEvent translatedForShortcut(const QKeyEvent& event,
                                const KeyCodeForScanCode& keyCodeForScanCode) {
   KeyEvent result = translated(event, keyCodeForScanCode);
   result.flags = shortcutFlags(event.modifiers());
+  const auto keyCode = place(event, keyCodeForScanCode);
+  const auto latin = keyCode ? latinCharacter(*keyCode) : std::nullopt;
+  if (latin && isDigit(*latin) && !printedOn(event).isLetterOrNumber()) {
+    result.charactersIgnoringModifiers = std::string(1, *latin);
+  }
   return result;
 }
 

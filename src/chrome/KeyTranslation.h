@@ -18,6 +18,8 @@ inline constexpr KeyCode unknownKeyCode = 0xFF;
                                   const KeyCodeForScanCode& keyCodeForScanCode);
 
 /// The same for a global shortcut, which tells the keys apart: Super is command, Ctrl is control.
+/// The key of a digit counts as the digit although Shift makes a sign of it, for it is the key that
+/// is meant.
 [[nodiscard]] KeyEvent translatedForShortcut(const QKeyEvent& event,
                                              const KeyCodeForScanCode& keyCodeForScanCode);
 

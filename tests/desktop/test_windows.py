@@ -131,6 +131,14 @@ class Recorder(WindowsTestCase):
         self.vantorel.start()
         self.panel_opens_with("Super+Alt+k")
 
+    def test_a_digit_is_recorded_with_shift_too(self):
+        self.record("Super+Shift+1")
+        self.vantorel.wait_for_notice("Shortcut set to Super+Shift+1")
+        self.panel_opens_with("Super+Shift+1")
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.vantorel.start()
+        self.panel_opens_with("Super+Shift+1")
+
     def test_it_hears_keys_that_the_window_manager_uses(self):
         # Alt+F4 closes windows here; no shortcut, but it must not close the recorder either.
         recorder = self.open_recorder()

@@ -137,6 +137,19 @@ TEST(KeyTranslation, AShortcutTellsSuperFromControl) {
             flags::command | flags::shift | flags::option | flags::control);
 }
 
+TEST(KeyTranslation, AShortcutMeansTheKeyOfADigitWhateverShiftMakesOfIt) {
+  const auto charactersOf = [](int key, Qt::KeyboardModifiers modifiers, quint32 scanCode) {
+    const QKeyEvent event(QEvent::KeyPress, key, modifiers, scanCode, 0, 0);
+    return translatedForShortcut(event, placeOf).charactersIgnoringModifiers;
+  };
+  const auto superShift = Qt::MetaModifier | Qt::ShiftModifier;
+  EXPECT_EQ(charactersOf(Qt::Key_Exclam, superShift, scan1), "1");
+  EXPECT_EQ(charactersOf(Qt::Key_1, superShift, scan1), "1");
+  EXPECT_EQ(charactersOf(Qt::Key_Ampersand, Qt::MetaModifier, scan1), "1");
+  EXPECT_EQ(charactersOf(Qt::Key_At, superShift, scan2), "2");
+  EXPECT_EQ(charactersOf(Qt::Key_Colon, superShift, scanSemicolon), ":");
+}
+
 TEST(KeyTranslation, ModifierKeysAreKnown) {
   const auto isModifier = [](Qt::Key key) {
     return isModifierKey(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
