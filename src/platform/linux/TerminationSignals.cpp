@@ -28,6 +28,12 @@ extern "C" void noteSignal(int /*signal*/) {
   errno = saved;
 }
 
+bool isIgnored(int signal) {
+  struct sigaction current {};
+  sigaction(signal, nullptr, &current);
+  return (current.sa_flags & SA_SIGINFO) == 0 && current.sa_handler == SIG_IGN;
+}
+
 char readByte(int descriptor) {
   char byte = ending;
   ssize_t count = 0;
@@ -54,7 +60,10 @@ TerminationSignals::TerminationSignals(Dispatch& dispatch, std::function<void()>
   fcntl(writeEnd_, F_SETFL, O_NONBLOCK);
   wakeDescriptor = writeEnd_;
   thread_ = std::thread([this] { waitForSignal(); });
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) install(signal);
+  install(SIGTERM);
+  install(SIGINT);
+  // Started to outlive its terminal, the program does.
+  if (!isIgnored(SIGHUP)) install(SIGHUP);
 }
 
 TerminationSignals::~TerminationSignals() {
@@ -69,13 +78,11 @@ TerminationSignals::~TerminationSignals() {
 
 void TerminationSignals::install(int signal) {
   Previous previous{.signal = signal};
-  sigaction(signal, nullptr, &previous.action);
-  if ((previous.action.sa_flags & SA_SIGINFO) == 0 && previous.action.sa_handler == SIG_IGN) return;
   struct sigaction action {};
   action.sa_handler = noteSignal;
   action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
   sigemptyset(&action.sa_mask);
-  sigaction(signal, &action, nullptr);
+  sigaction(signal, &action, &previous.action);
   previous_.push_back(previous);
 }
 

@@ -12,8 +12,8 @@ namespace vantorel {
 
 /// Turns a request to end this process (SIGTERM, SIGINT, SIGHUP) into a call of `handler` on the
 /// main queue, once; SIGPIPE is ignored. The handler should begin the normal quit. A second request
-/// of the same kind ends the process at once, so that a quit that hangs can be ended too. A signal
-/// that was ignored when the process began (by nohup, or a shell's background job) stays ignored.
+/// of the same kind ends the process at once, so that a quit that hangs can be ended too. Only a
+/// hang-up that was ignored when the process began (by nohup) stays ignored.
 ///
 /// Create one, on the main thread, as soon as there is a `Dispatch`; its end restores what was in
 /// force before. `dispatch` outlives it.

@@ -60,22 +60,6 @@ TEST_P(TerminationSignalsTest, EndTheProcessWhenAskedTwice) {
       testing::KilledBySignal(signal), "");
 }
 
-TEST_P(TerminationSignalsTest, LeaveAnIgnoredSignalIgnored) {
-  const int signal = GetParam();
-  struct sigaction ignore {};
-  struct sigaction before {};
-  ignore.sa_handler = SIG_IGN;
-  sigaction(signal, &ignore, &before);
-  {
-    ManualDispatch dispatch;
-    const TerminationSignals signals(dispatch, [] {});
-    struct sigaction current {};
-    sigaction(signal, nullptr, &current);
-    EXPECT_EQ(current.sa_handler, SIG_IGN);
-  }
-  sigaction(signal, &before, nullptr);
-}
-
 TEST_P(TerminationSignalsTest, AreRestoredAtTheEnd) {
   struct sigaction before {};
   sigaction(GetParam(), nullptr, &before);
@@ -92,6 +76,53 @@ TEST_P(TerminationSignalsTest, AreRestoredAtTheEnd) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, TerminationSignalsTest, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+/// Ignores a signal while it lives, as a process that was started with it ignored does.
+class Ignored {
+ public:
+  explicit Ignored(int signal) : signal_(signal) {
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    sigaction(signal_, &ignore, &before_);
+  }
+  ~Ignored() { sigaction(signal_, &before_, nullptr); }
+  Ignored(const Ignored&) = delete;
+  Ignored& operator=(const Ignored&) = delete;
+
+  [[nodiscard]] bool still() const {
+    struct sigaction current {};
+    sigaction(signal_, nullptr, &current);
+    return current.sa_handler == SIG_IGN;
+  }
+
+ private:
+  int signal_;
+  struct sigaction before_ {};
+};
+
+TEST(TerminationSignals, AHangUpThatWasIgnoredAtTheStartStaysIgnored) {
+  const Ignored ignored(SIGHUP);
+  ManualDispatch dispatch;
+  const TerminationSignals signals(dispatch, [] {});
+  EXPECT_TRUE(ignored.still());
+}
+
+// A shell without job control starts what runs in its background with interrupts ignored.
+TEST(TerminationSignals, AnInterruptIsHeardAlsoWhenTheProgramWasStartedInTheBackground) {
+  for (const int signal : {SIGINT, SIGTERM}) {
+    const Ignored ignored(signal);
+    {
+      AnnouncingDispatch dispatch;
+      int calls = 0;
+      const TerminationSignals signals(dispatch, [&] { ++calls; });
+      ASSERT_EQ(raise(signal), 0);
+      ASSERT_TRUE(dispatch.waitForWork());
+      dispatch.runQueued();
+      EXPECT_EQ(calls, 1);
+    }
+    EXPECT_TRUE(ignored.still());
+  }
+}
 
 TEST(TerminationSignals, WritingToAClosedPipeIsNoSignal) {
   ManualDispatch dispatch;
