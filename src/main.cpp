@@ -84,10 +84,12 @@ class Program {
   /// Called when the keyring's answer is known, and again when the user unlocks it later: the
   /// history can be read then, so the application starts over.
   void launch() {
+    const bool welcoming = delegate_ && delegate_->isWelcoming();
     terminate();
     delegate_ = std::make_unique<AppDelegate>(desktop_.ports());
     delegate_->onQuit = [] { QCoreApplication::exit(0); };
     delegate_->applicationDidFinishLaunching();
+    if (welcoming) delegate_->showHelpPanel(true);
     if (const auto request = std::exchange(pending_, std::nullopt)) perform(*request);
   }
 

@@ -79,6 +79,9 @@ class AppDelegate {
   void showAbout() { showHelpPanel(false); }
   void showHelpPanel(bool isFirstLaunch);
   void closeHelpPanel();
+  /// Whether the welcome of the first start is open or about to be: whoever starts the application
+  /// over has to show it again, for it comes only once by itself.
+  [[nodiscard]] bool isWelcoming() const { return welcoming_; }
   void showPrivacyPolicy();
   void closePrivacyPolicy();
   void openAccessibilitySettings();
@@ -118,6 +121,7 @@ class AppDelegate {
   std::unique_ptr<ClipboardWatcher> watcher_;
   std::unique_ptr<HistoryPanelController> panelController_;
   std::unique_ptr<Timer> onboarding_;
+  bool welcoming_ = false;
   std::unique_ptr<StatusMenuPopup> statusMenu_;
   std::unique_ptr<SheetWindow> clearQuestion_;
   std::unique_ptr<ShortcutPanel> shortcutPanel_;

@@ -94,11 +94,13 @@ bool AppDelegate::recordPressedShortcut() {
 void AppDelegate::showFirstLaunchHelpIfNeeded() {
   if (desktop_.defaults.boolean(didShowOnboardingKey).value_or(false)) return;
   desktop_.defaults.set(didShowOnboardingKey, true);
+  welcoming_ = true;
   onboarding_ = desktop_.dispatch.after(onboardingDelay, [this] { showHelpPanel(true); });
 }
 
 void AppDelegate::showHelpPanel(bool isFirstLaunch) {
   closeHelpPanel();
+  welcoming_ = isFirstLaunch;
   const HelpPanel::Facts facts{hotKey_.shortcut().display(),
                                desktop_.input.isTrusted(TrustPrompt::none),
                                launchesAtLogin(desktop_.loginItem), programVersion()};
@@ -113,7 +115,10 @@ void AppDelegate::showHelpPanel(bool isFirstLaunch) {
   showInTheMiddle(*helpPanel_, desktop_.screens);
 }
 
-void AppDelegate::closeHelpPanel() { closeWindow(helpPanel_); }
+void AppDelegate::closeHelpPanel() {
+  welcoming_ = false;
+  closeWindow(helpPanel_);
+}
 
 // There is nothing to switch on here: the window system lets programs press keys, or it does not.
 // So the button looks again and says which.

@@ -100,6 +100,20 @@ TEST_F(AppWindowsTest, TheFirstStartShowsTheHelpOnceAMomentLater) {
   EXPECT_THAT(windows<HelpPanel>(), IsEmpty());
 }
 
+TEST_F(AppWindowsTest, WelcomesFromTheStartUntilTheWelcomeIsClosed) {
+  start();
+  EXPECT_TRUE(delegate->isWelcoming()) << "it is about to";
+  desktop.dispatch.advance(Seconds(0.31));
+  EXPECT_TRUE(delegate->isWelcoming());
+  press(window<HelpPanel>(), Qt::Key_Return);
+  EXPECT_FALSE(delegate->isWelcoming());
+  delegate->showAbout();
+  EXPECT_FALSE(delegate->isWelcoming()) << "that is no welcome";
+  delegate->applicationWillTerminate();
+  start();
+  EXPECT_FALSE(delegate->isWelcoming());
+}
+
 TEST_F(AppWindowsTest, TheHelpIsShownWithoutAKeyringToo) {
   desktop.keychain.fail(FakeKeychain::Backend::login, -25291);
   desktop.keychain.fail(FakeKeychain::Backend::dataProtection, -34018);
