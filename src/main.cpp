@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QSessionManager>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -21,6 +20,7 @@
 #include "platform/linux/XdgDirectories.h"
 #include "platform/linux/dbus/ApplicationService.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
+#include "platform/linux/desktop/SessionMember.h"
 #include "platform/qt/QtDispatch.h"
 #include "security/HistoryKeychain.h"
 
@@ -121,18 +121,6 @@ int finish(const StartDecision& decision) {
   return decision.exitStatus;
 }
 
-/// The desktop starts us by our autostart entry; a saved session that did so too would start us
-/// twice.
-void stayOutOfSavedSessions(const QApplication& application) {
-  const auto never = [](QSessionManager& manager) {
-    manager.setRestartHint(QSessionManager::RestartNever);
-  };
-  QObject::connect(&application, &QGuiApplication::saveStateRequest, &application, never,
-                   Qt::DirectConnection);
-  QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, never,
-                   Qt::DirectConnection);
-}
-
 void describeApplication() {
   QApplication::setApplicationName("vantorel");
   QApplication::setApplicationVersion(VANTOREL_VERSION);
@@ -166,8 +154,8 @@ int run(int argc, char** argv, const Request& request) {
   prepare();  // the keyring answers while the toolkit gets ready
 
   describeApplication();
-  const QApplication application(argc, argv);
-  stayOutOfSavedSessions(application);
+  QApplication application(argc, argv);
+  const SessionMember sessionMember(application, [] { QCoreApplication::exit(0); });
   QApplication::setWindowIcon(AppIconFactory::bundledPNG("vt"));
   ApplicationService service(dispatch);
   steps.claim = [&] { return service.claim(processEnvironment); };

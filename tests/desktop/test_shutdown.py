@@ -6,10 +6,12 @@ import time
 import unittest
 
 from harness.history import unseal
+from harness.session_manager import SessionManager
 from harness.tray_case import TrayTestCase
 from harness.waiting import PATIENCE, wait_for
 
 LONGEST = 1.0  # seconds
+NEVER = 3  # how a program says that a saved session need not start it
 
 
 class Shutdown(TrayTestCase):
@@ -84,6 +86,27 @@ class Shutdown(TrayTestCase):
         self.assertEqual(self.ends(lambda: os.kill(pid, signal.SIGTERM)), 0)
         os.kill(self.desktop.bus.process.pid, signal.SIGCONT)
         self.assert_all_is_there()
+
+    def test_by_the_end_of_the_session(self):
+        for shown in ([], ["Keyboard Shortcut…", "About Vantorel", "Clear History…",
+                           "Open Vantorel"]):
+            with self.subTest(shown=shown):
+                self.vantorel.quit()
+                session = SessionManager(self.desktop)
+                self.vantorel.start()
+                session.wait_for("registered")
+                session.wait_for("saved")
+                self.tray.wait_for_item()
+                for row in shown:
+                    self.tray.click(row)
+                if shown:
+                    self.vantorel.wait_for_panel()
+                self.assertEqual(self.ends(session.end), 0)
+                told = session.wait_for("left")
+                self.assertIn({"event": "saved", "success": True}, told)
+                self.assertIn({"event": "restarts", "style": NEVER}, told)
+                self.assert_all_is_there()
+                self.vantorel.start()
 
     def test_by_the_end_of_the_x_server(self):
         self.desktop.display.close()
