@@ -19,6 +19,7 @@
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/XdgDirectories.h"
 #include "platform/linux/dbus/ApplicationService.h"
+#include "platform/linux/dbus/SessionBus.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
 #include "platform/linux/desktop/SessionMember.h"
 #include "platform/qt/QtDispatch.h"
@@ -157,16 +158,17 @@ int run(int argc, char** argv, const Request& request) {
   QApplication application(argc, argv);
   const SessionMember sessionMember(application, [] { QCoreApplication::exit(0); });
   QApplication::setWindowIcon(AppIconFactory::bundledPNG("vt"));
-  ApplicationService service(dispatch);
-  steps.claim = [&] { return service.claim(processEnvironment); };
+  SessionBus bus(dispatch, processEnvironment);
+  ApplicationService service(dispatch, bus);
+  steps.claim = [&service] { return service.claim(); };
   steps.lock = [&lock] {
-    const auto directory = XdgDirectories::fromEnvironment(processEnvironment).runtime;
-    return directory ? lock.take(*directory / "vantorel.lock") : InstanceLock::Result::unavailable;
+    const auto path = instanceLockPath(XdgDirectories::fromEnvironment(processEnvironment));
+    return path ? lock.take(*path) : InstanceLock::Result::unavailable;
   };
   const auto decision = decideWithToolkit(request.command, steps);
   if (decision.course == StartDecision::Course::exit) return finish(decision);
 
-  const auto desktop = LinuxDesktop::open(dispatch, keychain);
+  const auto desktop = LinuxDesktop::open(dispatch, keychain, bus);
   if (!desktop) {
     std::fputs("vantorel: the X server lacks what a clipboard history needs.\n", stderr);
     return 1;

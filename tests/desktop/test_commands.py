@@ -9,6 +9,8 @@ from Xlib import X, XK
 from Xlib.ext import xtest
 
 from harness import applications
+from harness.keyring import KeyringState
+from harness.tray import Tray
 from harness.tray_case import HELP, MENU, PINNED_TOO, QUESTION, RECORDER, StatusMenuTestCase
 from harness.waiting import wait_for
 
@@ -195,7 +197,7 @@ class SecondStart(StatusMenuTestCase):
 
 
 class LostBus(StatusMenuTestCase):
-    """The session bus ends while the program runs."""
+    """The session bus ends while the program runs, and perhaps comes back."""
 
     autostart = False
 
@@ -210,6 +212,44 @@ class LostBus(StatusMenuTestCase):
         self.clipboard.copy("afterwards")
         wait_for("the copy on disk", lambda: b"afterwards" in self._contents(key))
         self.assertEqual(self.vantorel.quit(), 0)
+
+    def test_the_program_joins_the_bus_that_comes_back(self):
+        for times in ("once", "again"):
+            if times == "once":
+                self.vantorel.start(accessible=False)
+                self.vantorel.copy("before")
+            key = self.desktop.keyring.key()
+            self.desktop.bus.stop()
+            self.desktop.bus.start(self.desktop.env)
+            self.desktop.keyring.start(KeyringState.UNLOCKED, self.desktop.env)
+            self.assertEqual(self.desktop.keyring.key(), key)
+            self.vantorel.wait_until_on_bus()
+            tray = Tray(self.desktop)
+            tray.wait_for_item()
+            self.assertEqual(self.vantorel.command().returncode, 0)
+            self.vantorel.wait_for_panel()
+            tray.activate()
+            self.vantorel.wait_until_hidden()
+            # Clearing everything asks the keyring for another key.
+            tray.click("Clear History…")
+            self._answer_with_pins()
+            wait_for("a new key", lambda key=key: self.desktop.keyring.key() not in (None, key))
+            tray.stop()
+
+    def test_no_second_instance_writes_to_the_same_history(self):
+        self.vantorel.start(accessible=False)
+        self.desktop.processes.stop(self.desktop.bus.process)
+        second = self.vantorel.command()
+        self.assertEqual(second.returncode, 1)
+        self.assertIn("already running", second.stderr.decode())
+        self.assertTrue(self.vantorel.is_running())
+
+    def _answer_with_pins(self):
+        question = self.desktop.windows.wait_for_title(QUESTION)
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(question))
+        self.desktop.keyboard.tap("Space")
+        self.desktop.keyboard.tap("Return")
+        self.vantorel.wait_for_notice("All clipboard history cleared.")
 
     def _contents(self, key):
         from harness.history import unseal

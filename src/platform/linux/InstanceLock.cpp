@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <string>
 
 namespace vantorel {
 
@@ -27,6 +28,12 @@ InstanceLock::Result InstanceLock::take(const std::filesystem::path& path) {
   const int reason = errno;
   close(descriptor);
   return reason == EWOULDBLOCK ? Result::heldByAnother : Result::unavailable;
+}
+
+std::optional<std::filesystem::path> instanceLockPath(const XdgDirectories& directories) {
+  if (!directories.runtime) return std::nullopt;
+  const auto history = std::filesystem::hash_value(directories.dataHome.value_or(""));
+  return *directories.runtime / ("vantorel-" + std::to_string(history) + ".lock");
 }
 
 }  // namespace vantorel

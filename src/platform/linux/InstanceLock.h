@@ -1,11 +1,14 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+
+#include "platform/linux/XdgDirectories.h"
 
 namespace vantorel {
 
-/// Keeps a second instance away where no session bus could tell of the first. The lock ends with
-/// the process, however that ends; the empty file stays.
+/// Keeps a second instance away from the same history, also where no session bus tells of the
+/// first. The lock ends with the process, however that ends; the empty file stays.
 class InstanceLock {
  public:
   enum class Result { taken, heldByAnother, unavailable };
@@ -21,5 +24,10 @@ class InstanceLock {
  private:
   int descriptor_ = -1;
 };
+
+/// The lock of the history that belongs to these directories, in the runtime directory; absent
+/// where there is none.
+[[nodiscard]] std::optional<std::filesystem::path> instanceLockPath(
+    const XdgDirectories& directories);
 
 }  // namespace vantorel

@@ -6,7 +6,7 @@
 
 #include "platform/linux/ApplicationId.h"
 #include "platform/linux/SessionBusAddress.h"
-#include "platform/linux/glib/GlibLoop.h"
+#include "platform/linux/glib/BusConnection.h"
 
 namespace vantorel {
 namespace {
@@ -51,23 +51,6 @@ std::optional<Request> requestFor(Command command, const std::string& argument,
   return Request{"ActivateAction", VariantPointer(g_variant_ref_sink(arguments))};
 }
 
-ObjectPointer<GDBusConnection> connect(GlibLoop& loop, Deadline deadline,
-                                       const std::string& address) {
-  const auto result =
-      loop.await(deadline, [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
-        g_dbus_connection_new_for_address(
-            address.c_str(),
-            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-            nullptr, cancellable, done, slot);
-      });
-  GError* error = nullptr;
-  ObjectPointer<GDBusConnection> connection(
-      g_dbus_connection_new_for_address_finish(result.get(), &error));
-  const ErrorPointer discarded(error);
-  return connection;
-}
-
 ForwardResult meaningOf(const GError* error) {
   if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE ||
       g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE) {
@@ -109,7 +92,8 @@ ForwardResult forwardToRunningInstance(Command command, const std::string& argum
   if (!request) return ForwardResult::refused;
   GlibLoop loop;
   const GlibLoop::Served served(loop);
-  const auto connection = connect(loop, deadline, *address);
+  const auto connection = openBusConnection(
+      *address, [&](const GlibLoop::Start& start) { return loop.await(deadline, start); });
   if (!connection) return ForwardResult::noBus;
   return send(loop, deadline, connection.get(), *request);
 }

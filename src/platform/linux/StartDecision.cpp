@@ -20,7 +20,7 @@ StartDecision refused() {
 
 StartDecision decideByLock(const StartSteps& steps) {
   if (steps.lock() == InstanceLock::Result::heldByAnother) {
-    return failed("vantorel: already running, and there is no session bus to reach it by.");
+    return failed("vantorel: already running, and no session bus reaches it from here.");
   }
   return {};
 }
@@ -39,8 +39,8 @@ StartDecision decideBeforeToolkit(Command command, const StartSteps& steps) {
 StartDecision decideWithToolkit(Command command, const StartSteps& steps) {
   for (int round = 0; round < maximumRounds; ++round) {
     const NameClaim claim = steps.claim();
-    if (claim == NameClaim::owned) return {};
-    if (claim == NameClaim::noBus) return decideByLock(steps);
+    // Whoever lost the bus, or has another one, does not have the name but may have the history.
+    if (claim != NameClaim::taken) return decideByLock(steps);
     const ForwardResult result = steps.forward(command);
     if (result == ForwardResult::forwarded) return finished();
     if (result == ForwardResult::refused) return refused();

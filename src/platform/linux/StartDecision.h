@@ -33,8 +33,9 @@ struct StartSteps {
 [[nodiscard]] StartDecision decideBeforeToolkit(Command command, const StartSteps& steps);
 
 /// Then, once there is an application object: becomes the one instance, or hands `command` to
-/// whoever became it at the same moment. Without a session bus a lock file keeps a second instance
-/// away; where that is not to be had either, the program runs unguarded. A start that runs with a
+/// whoever became it at the same moment. A lock file keeps a second instance away from the history
+/// of one that the session bus does not know of; where a lock is not to be had the program runs
+/// without. A start that runs with a
 /// command other than `open` does it once it has started.
 [[nodiscard]] StartDecision decideWithToolkit(Command command, const StartSteps& steps);
 

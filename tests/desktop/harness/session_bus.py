@@ -8,7 +8,7 @@ _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Co
 <busconfig>
   <type>session</type>
   <keep_umask/>
-  <listen>unix:dir={runtime}</listen>
+  <listen>{listen}</listen>
   <auth>EXTERNAL</auth>
   <servicedir>{services}</servicedir>
   <policy context="default">
@@ -37,7 +37,11 @@ class SessionBus:
         self.process = None
         self.address = None
 
+    def stop(self):
+        self._processes.stop(self.process)
+
     def start(self, env):
+        """Starts it, at the address that it had if it was started before."""
         services = os.path.join(self._runtime, "dbus-services")
         os.makedirs(services, exist_ok=True)
         for service in _ACTIVATABLE:
@@ -46,7 +50,8 @@ class SessionBus:
                 shutil.copy(source, services)
         configuration = os.path.join(self._runtime, "session-bus.conf")
         with open(configuration, "w", encoding="utf-8") as file:
-            file.write(_CONFIGURATION.format(runtime=self._runtime, services=services))
+            file.write(_CONFIGURATION.format(listen=self.address or f"unix:dir={self._runtime}",
+                                             services=services))
         read_end, write_end = os.pipe()
         try:
             self.process = self._processes.start(
@@ -57,6 +62,7 @@ class SessionBus:
         finally:
             os.close(write_end)
         with os.fdopen(read_end, "r", encoding="utf-8") as stream:
-            self.address = stream.readline().strip()
+            # Without the daemon's own mark, as a login's bus is named: another may take its place.
+            self.address = stream.readline().strip().split(",guid=")[0]
         if not self.address:
             raise RuntimeError("the session bus did not start")

@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "platform/linux/SessionBusAddress.h"
 #include "platform/linux/StartDecision.h"
 #include "platform/linux/dbus/ApplicationService.h"
+#include "platform/linux/dbus/SessionBus.h"
 #include "platform/qt/QtDispatch.h"
 
 namespace vantorel {
@@ -28,25 +28,23 @@ int start(int argc, char** argv) {
   const auto line = CommandLine::parse(std::vector<const char*>(argv + 1, argv + argc));
   if (!line.error.empty()) return CommandLine::usageError;
   QtDispatch dispatch;
+  std::unique_ptr<SessionBus> bus;
   std::unique_ptr<ApplicationService> service;
   InstanceLock lock;
-  const auto runtime = XdgDirectories::fromEnvironment(processEnvironment).runtime;
+  const auto lockPath = instanceLockPath(XdgDirectories::fromEnvironment(processEnvironment));
   const StartSteps steps{
       .forward =
           [&](Command c) { return forwardToRunningInstance(c, line.argument, processEnvironment); },
-      .claim = [&] { return service->claim(processEnvironment); },
-      .lock =
-          [&] {
-            return runtime ? lock.take(*runtime / "vantorel.lock")
-                           : InstanceLock::Result::unavailable;
-          },
+      .claim = [&] { return service->claim(); },
+      .lock = [&] { return lockPath ? lock.take(*lockPath) : InstanceLock::Result::unavailable; },
   };
   if (const auto decision = decideBeforeToolkit(line.command, steps);
       decision.course == StartDecision::Course::exit) {
     return end(decision);
   }
   QCoreApplication application(argc, argv);
-  service = std::make_unique<ApplicationService>(dispatch);
+  bus = std::make_unique<SessionBus>(dispatch, processEnvironment);
+  service = std::make_unique<ApplicationService>(dispatch, *bus);
   if (const auto decision = decideWithToolkit(line.command, steps);
       decision.course == StartDecision::Course::exit) {
     return end(decision);
@@ -59,6 +57,7 @@ int start(int argc, char** argv) {
   say("running");
   const int status = QCoreApplication::exec();
   service.reset();
+  bus.reset();
   return status;
 }
 

@@ -44,5 +44,18 @@ TEST_F(InstanceLockTest, FollowsNoLink) {
   EXPECT_FALSE(std::filesystem::exists(directory_ / "elsewhere"));
 }
 
+TEST(InstanceLockPath, IsOneForEachHistory) {
+  XdgDirectories directories;
+  EXPECT_EQ(instanceLockPath(directories), std::nullopt);
+  directories.runtime = "/run/user/1000";
+  directories.dataHome = "/home/one/.local/share";
+  const auto one = instanceLockPath(directories);
+  ASSERT_TRUE(one);
+  EXPECT_EQ(one->parent_path(), "/run/user/1000");
+  EXPECT_EQ(instanceLockPath(directories), one);
+  directories.dataHome = "/home/other/.local/share";
+  EXPECT_NE(instanceLockPath(directories), one);
+}
+
 }  // namespace
 }  // namespace vantorel

@@ -97,7 +97,7 @@ TEST(StartDecision, TheOwnerOfTheNameRuns) {
   Surroundings s;
   EXPECT_EQ(with(s).course, Course::run);
   EXPECT_EQ(s.forwarded, 0);
-  EXPECT_EQ(s.locked, 0);
+  EXPECT_EQ(s.locked, 1);
 }
 
 TEST(StartDecision, TheLoserOfARaceForwards) {
@@ -121,16 +121,18 @@ TEST(StartDecision, EndlessChangeEndsWithAnError) {
   EXPECT_EQ(decision.exitStatus, 1);
 }
 
-TEST(StartDecision, WithoutABusTheLockDecides) {
-  Surroundings s{.claim = {NameClaim::noBus}};
-  EXPECT_EQ(with(s).course, Course::run);
-  s.lock = InstanceLock::Result::heldByAnother;
-  const auto decision = with(s);
-  EXPECT_EQ(decision.course, Course::exit);
-  EXPECT_EQ(decision.exitStatus, 1);
-  EXPECT_NE(decision.message, "");
-  s.lock = InstanceLock::Result::unavailable;
-  EXPECT_EQ(with(s).course, Course::run);
+TEST(StartDecision, WithOrWithoutABusTheLockDecides) {
+  for (const auto claim : {NameClaim::noBus, NameClaim::owned}) {
+    Surroundings s{.claim = {claim}};
+    EXPECT_EQ(with(s).course, Course::run);
+    s.lock = InstanceLock::Result::heldByAnother;
+    const auto decision = with(s);
+    EXPECT_EQ(decision.course, Course::exit);
+    EXPECT_EQ(decision.exitStatus, 1);
+    EXPECT_NE(decision.message, "");
+    s.lock = InstanceLock::Result::unavailable;
+    EXPECT_EQ(with(s).course, Course::run);
+  }
 }
 
 }  // namespace

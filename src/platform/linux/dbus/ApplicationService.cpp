@@ -2,52 +2,67 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <chrono>
 #include <utility>
 
 #include "platform/linux/ApplicationId.h"
-#include "platform/linux/SessionBusAddress.h"
 #include "platform/linux/dbus/ApplicationInterface.h"
+#include "platform/linux/dbus/SessionBus.h"
 
 namespace vantorel {
 namespace {
 
 // The bus's own numbers.
 constexpr uint doNotQueue = 4;
+constexpr uint queue = 0;
 constexpr uint primaryOwner = 1;
 constexpr uint alreadyOwner = 4;
 
-QDBusMessage nameRequest() {
+QDBusMessage nameRequest(uint manner) {
   auto request = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
                                                 "org.freedesktop.DBus", "RequestName");
-  request << QString(applicationId::name) << doNotQueue;
+  request << QString(applicationId::name) << manner;
   return request;
 }
 
 }  // namespace
 
-ApplicationService::ApplicationService(Dispatch& dispatch)
-    : interface_(std::make_unique<ApplicationInterface>(dispatch)) {}
-
-ApplicationService::~ApplicationService() {
-  if (exported_) QDBusConnection::sessionBus().unregisterObject(applicationId::objectPath);
+ApplicationService::ApplicationService(Dispatch& dispatch, SessionBus& bus)
+    : bus_(bus), interface_(std::make_unique<ApplicationInterface>(dispatch)) {
+  QObject::connect(&bus_, &SessionBus::rejoined, interface_.get(), [this] { claimAgain(); });
 }
 
-NameClaim ApplicationService::claim(const EnvironmentLookup& lookup) {
-  // Asked for without an address, the library would start a bus.
-  if (!sessionBusAddress(lookup)) return NameClaim::noBus;
-  auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return NameClaim::noBus;
+ApplicationService::~ApplicationService() {
+  if (!exported_) return;
+  if (auto bus = bus_.connection()) bus->unregisterObject(applicationId::objectPath);
+}
+
+NameClaim ApplicationService::claim() {
+  auto bus = bus_.connection();
+  if (!bus) return NameClaim::noBus;
   // The object is there before the name is: nobody who sees the name finds nothing behind it.
   if (!exported_) {
-    exported_ = bus.registerObject(applicationId::objectPath, interface_.get(),
-                                   QDBusConnection::ExportAllSlots);
+    exported_ = bus->registerObject(applicationId::objectPath, interface_.get(),
+                                    QDBusConnection::ExportAllSlots);
   }
   const auto limit = std::chrono::milliseconds(forwardTimeLimit);
-  const QDBusMessage reply = bus.call(nameRequest(), QDBus::Block, static_cast<int>(limit.count()));
+  const QDBusMessage reply =
+      bus->call(nameRequest(doNotQueue), QDBus::Block, static_cast<int>(limit.count()));
   if (reply.type() != QDBusMessage::ReplyMessage) return NameClaim::noBus;
   const uint answer = reply.arguments().value(0).toUInt();
-  return answer == primaryOwner || answer == alreadyOwner ? NameClaim::owned : NameClaim::taken;
+  owner_ = answer == primaryOwner || answer == alreadyOwner;
+  return owner_ ? NameClaim::owned : NameClaim::taken;
+}
+
+// Nobody waits for the answer. A start that came in between leaves the name soon, for the history
+// is ours; the bus hands it over then.
+void ApplicationService::claimAgain() {
+  auto bus = bus_.connection();
+  if (!owner_ || !bus) return;
+  exported_ = bus->registerObject(applicationId::objectPath, interface_.get(),
+                                  QDBusConnection::ExportAllSlots);
+  bus->asyncCall(nameRequest(queue));
 }
 
 void ApplicationService::onActivate(std::function<void()> handler) {

@@ -7,11 +7,11 @@
 #include "platform/Dispatch.h"
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/StartDecision.h"
-#include "platform/linux/XdgDirectories.h"
 
 namespace vantorel {
 
 class ApplicationInterface;
+class SessionBus;
 
 /// Offers this program to others on the session bus, as `org.freedesktop.Application` wants it: to
 /// be activated, and to do the menu's commands by their action names. Main thread.
@@ -25,15 +25,16 @@ class ApplicationInterface;
 ///  5. `onActivate` and `onAction`: requests that came meanwhile wait in the event loop until then.
 class ApplicationService {
  public:
-  /// `dispatch` outlives this. Needs the application object.
-  explicit ApplicationService(Dispatch& dispatch);
+  /// Both outlive this. Needs the application object.
+  ApplicationService(Dispatch& dispatch, SessionBus& bus);
   ~ApplicationService();
   ApplicationService(const ApplicationService&) = delete;
   ApplicationService& operator=(const ApplicationService&) = delete;
 
   /// Becomes the one owner of the program's name, or learns that another is. Nothing is queued:
-  /// who comes second is told so. Waits no longer than `forwardTimeLimit` for the bus.
-  [[nodiscard]] NameClaim claim(const EnvironmentLookup& lookup);
+  /// who comes second is told so. Waits no longer than `forwardTimeLimit` for the bus. A name that
+  /// was won is claimed again from a bus that went away and came back.
+  [[nodiscard]] NameClaim claim();
 
   /// Called on the main queue for each activation ("reopen the application").
   void onActivate(std::function<void()> handler);
@@ -43,8 +44,12 @@ class ApplicationService {
   void onAction(std::function<void(Command, const std::string& argument)> handler);
 
  private:
+  void claimAgain();
+
+  SessionBus& bus_;
   std::unique_ptr<ApplicationInterface> interface_;
   bool exported_ = false;
+  bool owner_ = false;
 };
 
 }  // namespace vantorel

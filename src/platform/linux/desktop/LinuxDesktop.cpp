@@ -40,11 +40,12 @@ std::filesystem::path installedIconThemes(const std::filesystem::path& program) 
 }  // namespace
 
 struct LinuxDesktop::Ports {
-  Ports(Dispatch& dispatchPort, Keychain& keychainPort)
-      : dispatch(dispatchPort), keychain(keychainPort) {}
+  Ports(Dispatch& dispatchPort, Keychain& keychainPort, SessionBus& sessionBus)
+      : dispatch(dispatchPort), keychain(keychainPort), bus(sessionBus) {}
 
   Dispatch& dispatch;
   Keychain& keychain;
+  SessionBus& bus;
   XdgDirectories directories = XdgDirectories::fromEnvironment(processEnvironment);
   PosixFileSystem files{setNoDump};
   JsonUserDefaults defaults{
@@ -56,8 +57,7 @@ struct LinuxDesktop::Ports {
       {textWorkerProgram(),
        modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
   QtScreens screens;
-  StatusNotifierTray statusItem{
-      {dispatch, screens}, processEnvironment, installedIconThemes(ownProgramPath())};
+  StatusNotifierTray statusItem{{dispatch, screens, bus}, installedIconThemes(ownProgramPath())};
   X11EventMonitors monitors{dispatch};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<LinuxAccessibilityPreferences> accessibility =
@@ -100,8 +100,9 @@ LinuxDesktop::LinuxDesktop(std::unique_ptr<Ports> ports) : ports_(std::move(port
 
 LinuxDesktop::~LinuxDesktop() = default;
 
-std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& keychain) {
-  auto ports = std::make_unique<Ports>(dispatch, keychain);
+std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& keychain,
+                                                 SessionBus& bus) {
+  auto ports = std::make_unique<Ports>(dispatch, keychain, bus);
   if (ports->pasteboard && ports->workspace) {
     ports->input = X11SyntheticInput::open(
         ports->workspace->desktopEntries(),

@@ -6,12 +6,15 @@
 
 namespace vantorel {
 
+class SessionBus;
+
 /// Builds and owns the ports of an X11 desktop. Main thread.
 class LinuxDesktop {
  public:
-  /// Null when no X server can be reached. Needs the toolkit's application object; `dispatch` and
-  /// `keychain` outlive the result.
-  [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(Dispatch& dispatch, Keychain& keychain);
+  /// Null when no X server can be reached. Needs the toolkit's application object; all outlive the
+  /// result.
+  [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(Dispatch& dispatch, Keychain& keychain,
+                                                          SessionBus& bus);
   ~LinuxDesktop();
   LinuxDesktop(const LinuxDesktop&) = delete;
   LinuxDesktop& operator=(const LinuxDesktop&) = delete;

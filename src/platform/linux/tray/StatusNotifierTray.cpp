@@ -7,8 +7,6 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/linux/SessionBusAddress.h"
-
 namespace vantorel {
 namespace {
 
@@ -27,12 +25,13 @@ bool isInstalled(const std::filesystem::path& iconThemes, const std::string& nam
 
 }  // namespace
 
-StatusNotifierTray::StatusNotifierTray(Services services, EnvironmentLookup environment,
-                                       std::filesystem::path iconThemes)
-    : services_(services),
-      environment_(std::move(environment)),
-      iconThemes_(std::move(iconThemes)) {
+StatusNotifierTray::StatusNotifierTray(Services services, std::filesystem::path iconThemes)
+    : services_(services), iconThemes_(std::move(iconThemes)) {
   registerTrayTypes();
+  QObject::connect(&services_.bus, &SessionBus::rejoined, &item_, [this] {
+    // Not before it is to be shown at all.
+    if (watcher_) join();
+  });
   item_.onActivate = [this] {
     later([](const Handlers& handlers) {
       if (handlers.onClick) handlers.onClick();
@@ -60,9 +59,10 @@ StatusNotifierTray::StatusNotifierTray(Services services, EnvironmentLookup envi
 
 StatusNotifierTray::~StatusNotifierTray() {
   if (!watcher_) return;
-  auto bus = QDBusConnection::sessionBus();
-  bus.unregisterObject(TrayItem::menuPath);
-  bus.unregisterObject(TrayItem::path);
+  auto bus = services_.bus.connection();
+  if (!bus) return;
+  bus->unregisterObject(TrayItem::menuPath);
+  bus->unregisterObject(TrayItem::path);
 }
 
 template <class Work>
@@ -76,9 +76,7 @@ void StatusNotifierTray::show(Handlers handlers) {
   handlers_ = std::make_shared<Handlers>(std::move(handlers));
   item_.setActive(true);
   menu_.refresh();
-  if (watcher_) return;
-  connectToBus();
-  if (watcher_) registerWithWatcher();
+  if (!watcher_) join();
 }
 
 // The objects stay: a watcher forgets an item only when its program leaves the bus.
@@ -87,30 +85,30 @@ void StatusNotifierTray::hide() {
   item_.setActive(false);
 }
 
-void StatusNotifierTray::connectToBus() {
-  // Asked for without an address, the library would start a bus.
-  if (!sessionBusAddress(environment_)) return;
-  auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
+void StatusNotifierTray::join() {
+  auto bus = services_.bus.connection();
+  if (!bus) return;
   constexpr auto everything = QDBusConnection::ExportAllContents;
-  if (!bus.registerObject(TrayItem::path, &item_, everything)) return;
-  if (!bus.registerObject(TrayItem::menuPath, &menu_, everything)) return;
-  watcher_ = std::make_unique<QDBusServiceWatcher>(watcherName, bus,
+  if (!bus->registerObject(TrayItem::path, &item_, everything)) return;
+  if (!bus->registerObject(TrayItem::menuPath, &menu_, everything)) return;
+  watcher_ = std::make_unique<QDBusServiceWatcher>(watcherName, *bus,
                                                    QDBusServiceWatcher::WatchForOwnerChange);
   QObject::connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, &item_,
                    [this](const QString&, const QString&, const QString& owner) {
                      if (!owner.isEmpty()) registerWithWatcher();
                    });
+  registerWithWatcher();
 }
 
 // Nobody waits for the answer: without a watcher there is none, and one that comes is noticed.
 void StatusNotifierTray::registerWithWatcher() {
-  const auto bus = QDBusConnection::sessionBus();
+  const auto bus = services_.bus.connection();
+  if (!bus) return;
   auto call = QDBusMessage::createMethodCall(watcherName, watcherPath, watcherName,
                                              "RegisterStatusNotifierItem");
   call.setAutoStartService(false);
-  call << bus.baseService();
-  bus.asyncCall(call);
+  call << bus->baseService();
+  bus->asyncCall(call);
 }
 
 void StatusNotifierTray::setImage(StatusImage image) {

@@ -7,25 +7,26 @@
 #include "platform/Dispatch.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
-#include "platform/linux/XdgDirectories.h"
+#include "platform/linux/dbus/SessionBus.h"
 #include "platform/linux/tray/TrayItem.h"
 #include "platform/linux/tray/TrayMenu.h"
 
 namespace vantorel {
 
 /// An item in the trays that speak StatusNotifierItem, registered with every watcher that appears
-/// on the session bus. Without a bus, or a tray on it, nothing is seen and nothing fails.
+/// on the session bus, and again when the bus itself was gone for a while. Without a bus, or a tray
+/// on it, nothing is seen and nothing fails.
 class StatusNotifierTray : public StatusItem {
  public:
   struct Services {
     Dispatch& dispatch;
     const Screens& screens;
+    SessionBus& bus;
   };
 
   /// `iconThemes` is where the program's own icons were installed, if they were. Needs the
   /// application object; the services outlive this.
-  StatusNotifierTray(Services services, EnvironmentLookup environment,
-                     std::filesystem::path iconThemes);
+  StatusNotifierTray(Services services, std::filesystem::path iconThemes);
   ~StatusNotifierTray() override;
 
   void show(Handlers handlers) override;
@@ -35,7 +36,7 @@ class StatusNotifierTray : public StatusItem {
   void menuChanged() override;
 
  private:
-  void connectToBus();
+  void join();
   void registerWithWatcher();
   /// Runs `work` with the handlers in a later turn, unless the item is hidden by then: the bar has
   /// its answer first.
@@ -43,7 +44,6 @@ class StatusNotifierTray : public StatusItem {
   void later(Work work);
 
   Services services_;
-  EnvironmentLookup environment_;
   std::filesystem::path iconThemes_;
   std::shared_ptr<Handlers> handlers_;  // null while hidden; its life is the weak token
   TrayItem item_;

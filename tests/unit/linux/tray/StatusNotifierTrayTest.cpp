@@ -14,7 +14,8 @@ const EnvironmentLookup nothing = [](const char* /*name*/) { return std::nullopt
 TEST(StatusNotifierTray, WithoutABusNothingIsSeenAndNothingFails) {
   ManualDispatch dispatch;
   FakeScreens screens;
-  StatusNotifierTray tray({dispatch, screens}, nothing, {});
+  SessionBus bus(dispatch, nothing);
+  StatusNotifierTray tray({dispatch, screens, bus}, {});
   int questions = 0;
   StatusItem::Handlers handlers;
   handlers.menuRows = [&] {
