@@ -5,24 +5,29 @@
 namespace vantorel {
 
 FileAvailability::FileAvailability(Dispatch& dispatch, Probe probe)
-    : dispatch_(dispatch),
-      probe_(std::move(probe)),
-      queue_(dispatch.serialQueue("com.vantorel.file-availability")) {}
+    : probe_(std::move(probe)), lanes_(dispatch) {}
 
 FileAvailability::~FileAvailability() = default;
 
 Availability FileAvailability::of(const ClipItem& item) {
   if (item.kind != ClipKind::files) return Availability::available;
   if (asked_.insert(item.id).second) {
-    queue_->async([this, alive = std::weak_ptr(alive_), item, probe = probe_, &main = dispatch_] {
-      const auto found = probe(item);
-      main.async([this, alive, id = item.id, found] {
-        if (!alive.expired()) store(id, found);
-      });
-    });
+    const auto [place, isFirst] = underWay_.try_emplace(item.id);
+    if (isFirst) {
+      look(item);
+    } else {
+      place->second = item;
+    }
   }
   const auto known = known_.find(item.id);
   return known == known_.end() ? Availability::available : known->second;
+}
+
+void FileAvailability::look(const ClipItem& item) {
+  lanes_.ask([this, item, probe = probe_]() -> Work {
+    const auto found = probe(item);
+    return [this, id = item.id, found] { store(id, found); };
+  });
 }
 
 bool FileAvailability::isAnswered(const ClipItem& item) const {
@@ -40,8 +45,16 @@ void FileAvailability::lookAfresh(const std::vector<ClipItem>& items) {
 }
 
 void FileAvailability::store(const Uuid& id, Availability found) {
+  const auto place = underWay_.find(id);
+  const auto again = std::move(place->second);
+  place->second.reset();
   known_[id] = found;
-  answered_.insert(id);
+  if (again) {
+    look(*again);
+  } else {
+    underWay_.erase(place);
+    answered_.insert(id);
+  }
   if (onAnswer) onAnswer(id, found);
 }
 

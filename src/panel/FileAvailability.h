@@ -1,11 +1,12 @@
 #pragma once
 
 #include <functional>
-#include <memory>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
+#include "panel/ProbeLanes.h"
 #include "panel/RowContent.h"
 #include "platform/Dispatch.h"
 #include "store/ClipItem.h"
@@ -13,13 +14,15 @@
 namespace vantorel {
 
 /// Knows whether the files of entries are still there without ever making the main thread wait for
-/// a disk, which may be one behind a dead network. What was found last is the answer until a newer
-/// one arrives. Main thread.
+/// a disk, which may be one behind a dead network: then its entries stay unanswered, others do not,
+/// and nobody asks for them again meanwhile. What was found last is the answer until a newer one
+/// arrives. Main thread.
 class FileAvailability {
  public:
   using Probe = std::function<Availability(const ClipItem&)>;
 
-  /// `probe` looks at the disk; it is called on a queue of this object's own.
+  /// `probe` looks at the disk; it is called on other threads, and may still be there when this has
+  /// ended.
   explicit FileAvailability(Dispatch& dispatch, Probe probe = availability);
   ~FileAvailability();
   FileAvailability(const FileAvailability&) = delete;
@@ -41,16 +44,16 @@ class FileAvailability {
   void lookAfresh(const std::vector<ClipItem>& items);
 
  private:
+  void look(const ClipItem& item);
   void store(const Uuid& id, Availability found);
 
-  Dispatch& dispatch_;
   Probe probe_;
   std::unordered_map<Uuid, Availability> known_;
   std::unordered_set<Uuid> asked_;
   std::unordered_set<Uuid> answered_;
-  // Dies with this; answers that find it dead are dropped.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
-  std::unique_ptr<SerialQueue> queue_;
+  // Being looked at, and the entry to look at again after that, asked for since.
+  std::unordered_map<Uuid, std::optional<ClipItem>> underWay_;
+  ProbeLanes lanes_;
 };
 
 }  // namespace vantorel

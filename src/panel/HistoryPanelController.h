@@ -113,6 +113,7 @@ class HistoryPanelController {
   FileAvailability availability_;
   ThumbnailProvider thumbnails_;
   std::unordered_set<Uuid> requestedImages_;  // in this showing of the panel
+  std::unordered_set<Uuid> awaitedPictures_;  // being made
   std::vector<ClipItem> displayedItems_;
   std::size_t selectedIndex_ = 0;  // below the count, or 0
   ClipTypeFilter selectedType_ = ClipTypeFilter::all;

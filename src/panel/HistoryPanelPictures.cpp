@@ -25,9 +25,13 @@ void HistoryPanelController::requestThumbnail(const ClipItem& item) {
   // read again at the next showing.
   if (!availability_.isAnswered(item)) return;
   if (item.kind == ClipKind::image && !requestedImages_.insert(item.id).second) return;
+  // Whoever makes it may take its time, or never come back.
+  if (!awaitedPictures_.insert(item.id).second) return;
   thumbnails_.requestThumbnail(
       item, [this, alive = std::weak_ptr(alive_), id = item.id](SharedBitmap picture) {
-        if (alive.expired() || displayed(id) == nullptr) return;
+        if (alive.expired()) return;
+        awaitedPictures_.erase(id);
+        if (displayed(id) == nullptr) return;
         view_->list.setThumbnail(id, std::move(picture));
       });
 }

@@ -46,6 +46,11 @@ class Dispatch {
   /// Main thread. Dropping the result ends it.
   [[nodiscard]] virtual std::unique_ptr<Timer> every(Seconds interval, Work work) = 0;
 
+  /// Runs `work` on a thread of its own that nobody ever waits for, not even at the end of the
+  /// program: for what may never come back, such as a question to a disk behind a dead network.
+  /// `work` owns or shares all that it touches. Any thread.
+  virtual void detach(Work work) = 0;
+
   /// A new serial queue; `label` names its thread for debuggers. Any thread.
   [[nodiscard]] virtual std::unique_ptr<SerialQueue> serialQueue(const std::string& label) = 0;
 };

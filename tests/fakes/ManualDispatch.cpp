@@ -82,6 +82,8 @@ std::unique_ptr<Timer> ManualDispatch::every(Seconds interval, Work work) {
   return std::make_unique<ManualTimer>(entry);
 }
 
+void ManualDispatch::detach(Work work) { async(std::move(work)); }
+
 std::unique_ptr<SerialQueue> ManualDispatch::serialQueue(const std::string& /*label*/) {
   return std::make_unique<ManualSerialQueue>(queue_);
 }

@@ -23,6 +23,8 @@ class ManualDispatch : public Dispatch {
   void async(Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> after(Seconds delay, Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> every(Seconds interval, Work work) override;
+  /// Waits in the same line as everything else.
+  void detach(Work work) override;
   [[nodiscard]] std::unique_ptr<SerialQueue> serialQueue(const std::string& label) override;
 
   // The test's side.

@@ -107,6 +107,33 @@ TEST_F(PanelPictures, AFileIsAskedForOnceItsDiskHasAnswered) {
   EXPECT_EQ(rows()[0]->thumbnail(), picture);
 }
 
+TEST_F(PanelPictures, APictureThatTakesLongIsAskedForOnceHoweverOftenThePanelIsShown) {
+  const auto picture = bitmap(0xFF0000FF);
+  addFile(existingFile("a.pdf"));
+  for (int showings = 0; showings < 3; ++showings) {
+    open();
+    dispatch_.runQueued();
+    controller_->hide();
+  }
+  EXPECT_THAT(thumbnails_.requests(), SizeIs(1));
+  open();
+  thumbnails_.answer(0, picture);
+  dispatch_.runQueued();
+  EXPECT_EQ(rows()[0]->thumbnail(), picture) << "it comes to the showing of now";
+}
+
+TEST_F(PanelPictures, APictureThatArrivesAfterHidingIsThereAtTheNextShowing) {
+  const auto picture = bitmap(0xFF0000FF);
+  addFile(existingFile("a.pdf"));
+  open();
+  dispatch_.runQueued();
+  controller_->hide();
+  thumbnails_.answer(0, picture);
+  dispatch_.runQueued();
+  controller_->toggle(target_);
+  EXPECT_EQ(rows()[0]->thumbnail(), picture) << "at once";
+}
+
 TEST_F(PanelPictures, AFileThatIsGoneHasTheIconOfItsType) {
   const auto icon = bitmap(0xFF123456);
   icons_.setType("pdf", icon);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/posix/DetachedThread.h"
 #include "platform/posix/ThreadedQueue.h"
 
 namespace vantorel {
@@ -99,6 +100,11 @@ std::unique_ptr<Timer> QtDispatch::after(Seconds delay, Work work) {
 
 std::unique_ptr<Timer> QtDispatch::every(Seconds interval, Work work) {
   return std::make_unique<QtTimer>(interval, true, std::move(work));
+}
+
+void QtDispatch::detach(Work work) {
+  // Without a thread it is as if the work never came back.
+  static_cast<void>(runDetached(std::move(work)));
 }
 
 std::unique_ptr<SerialQueue> QtDispatch::serialQueue(const std::string& label) {

@@ -22,6 +22,7 @@ class QtDispatch : public Dispatch {
   void async(Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> after(Seconds delay, Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> every(Seconds interval, Work work) override;
+  void detach(Work work) override;
   [[nodiscard]] std::unique_ptr<SerialQueue> serialQueue(const std::string& label) override;
 
  private:

@@ -3,6 +3,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/posix/DetachedThread.h"
+
 namespace vantorel {
 
 struct MainLoop::Entry {
@@ -92,6 +94,11 @@ std::unique_ptr<Timer> MainLoop::schedule(Seconds delay, Seconds interval, Work 
   entry->interval = interval;
   timers_.emplace(Clock::now() + std::chrono::ceil<Clock::duration>(delay), entry);
   return std::make_unique<LoopTimer>(std::move(entry));
+}
+
+void MainLoop::detach(Work work) {
+  // Without a thread it is as if the work never came back.
+  static_cast<void>(runDetached(std::move(work)));
 }
 
 std::unique_ptr<SerialQueue> MainLoop::serialQueue(const std::string& /*label*/) {

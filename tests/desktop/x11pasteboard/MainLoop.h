@@ -21,6 +21,7 @@ class MainLoop : public Dispatch {
   void async(Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> after(Seconds delay, Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> every(Seconds interval, Work work) override;
+  void detach(Work work) override;
   [[nodiscard]] std::unique_ptr<SerialQueue> serialQueue(const std::string& label) override;
 
   /// Runs what falls due until `condition` holds after a piece of work. The limit only bounds a

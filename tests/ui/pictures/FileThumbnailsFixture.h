@@ -33,6 +33,7 @@ class FileThumbnailsFixture : public ::testing::Test {
                                      types,
                                      files / "cache",
                                      {{files / "thumbnailers"}, {"/usr/bin", "/bin"}},
+                                     userFiles,
                                      files / "temporary"},
         limits);
   }
@@ -51,6 +52,7 @@ class FileThumbnailsFixture : public ::testing::Test {
   static constexpr QRgb made = 0xFF445566;
 
   WrittenFiles files;
+  std::shared_ptr<FileSystem> userFiles = std::make_shared<PosixFileSystem>();
   QtImageDecoder decoder;
   MimeTypeDatabase types{files.system, {files / "mime"}};
   std::unique_ptr<LinuxFileThumbnails> thumbnails;

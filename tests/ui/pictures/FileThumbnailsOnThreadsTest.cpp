@@ -5,6 +5,7 @@
 #include <fstream>
 #include <thread>
 
+#include "fakes/StuckFileSystem.h"
 #include "platform/qt/QtDispatch.h"
 #include "ui/pictures/FileThumbnailsFixture.h"
 
@@ -69,6 +70,31 @@ TEST_F(FileThumbnailsOnThreadsTest, TheRunningThumbnailerEndsWithIt) {
   for (const auto& each : answers) EXPECT_LE(each, 1);
   EXPECT_EQ(std::filesystem::file_size(files / "starts"), 2U) << "the other one never begins";
   EXPECT_TRUE(std::filesystem::is_empty(files / "temporary"));
+}
+
+TEST_F(FileThumbnailsOnThreadsTest, AFileThatDoesNotAnswerHoldsUpNeitherOthersNorTheEnd) {
+  const auto gate = std::make_shared<Gate>();
+  userFiles = std::make_shared<StuckFileSystem>(gate, "stuck.png");
+  open(dispatch);
+  std::atomic<int> stuck = 0;
+  std::atomic<int> answered = 0;
+  const auto ask = [&](const std::string& name, std::atomic<int>& answers) {
+    thumbnails->generateBestRepresentation(files.write(name, encodedPicture(9, 9, 0xFFFF0000)),
+                                           {240, 240}, 1, [&](const SharedBitmap&) { ++answers; });
+  };
+  ask("stuck.png", stuck);
+  ASSERT_TRUE(gate->isReachedBy(1));
+  ask("a.png", answered);
+  EXPECT_TRUE(waitUntil([&] { return answered == 1; }));
+  // Once more, and now it ends meanwhile. Another name: the first one is not asked for again.
+  std::filesystem::create_directories(files / "elsewhere");
+  ask("elsewhere/stuck.png", stuck);
+  ASSERT_TRUE(gate->isReachedBy(2));
+  const auto begin = std::chrono::steady_clock::now();
+  thumbnails.reset();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+  gate->open();
+  EXPECT_TRUE(gate->isPassedBy(2));
 }
 
 }  // namespace

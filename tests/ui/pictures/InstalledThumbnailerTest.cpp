@@ -21,7 +21,7 @@ class InstalledThumbnailerTest : public FileThumbnailsFixture {
   LinuxFileThumbnails thumbnails{
       dispatch,
       {files.system, decoder, installedTypes, files / "cache",
-       Thumbnailers::Places::fromEnvironment(processEnvironment), files / "temporary"}};
+       Thumbnailers::Places::fromEnvironment(processEnvironment), userFiles, files / "temporary"}};
 };
 
 TEST_F(InstalledThumbnailerTest, DrawsADrawing) {

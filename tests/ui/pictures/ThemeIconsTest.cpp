@@ -46,6 +46,7 @@ class ThemeIconsTest : public ::testing::Test {
     icons = std::make_unique<ThemeIcons>(
         dispatch,
         ThemeIcons::Sources{files.system, decoder, themes, types,
+                            std::make_shared<PosixFileSystem>(),
                             [this] { return std::make_shared<DesktopEntryIndex>(entries); }},
         ThemeIcons::Sides{32, 128});
   }

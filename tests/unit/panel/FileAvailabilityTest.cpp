@@ -2,10 +2,14 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <map>
+#include <memory>
 
+#include "fakes/Gate.h"
 #include "fakes/ManualDispatch.h"
 #include "fakes/TestStore.h"
+#include "fakes/ThreadedDispatch.h"
 
 namespace vantorel {
 namespace {
@@ -98,6 +102,83 @@ TEST(FileAvailabilityLifetime, AnAnswerAfterItsEndIsDropped) {
   }
   dispatch.runQueued();
   EXPECT_EQ(answers, 0);
+}
+
+/// A disk of which one file lies behind a network that does not answer.
+class DeadNetwork : public testing::Test {
+ protected:
+  struct Disk {
+    Gate gate;
+    std::atomic<int> looksAtDeadFile = 0;
+  };
+
+  DeadNetwork() {
+    availability_ =
+        std::make_unique<FileAvailability>(dispatch_, [disk = disk_](const ClipItem& item) {
+          if (item.filePaths.front() == "/dead/a.txt") {
+            ++disk->looksAtDeadFile;
+            disk->gate.pass();
+          }
+          return Availability::unavailable;
+        });
+    availability_->onAnswer = [this](const Uuid& id, Availability) { answers_.push_back(id); };
+  }
+  ~DeadNetwork() override {
+    availability_.reset();
+    disk_->gate.open();
+    EXPECT_TRUE(disk_->gate.isPassedBy(disk_->looksAtDeadFile));
+  }
+  void show() {
+    availability_->lookAfresh({dead_, healthy_});
+    static_cast<void>(availability_->of(dead_));
+    static_cast<void>(availability_->of(healthy_));
+  }
+
+  ThreadedDispatch dispatch_;
+  std::shared_ptr<Disk> disk_ = std::make_shared<Disk>();
+  std::unique_ptr<FileAvailability> availability_;
+  std::vector<Uuid> answers_;
+  ClipItem dead_ = filesItem({"/dead/a.txt"});
+  ClipItem healthy_ = filesItem({"/alive/a.txt"});
+};
+
+TEST_F(DeadNetwork, OtherFilesAreAnswered) {
+  show();
+  ASSERT_TRUE(disk_->gate.isReachedBy(1));
+  dispatch_.advance(Seconds(1));
+  ASSERT_TRUE(dispatch_.runUntil([&] { return !answers_.empty(); }));
+  EXPECT_THAT(answers_, ElementsAre(healthy_.id));
+  EXPECT_FALSE(availability_->isAnswered(dead_));
+}
+
+TEST_F(DeadNetwork, NothingPilesUpWithEachShowing) {
+  for (std::size_t showings = 1; showings <= 5; ++showings) {
+    show();
+    ASSERT_TRUE(disk_->gate.isReachedBy(1));
+    dispatch_.advance(Seconds(1));
+    ASSERT_TRUE(dispatch_.runUntil([&] { return answers_.size() == showings; }));
+  }
+  EXPECT_EQ(disk_->looksAtDeadFile, 1);
+}
+
+TEST_F(DeadNetwork, AFileThatAnswersAgainIsLookedAtOnceMore) {
+  show();
+  ASSERT_TRUE(disk_->gate.isReachedBy(1));
+  show();
+  show();
+  disk_->gate.open();
+  ASSERT_TRUE(dispatch_.runUntil([&] { return availability_->isAnswered(dead_); }));
+  EXPECT_EQ(disk_->looksAtDeadFile, 2) << "the first look was an old one";
+}
+
+TEST_F(DeadNetwork, TheEndDoesNotWait) {
+  show();
+  ASSERT_TRUE(disk_->gate.isReachedBy(1));
+  availability_.reset();  // would take longer than any test may
+  disk_->gate.open();
+  ASSERT_TRUE(disk_->gate.isPassedBy(1));
+  dispatch_.runQueued();
+  EXPECT_THAT(answers_, IsEmpty());
 }
 
 }  // namespace

@@ -70,7 +70,7 @@ struct LinuxDesktop::Ports {
       dispatch,
       {files, images, types, directories.cacheHome ? *directories.cacheHome / "thumbnails" : "",
        Thumbnailers::Places::fromEnvironment(processEnvironment),
-       directories.runtime.value_or("/tmp")}};
+       std::make_shared<PosixFileSystem>(), directories.runtime.value_or("/tmp")}};
   IconThemeSource themes{files, IconThemeSource::Places::fromEnvironment(processEnvironment),
                          [this] { return accessibility->iconTheme(); }};
   std::optional<ThemeIcons> icons;
@@ -85,10 +85,11 @@ struct LinuxDesktop::Ports {
   void openIcons() {
     double scale = 1;
     for (const auto& screen : screens.screens()) scale = std::max(scale, screen.scale);
-    icons.emplace(dispatch,
-                  ThemeIcons::Sources{files, images, themes, types,
-                                      [this] { return workspace->desktopEntries().index(); }},
-                  ThemeIcons::Sides{.application = applicationIconSide(scale)});
+    icons.emplace(
+        dispatch,
+        ThemeIcons::Sources{files, images, themes, types, std::make_shared<PosixFileSystem>(),
+                            [this] { return workspace->desktopEntries().index(); }},
+        ThemeIcons::Sides{.application = applicationIconSide(scale)});
   }
 
   [[nodiscard]] bool areComplete() const {

@@ -30,6 +30,7 @@ ThemeIcons::ThemeIcons(Dispatch& dispatch, Sources sources, Sides sides)
     : dispatch_(dispatch),
       sources_(std::move(sources)),
       sides_(sides),
+      questions_(sources_.userFiles),
       applicationIcons_(mostApplicationIcons),
       typeIcons_(mostTypeIcons),
       queue_(dispatch.serialQueue("com.vantorel.icons")) {
@@ -39,7 +40,7 @@ ThemeIcons::ThemeIcons(Dispatch& dispatch, Sources sources, Sides sides)
   });
 }
 
-ThemeIcons::~ThemeIcons() = default;
+ThemeIcons::~ThemeIcons() { questions_.stop(); }
 
 void ThemeIcons::checkForChanges() {
   const auto now = dispatch_.now();
@@ -67,9 +68,14 @@ SharedBitmap ThemeIcons::picture(const std::filesystem::path& file, int side) co
   return bytes ? iconWithin(sources_.decoder, *bytes, side) : nullptr;
 }
 
+SharedBitmap ThemeIcons::pictureOutsideTheme(const std::filesystem::path& file, int side) {
+  const auto bytes = questions_.contents(file, largestPicture, FileQuestions::Wanted::anything);
+  return bytes ? iconWithin(sources_.decoder, *bytes, side) : nullptr;
+}
+
 SharedBitmap ThemeIcons::pictureOfApplication(const std::string& icon) {
   return kept(applicationIcons_, icon, [&]() -> SharedBitmap {
-    if (icon.front() == '/') return picture(icon, sides_.application);
+    if (icon.front() == '/') return pictureOutsideTheme(icon, sides_.application);
     const auto file = sources_.themes.themes()->find(iconNamesOf(icon), sides_.application);
     return file ? picture(*file, sides_.application) : nullptr;
   });
@@ -84,8 +90,7 @@ SharedBitmap ThemeIcons::pictureOfType(const std::string& type) {
 }
 
 SharedBitmap ThemeIcons::pictureOfFile(const std::filesystem::path& file) {
-  std::error_code error;
-  if (std::filesystem::is_directory(file, error)) return pictureOfType(std::string(directoryType));
+  if (questions_.isDirectory(file)) return pictureOfType(std::string(directoryType));
   return pictureOfType(std::string(sources_.types.types()->typeOf(file.filename().string())));
 }
 

@@ -15,6 +15,7 @@
 #include "platform/linux/icons/IconThemeSource.h"
 #include "platform/linux/icons/KeptIcons.h"
 #include "platform/linux/icons/MimeTypeDatabase.h"
+#include "platform/linux/thumbnails/FileQuestions.h"
 
 namespace vantorel {
 
@@ -34,6 +35,9 @@ class ThemeIcons : public Icons {
     const ImageDecoder& decoder;
     IconThemeSource& themes;
     MimeTypeDatabase& types;
+    /// The user's own files and pictures outside the theme; one that does not answer is a plain
+    /// file, or no picture.
+    std::shared_ptr<FileSystem> userFiles;
     Applications applications;
   };
   /// How large the pictures are at most, in pixels.
@@ -59,6 +63,7 @@ class ThemeIcons : public Icons {
   /// Runs `find` on the queue and hands what it found to `completion` on the main queue.
   void answerLater(Find find, Completion completion);
   [[nodiscard]] SharedBitmap picture(const std::filesystem::path& file, int side) const;
+  [[nodiscard]] SharedBitmap pictureOutsideTheme(const std::filesystem::path& file, int side);
   [[nodiscard]] SharedBitmap pictureOfApplication(const std::string& icon);
   [[nodiscard]] SharedBitmap pictureOfFile(const std::filesystem::path& file);
   [[nodiscard]] SharedBitmap pictureOfType(const std::string& type);
@@ -66,6 +71,7 @@ class ThemeIcons : public Icons {
   Dispatch& dispatch_;
   const Sources sources_;
   const Sides sides_;
+  FileQuestions questions_;
   KeptIcons applicationIcons_;
   KeptIcons typeIcons_;
   std::optional<Date> lastCheck_;  // main thread

@@ -1,10 +1,6 @@
 #include "platform/linux/thumbnails/LinuxFileThumbnails.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <utility>
@@ -12,7 +8,6 @@
 #include "platform/linux/icons/PictureReading.h"
 #include "platform/linux/thumbnails/PrivateDirectory.h"
 #include "platform/linux/thumbnails/ThumbnailNames.h"
-#include "platform/posix/FileDescriptor.h"
 
 namespace vantorel {
 
@@ -26,22 +21,6 @@ int pixelsOf(double points, double scale) {
   // Also what is no number at all.
   if (!(pixels >= 1)) return 1;
   return static_cast<int>(std::min<double>(pixels, mostPixels));
-}
-
-/// When the file last changed, in seconds since 1970; absent for all but regular files.
-std::optional<std::int64_t> changeTimeOf(const std::filesystem::path& file) {
-  struct stat status {};
-  if (::stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  return status.st_mtim.tv_sec;
-}
-
-bool fileBeginsLikePicture(const std::filesystem::path& path) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  std::array<std::byte, 16> start{};
-  if (!file.isOpen()) return false;
-  const auto count =
-      retryingInterrupted([&] { return ::read(file.get(), start.data(), start.size()); });
-  return count > 0 && beginsLikePicture(ByteView(start).first(static_cast<std::size_t>(count)));
 }
 
 bool isImage(std::string_view type) {
@@ -58,10 +37,14 @@ LinuxFileThumbnails::LinuxFileThumbnails(Dispatch& dispatch, Sources sources, Pr
       temporary_(std::move(sources.temporary)),
       limits_(limits),
       thumbnailers_(sources.files, std::move(sources.thumbnailers)),
+      questions_(std::move(sources.userFiles)),
       slow_(dispatch.serialQueue("com.vantorel.thumbnailers")),
       quick_(dispatch.serialQueue("com.vantorel.file-thumbs")) {}
 
-LinuxFileThumbnails::~LinuxFileThumbnails() { stop_.raise(); }
+LinuxFileThumbnails::~LinuxFileThumbnails() {
+  stop_.raise();
+  questions_.stop();
+}
 
 void LinuxFileThumbnails::generateBestRepresentation(const std::filesystem::path& file, Size size,
                                                      double scale, Completion completion) {
@@ -72,7 +55,8 @@ void LinuxFileThumbnails::generateBestRepresentation(const std::filesystem::path
 }
 
 void LinuxFileThumbnails::answerQuickly(const Request& request, const Completion& completion) {
-  const auto changeTime = request.file.is_absolute() ? changeTimeOf(request.file) : std::nullopt;
+  const auto changeTime =
+      request.file.is_absolute() ? questions_.changeTime(request.file) : std::nullopt;
   if (!changeTime) return completion(nullptr);
   const auto uri = thumbnailUri(request.file);
   const auto cached = [&](ThumbnailFit fit) {
@@ -88,11 +72,11 @@ void LinuxFileThumbnails::answerQuickly(const Request& request, const Completion
   completion(nullptr);
 }
 
-SharedBitmap LinuxFileThumbnails::decoded(const Request& request, std::string_view type) const {
-  const bool isWorthReading =
-      isImage(type) || (type.empty() && fileBeginsLikePicture(request.file));
-  if (!isWorthReading) return nullptr;
-  const auto bytes = files_.readFile(request.file, largestImage);
+SharedBitmap LinuxFileThumbnails::decoded(const Request& request, std::string_view type) {
+  if (!isImage(type) && !type.empty()) return nullptr;
+  const auto wanted =
+      type.empty() ? FileQuestions::Wanted::pictures : FileQuestions::Wanted::anything;
+  const auto bytes = questions_.contents(request.file, largestImage, wanted);
   return bytes ? pixelsWithin(decoder_, *bytes, request.most) : nullptr;
 }
 

@@ -13,6 +13,7 @@
 #include "platform/FileSystem.h"
 #include "platform/FileThumbnails.h"
 #include "platform/linux/icons/MimeTypeDatabase.h"
+#include "platform/linux/thumbnails/FileQuestions.h"
 #include "platform/linux/thumbnails/LimitedProcess.h"
 #include "platform/linux/thumbnails/ThumbnailCache.h"
 #include "platform/linux/thumbnails/Thumbnailers.h"
@@ -22,7 +23,8 @@ namespace vantorel {
 /// Pictures of files as a Linux desktop has them: the shared cache first, then images decoded here,
 /// then the thumbnailer that is installed for the type. Two queues: what reads files, and the
 /// thumbnailers, one at a time, which may take their time limit. Nothing is ever written to the
-/// shared cache, and no failure is remembered.
+/// shared cache, and no failure is remembered. At the end nobody waits for a file that does not
+/// answer.
 class LinuxFileThumbnails : public FileThumbnails {
  public:
   struct Sources {
@@ -31,6 +33,8 @@ class LinuxFileThumbnails : public FileThumbnails {
     MimeTypeDatabase& types;
     std::filesystem::path cache;  // the shared one; empty: there is none
     Thumbnailers::Places thumbnailers;
+    /// The user's own files; one that does not answer counts as having no picture.
+    std::shared_ptr<FileSystem> userFiles;
     std::filesystem::path temporary;  // where thumbnailers leave their pictures for a moment
   };
 
@@ -51,7 +55,7 @@ class LinuxFileThumbnails : public FileThumbnails {
   using Key = std::tuple<std::string, int, int>;
 
   void answerQuickly(const Request& request, const Completion& completion);
-  [[nodiscard]] SharedBitmap decoded(const Request& request, std::string_view type) const;
+  [[nodiscard]] SharedBitmap decoded(const Request& request, std::string_view type);
   void answerSlowly(const Request& request, const ThumbnailerEntry& thumbnailer,
                     const Completion& completion);
   [[nodiscard]] SharedBitmap made(const Request& request,
@@ -64,6 +68,7 @@ class LinuxFileThumbnails : public FileThumbnails {
   const std::filesystem::path temporary_;
   const ProcessLimits limits_;
   Thumbnailers thumbnailers_;  // on the quick queue
+  FileQuestions questions_;
   StopSignal stop_;
 
   std::mutex mutex_;

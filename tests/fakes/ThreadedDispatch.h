@@ -1,0 +1,41 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "fakes/ManualDispatch.h"
+#include "platform/posix/DetachedThread.h"
+
+namespace vantorel {
+
+/// A main queue and a clock that the test moves, with real threads for what nobody waits for.
+class ThreadedDispatch : public ManualDispatch {
+ public:
+  void detach(Work work) override {
+    ++detached_;
+    ASSERT_TRUE(runDetached(std::move(work)));
+  }
+
+  // The test's side.
+
+  /// Runs what arrives on the main queue until the condition holds. The limit only bounds a
+  /// failure: false when it was reached.
+  template <class Condition>
+  [[nodiscard]] bool runUntil(Condition condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+      if (std::chrono::steady_clock::now() > deadline) return false;
+      if (!runOne()) std::this_thread::yield();
+    }
+    return true;
+  }
+  /// Threads started so far.
+  [[nodiscard]] int detachedCount() const { return detached_; }
+
+ private:
+  int detached_ = 0;
+};
+
+}  // namespace vantorel
