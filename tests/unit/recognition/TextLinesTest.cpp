@@ -156,6 +156,23 @@ TEST(LinePicture, HoldsTheLineAloneAtTheSizeThatIsReadBest) {
   EXPECT_EQ(*std::min_element(line.pixels.begin(), line.pixels.end()), 0);
 }
 
+TEST(LinePicture, OfRunningTextIsNarrower) {
+  const auto widthOverHeight = [](int letters, int height) {
+    ColourPicture picture = plain(2000, 100, white);
+    drawWord(picture, 20, 30, height, letters, black);
+    const Ink ink = inkIn(picture);
+    const TextLines lines = findTextLines(ink);
+    const GreyPicture line = linePicture(ink, lines, lines.lines.at(0));
+    const PixelBox& box = lines.lines[0].box;
+    const int margin = 2 * (height * 8 / 10 + 2);
+    return line.width * static_cast<double>(box.height() + margin) /
+           (line.height * static_cast<double>(box.width() + margin));
+  };
+  EXPECT_NEAR(widthOverHeight(40, 20), 0.8, 0.03);
+  EXPECT_NEAR(widthOverHeight(10, 20), 1, 0.03) << "a word";
+  EXPECT_NEAR(widthOverHeight(60, 8), 1, 0.03) << "small type";
+}
+
 TEST(LinePicture, OfLargeLettersIsReduced) {
   ColourPicture picture = plain(900, 300, white);
   drawWord(picture, 40, 60, 135, 4, black);

@@ -15,6 +15,11 @@ constexpr double mostReduced = 0.1;
 constexpr double widestPicture = 12'000;
 constexpr double highestPicture = 480;
 constexpr double white = 255;
+// The engine's time grows with a picture's width. Running text that was drawn large enough is read
+// as well when it is narrower; small type and single words are not.
+constexpr double narrower = 0.8;
+constexpr int leastNarrowedLetter = 11;
+constexpr int leastLettersInLine = 25;
 
 /// A cubic through the pixels (Catmull and Rom), which keeps thin strokes crisp.
 float cubic(float distance) {
@@ -100,27 +105,29 @@ GreyPicture linePicture(const Ink& ink, const TextLines& lines, const TextLine& 
       std::clamp(std::min({bestLetterHeight / std::max(line.letterHeight, 1),
                            widestPicture / strip.width, highestPicture / strip.height}),
                  mostReduced, mostEnlarged);
-  GreyPicture picture{std::max(1, static_cast<int>(strip.width * scale)),
+  const bool isRunningText = line.letterHeight >= leastNarrowedLetter &&
+                             line.box.width() >= leastLettersInLine * line.letterHeight;
+  const double across = isRunningText ? scale * narrower : scale;
+  GreyPicture picture{std::max(1, static_cast<int>(strip.width * across)),
                       std::max(1, static_cast<int>(strip.height * scale)),
                       {}};
-  const Resampling across(strip.width, picture.width);
-  const Resampling down(strip.height, picture.height);
+  const Resampling columns(strip.width, picture.width);
+  const Resampling rows(strip.height, picture.height);
   const auto width = static_cast<std::size_t>(picture.width);
-  std::vector<float> narrowed(width * static_cast<std::size_t>(strip.height));
+  std::vector<float> scaled(width * static_cast<std::size_t>(strip.height));
   for (int y = 0; y < strip.height; ++y) {
     const float* row =
         &strip.values[static_cast<std::size_t>(y) * static_cast<std::size_t>(strip.width)];
     for (int x = 0; x < picture.width; ++x) {
-      narrowed[static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)] =
-          across.value(x, [row](int position) { return row[position]; });
+      scaled[static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)] =
+          columns.value(x, [row](int position) { return row[position]; });
     }
   }
   picture.pixels.reserve(width * static_cast<std::size_t>(picture.height));
   for (int y = 0; y < picture.height; ++y) {
     for (std::size_t x = 0; x < width; ++x) {
-      const float value = down.value(y, [&](int position) {
-        return narrowed[static_cast<std::size_t>(position) * width + x];
-      });
+      const float value = rows.value(
+          y, [&](int position) { return scaled[static_cast<std::size_t>(position) * width + x]; });
       picture.pixels.push_back(
           static_cast<std::uint8_t>(std::clamp(value + 0.5F, 0.0F, static_cast<float>(white))));
     }
