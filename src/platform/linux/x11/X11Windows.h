@@ -71,6 +71,7 @@ class X11Windows {
   [[nodiscard]] xcb_timestamp_t serverTime() const;
 
   X11Connection& connection_;
+  mutable xcb_window_t lastActive_ = XCB_WINDOW_NONE;  // the best guess for the next time
   xcb_window_t clock_;  // our own; a change of its property tells the server's time
   bool knowsClientPids_;
 };
