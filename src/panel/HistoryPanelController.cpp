@@ -37,9 +37,12 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
       toast_(services_.chrome()),
       dateText_(DateText::forUser()),
       availability_(services_.dispatch),
-      thumbnails_(store,
-                  ThumbnailServices{services_.dispatch, services_.files, services_.images,
-                                    services_.fileThumbnails, services_.icons, services_.screens}) {
+      thumbnails_(store, ThumbnailServices{services_.dispatch, services_.files, services_.images,
+                                           services_.fileThumbnails, services_.icons,
+                                           services_.screens, [this](const ClipItem& item) {
+                                             return availability_.of(item) ==
+                                                    Availability::unavailable;
+                                           }}) {
   installPanelAccessibility();
   view_ = std::make_unique<HistoryPanelView>(services_.chrome());
   view_->panel.onCloseRequested = [this] { hide(); };

@@ -22,12 +22,14 @@ std::string detail(std::string_view text) {
 
 Availability availability(const ClipItem& item) {
   if (item.kind != ClipKind::files) return Availability::available;
-  const bool all = std::all_of(item.filePaths.begin(), item.filePaths.end(), [](const auto& path) {
+  const auto& paths = item.filePaths;
+  const auto gone = std::find_if_not(paths.begin(), paths.end(), [](const auto& path) {
     std::error_code error;
     const bool nameable = path.find('\0') == std::string::npos;
     return nameable && std::filesystem::exists(path, error);
   });
-  return all ? Availability::available : Availability::unavailable;
+  if (gone == paths.end()) return Availability::available;
+  return gone == paths.begin() ? Availability::unavailable : Availability::incomplete;
 }
 
 std::string_view placeholder(const ClipItem& item) {

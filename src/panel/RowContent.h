@@ -26,10 +26,12 @@ struct RowContent {
   friend bool operator==(const RowContent&, const RowContent&) = default;
 };
 
-enum class Availability { available, unavailable };
+/// `unavailable` when the first file, whose picture stands for all of them, is gone; `incomplete`
+/// when another one is.
+enum class Availability { available, incomplete, unavailable };
 
-/// Whether what the entry refers to is still there: true for text and images, for files when every
-/// path exists. Asks the file system.
+/// Whether what the entry refers to is still there: always for text and images, for files when
+/// every path exists. Asks the file system.
 [[nodiscard]] Availability availability(const ClipItem& item);
 
 /// The name of the symbol that shows what kind of entry it is.

@@ -25,9 +25,10 @@ class Icons {
   /// it. Null only when the desktop has no icons. Called back like `applicationIcon`.
   virtual void fileIcon(const std::filesystem::path& file, Completion completion) = 0;
 
-  /// The icon of files with that extension (without a dot, any case, may be empty), at once,
-  /// whether or not such a file exists. Null only when the desktop has no icons.
-  [[nodiscard]] virtual SharedBitmap typeIcon(const std::string& extension) = 0;
+  /// The icon of files with that extension (without a dot, any case, may be empty), whether or not
+  /// such a file exists. Null only when the desktop has no icons. Called back like
+  /// `applicationIcon`.
+  virtual void typeIcon(const std::string& extension, Completion completion) = 0;
 };
 
 }  // namespace vantorel

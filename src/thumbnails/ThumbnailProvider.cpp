@@ -79,8 +79,8 @@ void ThumbnailProvider::requestImage(const ClipItem& item, Completion completion
 void ThumbnailProvider::requestFile(const ClipItem& item, Completion completion) {
   if (item.filePaths.empty()) return completion(nullptr);
   const std::filesystem::path file(item.filePaths.front());
-  if (!services_.files.exists(file)) {
-    return completion(services_.icons.typeIcon(extensionOf(file)));
+  if (services_.firstFileIsGone(item)) {
+    return services_.icons.typeIcon(extensionOf(file), std::move(completion));
   }
   const auto key = item.id.string();
   if (waitFor(key, std::move(completion))) makeFileThumbnail(key, file);

@@ -27,6 +27,9 @@ struct ThumbnailServices {
   FileThumbnails& fileThumbnails;
   Icons& icons;
   const Screens& screens;
+  /// Whether the first of an entry's files is gone, by what is known of it. The main thread asks,
+  /// so this does not: a disk behind a dead network would hold everything up.
+  std::function<bool(const ClipItem&)> firstFileIsGone;
 };
 
 /// Small pictures of the history's entries: a copied image, or the first of copied files. They are
@@ -50,7 +53,8 @@ class ThumbnailProvider {
   ThumbnailProvider& operator=(const ThumbnailProvider&) = delete;
 
   /// Calls `completion` exactly once with the entry's picture, or with null when there is none: at
-  /// once when that is known, else later on the main queue, with null if this is gone by then.
+  /// once when that is known, else later on the main queue, with null if this is gone by then. Of a
+  /// file that is gone it is the icon of its type, which is not kept: the file may come back.
   /// Requests for an entry whose picture is being made wait for that one. `completion` may be
   /// empty, and may destroy this.
   void requestThumbnail(const ClipItem& item, Completion completion);

@@ -21,9 +21,9 @@ class FakeIcons : public Icons {
     askedFiles_.push_back(file);
     answer(lookUp(files_, file.string()), std::move(completion));
   }
-  [[nodiscard]] SharedBitmap typeIcon(const std::string& extension) override {
+  void typeIcon(const std::string& extension, Completion completion) override {
     askedTypes_.push_back(extension);
-    return lookUp(types_, extension);
+    answer(lookUp(types_, extension), std::move(completion));
   }
 
   // The test's side.
@@ -35,7 +35,7 @@ class FakeIcons : public Icons {
   void setType(const std::string& extension, SharedBitmap icon) {
     types_[extension] = std::move(icon);
   }
-  /// From now on icons of applications and files are answered by `answerHeld`.
+  /// From now on everything is answered by `answerHeld`.
   void holdAnswers() { holding_ = true; }
   void answerHeld() {
     for (auto& held : std::exchange(held_, {})) held.second(held.first);

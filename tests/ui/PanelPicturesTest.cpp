@@ -144,6 +144,28 @@ TEST_F(PanelPictures, AFileThatIsGoneHasTheIconOfItsType) {
   EXPECT_FALSE(rows()[0]->content().available);
 }
 
+TEST_F(PanelPictures, TheIconOfATypeMayComeAfterTheRow) {
+  const auto icon = bitmap(0xFF123456);
+  icons_.setType("pdf", icon);
+  icons_.holdAnswers();
+  addFile("/nonexistent/a.pdf");
+  open();
+  dispatch_.runQueued();
+  EXPECT_EQ(rows()[0]->thumbnail(), nullptr);
+  icons_.answerHeld();
+  EXPECT_EQ(rows()[0]->thumbnail(), icon);
+}
+
+TEST_F(PanelPictures, FilesWhoseFirstIsThereHaveItsPictureThoughOthersAreGone) {
+  store_.tick();
+  store_->insert(filesItem({existingFile("a.pdf"), "/nonexistent/b.pdf"}, dispatch_.now()));
+  open();
+  dispatch_.runQueued();
+  EXPECT_FALSE(rows()[0]->content().available);
+  ASSERT_THAT(thumbnails_.requests(), SizeIs(1));
+  EXPECT_THAT(icons_.askedTypes(), IsEmpty());
+}
+
 TEST_F(PanelPictures, ARowHasTheIconOfItsApplication) {
   icons_.setApplication("org.notes", bitmap(0xFFFFFF00));
   addFrom("known", "org.notes");

@@ -73,6 +73,13 @@ class ThemeIconsTest : public ::testing::Test {
     EXPECT_EQ(answer.count, 1);
     return answer.picture;
   }
+  SharedBitmap type(const std::string& extension) {
+    Answer answer;
+    icons->typeIcon(extension, answer.completion());
+    dispatch.runQueued();
+    EXPECT_EQ(answer.count, 1);
+    return answer.picture;
+  }
 
   WrittenFiles files;
   QtImageDecoder decoder;
@@ -147,18 +154,39 @@ TEST_F(ThemeIconsTest, AFilesIconIsItsTypes) {
   EXPECT_EQ(middleOf(file(files / "folder.pdf")), red) << "a directory";
 }
 
-TEST_F(ThemeIconsTest, ATypesIconIsThereAtOnce) {
-  EXPECT_EQ(middleOf(icons->typeIcon("pdf")), blue) << "before anything was read on the queue";
-  EXPECT_EQ(middleOf(icons->typeIcon("PDF")), blue);
-  EXPECT_EQ(middleOf(icons->typeIcon("txt")), green);
-  EXPECT_EQ(middleOf(icons->typeIcon("unheard")), green);
-  EXPECT_EQ(middleOf(icons->typeIcon("")), green);
-  EXPECT_EQ(icons->typeIcon("pdf"), icons->typeIcon("PDF"));
+TEST_F(ThemeIconsTest, ATypesIconIsThatOfItsFiles) {
+  EXPECT_EQ(middleOf(type("pdf")), blue);
+  EXPECT_EQ(middleOf(type("PDF")), blue);
+  EXPECT_EQ(middleOf(type("txt")), green);
+  EXPECT_EQ(middleOf(type("unheard")), green);
+  EXPECT_EQ(middleOf(type("")), green);
+  EXPECT_EQ(type("pdf"), type("PDF"));
+}
+
+TEST_F(ThemeIconsTest, ATypesIconIsReadOnTheQueueTheFirstTimeAndThereAtOnceAfterwards) {
+  Answer first;
+  icons->typeIcon("pdf", first.completion());
+  EXPECT_EQ(first.count, 0) << "the main thread reads no disk";
+  dispatch.runQueued();
+  EXPECT_EQ(first.count, 1);
+  Answer second;
+  icons->typeIcon("pdf", second.completion());
+  EXPECT_EQ(second.count, 1);
+  EXPECT_EQ(second.picture, first.picture);
+}
+
+TEST_F(ThemeIconsTest, ATypesIconFollowsAnotherTheme) {
+  icon("other", "application-pdf", "red");
+  EXPECT_EQ(middleOf(type("pdf")), blue);
+  theme = "other";
+  dispatch.advance(Seconds(6));
+  (void)type("pdf");
+  EXPECT_EQ(middleOf(type("pdf")), red);
 }
 
 TEST_F(ThemeIconsTest, ADesktopWithoutIconsHasNone) {
   std::filesystem::remove_all(files / "icons");
-  EXPECT_EQ(icons->typeIcon("pdf"), nullptr);
+  EXPECT_EQ(type("pdf"), nullptr);
   EXPECT_EQ(file("/nonexistent/a.pdf"), nullptr);
   EXPECT_EQ(application("org.example.Editor"), nullptr);
 }

@@ -86,6 +86,8 @@ TEST(RowMetadata, FilesBeginWithTheirTitle) {
 }
 
 TEST(RowMetadata, FilesThatAreGoneSaySo) {
+  EXPECT_EQ(metadataText(filesItem("2 files", {}), Availability::incomplete, "Today"),
+            metadataText(filesItem("2 files", {}), Availability::unavailable, "Today"));
   EXPECT_EQ(metadataText(filesItem("Video", {}), Availability::unavailable, "Today"),
             "File unavailable  ·  Files  ·  Today");
 }
@@ -121,7 +123,8 @@ TEST(RowAvailability, FilesAreThereWhenEveryOneIs) {
   const auto two = folder.file("two");
   EXPECT_EQ(availability(filesItem("File", {one})), Availability::available);
   EXPECT_EQ(availability(filesItem("2 files", {one, two})), Availability::available);
-  EXPECT_EQ(availability(filesItem("2 files", {one, folder.missing()})), Availability::unavailable);
+  EXPECT_EQ(availability(filesItem("2 files", {one, folder.missing()})), Availability::incomplete);
+  EXPECT_EQ(availability(filesItem("2 files", {folder.missing(), one})), Availability::unavailable);
   EXPECT_EQ(availability(filesItem("0 files", {})), Availability::available);
 }
 

@@ -11,6 +11,7 @@
 #include "fakes/FakeImageDecoder.h"
 #include "fakes/FakeScreens.h"
 #include "fakes/TestStore.h"
+#include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/ThreadedQueue.h"
 
 namespace vantorel {
@@ -58,10 +59,14 @@ class ThumbnailProviderTest : public testing::Test {
     return answers;
   }
 
+  ThumbnailServices services(Dispatch& dispatch) {
+    return {dispatch, store_.files(), images_, thumbnails_, icons_, screens_, isGone};
+  }
   std::unique_ptr<ThumbnailProvider> newProvider(const ClipStore& store) {
-    return std::make_unique<ThumbnailProvider>(
-        store, ThumbnailServices{store_.dispatch(), store_.files(), images_, thumbnails_, icons_,
-                                 screens_});
+    return std::make_unique<ThumbnailProvider>(store, services(store_.dispatch()));
+  }
+  static bool isGone(const ClipItem& item) {
+    return !std::filesystem::exists(item.filePaths.front());
   }
 
   TestStore store_;
@@ -251,6 +256,46 @@ TEST_F(ThumbnailProviderTest, AFileThatIsGoneHasTheIconOfItsTypeAtOnceUntilItIsB
   EXPECT_THAT(*answers, ElementsAre(bitmap));
 }
 
+TEST_F(ThumbnailProviderTest, NoDiskIsAskedWhetherAFileIsThere) {
+  class Counting : public PosixFileSystem {
+   public:
+    bool exists(const Path& path) override {
+      ++questions;
+      return PosixFileSystem::exists(path);
+    }
+    int questions = 0;
+  };
+  Counting disk;
+  bool isKnownToBeGone = false;
+  auto knowing = services(store_.dispatch());
+  const ThumbnailServices services{knowing.dispatch,
+                                   disk,
+                                   knowing.images,
+                                   knowing.fileThumbnails,
+                                   knowing.icons,
+                                   knowing.screens,
+                                   [&](const ClipItem&) { return isKnownToBeGone; }};
+  provider_ = std::make_unique<ThumbnailProvider>(*store_, services);
+  request(filesItem({"/nonexistent/a.pdf"}));
+  EXPECT_THAT(thumbnails_.requests(), SizeIs(1));
+  isKnownToBeGone = true;
+  EXPECT_THAT(*request(filesItem({addFile("b.pdf")})), SizeIs(1));
+  EXPECT_THAT(icons_.askedTypes(), ElementsAre("pdf"));
+  EXPECT_EQ(disk.questions, 0);
+}
+
+TEST_F(ThumbnailProviderTest, TheIconOfATypeMayComeLaterAndIsNotKept) {
+  const auto icon = picture(4);
+  icons_.setType("pdf", icon);
+  icons_.holdAnswers();
+  const auto item = filesItem({"/nonexistent/a.pdf"});
+  const auto answers = request(item);
+  EXPECT_THAT(*answers, IsEmpty());
+  icons_.answerHeld();
+  EXPECT_THAT(*answers, ElementsAre(icon));
+  EXPECT_EQ(provider_->cached(item.id), nullptr);
+}
+
 TEST_F(ThumbnailProviderTest, TypesAreAskedForByExtension) {
   for (const auto* name : {"a.PDF", "b.tar.gz", "none", ".hidden", "c."}) {
     EXPECT_THAT(*request(filesItem({(store_.base() / name).string()})), SizeIs(1)) << name;
@@ -339,8 +384,7 @@ TEST_F(ThumbnailProviderTest, ImagesAreMadeOnAQueueOfTheirOwnWithAName) {
     std::vector<std::string> labels;
   };
   NamedQueues dispatch;
-  const ThumbnailProvider provider(
-      *store_, {dispatch, store_.files(), images_, thumbnails_, icons_, screens_});
+  const ThumbnailProvider provider(*store_, services(dispatch));
   EXPECT_THAT(dispatch.labels, ElementsAre("com.vantorel.thumbnail-images"));
 }
 
@@ -415,9 +459,7 @@ TEST_F(ThumbnailProviderTest, MayEndWhileAThreadMakesPictures) {
   for (int i = 0; i < 20; ++i) addImage(std::to_string(i), picture(4));
   for (int round = 0; round < 20; ++round) {
     Threads dispatch;
-    auto provider = std::make_unique<ThumbnailProvider>(
-        *store_,
-        ThumbnailServices{dispatch, store_.files(), images_, thumbnails_, icons_, screens_});
+    auto provider = std::make_unique<ThumbnailProvider>(*store_, services(dispatch));
     int answers = 0;
     for (const ClipItem& item : store_->items()) {
       provider->requestThumbnail(item, [&](const SharedBitmap& /*picture*/) { ++answers; });

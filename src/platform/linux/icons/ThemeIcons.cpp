@@ -10,8 +10,9 @@ namespace vantorel {
 
 namespace {
 
-constexpr std::size_t mostApplicationIcons = 128;                  // 4 KB each
-constexpr std::size_t mostTypeIcons = 24;                          // 64 KB each
+constexpr std::size_t mostApplicationIcons = 128;  // 4 KB each
+constexpr std::size_t mostTypeIcons = 24;          // 64 KB each
+constexpr std::size_t mostExtensions = 24;
 constexpr std::uint64_t largestPicture = std::uint64_t{4} << 20U;  // bytes; some KB are usual
 constexpr Seconds checkInterval{5};
 
@@ -33,6 +34,7 @@ ThemeIcons::ThemeIcons(Dispatch& dispatch, Sources sources, Sides sides)
       questions_(sources_.userFiles),
       applicationIcons_(mostApplicationIcons),
       typeIcons_(mostTypeIcons),
+      extensionIcons_(mostExtensions),
       queue_(dispatch.serialQueue("com.vantorel.icons")) {
   queue_->async([this] {
     (void)sources_.themes.themes();
@@ -51,7 +53,9 @@ void ThemeIcons::checkForChanges() {
     const bool otherThemes = sources_.themes.refresh();
     const bool otherTypes = sources_.types.refresh();
     if (otherThemes) applicationIcons_.clear();
-    if (otherThemes || otherTypes) typeIcons_.clear();
+    if (!otherThemes && !otherTypes) return;
+    typeIcons_.clear();
+    extensionIcons_.clear();
   });
 }
 
@@ -89,6 +93,13 @@ SharedBitmap ThemeIcons::pictureOfType(const std::string& type) {
   });
 }
 
+SharedBitmap ThemeIcons::pictureOfExtension(const std::string& extension) {
+  return kept(extensionIcons_, extension, [&] {
+    const std::string name = extension.empty() ? "file" : "file." + extension;
+    return pictureOfType(std::string(sources_.types.types()->typeOf(name)));
+  });
+}
+
 SharedBitmap ThemeIcons::pictureOfFile(const std::filesystem::path& file) {
   if (questions_.isDirectory(file)) return pictureOfType(std::string(directoryType));
   return pictureOfType(std::string(sources_.types.types()->typeOf(file.filename().string())));
@@ -109,10 +120,10 @@ void ThemeIcons::fileIcon(const std::filesystem::path& file, Completion completi
   answerLater([this, file] { return pictureOfFile(file); }, std::move(completion));
 }
 
-SharedBitmap ThemeIcons::typeIcon(const std::string& extension) {
+void ThemeIcons::typeIcon(const std::string& extension, Completion completion) {
   checkForChanges();
-  const std::string name = extension.empty() ? "file" : "file." + extension;
-  return pictureOfType(std::string(sources_.types.types()->typeOf(name)));
+  if (auto known = extensionIcons_.find(extension)) return completion(*std::move(known));
+  answerLater([this, extension] { return pictureOfExtension(extension); }, std::move(completion));
 }
 
 int applicationIconSide(double largestScale) {

@@ -22,10 +22,6 @@ namespace vantorel {
 /// Icons of the theme in use. Files are found and read on a queue of its own; what was found is
 /// kept until the theme changes, which is looked for when something is asked for, at most every
 /// five seconds: the answer to that very question may still be in the old style.
-///
-/// `typeIcon()` answers from memory once a type was asked for. The first time it looks into the
-/// directories of the theme, which the queue has read by then (else it reads their list itself),
-/// and reads one file: some milliseconds.
 class ThemeIcons : public Icons {
  public:
   /// The installed applications of this moment; answers at once.
@@ -54,7 +50,7 @@ class ThemeIcons : public Icons {
 
   void applicationIcon(const std::string& bundleIdentifier, Completion completion) override;
   void fileIcon(const std::filesystem::path& file, Completion completion) override;
-  [[nodiscard]] SharedBitmap typeIcon(const std::string& extension) override;
+  void typeIcon(const std::string& extension, Completion completion) override;
 
  private:
   using Find = std::function<SharedBitmap()>;
@@ -67,6 +63,7 @@ class ThemeIcons : public Icons {
   [[nodiscard]] SharedBitmap pictureOfApplication(const std::string& icon);
   [[nodiscard]] SharedBitmap pictureOfFile(const std::filesystem::path& file);
   [[nodiscard]] SharedBitmap pictureOfType(const std::string& type);
+  [[nodiscard]] SharedBitmap pictureOfExtension(const std::string& extension);
 
   Dispatch& dispatch_;
   const Sources sources_;
@@ -74,6 +71,7 @@ class ThemeIcons : public Icons {
   FileQuestions questions_;
   KeptIcons applicationIcons_;
   KeptIcons typeIcons_;
+  KeptIcons extensionIcons_;       // the same pictures, found without the database of types
   std::optional<Date> lastCheck_;  // main thread
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   std::unique_ptr<SerialQueue> queue_;  // last: it uses what is above
