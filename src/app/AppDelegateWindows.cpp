@@ -7,6 +7,7 @@
 #include "app/HelpPanel.h"
 #include "app/PrivacyPolicyPanel.h"
 #include "app/ShortcutPanel.h"
+#include "chrome/AccompanyingWindow.h"
 
 namespace vantorel {
 namespace {
@@ -18,12 +19,13 @@ constexpr std::string_view canPaste = "This desktop allows automatic paste.";
 constexpr std::string_view cannotPaste = "No automatic paste here. Press ⌘V to paste.";
 constexpr auto versionWithoutOne = "0.3.1";
 
-void showInTheMiddle(VantorelPanel& panel, const Screens& screens) {
-  if (const auto screen = screens.mainScreen()) {
+void showInTheMiddle(VantorelPanel& panel, const Desktop& desktop) {
+  if (const auto screen = desktop.screens.mainScreen()) {
     const auto& area = screen->visibleFrame;
     panel.move(static_cast<int>(std::lround(area.midX() - panel.width() / 2.0)),
                static_cast<int>(std::lround(area.midY() - panel.height() / 2.0)));
   }
+  accompanyUser(panel, &desktop.spaces);
   panel.makeKeyAndOrderFront();
 }
 
@@ -31,7 +33,7 @@ void showInTheMiddle(VantorelPanel& panel, const Screens& screens) {
 template <class Window>
 void closeWindow(std::unique_ptr<Window>& window) {
   if (!window) return;
-  window->hide();
+  takeLeave(*window);
   window.release()->deleteLater();
 }
 
@@ -49,7 +51,8 @@ std::string programVersion() {
 }  // namespace
 
 ChromeServices AppDelegate::chromeServices() const {
-  return {desktop_.dispatch, desktop_.screens, desktop_.accessibility, desktop_.backdrops};
+  return {desktop_.dispatch, desktop_.screens, desktop_.accessibility, desktop_.backdrops,
+          &desktop_.spaces};
 }
 
 void AppDelegate::showShortcutPanel() {
@@ -62,7 +65,7 @@ void AppDelegate::showShortcutPanel() {
   };
   shortcutPanel_->onReset = [this] { resetShortcut(); };
   shortcutPanel_->onCancel = [this] { closeShortcutPanel(); };
-  showInTheMiddle(*shortcutPanel_, desktop_.screens);
+  showInTheMiddle(*shortcutPanel_, desktop_);
 }
 
 void AppDelegate::closeShortcutPanel() { closeWindow(shortcutPanel_); }
@@ -112,7 +115,7 @@ void AppDelegate::showHelpPanel(bool isFirstLaunch) {
   helpPanel_->onLaunchAtLoginChanged = [this] { helpLaunchAtLoginChanged(); };
   helpPanel_->onPrivacyPolicy = [this] { showPrivacyPolicy(); };
   helpPanel_->onClose = [this] { closeHelpPanel(); };
-  showInTheMiddle(*helpPanel_, desktop_.screens);
+  showInTheMiddle(*helpPanel_, desktop_);
 }
 
 void AppDelegate::closeHelpPanel() {
@@ -137,7 +140,7 @@ void AppDelegate::showPrivacyPolicy() {
   closePrivacyPolicy();
   privacyPanel_ = std::make_unique<PrivacyPolicyPanel>(chromeServices(), bundledPrivacyPolicy());
   privacyPanel_->onClose = [this] { closePrivacyPolicy(); };
-  showInTheMiddle(*privacyPanel_, desktop_.screens);
+  showInTheMiddle(*privacyPanel_, desktop_);
 }
 
 void AppDelegate::closePrivacyPolicy() { closeWindow(privacyPanel_); }

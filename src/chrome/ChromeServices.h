@@ -4,6 +4,7 @@
 #include "platform/Dispatch.h"
 #include "platform/Screens.h"
 #include "platform/WindowBackdrops.h"
+#include "platform/WindowSpaces.h"
 
 namespace vantorel {
 
@@ -13,6 +14,7 @@ struct ChromeServices {
   const Screens& screens;
   const AccessibilityPreferences& accessibility;
   const WindowBackdrops* backdrops = nullptr;  // null: nothing is seen through a window
+  const WindowSpaces* spaces = nullptr;        // null: there is one desktop only
 };
 
 }  // namespace vantorel

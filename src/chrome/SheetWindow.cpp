@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "chrome/AccompanyingWindow.h"
 #include "chrome/PushButton.h"
 #include "chrome/ReadableGlassView.h"
 #include "chrome/VantorelTheme.h"
@@ -48,7 +49,8 @@ int kept(double wanted, double length, double areaStart, double areaLength) {
 
 SheetWindow::SheetWindow(const Question& question, const ChromeServices& services,
                          QWidget* attachedTo)
-    : QWidget(attachedTo, Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+    : QWidget(attachedTo, (attachedTo != nullptr ? Qt::Dialog : Qt::Tool) |
+                              Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       services_(services),
       attachedTo_(attachedTo),
       glass_(new ReadableGlassView(cornerRadius, this)),
@@ -110,6 +112,7 @@ void SheetWindow::begin(QWidget* firstResponder) {
   open_ = true;
   // Left to itself the focus would go to a button that Return does not mean.
   (firstResponder != nullptr ? firstResponder : this)->setFocus(Qt::OtherFocusReason);
+  if (attachedTo_ == nullptr) accompanyUser(*this, services_.spaces);
   show();
   raise();
   activateWindow();
@@ -118,7 +121,7 @@ void SheetWindow::begin(QWidget* firstResponder) {
 void SheetWindow::end(Answer answer) {
   if (!open_) return;
   open_ = false;
-  hide();
+  takeLeave(*this);
   const auto finished = onFinished;  // which may destroy this
   if (finished) finished(answer);
 }

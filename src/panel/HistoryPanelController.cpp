@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "chrome/AccompanyingWindow.h"
 #include "chrome/KeyTranslation.h"
 #include "chrome/SheetWindow.h"
 #include "chrome/VantorelMenu.h"
@@ -89,7 +90,7 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
   refresh(Selection::keepIndex);
   positionOnCurrentScreen();
   view_->list.setFocus();
-  if (services_.spaces != nullptr) services_.spaces->joinAll(view_->panel.winId());
+  accompanyUser(view_->panel, services_.spaces);
   view_->panel.makeKeyAndOrderFront();
   startOutsideClickMonitor();
   showing_ = std::make_shared<const bool>(true);
@@ -107,7 +108,7 @@ void HistoryPanelController::hide() {
   view_->list.hidePreviews();
   if (sheet_) sheet_->end(SheetWindow::Answer::cancelled);
   if (menu_) menu_->close();
-  view_->panel.hide();
+  takeLeave(view_->panel);
   view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
   outsideClickMonitor_.reset();
@@ -221,7 +222,9 @@ void HistoryPanelController::startOutsideClickMonitor() {
         const Point mouse = services_.screens.mouseLocation();
         if (view_->frame().contains(mouse) || isOnOwnWindow(mouse)) return;
         services_.dispatch.async([this, alive] {
-          if (!alive.expired()) hide();
+          if (alive.expired()) return;
+          forgetPredecessor(view_->panel);
+          hide();
         });
       });
 }

@@ -30,7 +30,7 @@ struct PanelServices {
   KeyCodeForScanCode keyCodeForScanCode{};
 
   [[nodiscard]] ChromeServices chrome() const {
-    return {dispatch, screens, accessibility, backdrops};
+    return {dispatch, screens, accessibility, backdrops, spaces};
   }
 };
 

@@ -3,6 +3,7 @@
 from Xlib import X
 
 from harness.case import VantorelTestCase
+from harness.tray_case import QUESTION
 from harness.vantorel import PANEL
 from harness.waiting import stays_true, wait_for
 
@@ -113,6 +114,49 @@ class About(WindowsTestCase):
         self.open_window(HELP)
         self.desktop.keyboard.tap("Return")
         self.desktop.windows.wait_gone(HELP)
+
+
+class Accessory(WindowsTestCase):
+    """No window of the program is one of those that the user works with."""
+
+    def check(self, title):
+        window = self.open_window(title)
+        wait_for(f"{title!r} to be on every desktop",
+                 lambda: self.desktop.windows.on_every_desktop(window))
+        self.assertTrue(self.desktop.windows.is_utility(window), title)
+
+    def test_its_windows_are_in_no_taskbar_and_on_every_desktop(self):
+        self.check(HELP)
+        for option, title in (("--shortcut", RECORDER), ("--clear", QUESTION), ("--about", HELP)):
+            self.assertEqual(self.vantorel.command(option).returncode, 0)
+            self.check(title)
+            self.desktop.keyboard.tap("Return" if title == HELP else "Escape")
+            self.desktop.windows.wait_gone(title)
+        for _ in range(2):
+            self.desktop.keyboard.chord("Super+Shift+v")
+            self.check(PANEL)
+            self.desktop.keyboard.chord("Super+Shift+v")
+            self.desktop.windows.wait_gone(PANEL)
+
+    def test_the_keyboard_goes_back_to_the_window_it_came_from(self):
+        self.desktop.keyboard.chord("Super+Shift+v")
+        self.vantorel.wait_for_panel()
+        self.desktop.keyboard.tap("Escape")
+        self.vantorel.wait_until_hidden()
+        self.open_window(HELP)
+        self.vantorel.command("--clear")
+        self.open_window(QUESTION)
+        self.desktop.keyboard.tap("Escape")
+        self.desktop.windows.wait_gone(QUESTION)
+        self.open_window(HELP)
+
+    def test_the_policy_too(self):
+        self.desktop.keyboard.tap("Return")
+        self.desktop.windows.wait_gone(HELP)
+        self.vantorel.command("--about")
+        self.open_window(HELP)
+        self.click(HELP, "מדיניות הפרטיות המלאה")
+        self.check(POLICY)
 
 
 class Recorder(WindowsTestCase):

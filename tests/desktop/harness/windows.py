@@ -68,6 +68,14 @@ class Windows:
         place = self._root.translate_coords(window, 0, 0)
         return Frame(place.x, place.y, geometry.width, geometry.height)
 
+    def on_every_desktop(self, window):
+        return list(self._property(window, "_NET_WM_DESKTOP") or []) == [0xFFFFFFFF]
+
+    def is_utility(self, window):
+        """Whether it is an accessory of others, which taskbars leave out."""
+        utility = self._display.intern_atom("_NET_WM_WINDOW_TYPE_UTILITY")
+        return list(self._property(window, "_NET_WM_WINDOW_TYPE") or [])[:1] == [utility]
+
     def active(self):
         answer = self._property(self._root, "_NET_ACTIVE_WINDOW")
         return answer[0] if answer else 0
