@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "chrome/TextPresentation.h"
+#include "platform/PathName.h"
 
 namespace vantorel {
 namespace {
@@ -25,8 +26,7 @@ Availability availability(const ClipItem& item) {
   const auto& paths = item.filePaths;
   const auto gone = std::find_if_not(paths.begin(), paths.end(), [](const auto& path) {
     std::error_code error;
-    const bool nameable = path.find('\0') == std::string::npos;
-    return nameable && std::filesystem::exists(path, error);
+    return isNameable(path) && std::filesystem::exists(path, error);
   });
   if (gone == paths.end()) return Availability::available;
   return gone == paths.begin() ? Availability::unavailable : Availability::incomplete;

@@ -11,7 +11,8 @@
 namespace vantorel {
 
 /// The few file operations that the history is made of, one step each, so that what happens when
-/// any of them fails can be tried. Nothing throws; an empty error code is success. Any thread.
+/// any of them fails can be tried. Nothing throws; an empty error code is success. At a path with a
+/// NUL byte nothing stands, and nothing can be put. Any thread.
 class FileSystem {
  public:
   using Path = std::filesystem::path;

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/PathName.h"
 #include "platform/posix/FileDescriptor.h"
 
 namespace vantorel {
@@ -20,6 +21,9 @@ using Error = FileSystem::Error;
 
 /// What one system call moves at most: some systems refuse more.
 constexpr std::size_t mostPerCall = std::size_t{1} << 30U;
+
+/// For a path that would reach another file than it names.
+Error noSuchName() { return std::make_error_code(std::errc::invalid_argument); }
 
 FileDescriptor open(const FileSystem::Path& path, int flags, mode_t permissions = 0) {
   return FileDescriptor(
@@ -72,11 +76,13 @@ PosixFileSystem::PosixFileSystem(ExcludeFromBackup excludeFromBackup)
     : excludeFromBackup_(std::move(excludeFromBackup)) {}
 
 bool PosixFileSystem::exists(const Path& path) {
+  if (!isNameable(path)) return false;
   struct stat status {};
   return ::lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
 std::optional<Bytes> PosixFileSystem::readFile(const Path& path, std::uint64_t maximumBytes) {
+  if (!isNameable(path)) return std::nullopt;
   // Not blocking: opening a pipe would wait for its writer.
   const FileDescriptor file = open(path, O_RDONLY | O_NONBLOCK);
   struct stat status {};
@@ -97,12 +103,14 @@ std::optional<Bytes> PosixFileSystem::readFile(const Path& path, std::uint64_t m
 }
 
 std::optional<std::uint64_t> PosixFileSystem::fileSize(const Path& path) {
+  if (!isNameable(path)) return std::nullopt;
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   return static_cast<std::uint64_t>(status.st_size);
 }
 
 std::optional<std::vector<FileSystem::Path>> PosixFileSystem::list(const Path& directory) {
+  if (!isNameable(directory)) return std::nullopt;
   const std::unique_ptr<DIR, CloseDirectory> open(::opendir(directory.c_str()));
   if (!open) return std::nullopt;
   std::vector<Path> names;
@@ -118,6 +126,7 @@ std::optional<std::vector<FileSystem::Path>> PosixFileSystem::list(const Path& d
 }
 
 Error PosixFileSystem::createDirectories(const Path& path, unsigned permissions) {
+  if (!isNameable(path)) return noSuchName();
   Path partial;
   for (const Path& component : path) {
     partial /= component;
@@ -128,14 +137,17 @@ Error PosixFileSystem::createDirectories(const Path& path, unsigned permissions)
 }
 
 Error PosixFileSystem::setPermissions(const Path& path, unsigned permissions) {
+  if (!isNameable(path)) return noSuchName();
   return ::chmod(path.c_str(), static_cast<mode_t>(permissions)) == 0 ? Error() : lastSystemError();
 }
 
 Error PosixFileSystem::excludeFromBackup(const Path& path) {
+  if (!isNameable(path)) return noSuchName();
   return excludeFromBackup_ ? excludeFromBackup_(path) : Error();
 }
 
 Error PosixFileSystem::writeNewFile(const Path& path, ByteView bytes, unsigned permissions) {
+  if (!isNameable(path)) return noSuchName();
   const auto mode = static_cast<mode_t>(permissions);
   FileDescriptor file = open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
   if (!file.isOpen()) return lastSystemError();
@@ -147,10 +159,12 @@ Error PosixFileSystem::writeNewFile(const Path& path, ByteView bytes, unsigned p
 }
 
 Error PosixFileSystem::rename(const Path& from, const Path& to) {
+  if (!isNameable(from) || !isNameable(to)) return noSuchName();
   return std::rename(from.c_str(), to.c_str()) == 0 ? Error() : lastSystemError();
 }
 
 Error PosixFileSystem::syncDirectory(const Path& path) {
+  if (!isNameable(path)) return noSuchName();
   const FileDescriptor directory = open(path.empty() ? Path(".") : path, O_RDONLY | O_DIRECTORY);
   if (!directory.isOpen()) return lastSystemError();
   if (retryingInterrupted([&] { return ::fsync(directory.get()); }) == 0) return {};
@@ -162,6 +176,7 @@ Error PosixFileSystem::syncDirectory(const Path& path) {
 }
 
 Error PosixFileSystem::remove(const Path& path) {
+  if (!isNameable(path)) return noSuchName();
   return std::remove(path.c_str()) == 0 ? Error() : lastSystemError();
 }
 

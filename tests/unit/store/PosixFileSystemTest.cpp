@@ -36,6 +36,25 @@ TEST_F(Posix, WritesAndReadsAFile) {
   EXPECT_EQ(permissions(at("f")), 0640U);
 }
 
+TEST_F(Posix, APathWithANulByteIsNotTheFileBeforeIt) {
+  ASSERT_FALSE(files.writeNewFile(at("f"), bytesOf("x"), 0600));
+  const auto behind = [](const fs::path& path) { return fs::path(path.string() + '\0' + "more"); };
+  const auto file = behind(at("f"));
+  EXPECT_FALSE(files.exists(file));
+  EXPECT_EQ(files.readFile(file, 10), std::nullopt);
+  EXPECT_EQ(files.fileSize(file), std::nullopt);
+  EXPECT_EQ(files.list(behind(directory.path())), std::nullopt);
+  EXPECT_TRUE(files.setPermissions(file, 0644));
+  EXPECT_EQ(permissions(at("f")), 0600U);
+  EXPECT_TRUE(files.rename(file, at("g")));
+  EXPECT_TRUE(files.rename(at("f"), behind(at("g"))));
+  EXPECT_TRUE(files.remove(file));
+  EXPECT_TRUE(files.syncDirectory(behind(directory.path())));
+  EXPECT_TRUE(files.writeNewFile(behind(at("new")), bytesOf("x"), 0600));
+  EXPECT_TRUE(files.createDirectories(behind(at("folder")), 0700));
+  EXPECT_EQ(files.list(directory.path()), std::vector<fs::path>{"f"}) << "all is as it was";
+}
+
 TEST_F(Posix, WritesAnEmptyFile) {
   ASSERT_FALSE(files.writeNewFile(at("f"), {}, 0600));
   EXPECT_EQ(files.readFile(at("f"), 0), Bytes());

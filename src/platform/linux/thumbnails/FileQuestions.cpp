@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "platform/PathName.h"
 #include "platform/linux/thumbnails/ThumbnailNames.h"
 #include "platform/posix/DetachedThread.h"
 #include "platform/posix/FileDescriptor.h"
@@ -59,6 +60,7 @@ void FileQuestions::stop() {
 template <class Answer>
 Answer FileQuestions::ask(const Path& file, std::chrono::milliseconds limit,
                           std::function<Answer()> question) {
+  if (!isNameable(file)) return {};
   {
     const std::lock_guard lock(shared_->mutex);
     if (shared_->stopped || !shared_->underWay.insert(file).second) return {};

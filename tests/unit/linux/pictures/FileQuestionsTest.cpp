@@ -57,6 +57,16 @@ TEST_F(FileQuestionsTest, AnswersWhatTheDiskSays) {
   EXPECT_FALSE(questions.contents(files / "other", 3, Wanted::anything)) << "too large";
 }
 
+TEST_F(FileQuestionsTest, APathWithANulByteIsNotTheFileBeforeIt) {
+  FileQuestions questions(system);
+  const auto behind = [&](const std::string& name) {
+    return std::filesystem::path((files / name).string() + '\0' + ".png");
+  };
+  EXPECT_EQ(questions.changeTime(behind("other")), std::nullopt);
+  EXPECT_FALSE(questions.isDirectory(behind("")));
+  EXPECT_EQ(questions.contents(behind("other"), plenty, Wanted::anything), std::nullopt);
+}
+
 TEST_F(FileQuestionsTest, GivesUpWaitingAndAnswersTheNextFile) {
   FileQuestions questions(
       system, {.look = std::chrono::milliseconds(20), .read = std::chrono::milliseconds(20)});
