@@ -25,7 +25,7 @@ class FileThumbnailsFixture : public ::testing::Test {
     files.write("made.png", encodedPicture(480, 480, made));
   }
 
-  void open(Dispatch& dispatch, ProcessLimits limits = {}) {
+  void open(Dispatch& dispatch, ThumbnailerRuns::Limits limits = {}) {
     thumbnails = std::make_unique<LinuxFileThumbnails>(
         dispatch,
         LinuxFileThumbnails::Sources{files.system,

@@ -47,7 +47,32 @@ TEST_F(FileThumbnailsOnThreadsTest, AHangingThumbnailerHoldsNoImageUp) {
   thumbnails.reset();
 }
 
+TEST_F(FileThumbnailsOnThreadsTest, HangingThumbnailersDoNotAddUpForOthers) {
+  ThumbnailerRuns::Limits limits;
+  limits.moment = std::chrono::milliseconds(1'000);
+  limits.process.time = std::chrono::hours(1);
+  open(dispatch, limits);
+  install("video/mp4", "exec sleep 1000");
+  install("application/pdf", "cp $made $out");
+  std::atomic<int> videos = 0;
+  std::atomic<int> documents = 0;
+  for (const auto* name : {"a.mp4", "b.mp4", "c.mp4"}) {
+    thumbnails->generateBestRepresentation(files.write(name, "film"), {240, 240}, 1,
+                                           [&](const SharedBitmap&) { ++videos; });
+  }
+  thumbnails->generateBestRepresentation(files.write("a.pdf", "document"), {240, 240}, 1,
+                                         [&](const SharedBitmap& picture) {
+                                           if (picture) ++documents;
+                                         });
+  EXPECT_TRUE(waitUntil([&] { return documents == 1; }));
+  EXPECT_EQ(videos, 0);
+  thumbnails.reset();
+}
+
 TEST_F(FileThumbnailsOnThreadsTest, TheRunningThumbnailerEndsWithIt) {
+  ThumbnailerRuns::Limits limits;
+  limits.moment = limits.process.time;
+  open(dispatch, limits);
   install("video/mp4",
           "echo x >>$root/starts; echo $$ >$root/starting; mv $root/starting $root/running; exec "
           "sleep 1000");

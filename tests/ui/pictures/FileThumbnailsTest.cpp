@@ -35,6 +35,13 @@ class FileThumbnailsTest : public FileThumbnailsFixture {
     EXPECT_TRUE(std::filesystem::is_empty(files / "temporary")) << "nothing is left behind";
     return result;
   }
+  /// With so much patience: for a moment, and at most.
+  void openWith(std::chrono::milliseconds moment, std::chrono::milliseconds most) {
+    ThumbnailerRuns::Limits limits;
+    limits.moment = moment;
+    limits.process.time = most;
+    open(dispatch, limits);
+  }
   void addToCache(const std::string& directory, const std::filesystem::path& file, QRgb colour) {
     const auto uri = thumbnailUri(file);
     struct stat status {};
@@ -122,7 +129,7 @@ TEST_F(FileThumbnailsTest, AThumbnailerThatWritesNothingOrNonsenseMakesNothing) 
   EXPECT_EQ(pictureOf(files.write("a.pdf", "document")), nullptr);
 }
 
-TEST_F(FileThumbnailsTest, AFailureIsNotRemembered) {
+TEST_F(FileThumbnailsTest, AThumbnailerThatGaveUpIsTriedAgain) {
   install("video/mp4", "test -e $root/ready && cp $made $out");
   const auto file = files.write("a.mp4", "film");
   EXPECT_EQ(pictureOf(file), nullptr);
@@ -141,11 +148,38 @@ TEST_F(FileThumbnailsTest, AThumbnailerThatLeavesAPipeHoldsNobodyUp) {
 }
 
 TEST_F(FileThumbnailsTest, AThumbnailerThatHangsIsKilled) {
-  ProcessLimits limits;
-  limits.time = std::chrono::milliseconds(300);
-  open(dispatch, limits);
+  openWith(std::chrono::milliseconds(50), std::chrono::milliseconds(300));
   install("video/mp4", "echo x >$TMPDIR/left; sleep 1000");
   EXPECT_EQ(pictureOf(files.write("a.mp4", "film")), nullptr);
+}
+
+TEST_F(FileThumbnailsTest, AThumbnailerThatTakesAWhileIsWaitedFor) {
+  openWith(std::chrono::milliseconds(50), std::chrono::seconds(20));
+  install("video/mp4", "echo x >>$root/runs; sleep 0.3; cp $made $out");
+  EXPECT_EQ(middleOf(pictureOf(files.write("a.mp4", "film"))), made);
+  EXPECT_EQ(contents("runs"), "x\nx\n") << "begun anew where it holds nobody up";
+}
+
+TEST_F(FileThumbnailsTest, AFileWhoseThumbnailerHungIsTriedAgainOnlyWhenItHasChanged) {
+  openWith(std::chrono::milliseconds(300), std::chrono::milliseconds(300));
+  install("video/mp4", "echo x >>$root/runs; sleep 1000");
+  const auto file = files.write("a.mp4", "film");
+  for (int times = 0; times < 3; ++times) EXPECT_EQ(pictureOf(file), nullptr);
+  EXPECT_EQ(contents("runs"), "x\n");
+  EXPECT_EQ(pictureOf(file, {100, 100}), nullptr) << "of any size";
+  EXPECT_EQ(contents("runs"), "x\n");
+  files.touch("a.mp4");
+  EXPECT_EQ(pictureOf(file), nullptr);
+  EXPECT_EQ(contents("runs"), "x\nx\n");
+}
+
+TEST_F(FileThumbnailsTest, AFileWhoseThumbnailerCrashedIsNotTriedAgain) {
+  install("video/mp4", "echo x >>$root/runs; kill -SEGV $$");
+  const auto file = files.write("a.mp4", "film");
+  for (int times = 0; times < 3; ++times) EXPECT_EQ(pictureOf(file), nullptr);
+  EXPECT_EQ(contents("runs"), "x\n");
+  EXPECT_EQ(pictureOf(files.write("b.mp4", "film")), nullptr);
+  EXPECT_EQ(contents("runs"), "x\nx\n") << "others are";
 }
 
 TEST_F(FileThumbnailsTest, WhoAsksTwiceSharesOnePicture) {
@@ -188,6 +222,13 @@ TEST_F(FileThumbnailsTest, OnlyRegularFilesHavePictures) {
   }
   EXPECT_EQ(pictureOf("/dev/zero"), nullptr);
   ::close(socket);
+}
+
+TEST_F(FileThumbnailsTest, APathWithANulByteIsNotTheFileBeforeIt) {
+  install("video/mp4", "cp $made $out");
+  const auto file = files.write("a.png", encodedPicture(9, 9, red));
+  EXPECT_EQ(pictureOf(file.string() + '\0' + ".png"), nullptr);
+  EXPECT_EQ(pictureOf(file.string() + '\0' + ".mp4"), nullptr);
 }
 
 TEST_F(FileThumbnailsTest, AFileThatIsGoneOrOfNoKnownTypeHasNone) {

@@ -15,6 +15,7 @@
 #include <csignal>
 #include <string_view>
 
+#include "platform/PathName.h"
 #include "platform/posix/FileDescriptor.h"
 
 namespace vantorel {
@@ -111,7 +112,8 @@ Waited waitFor(pid_t process, const StopSignal& stop, Clock::time_point deadline
 ProcessEnd runLimited(const std::vector<std::string>& command,
                       const std::filesystem::path& temporary, const ProcessLimits& limits,
                       const StopSignal& stop) {
-  if (command.empty() || stop.isRaised()) return ProcessEnd::notStarted;
+  const bool canBeTold = std::all_of(command.begin(), command.end(), isNameable);
+  if (command.empty() || !canBeTold || stop.isRaised()) return ProcessEnd::notStarted;
   const FileDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
   if (!nothing.isOpen()) return ProcessEnd::notStarted;
   Start start{.words = command,
@@ -137,8 +139,9 @@ ProcessEnd runLimited(const std::vector<std::string>& command,
   const auto reaped = retryingInterrupted([&] { return ::waitpid(process, &status, 0); });
   if (waited == Waited::stopped) return ProcessEnd::stopped;
   if (waited == Waited::tookTooLong) return ProcessEnd::tookTooLong;
-  const bool succeeded = reaped == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-  return succeeded ? ProcessEnd::success : ProcessEnd::failure;
+  if (reaped != process) return ProcessEnd::failure;
+  if (WIFSIGNALED(status)) return ProcessEnd::crashed;
+  return WEXITSTATUS(status) == 0 ? ProcessEnd::success : ProcessEnd::failure;
 }
 
 }  // namespace vantorel

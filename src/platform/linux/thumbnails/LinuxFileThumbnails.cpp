@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/linux/icons/PictureReading.h"
-#include "platform/linux/thumbnails/PrivateDirectory.h"
 #include "platform/linux/thumbnails/ThumbnailNames.h"
 
 namespace vantorel {
@@ -29,32 +28,30 @@ bool isImage(std::string_view type) {
 
 }  // namespace
 
-LinuxFileThumbnails::LinuxFileThumbnails(Dispatch& dispatch, Sources sources, ProcessLimits limits)
-    : files_(sources.files),
-      decoder_(sources.decoder),
+LinuxFileThumbnails::LinuxFileThumbnails(Dispatch& dispatch, Sources sources,
+                                         ThumbnailerRuns::Limits limits)
+    : decoder_(sources.decoder),
       types_(sources.types),
       cache_(sources.files, sources.decoder, std::move(sources.cache)),
-      temporary_(std::move(sources.temporary)),
-      limits_(limits),
       thumbnailers_(sources.files, std::move(sources.thumbnailers)),
       questions_(std::move(sources.userFiles)),
-      slow_(dispatch.serialQueue("com.vantorel.thumbnailers")),
-      quick_(dispatch.serialQueue("com.vantorel.file-thumbs")) {}
+      runs_({dispatch, sources.files, sources.decoder}, std::move(sources.temporary), limits),
+      queue_(dispatch.serialQueue("com.vantorel.file-thumbs")) {}
 
 LinuxFileThumbnails::~LinuxFileThumbnails() {
-  stop_.raise();
+  runs_.stop();
   questions_.stop();
 }
 
 void LinuxFileThumbnails::generateBestRepresentation(const std::filesystem::path& file, Size size,
                                                      double scale, Completion completion) {
   Request request{file, {pixelsOf(size.width, scale), pixelsOf(size.height, scale)}};
-  quick_->async([this, request = std::move(request), completion = std::move(completion)] {
-    answerQuickly(request, completion);
+  queue_->async([this, request = std::move(request), completion = std::move(completion)] {
+    answer(request, completion);
   });
 }
 
-void LinuxFileThumbnails::answerQuickly(const Request& request, const Completion& completion) {
+void LinuxFileThumbnails::answer(const Request& request, const Completion& completion) {
   const auto changeTime =
       request.file.is_absolute() ? questions_.changeTime(request.file) : std::nullopt;
   if (!changeTime) return completion(nullptr);
@@ -67,7 +64,7 @@ void LinuxFileThumbnails::answerQuickly(const Request& request, const Completion
   if (const auto picture = decoded(request, type)) return completion(picture);
   if (const auto picture = cached(ThumbnailFit::any)) return completion(picture);
   if (const auto thumbnailer = thumbnailers_.forType(type)) {
-    return answerSlowly(request, *thumbnailer, completion);
+    return runs_.make({request.file, *changeTime, request.most}, *thumbnailer, completion);
   }
   completion(nullptr);
 }
@@ -77,42 +74,6 @@ SharedBitmap LinuxFileThumbnails::decoded(const Request& request, std::string_vi
   const auto wanted =
       type.empty() ? FileQuestions::Wanted::pictures : FileQuestions::Wanted::anything;
   const auto bytes = questions_.contents(request.file, largestImage, wanted);
-  return bytes ? pixelsWithin(decoder_, *bytes, request.most) : nullptr;
-}
-
-void LinuxFileThumbnails::answerSlowly(const Request& request, const ThumbnailerEntry& thumbnailer,
-                                       const Completion& completion) {
-  Key key(request.file.string(), request.most.width, request.most.height);
-  {
-    // Who asks again while the thumbnailer is at it waits for the same picture.
-    const std::lock_guard lock(mutex_);
-    auto& waiting = waiting_[key];
-    waiting.push_back(completion);
-    if (waiting.size() > 1) return;
-  }
-  slow_->async([this, request, thumbnailer, key = std::move(key)] {
-    const auto picture = made(request, thumbnailer);
-    std::vector<Completion> waiting;
-    {
-      const std::lock_guard lock(mutex_);
-      const auto found = waiting_.find(key);
-      waiting = std::move(found->second);
-      waiting_.erase(found);
-    }
-    for (const auto& each : waiting) each(picture);
-  });
-}
-
-SharedBitmap LinuxFileThumbnails::made(const Request& request,
-                                       const ThumbnailerEntry& thumbnailer) const {
-  const PrivateDirectory directory(temporary_);
-  if (directory.path().empty()) return nullptr;
-  const auto output = directory.path() / "thumbnail.png";
-  const auto command =
-      thumbnailerCommand(thumbnailer, {request.file, thumbnailUri(request.file), output,
-                                       std::max(request.most.width, request.most.height)});
-  if (runLimited(command, directory.path(), limits_, stop_) != ProcessEnd::success) return nullptr;
-  const auto bytes = files_.readFile(output, limits_.fileSize);
   return bytes ? pixelsWithin(decoder_, *bytes, request.most) : nullptr;
 }
 

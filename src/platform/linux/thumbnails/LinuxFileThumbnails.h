@@ -1,29 +1,23 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <memory>
-#include <mutex>
-#include <optional>
-#include <string>
-#include <tuple>
-#include <vector>
+#include <string_view>
 
 #include "platform/Dispatch.h"
 #include "platform/FileSystem.h"
 #include "platform/FileThumbnails.h"
 #include "platform/linux/icons/MimeTypeDatabase.h"
 #include "platform/linux/thumbnails/FileQuestions.h"
-#include "platform/linux/thumbnails/LimitedProcess.h"
 #include "platform/linux/thumbnails/ThumbnailCache.h"
+#include "platform/linux/thumbnails/ThumbnailerRuns.h"
 #include "platform/linux/thumbnails/Thumbnailers.h"
 
 namespace vantorel {
 
 /// Pictures of files as a Linux desktop has them: the shared cache first, then images decoded here,
-/// then the thumbnailer that is installed for the type. Two queues: what reads files, and the
-/// thumbnailers, one at a time, which may take their time limit. Nothing is ever written to the
-/// shared cache, and no failure is remembered. At the end nobody waits for a file that does not
+/// then the thumbnailer that is installed for the type, on other queues than what reads files.
+/// Nothing is ever written to the shared cache. At the end nobody waits for a file that does not
 /// answer.
 class LinuxFileThumbnails : public FileThumbnails {
  public:
@@ -38,8 +32,8 @@ class LinuxFileThumbnails : public FileThumbnails {
     std::filesystem::path temporary;  // where thumbnailers leave their pictures for a moment
   };
 
-  /// What was given outlives this. When this ends, the running thumbnailer is killed.
-  LinuxFileThumbnails(Dispatch& dispatch, Sources sources, ProcessLimits limits = {});
+  /// What was given outlives this. When this ends, the running thumbnailers are killed.
+  LinuxFileThumbnails(Dispatch& dispatch, Sources sources, ThumbnailerRuns::Limits limits = {});
   ~LinuxFileThumbnails() override;
   LinuxFileThumbnails(const LinuxFileThumbnails&) = delete;
   LinuxFileThumbnails& operator=(const LinuxFileThumbnails&) = delete;
@@ -52,31 +46,17 @@ class LinuxFileThumbnails : public FileThumbnails {
     std::filesystem::path file;
     PixelSize most;
   };
-  using Key = std::tuple<std::string, int, int>;
 
-  void answerQuickly(const Request& request, const Completion& completion);
+  void answer(const Request& request, const Completion& completion);
   [[nodiscard]] SharedBitmap decoded(const Request& request, std::string_view type);
-  void answerSlowly(const Request& request, const ThumbnailerEntry& thumbnailer,
-                    const Completion& completion);
-  [[nodiscard]] SharedBitmap made(const Request& request,
-                                  const ThumbnailerEntry& thumbnailer) const;
 
-  FileSystem& files_;
   const ImageDecoder& decoder_;
   MimeTypeDatabase& types_;
   const ThumbnailCache cache_;
-  const std::filesystem::path temporary_;
-  const ProcessLimits limits_;
-  Thumbnailers thumbnailers_;  // on the quick queue
+  Thumbnailers thumbnailers_;  // on the queue
   FileQuestions questions_;
-  StopSignal stop_;
-
-  std::mutex mutex_;
-  std::map<Key, std::vector<Completion>> waiting_;  // for thumbnailers; guarded
-
-  // Last, as they use what is above; the quick one feeds the slow one and so ends first.
-  std::unique_ptr<SerialQueue> slow_;
-  std::unique_ptr<SerialQueue> quick_;
+  ThumbnailerRuns runs_;
+  std::unique_ptr<SerialQueue> queue_;  // last: it uses what is above
 };
 
 }  // namespace vantorel

@@ -52,10 +52,17 @@ class LimitedProcessTest : public ::testing::Test {
   StopSignal stop;
 };
 
+TEST_F(LimitedProcessTest, StartsNothingWithAWordThatWouldArriveShorter) {
+  using namespace std::string_literals;
+  EXPECT_EQ(runLimited({"/bin/sh", "-c", "exit 0\0; more"s}, files.root(), {}, stop),
+            ProcessEnd::notStarted);
+  EXPECT_EQ(runLimited({"/bin/true\0.elsewhere"s}, files.root(), {}, stop), ProcessEnd::notStarted);
+}
+
 TEST_F(LimitedProcessTest, EndsWithSuccessOrFailure) {
   EXPECT_EQ(run("exit 0"), ProcessEnd::success);
   EXPECT_EQ(run("exit 3"), ProcessEnd::failure);
-  EXPECT_EQ(run("kill -SEGV $$"), ProcessEnd::failure);
+  EXPECT_EQ(run("kill -SEGV $$"), ProcessEnd::crashed);
   EXPECT_EQ(runLimited({"/nonexistent/program"}, files.root(), {}, stop), ProcessEnd::failure);
   EXPECT_EQ(runLimited({}, files.root(), {}, stop), ProcessEnd::notStarted);
 }
