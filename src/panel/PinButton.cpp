@@ -1,5 +1,7 @@
 #include "panel/PinButton.h"
 
+#include <QMouseEvent>
+
 #include "chrome/KeySymbols.h"
 #include "chrome/VantorelTheme.h"
 
@@ -24,6 +26,17 @@ void PinButton::setRow(const RowContent& row) {
 
 QString PinButton::accessibilityValue() const {
   return pinned_ ? QStringLiteral("Pinned") : QStringLiteral("Not pinned");
+}
+
+/// A disabled button would swallow every press. Another button than the left one is meant for the
+/// row; the left one is not, or it would paste.
+bool PinButton::event(QEvent* event) {
+  if (!isEnabled() && event->type() == QEvent::MouseButtonPress &&
+      static_cast<const QMouseEvent*>(event)->button() != Qt::LeftButton) {
+    event->ignore();
+    return false;
+  }
+  return SymbolButton::event(event);
 }
 
 QColor PinButton::tint() const { return pinned_ ? VantorelTheme::gold() : SymbolButton::tint(); }

@@ -21,6 +21,7 @@ class PinButton : public SymbolButton {
   [[nodiscard]] QString accessibilityValue() const;
 
  protected:
+  bool event(QEvent* event) override;
   [[nodiscard]] QColor tint() const override;
 
  private:

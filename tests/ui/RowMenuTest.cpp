@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include "panel/ClipRowView.h"
+#include "panel/PinButton.h"
 #include "ui/ClipListTest.h"
 
 namespace vantorel {
@@ -61,6 +62,40 @@ TEST_F(RowMenuTest, APinThatIsOneTooManyIsDisabledWithTheReason) {
   EXPECT_FALSE(pin->isEnabled());
   EXPECT_EQ(pin->toolTip(), "Up to 5 pins. Unpin an item first.");
   menu()->close();
+}
+
+TEST_F(RowMenuTest, OpensOnAPinThatIsDisabledToo) {
+  canPinMore_ = false;
+  const auto text = addText("one");
+  show();
+  const QPoint pin = rowOf(text).findChild<PinButton*>()->geometry().center();
+  press(text, pin, Qt::RightButton);
+  EXPECT_EQ(menuTitles().size(), 4U);
+  ASSERT_NE(menu(), nullptr);
+  menu()->close();
+  release(text, pin, Qt::RightButton);
+  click(text, pin);
+  EXPECT_TRUE(commands_.empty()) << "the other button does nothing there";
+}
+
+TEST_F(RowMenuTest, ASecondOneTakesThePlaceOfTheFirst) {
+  std::vector<std::string> told;
+  list_.onMenuOpened = [&] { told.emplace_back("opened"); };
+  list_.onMenuClosed = [&] { told.emplace_back("closed"); };
+  const auto one = addText("one");
+  const auto two = addText("two");
+  show();
+  const QRgb plain = pictureOf(rowOf(one)).pixel(200, 3);
+  rowOf(one).onMenu({300, 200});
+  rowOf(two).onMenu({300, 250});
+  wait(fadeTime);
+  EXPECT_THAT(told, ElementsAre("opened", "closed", "opened"));
+  EXPECT_EQ(pictureOf(rowOf(one)).pixel(200, 3), plain);
+  EXPECT_NE(pictureOf(rowOf(two)).pixel(200, 3), plain);
+  choose("Delete");
+  EXPECT_THAT(commands_, ElementsAre("delete two"));
+  EXPECT_EQ(menu(), nullptr);
+  EXPECT_EQ(told.size(), 4U);
 }
 
 TEST_F(RowMenuTest, TellsWhenItComesAndGoesAndMarksItsRow) {
