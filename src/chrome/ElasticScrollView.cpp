@@ -68,7 +68,7 @@ void ElasticScrollView::wheelEvent(QWheelEvent* event) {
   applyRubberBand(RubberBand::displaced(rubberBandOffset_, *bounce));
   placeDedication();
   if (bounce->atEnd) dedication_->raise();
-  dedication_->setShown(bounce->atEnd, DedicationLabel::Motion::fading);
+  showDedication(bounce->atEnd);
 }
 
 void ElasticScrollView::applyRubberBand(double offset) {
@@ -80,8 +80,13 @@ void ElasticScrollView::applyRubberBand(double offset) {
 
 void ElasticScrollView::reset() {
   rubberBandOffset_ = 0;
-  dedication_->setShown(false, DedicationLabel::Motion::fading);
+  showDedication(false);
   animateTo(0, returnMilliseconds);
+}
+
+void ElasticScrollView::showDedication(bool shown) {
+  using Motion = DedicationLabel::Motion;
+  dedication_->setShown(shown, accessibility_.reduceMotion() ? Motion::none : Motion::fading);
 }
 
 void ElasticScrollView::settle() {

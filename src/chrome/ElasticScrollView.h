@@ -45,6 +45,7 @@ class ElasticScrollView : public QScrollArea {
   void animateTo(double offset, int milliseconds);
   void paintDisplaced(double offset);
   void placeDedication();
+  void showDedication(bool shown);
 
   Dispatch& dispatch_;
   const AccessibilityPreferences& accessibility_;
