@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QEvent>
 #include <QHideEvent>
+#include <QInputMethodEvent>
 #include <QLabel>
 #include <QPainter>
 #include <algorithm>
@@ -48,6 +49,7 @@ ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
       previews_(services.dispatch, {[this](const Uuid& id) { return openPreview(id); },
                                     [this] { presenter_.close(); }}) {
   setFocusPolicy(Qt::StrongFocus);
+  setAttribute(Qt::WA_InputMethodEnabled);
   setAccessibleName(QStringLiteral("Clips"));
   emptyLabel_->setAlignment(Qt::AlignCenter);
   emptyLabel_->setFont(VantorelTheme::systemFont(emptyPoints, QFont::Medium));
@@ -169,6 +171,13 @@ void ClipListView::changeEvent(QEvent* event) {
 void ClipListView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
   if (auto* selected = selection_ ? row(*selection_) : nullptr) announceSelection(*selected);
+}
+
+/// Without input methods a dead key would be lost, and the letter after it come alone.
+void ClipListView::inputMethodEvent(QInputMethodEvent* event) {
+  event->accept();
+  if (event->commitString().isEmpty() && event->preeditString().isEmpty()) return;
+  if (onComposed) onComposed(event->commitString());
 }
 
 void ClipListView::hideEvent(QHideEvent* event) {

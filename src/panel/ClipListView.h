@@ -22,8 +22,8 @@ class PinDrag;
 class VantorelMenu;
 
 /// The document of the list: the rows, the line below the pins, or one sentence when there is
-/// nothing to show. It has the keyboard while nothing is typed. Rows are kept and reused; hidden,
-/// the list keeps no picture, and it never keeps an entry.
+/// nothing to show. It has the keyboard while nothing is typed, with its dead keys. Rows are kept
+/// and reused; hidden, the list keeps no picture, and it never keeps an entry.
 class ClipListView : public QWidget {
   Q_OBJECT
 
@@ -35,6 +35,8 @@ class ClipListView : public QWidget {
   /// A row's menu has come, or gone again, before what was chosen in it is done.
   std::function<void()> onMenuOpened;
   std::function<void()> onMenuClosed;
+  /// An input method has composed this, or has begun to compose something: then it is empty.
+  std::function<void(const QString& text)> onComposed;
   /// A drag wants to see more of the list: so many points further down, up if negative.
   std::function<void(double)> onScroll;
 
@@ -65,6 +67,7 @@ class ClipListView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

@@ -1,5 +1,7 @@
 // What keys and rows make the panel's controller do.
 
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <algorithm>
 
 #include "panel/HistoryPanelController.h"
@@ -75,6 +77,15 @@ void HistoryPanelController::perform(const PanelKeyDecision& decision) {
       showSearchBar();
       break;
   }
+}
+
+/// What an input method makes of keys in the list opens the search as a letter does.
+void HistoryPanelController::typeComposed(const QString& text) {
+  if (view_->searchBar() == ListGeometry::SearchBar::shown) return;
+  // It cannot go on composing in another place: what has been begun is handed over, and comes here.
+  if (text.isEmpty()) QGuiApplication::inputMethod()->commit();
+  showSearchBar();
+  if (!text.isEmpty()) view_->searchField.insert(text);
 }
 
 const ClipItem* HistoryPanelController::selectedItem() const {

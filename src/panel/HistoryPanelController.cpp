@@ -55,6 +55,7 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
     refresh(Selection::keepIndex);
   };
   view_->list.commands = rowCommands();
+  view_->list.onComposed = [this](const QString& text) { typeComposed(text); };
   view_->list.onMenuOpened = [this] { menuOpened(); };
   view_->list.onMenuClosed = [this] { menuClosed(); };
   QObject::connect(&view_->typeFilterButton, &QAbstractButton::clicked, &view_->panel,

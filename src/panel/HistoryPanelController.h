@@ -20,6 +20,7 @@
 #include "store/ClipStore.h"
 #include "thumbnails/ThumbnailProvider.h"
 
+class QString;
 class QWidget;
 
 namespace vantorel {
@@ -69,6 +70,7 @@ class HistoryPanelController {
   void resizeForCurrentContent();
   void positionOnCurrentScreen();
   void showSearchBar();
+  void typeComposed(const QString& text);
 
   void clearFilters();
   void updateFilterButtons();

@@ -264,6 +264,14 @@ class Layouts(PanelTestCase):
         self.desktop.set_layout("fr")
         self._shortcut_opens_and_return_pastes("cherry")
 
+    def test_a_letter_of_a_dead_key_opens_the_search_whole(self):
+        self.desktop.set_layout("fr")
+        self.vantorel.open_panel()
+        for key in ("[", "e"):  # a dead circumflex
+            self.desktop.keyboard.tap(key)
+        wait_for("the letter", lambda: self.vantorel.search_text() == "ê", 5,
+                 self.vantorel.search_text)
+
     def test_with_a_second_layout_in_force(self):
         self.desktop.set_layout("us,il", "grp:menu_toggle")
         self.desktop.keyboard.tap("Menu")

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QInputMethodEvent>
 #include <QTest>
 
 #include "chrome/ElasticScrollView.h"
@@ -27,6 +28,12 @@ class PanelKeyboard : public HistoryPanelTest {
     return item.id;
   }
   [[nodiscard]] bool pastedWithStyle() const { return pasteboard_.contents().rtf.has_value(); }
+  /// What an input method does to whoever has the keyboard.
+  void compose(const QString& underWay, const QString& composed) {
+    QInputMethodEvent event(underWay, {});
+    event.setCommitString(composed);
+    QCoreApplication::sendEvent(panel().focusWidget(), &event);
+  }
 };
 
 TEST_F(PanelKeyboard, ArrowsMoveTheSelectionAndStopAtTheEnds) {
@@ -140,6 +147,33 @@ TEST_F(PanelKeyboard, TheFirstLetterTypedOpensTheSearchAndLandsInIt) {
   EXPECT_EQ(panel().focusWidget(), &searchField());
   EXPECT_EQ(searchField().text(), QStringLiteral("b"));
   EXPECT_THAT(titles(), ElementsAre("banana"));
+}
+
+TEST_F(PanelKeyboard, TheFirstLetterOfADeadKeyLandsInTheSearchWhole) {
+  addTexts({"été", "banana"});
+  open();
+  QInputMethodQueryEvent query(Qt::ImEnabled);
+  QCoreApplication::sendEvent(panel().focusWidget(), &query);
+  EXPECT_TRUE(query.value(Qt::ImEnabled).toBool()) << "else nothing is composed at all";
+  compose(QString(), QStringLiteral("é"));
+  EXPECT_EQ(panel().focusWidget(), &searchField());
+  EXPECT_EQ(searchField().text(), QStringLiteral("é"));
+  EXPECT_THAT(titles(), ElementsAre("été"));
+}
+
+TEST_F(PanelKeyboard, WhatBeginsToBeComposedOpensTheSearch) {
+  addTexts({"one"});
+  open();
+  compose(QStringLiteral("k"), QString());
+  EXPECT_EQ(panel().focusWidget(), &searchField());
+  EXPECT_THAT(titles(), ElementsAre("one"));
+}
+
+TEST_F(PanelKeyboard, AnInputMethodThatHasNothingOpensNothing) {
+  addTexts({"one"});
+  open();
+  compose(QString(), QString());
+  EXPECT_FALSE(searchIsShown());
 }
 
 TEST_F(PanelKeyboard, DeleteEditsTextWhileThereIsSome) {
