@@ -60,6 +60,7 @@ void ClipRowView::setContent(const RowContent& content) {
     press_.reset();
     dropPlace_.reset();
     imageView_.setImage(nullptr);
+    imageView_.forgetPointer();
     updateBackground(Change::immediate);
   }
   imageView_.setPlaceholder(content.kind, content.symbol);

@@ -32,6 +32,8 @@ class ThumbnailImageView {
 
   void draw(QPainter& painter, const QRectF& area, const QPalette& palette);
 
+  /// Takes the pointer for gone, and tells nobody: the picture is another's now.
+  void forgetPointer() { hovering_ = false; }
   /// Where the pointer is, if anywhere near, and where the picture is.
   void track(const std::optional<QPointF>& pointer, const QRectF& area);
 

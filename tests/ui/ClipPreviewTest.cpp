@@ -102,6 +102,18 @@ TEST_F(ClipPreviewTest, OfAPictureComesFromItsThumbnailOnly) {
   EXPECT_EQ(preview(), nullptr);
 }
 
+TEST_F(ClipPreviewTest, OfAPictureThatComesUnderARestingPointerComesAtItsNextMove) {
+  const auto first = addImage();
+  show();
+  moveTo(first, {30, 20});
+  items_.clear();
+  const auto second = addImage();
+  show();
+  moveTo(second, {34, 22});
+  wait(0.3);
+  EXPECT_NE(preview(), nullptr);
+}
+
 TEST_F(ClipPreviewTest, AtMostOneIsShown) {
   const auto one = addText("one");
   const auto two = addText("two");
@@ -141,7 +153,7 @@ TEST_F(ClipPreviewTest, GoesWithTheList) {
   list_.showPreview(0);
   window_.hide();
   EXPECT_EQ(preview(), nullptr);
-  window_.show();
+  show();
   moveTo(id);
   window_.hide();
   wait(1);
