@@ -1,6 +1,7 @@
 #include "panel/TextPreview.h"
 
 #include <QMouseEvent>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <utility>
@@ -31,15 +32,19 @@ void configure(QTextDocument& document, bool rtl) {
   document.setDefaultTextOption(option);
 }
 
+/// Lines of scripts whose fonts are lower stand as far apart as the empty ones between them.
+QTextBlockFormat lineFormat(const QTextDocument& document) {
+  QTextBlockFormat lines;
+  lines.setLineHeight(QFontMetricsF(document.defaultFont()).lineSpacing(),
+                      QTextBlockFormat::MinimumHeight);
+  return lines;
+}
+
 void appendPiece(QTextDocument& document, const std::string& piece, bool first) {
   QTextCursor cursor(&document);
   cursor.movePosition(QTextCursor::End);
   if (first) {
-    // Lines of scripts whose fonts are lower stand as far apart as the empty ones between them.
-    QTextBlockFormat lines;
-    lines.setLineHeight(QFontMetricsF(document.defaultFont()).lineSpacing(),
-                        QTextBlockFormat::MinimumHeight);
-    cursor.setBlockFormat(lines);
+    cursor.setBlockFormat(lineFormat(document));
   } else {
     cursor.insertBlock();
   }
@@ -103,13 +108,22 @@ void TextPreview::appendEnd() {
   block.setLayoutDirection(Qt::LeftToRight);
   block.setAlignment(Qt::AlignLeft);
   block.setTopMargin(endMargin);
+  QTextCursor cursor(document());
+  cursor.movePosition(QTextCursor::End);
+  cursor.insertBlock(block);
+  cursor.insertText(QStringLiteral("The preview ends here; the clip goes on."));
+  ended_ = true;
+  styleEnd();
+}
+
+void TextPreview::styleEnd() {
+  if (!ended_) return;
   QTextCharFormat format;
   format.setFont(VantorelTheme::systemFont(endPoints, QFont::Medium));
   format.setForeground(VantorelTheme::secondaryLabel(palette()));
-  QTextCursor cursor(document());
-  cursor.movePosition(QTextCursor::End);
-  cursor.insertBlock(block, format);
-  cursor.insertText(QStringLiteral("The preview ends here; the clip goes on."));
+  QTextCursor line(document()->lastBlock());
+  line.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+  line.setCharFormat(format);
 }
 
 void TextPreview::mousePressEvent(QMouseEvent* event) {
@@ -121,6 +135,20 @@ void TextPreview::mousePressEvent(QMouseEvent* event) {
 void TextPreview::changeEvent(QEvent* event) {
   QTextEdit::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) tint();
+  // The base class has given the text the size of the window's own font.
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange) {
+    applyFont();
+  }
+}
+
+void TextPreview::applyFont() {
+  document()->setDefaultFont(VantorelTheme::systemFont(PreviewGeometry::textFontPoints));
+  const auto format = lineFormat(*document());
+  for (auto block = document()->begin(); block.isValid(); block = block.next()) {
+    if (block.blockFormat().lineHeightType() != QTextBlockFormat::MinimumHeight) continue;
+    QTextCursor(block).mergeBlockFormat(format);
+  }
+  styleEnd();
 }
 
 void TextPreview::tint() {
@@ -133,6 +161,7 @@ void TextPreview::tint() {
   colors.setColor(QPalette::Highlight, highlight);
   colors.setColor(QPalette::HighlightedText, label);
   setPalette(colors);
+  styleEnd();
 }
 
 }  // namespace vantorel

@@ -27,10 +27,13 @@ class TextPreview : public QTextEdit {
   void appendInTurns();
   void appendEnd();
   void tint();
+  void applyFont();
+  void styleEnd();
 
   PreviewText text_;
   Dispatch& dispatch_;
   bool begun_ = false;
+  bool ended_ = false;  // the last line says that there is more
   // Dies with this; queued work that finds it dead does nothing.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };

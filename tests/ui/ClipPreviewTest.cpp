@@ -114,6 +114,39 @@ TEST_F(ClipPreviewTest, OfAPictureThatComesUnderARestingPointerComesAtItsNextMov
   EXPECT_NE(preview(), nullptr);
 }
 
+TEST_F(ClipPreviewTest, FollowsThePaletteAndTheFontWhileShown) {
+  addText(std::string(500'000, 'x'));
+  show();
+  list_.showPreview(0);
+  dispatch_.runQueued();
+  const auto end = [] { return QTextCursor(textPreview()->document()->lastBlock()); };
+  const auto endFormat = [&] {
+    auto cursor = end();
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    return cursor.charFormat();
+  };
+  const QPalette light = QApplication::palette();
+  QPalette dark = light;
+  dark.setColor(QPalette::WindowText, Qt::white);
+  QApplication::setPalette(dark);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(textPreview()->palette().color(QPalette::Text), QColor(Qt::white));
+  EXPECT_EQ(endFormat().foreground().color().lightness(), 255);
+  QApplication::setPalette(light);
+
+  const QFont before = QApplication::font();
+  QFont slanted = before;
+  slanted.setItalic(true);
+  slanted.setPointSizeF(before.pointSizeF() * 3);
+  const double points = textPreview()->document()->defaultFont().pointSizeF();
+  QApplication::setFont(slanted);
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(textPreview()->document()->defaultFont().italic());
+  EXPECT_EQ(textPreview()->document()->defaultFont().pointSizeF(), points);
+  EXPECT_TRUE(endFormat().font().italic());
+  QApplication::setFont(before);
+}
+
 TEST_F(ClipPreviewTest, AtMostOneIsShown) {
   const auto one = addText("one");
   const auto two = addText("two");
