@@ -186,7 +186,7 @@ void ClipListView::hideEvent(QHideEvent* event) {
   endDrag();
   hidePreviews();
   if (menu_) menu_->close();
-  for (auto* row : rows_) row->forgetPictures();
+  for (auto* row : rows_) row->setContent({});
 }
 
 void ClipListView::tintEmptyLabel() {

@@ -23,7 +23,7 @@ class VantorelMenu;
 
 /// The document of the list: the rows, the line below the pins, or one sentence when there is
 /// nothing to show. It has the keyboard while nothing is typed, with its dead keys. Rows are kept
-/// and reused; hidden, the list keeps no picture, and it never keeps an entry.
+/// and reused; hidden by the program, they keep nothing of the entries that they showed.
 class ClipListView : public QWidget {
   Q_OBJECT
 

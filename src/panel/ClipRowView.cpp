@@ -85,12 +85,6 @@ void ClipRowView::setSourceIcon(SharedBitmap icon) {
   update();
 }
 
-void ClipRowView::forgetPictures() {
-  imageView_.setImage(nullptr);
-  if (!content_.sourceBundleIdentifier.empty()) sourceIcon_.setNotKnown();
-  update();
-}
-
 void ClipRowView::setSelected(bool selected, Change change) {
   selected_ = selected;
   updateBackground(change);

@@ -46,8 +46,6 @@ class ClipRowView : public QWidget {
   /// Null: the application has no icon, or is not known any more.
   void setSourceIcon(SharedBitmap icon);
   [[nodiscard]] SourceIconView::State sourceIconState() const { return sourceIcon_.state(); }
-  /// Lets go of both pictures.
-  void forgetPictures();
 
   using Change = RowBackground::Change;
   void setSelected(bool selected, Change change = Change::animated);

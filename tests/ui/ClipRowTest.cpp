@@ -1,5 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <QtTest/qtestspontaneevent.h>
+#include <QApplication>
+#include <QHideEvent>
+
 #include "chrome/VantorelTheme.h"
 #include "panel/ClipRowView.h"
 #include "panel/PinButton.h"
@@ -115,12 +119,35 @@ TEST_F(ClipRowTest, TheSameEntryShownAnewKeepsItsPicture) {
   EXPECT_EQ(rowOf(id).thumbnail(), picture);
 }
 
-TEST_F(ClipRowTest, AHiddenListKeepsNoPictures) {
+TEST_F(ClipRowTest, AHiddenListKeepsNothingOfItsEntries) {
   const auto id = addImage();
+  items_[0].sourceBundleIdentifier = "org.example.One";
   show();
   list_.setThumbnail(id, bitmap(20, 20, red));
+  list_.setSourceIcon("org.example.One", bitmap(32, 32, blue));
+  const auto& row = rowOf(id);
   window_.hide();
-  EXPECT_EQ(rowOf(id).thumbnail(), nullptr);
+  EXPECT_EQ(row.thumbnail(), nullptr);
+  EXPECT_EQ(row.sourceIconState(), SourceIconView::State::unknown);
+  EXPECT_EQ(row.content(), RowContent());
+  EXPECT_TRUE(row.accessibleName().isEmpty());
+  show();
+  EXPECT_EQ(row.content().id, id);
+}
+
+TEST_F(ClipRowTest, AListThatTheDesktopPutsOutOfSightStaysAsItIs) {
+  const auto id = addImage();
+  show();
+  const auto picture = bitmap(20, 20, red);
+  list_.setThumbnail(id, picture);
+  list_.select(0);
+  list_.showPreview(0);
+  QHideEvent hide;
+  QSpontaneKeyEvent::setSpontaneous(&hide);
+  QCoreApplication::instance()->notify(&list_, &hide);
+  EXPECT_EQ(rowOf(id).thumbnail(), picture);
+  EXPECT_TRUE(rowOf(id).isSelected());
+  EXPECT_TRUE(list_.previewShown());
 }
 
 TEST_F(ClipRowTest, PicturesOfAnySizeAreDrawn) {
@@ -295,7 +322,7 @@ TEST_F(ClipRowTest, AListThatIsShownAnewIsMarkedAtOnce) {
   window_.hide();
   list_.select(std::nullopt);
   list_.select(0);
-  window_.show();
+  show();
   EXPECT_EQ(dispatch_.timerCount(), 0U);
   EXPECT_EQ(pictureOf(rowOf(one)).pixel(2, 24), VantorelTheme::gold().rgba());
 }

@@ -375,6 +375,16 @@ TEST_F(PanelController, OpenSearchOnAnOpenPanelKeepsItOpen) {
   EXPECT_EQ(paste_.resolveTargetApplication(), target_);
 }
 
+TEST_F(PanelController, KeepsNothingOfItsEntriesInRowsOnceItIsHidden) {
+  addTexts({"secret", "b"});
+  open();
+  controller_->hide();
+  const auto all = panel().findChildren<ClipRowView*>();
+  for (const auto* row : all) EXPECT_EQ(row->content(), RowContent());
+  open();
+  EXPECT_THAT(titles(), ElementsAre("secret", "b"));
+}
+
 TEST_F(PanelController, KeepsNothingOfRemovedEntriesInSpareRows) {
   const auto ids = addTexts({"secret", "b"});
   open();

@@ -187,6 +187,26 @@ TEST_F(PanelPictures, AnIconThatTakesItsTimeIsNotKnownUntilThen) {
   EXPECT_EQ(icon(0), SourceIconView::State::icon);
 }
 
+TEST_F(PanelPictures, WhatArrivesAfterHidingIsNotKeptByRows) {
+  icons_.setApplication("org.notes", bitmap(0xFFFFFF00));
+  icons_.holdAnswers();
+  addFrom("known", "org.notes");
+  addImage("one", bitmap(0xFF00FF00));
+  addFile(existingFile("a.pdf"));
+  open();
+  dispatch_.runQueued();
+  const auto all = rows();
+  controller_->hide();
+  icons_.answerHeld();
+  thumbnails_.answer(0, bitmap(0xFF0000FF));
+  dispatch_.runQueued();
+  ASSERT_THAT(all, SizeIs(3));
+  for (const auto* row : all) {
+    EXPECT_EQ(row->thumbnail(), nullptr);
+    EXPECT_EQ(row->sourceIconState(), SourceIconView::State::unknown);
+  }
+}
+
 TEST_F(PanelPictures, EachApplicationIsAskedForOnceInAList) {
   addFrom("one", "org.notes");
   addFrom("two", "org.notes");

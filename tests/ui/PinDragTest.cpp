@@ -71,6 +71,26 @@ TEST_F(PinDragTest, DroppedOnTheLowerHalfGoesAfter) {
   EXPECT_THAT(commands_, ElementsAre("drop one after three"));
 }
 
+TEST_F(PinDragTest, FivePinsAreDraggedAsFewerAre) {
+  canPinMore_ = false;
+  const auto four = addPin("four");
+  const auto five = addPin("five");
+  show();
+  beginDrag(five);
+  for (const auto& id : {four, three_, two_, one_}) {
+    moveTo(id, {100, 10});
+    EXPECT_THAT(dropMark(), Optional(Pair(id, DropPlace::before)));
+  }
+  moveTo(rest_, {100, 10});
+  EXPECT_FALSE(dropMark());
+  moveTo(one_, {100, 10});
+  release(one_, {100, 10});
+  beginDrag(one_);
+  moveTo(five, {100, 40});
+  release(five, {100, 40});
+  EXPECT_THAT(commands_, ElementsAre("drop five before one", "drop one after five"));
+}
+
 TEST_F(PinDragTest, DroppedOnItselfOrOnOthersDoesNothing) {
   show();
   beginDrag(one_);
@@ -175,7 +195,7 @@ TEST_F(PinDragTest, AListThatIsEmptiedOrHiddenMeanwhileEndsItToo) {
   beginDrag(one_);
   window_.hide();
   EXPECT_EQ(ghost(), nullptr);
-  window_.show();
+  show();
   release(one_, {106, 20});
   EXPECT_THAT(commands_, IsEmpty());
 }
