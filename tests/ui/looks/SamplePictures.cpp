@@ -1,4 +1,4 @@
-#include "ui/GalleryPictures.h"
+#include "ui/looks/SamplePictures.h"
 
 #include <QFont>
 #include <QImage>
