@@ -92,6 +92,29 @@ class Search(PanelTestCase):
                  lambda: self.vantorel.search_text() == "cherry", 20, self.vantorel.search_text)
         self.vantorel.wait_for_rows(["cherry"])
 
+    def test_while_something_is_typed_a_reader_stays_in_the_field(self):
+        reader = self.vantorel.accessibility
+        self.vantorel.open_panel()
+        self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
+        reader.focused()
+        sent = []
+
+        def sent_to(beginning):
+            sent.extend(reader.focused())
+            return any(name.startswith(beginning) for name in sent)
+
+        # The program learns that somebody listens when it does.
+        wait_for("the reader in the list", lambda: self.press("Down", "Up") or sent_to("cherry, "), 10,
+                 lambda: sent)
+        self.desktop.keyboard.type("a")
+        wait_for("the reader in the field", lambda: sent_to("Search clips"), 10, lambda: sent)
+        sent.clear()
+        self.desktop.keyboard.type("n")
+        self.vantorel.wait_for_rows(["banana"])
+        self.assertFalse(sent_to("banana, "), sent)
+        self.press("Tab")
+        wait_for("the reader in the list again", lambda: sent_to("banana, "), 10, lambda: sent)
+
     def test_escape_clears_the_text_first_and_hides_then(self):
         panel = self.vantorel.open_panel()
         self.desktop.keyboard.type("an")

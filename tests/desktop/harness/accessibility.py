@@ -64,6 +64,10 @@ class Accessibility:
         """Performs an element's first action, as a screen reader's user does."""
         return self._ask({"press": [name, list(element.path)]})
 
+    def focused(self):
+        """The names of what readers were sent to since the last call; the first one begins."""
+        return self._ask({"focused": True})
+
     def _ask(self, request):
         self._start()
 

@@ -2,7 +2,9 @@
 
 One request per line on standard input, one JSON answer per line on standard output:
 {"read": "vantorel"} answers the program's accessible tree as nested objects;
-{"press": [pid, path]} performs the first action of the object at a path of child indexes.
+{"press": [pid, path]} performs the first action of the object at a path of child indexes;
+{"focused": true} answers the names of what readers were sent to since they were asked last, and
+begins to note them when it is asked first.
 A process of its own, since the library binds itself to one bus for its whole life.
 """
 
@@ -15,6 +17,30 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be named first)
 
 _DEPTH = 24
+
+
+class _Focus:
+    """Notes where programs send a reader."""
+
+    def __init__(self):
+        self._names = []
+        self._listener = None
+
+    def names(self):
+        if self._listener is None:
+            self._listener = Atspi.EventListener.new(self._note)
+            self._listener.register("object:state-changed:focused")
+        while GLib.MainContext.default().iteration(False):
+            pass
+        names, self._names = self._names, []
+        return names
+
+    def _note(self, event):
+        if event.detail1:
+            self._names.append(event.source.get_name())
+
+
+_focus = _Focus()
 
 
 def _applications():
@@ -71,6 +97,8 @@ def _answer(request):
     if "read" in request:
         application = _find(request["read"])
         return None if application is None else _describe(application)
+    if "focused" in request:
+        return _focus.names()
     name, path = request["press"]
     element = _find(name)
     for index in path:
