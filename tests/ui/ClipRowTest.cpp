@@ -142,11 +142,13 @@ TEST_F(ClipRowTest, AListThatTheDesktopPutsOutOfSightStaysAsItIs) {
   list_.setThumbnail(id, picture);
   list_.select(0);
   list_.showPreview(0);
+  const auto& row = rowOf(id);
   QHideEvent hide;
   QSpontaneKeyEvent::setSpontaneous(&hide);
   QCoreApplication::instance()->notify(&list_, &hide);
-  EXPECT_EQ(rowOf(id).thumbnail(), picture);
-  EXPECT_TRUE(rowOf(id).isSelected());
+  EXPECT_EQ(row.content().id, id);
+  EXPECT_EQ(row.thumbnail(), picture);
+  EXPECT_TRUE(row.isSelected());
   EXPECT_TRUE(list_.previewShown());
 }
 
