@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -148,6 +148,9 @@ class ClipStore {
   void removeOrphanedAssets();
   void replaceStorageKey();
   void scheduleRecognition(const ClipItem& item);
+  void finishRecognition(const Uuid& id, const std::optional<std::string>& contentHash,
+                         const std::optional<std::string>& text);
+  void stopNeedlessRecognition();
   void setRecognizedText(const std::string& text, const Uuid& id,
                          const std::optional<std::string>& contentHash);
   std::vector<ClipItem>::iterator find(const Uuid& id);
@@ -164,8 +167,8 @@ class ClipStore {
   bool persistenceIsReady_ = true;
   Seconds saveRetryDelay_ = firstSaveRetry;
   std::unique_ptr<Timer> saveRetry_;
-  std::set<Uuid> scheduledRecognition_;  // pictures that are being read or wait for it
-  std::stop_source stopRecognition_;
+  /// Pictures that are being read or wait for it, and how to give that up.
+  std::map<Uuid, std::stop_source> scheduledRecognition_;
   /// What comes back from another thread holds it weakly and does nothing once it is gone.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   std::unique_ptr<BackgroundSave> backgroundSave_;  // while one is under way

@@ -36,21 +36,43 @@ std::optional<std::string> textOf(const Reading& reading) {
 
 void ClipStore::scheduleRecognition(const ClipItem& item) {
   if (item.kind != ClipKind::image || item.recognizedText || !item.assetFilename) return;
-  if (!scheduledRecognition_.insert(item.id).second) return;
+  const auto [scheduled, isNew] = scheduledRecognition_.try_emplace(item.id);
+  if (!isNew) return;
   Reading reading{services_.recognition, assets_, *item.assetFilename, secureStorage_,
-                  stopRecognition_.get_token()};
+                  scheduled->second.get_token()};
   Dispatch& dispatch = services_.dispatch;
   services_.recognitionQueue.async([this, alive = std::weak_ptr(alive_), &dispatch,
                                     reading = std::move(reading), id = item.id,
                                     hash = item.contentHash] {
     auto text = textOf(reading);
-    if (reading.stop.stop_requested()) return;
+    if (alive.expired()) return;
     dispatch.async([this, alive, id, hash, text = std::move(text)] {
-      if (alive.expired()) return;
-      scheduledRecognition_.erase(id);
-      if (text) setRecognizedText(*text, id, hash);
+      if (!alive.expired()) finishRecognition(id, hash, text);
     });
   });
+}
+
+void ClipStore::finishRecognition(const Uuid& id, const std::optional<std::string>& contentHash,
+                                  const std::optional<std::string>& text) {
+  const auto scheduled = scheduledRecognition_.find(id);
+  const bool wasStopped =
+      scheduled != scheduledRecognition_.end() && scheduled->second.stop_requested();
+  scheduledRecognition_.erase(id);
+  if (text) return setRecognizedText(*text, id, contentHash);
+  if (!wasStopped) return;
+  // It was given up since its entry was gone. Is there one again?
+  const auto item = std::find_if(items_.begin(), items_.end(),
+                                 [&](const ClipItem& entry) { return entry.id == id; });
+  if (item != items_.end()) scheduleRecognition(*item);
+}
+
+/// Of entries that are gone: a cleared picture is let go at once, and the next one's turn comes.
+void ClipStore::stopNeedlessRecognition() {
+  for (auto& [id, stop] : scheduledRecognition_) {
+    const bool isKept = std::any_of(items_.begin(), items_.end(),
+                                    [&id = id](const ClipItem& entry) { return entry.id == id; });
+    if (!isKept) stop.request_stop();
+  }
 }
 
 void ClipStore::setRecognizedText(const std::string& text, const Uuid& id,

@@ -39,7 +39,8 @@ bool writeHistory(FileSystem& files, const std::filesystem::path& path,
 }  // namespace
 
 ClipStore::~ClipStore() {
-  stopRecognition_.request_stop();
+  alive_.reset();
+  for (auto& [id, stop] : scheduledRecognition_) stop.request_stop();
   if (!backgroundSave_) return;
   endBackgroundSave();
   (void)save();
@@ -51,6 +52,7 @@ bool ClipStore::save() {
 }
 
 void ClipStore::saveNowOrLater() {
+  stopNeedlessRecognition();
   if (backgroundSave_) {
     backgroundSave_->again = true;
   } else if (persistenceIsReady_ && secureStorage_ && contentBytes(items_) > mostBytesAtOnce) {

@@ -35,6 +35,7 @@ class FakeTextRecognition : public TextRecognition {
       const auto found = answers_.find(calls_.back().image);
       answer = found != answers_.end() ? found->second : other_;
       meanwhile = meanwhile_;
+      stop_ = stop;
     }
     if (meanwhile) meanwhile();
     if (stop.stop_requested()) return {Recognition::Outcome::stopped, {}};
@@ -65,6 +66,11 @@ class FakeTextRecognition : public TextRecognition {
     const std::lock_guard lock(mutex_);
     meanwhile_ = std::move(work);
   }
+  /// Of the reading that was asked for last.
+  [[nodiscard]] bool isStopRequested() const {
+    const std::lock_guard lock(mutex_);
+    return stop_.stop_requested();
+  }
   /// Every reading that was asked for, in order.
   [[nodiscard]] std::vector<Call> calls() const {
     const std::lock_guard lock(mutex_);
@@ -77,6 +83,7 @@ class FakeTextRecognition : public TextRecognition {
   std::map<Bytes, Recognition> answers_;
   Recognition other_;
   std::function<void()> meanwhile_;
+  std::stop_token stop_;
   std::vector<Call> calls_;
 };
 

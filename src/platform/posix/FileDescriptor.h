@@ -25,6 +25,8 @@ class FileDescriptor {
   explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
+  FileDescriptor(FileDescriptor&& other) noexcept
+      : descriptor_(std::exchange(other.descriptor_, -1)) {}
   ~FileDescriptor() {
     if (isOpen()) ::close(descriptor_);
   }

@@ -39,14 +39,14 @@ class DrawnRows : public PictureRows {
 
 /// Reads what the test says, one entry after the other; the last again and again.
 struct LineScript {
-  std::vector<LineReading> answers;
+  std::vector<std::optional<LineReading>> answers;
   std::vector<int> widths;  // of the pictures that were read
   std::size_t next = 0;
 };
 class ScriptedReader : public LineReader {
  public:
   explicit ScriptedReader(LineScript& script) : script_(script) {}
-  LineReading read(const GreyPicture& line) override {
+  std::optional<LineReading> read(const GreyPicture& line) override {
     script_.widths.push_back(line.width);
     const std::size_t index = std::min(script_.next++, script_.answers.size() - 1);
     return script_.answers[index];
@@ -68,12 +68,17 @@ struct Scene {
   LineScript hebrewScript;
   bool timeUp = false;
 
-  Lines read(DrawnRows& rows) {
+  std::optional<Lines> tryToRead(DrawnRows& rows) {
     std::vector<std::unique_ptr<LineReader>> readers;
     readers.push_back(std::make_unique<ScriptedReader>(english));
     if (!hebrewScript.answers.empty())
       readers.push_back(std::make_unique<ScriptedReader>(hebrewScript));
     return PageReader(std::move(readers), [this] { return timeUp; }).read(rows);
+  }
+  Lines read(DrawnRows& rows) {
+    const auto lines = tryToRead(rows);
+    EXPECT_TRUE(lines) << "nothing could be said of it";
+    return lines.value_or(Lines{});
   }
   Lines read(ColourPicture picture) {
     DrawnRows rows(std::move(picture));
@@ -102,7 +107,7 @@ TEST(PageReader, AnEmptyPageHasNoLines) {
 
 TEST(PageReader, LeavesOutLinesWithoutAWord) {
   Scene scene;
-  scene.english.answers = {latin("one", 95), {Script::latin, {}}, latin("three", 95)};
+  scene.english.answers = {latin("one", 95), LineReading{Script::latin, {}}, latin("three", 95)};
   EXPECT_EQ(scene.read(page(3)), (Lines{"one", "three"}));
 }
 
@@ -171,9 +176,50 @@ TEST(PageReader, WhenTimeIsUpWhatWasReadIsTheResult) {
   readers.push_back(std::make_unique<ScriptedReader>(scene.english));
   PageReader reader(std::move(readers), [&] { return ++asked > 4; });
   DrawnRows rows(page(20));
-  const Lines read = reader.read(rows);
-  EXPECT_GE(read.size(), 1U);
-  EXPECT_LT(read.size(), 5U);
+  const auto read = reader.read(rows);
+  ASSERT_TRUE(read);
+  EXPECT_GE(read->size(), 1U);
+  EXPECT_LT(read->size(), 5U);
+}
+
+TEST(PageReader, CountsCharactersAsAReaderDoes) {
+  Scene scene;
+  std::string pointed;
+  for (int i = 0; i < 1000; ++i) pointed += "שָּׁ";  // one letter, three marks
+  scene.english.answers = {latin(pointed, 95)};
+  DrawnRows rows(page(200));
+  const Lines read = scene.read(rows);
+  EXPECT_GE(read.size(), 8U);
+  EXPECT_LE(read.size(), 9U);
+}
+
+TEST(PageReader, WithoutTimeForASingleLineNothingIsSaid) {
+  Scene scene;
+  scene.english.answers = {latin("line", 95)};
+  scene.timeUp = true;
+  DrawnRows rows(page(20));
+  EXPECT_EQ(scene.tryToRead(rows), std::nullopt);
+}
+
+TEST(PageReader, NothingIsSaidOfAPictureThatAReaderFailedOn) {
+  Scene scene;
+  scene.english.answers = {latin("sure", 95), latin("w'71D", 20)};
+  scene.hebrewScript.answers = {std::nullopt};
+  DrawnRows rows(page(4));
+  EXPECT_EQ(scene.tryToRead(rows), std::nullopt);
+  EXPECT_EQ(scene.english.widths.size(), 2U) << "it went on";
+}
+
+TEST(PageReader, NothingIsSaidOfAPictureWithoutASingleSoundRow) {
+  class NoRows : public DrawnRows {
+   public:
+    NoRows() : DrawnRows(page(2)) {}
+    int read(int /*count*/, std::vector<std::uint32_t>& /*pixels*/) override { return 0; }
+  };
+  Scene scene;
+  scene.english.answers = {latin("line", 95)};
+  NoRows rows;
+  EXPECT_EQ(scene.tryToRead(rows), std::nullopt);
 }
 
 TEST(PageReader, ADamagedEndDoesNotLoseTheBeginning) {

@@ -37,6 +37,16 @@ TEST(TextModels, ComeFromTheFirstDirectoryThatHasSome) {
   EXPECT_TRUE(installedModels({}).names.empty());
 }
 
+TEST(TextModels, ADirectoryWithAKnownLanguageGoesBeforeOneWithout) {
+  Scene foreign;
+  Scene known;
+  foreign.install("deu.traineddata");
+  known.install("heb.traineddata");
+  EXPECT_EQ(installedModels({foreign.directory.path(), known.directory.path()}).names,
+            Names{"heb"});
+  EXPECT_EQ(installedModels({foreign.directory.path()}).names, Names{"deu"});
+}
+
 TEST(TextModels, TheEnginesOwnVariableComesFirst) {
   EXPECT_EQ(modelDirectories("/mine").front(), "/mine");
   EXPECT_EQ(modelDirectories("").front(), "/usr/share/tesseract-ocr/5/tessdata");

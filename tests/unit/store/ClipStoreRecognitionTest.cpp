@@ -94,8 +94,9 @@ TEST(ClipStoreRecognition, APictureCopiedAgainWhileItIsReadIsReadOnce) {
   Scene scene;
   scene.introduce("a", {"word"});
   const Uuid first = scene.copy("a");
-  const Uuid again = scene.copy("a");
-  EXPECT_EQ(first, again);
+  EXPECT_EQ(scene.copy("a"), first) << "while it waits";
+  scene.store.recognition().duringReading(
+      [&] { EXPECT_EQ(scene.copy("a"), first) << "while it is read"; });
   scene.store.dispatch().runQueued();
   EXPECT_EQ(scene.imagesRead(), Lines{"a"});
   EXPECT_EQ(scene.store.item(first).recognizedText, "word");
@@ -176,12 +177,81 @@ TEST(ClipStoreRecognition, AnEntryRemovedMeanwhileDropsTheResult) {
   EXPECT_TRUE(scene.store->items().empty());
   EXPECT_EQ(scene.store.changes(), before + 1) << "only the removal";
   EXPECT_EQ(scene.searchIndexChanges, 0);
+}
 
-  // Its identity is free again: the same picture, copied later, is read.
-  scene.store.recognition().duringReading({});
-  scene.copy("a");
+TEST(ClipStoreRecognition, AnEntryThatComesBackUnderItsIdentityIsRead) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  const Uuid id = scene.copy("a");
+  const ClipItem before = scene.store.item(id);
+  scene.store.recognition().duringReading([&] { scene.store->remove(id); });
   scene.store.dispatch().runQueued();
-  EXPECT_EQ(scene.imageWith("a").recognizedText, "word");
+  ASSERT_TRUE(scene.store->items().empty());
+
+  scene.store.recognition().duringReading({});
+  scene.store->insert(before);
+  scene.copy("a");  // the same picture under the same identity
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, "word") << "its identity was not free again";
+}
+
+TEST(ClipStoreRecognition, ATextIsOnlyForTheContentThatWasRead) {
+  const std::optional<std::string> hashes[] = {"of another picture", std::nullopt};
+  for (const auto& hash : hashes) {
+    Scene scene;
+    scene.introduce("a", {"word"});
+    const Uuid id = scene.copy("a");
+    ASSERT_TRUE(scene.store.dispatch().runOne());  // it is read, its text is on its way
+    ASSERT_EQ(scene.imagesRead().size(), 1U);
+    ClipItem other = scene.store.item(id);
+    other.contentHash = hash;
+    scene.store->remove(id);
+    scene.store->insert(other);
+    scene.store.dispatch().runQueued();
+    EXPECT_EQ(scene.store.item(id).recognizedText, std::nullopt);
+  }
+}
+
+TEST(ClipStoreRecognition, TwoAbsentHashesAreEqual) {
+  Scene scene;
+  scene.introduce("plain", {"word"});
+  ClipItem item = imageItem("11111111-0000-4000-8000-000000000000.vimg", "hash");
+  item.contentHash.reset();
+  scene.store->insert(item);
+  std::ofstream(scene.store.assets() / *item.assetFilename, std::ios::binary) << "plain";
+  scene.restart();
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(item.id).recognizedText, "word");
+}
+
+TEST(ClipStoreRecognition, AReadingIsStoppedWhenItsEntryIsGone) {
+  Scene scene;
+  const std::function<void(const Uuid&)> leavings[] = {
+      [&](const Uuid& id) { scene.store->remove(id); },
+      [&](const Uuid& /*id*/) { scene.store->clear(true); }};
+  for (const auto& leave : leavings) {
+    const Uuid id = scene.copy("a");
+    bool wasStopped = false;
+    scene.store.recognition().duringReading([&] {
+      leave(id);
+      wasStopped = scene.store.recognition().isStopRequested();
+    });
+    scene.store.dispatch().runQueued();
+    EXPECT_TRUE(wasStopped);
+  }
+}
+
+TEST(ClipStoreRecognition, AnEntryThatStaysIsReadToItsEnd) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  const Uuid id = scene.copy("a");
+  const Uuid other = scene.copy("b");
+  scene.store.recognition().duringReading([&] {
+    if (scene.store->items().size() > 1) scene.store->remove(other);
+    EXPECT_FALSE(scene.store.recognition().isStopRequested());
+  });
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.store.item(id).recognizedText, "word");
 }
 
 TEST(ClipStoreRecognition, AClearedHistoryTakesItsTextsAlong) {

@@ -30,13 +30,22 @@ std::vector<std::string> modelsIn(const fs::path& directory) {
   return names;
 }
 
+bool isOfKnownLanguage(const std::string& name) {
+  return std::any_of(languages.begin(), languages.end(),
+                     [&](const auto& pair) { return pair.first == name; });
+}
+
 }  // namespace
 
 TextModels installedModels(const std::vector<fs::path>& directories) {
+  TextModels others;
   for (const fs::path& directory : directories) {
-    if (auto names = modelsIn(directory); !names.empty()) return {directory, std::move(names)};
+    auto names = modelsIn(directory);
+    if (std::any_of(names.begin(), names.end(), isOfKnownLanguage))
+      return {directory, std::move(names)};
+    if (others.names.empty() && !names.empty()) others = {directory, std::move(names)};
   }
-  return {};
+  return others;
 }
 
 std::vector<fs::path> modelDirectories(const std::string& override) {

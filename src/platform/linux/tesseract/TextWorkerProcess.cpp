@@ -8,7 +8,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <condition_variable>
 #include <csignal>
+#include <mutex>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 namespace vantorel {
@@ -48,45 +52,101 @@ class SpawnSetup {
   posix_spawnattr_t attributes_{};
 };
 
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+  std::vector<char*> result;
+  result.reserve(texts.size() + 1);
+  for (auto& text : texts) result.push_back(text.data());
+  result.push_back(nullptr);
+  return result;
+}
+
+/// 0 when it cannot be started.
+pid_t spawn(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+            int socket) {
+  std::vector<std::string> words{program.string()};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  words.push_back(std::to_string(::getpid()));
+  // One thread reads a line faster than several: they would mostly wait for each other.
+  std::vector<std::string> variables{"OMP_THREAD_LIMIT=1", "OMP_NUM_THREADS=1", "LC_ALL=C",
+                                     "TMPDIR=/nonexistent"};
+  const SpawnSetup setup(socket);
+  pid_t pid = 0;
+  const int error = ::posix_spawn(&pid, program.c_str(), setup.files(), setup.attributes(),
+                                  pointers(words).data(), pointers(variables).data());
+  return error == 0 ? pid : 0;
+}
+
 }  // namespace
+
+/// The process itself, until it has been waited for.
+class TextWorkerProcess::Life {
+ public:
+  explicit Life(pid_t pid) : pid_(pid) {}
+
+  [[nodiscard]] pid_t processId() const { return pid_; }
+
+  void kill() {
+    const std::lock_guard lock(mutex_);
+    if (!isGone_) ::kill(pid_, SIGKILL);
+  }
+
+  [[nodiscard]] bool isGone() {
+    const std::lock_guard lock(mutex_);
+    return isGone_;
+  }
+
+  [[nodiscard]] bool wentIdle(const std::stop_token& stop, Deadline deadline) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_until(lock, stop, deadline, [this] { return isGone_; }) && wentIdle_;
+  }
+
+  /// Waits for the end of the process first and takes its number back afterwards, under the lock:
+  /// nobody ever kills another process that got the same number.
+  void reap() {
+    siginfo_t end{};
+    (void)retryingInterrupted(
+        [&] { return ::waitid(P_PID, static_cast<id_t>(pid_), &end, WEXITED | WNOWAIT); });
+    const std::lock_guard lock(mutex_);
+    (void)retryingInterrupted([&] { return ::waitpid(pid_, nullptr, 0); });
+    isGone_ = true;
+    wentIdle_ = end.si_code == CLD_EXITED && end.si_status == 0;
+    changed_.notify_all();
+  }
+
+ private:
+  const pid_t pid_;
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  bool isGone_ = false;  // guarded, as is what follows; the number may be another process's then
+  bool wentIdle_ = false;
+};
 
 std::unique_ptr<TextWorkerProcess> TextWorkerProcess::start(
     const std::filesystem::path& program, const std::vector<std::string>& arguments) {
   std::array<int, 2> ends{-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return nullptr;
+  FileDescriptor ours(ends[0]);
   const FileDescriptor theirs(ends[1]);
-
-  std::vector<std::string> words{program.string()};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  // One thread reads a line faster than several: they would mostly wait for each other.
-  std::vector<std::string> variables{"OMP_THREAD_LIMIT=1", "OMP_NUM_THREADS=1", "LC_ALL=C",
-                                     "TMPDIR=/nonexistent"};
-  const auto pointers = [](std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    result.reserve(texts.size() + 1);
-    for (auto& text : texts) result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
-  };
-  const SpawnSetup setup(theirs.get());
-  pid_t pid = 0;
-  if (::posix_spawn(&pid, program.c_str(), setup.files(), setup.attributes(),
-                    pointers(words).data(), pointers(variables).data()) != 0) {
-    ::close(ends[0]);
+  const pid_t pid = spawn(program, arguments, theirs.get());
+  if (pid == 0) return nullptr;
+  auto life = std::make_shared<Life>(pid);
+  try {
+    std::thread reaper([life] { life->reap(); });
+    pthread_setname_np(reaper.native_handle(), "text-reaper");
+    reaper.detach();
+  } catch (const std::system_error&) {  // no more threads
+    life->kill();
+    life->reap();
     return nullptr;
   }
-  return std::unique_ptr<TextWorkerProcess>(new TextWorkerProcess(pid, ends[0]));
+  return std::unique_ptr<TextWorkerProcess>(
+      new TextWorkerProcess(std::move(life), std::move(ours)));
 }
 
-TextWorkerProcess::TextWorkerProcess(pid_t pid, int socket)
-    : pid_(pid), socket_(socket), reaper_([this] { reap(); }) {
-  pthread_setname_np(reaper_.native_handle(), "text-reaper");
-}
+TextWorkerProcess::TextWorkerProcess(std::shared_ptr<Life> life, FileDescriptor socket)
+    : life_(std::move(life)), socket_(std::move(socket)) {}
 
-TextWorkerProcess::~TextWorkerProcess() {
-  terminate();
-  reaper_.join();
-}
+TextWorkerProcess::~TextWorkerProcess() { life_->kill(); }
 
 std::optional<TextReply> TextWorkerProcess::read(ByteView picture, Deadline deadline) {
   if (!sendPicture(socket_.get(), picture, deadline)) return std::nullopt;
@@ -94,24 +154,16 @@ std::optional<TextReply> TextWorkerProcess::read(ByteView picture, Deadline dead
 }
 
 void TextWorkerProcess::terminate() {
-  const std::lock_guard lock(mutex_);
-  if (!isGone_) ::kill(pid_, SIGKILL);
+  life_->kill();
+  ::shutdown(socket_.get(), SHUT_RDWR);
 }
 
-bool TextWorkerProcess::isRunning() {
-  const std::lock_guard lock(mutex_);
-  return !isGone_;
+bool TextWorkerProcess::isRunning() const { return !life_->isGone(); }
+
+bool TextWorkerProcess::wentIdle(const std::stop_token& stop, Deadline deadline) const {
+  return life_->wentIdle(stop, deadline);
 }
 
-/// Waits for the end of the process first and takes its number back afterwards, under the lock:
-/// nobody ever kills another process that got the same number.
-void TextWorkerProcess::reap() {
-  siginfo_t information{};
-  (void)retryingInterrupted(
-      [&] { return ::waitid(P_PID, static_cast<id_t>(pid_), &information, WEXITED | WNOWAIT); });
-  const std::lock_guard lock(mutex_);
-  (void)retryingInterrupted([&] { return ::waitpid(pid_, nullptr, 0); });
-  isGone_ = true;
-}
+pid_t TextWorkerProcess::processId() const { return life_->processId(); }
 
 }  // namespace vantorel

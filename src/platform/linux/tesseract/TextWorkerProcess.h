@@ -2,13 +2,11 @@
 
 #include <sys/types.h>
 
-#include <condition_variable>
 #include <filesystem>
 #include <memory>
-#include <mutex>
 #include <optional>
+#include <stop_token>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/linux/tesseract/TextWorkerProtocol.h"
@@ -18,12 +16,15 @@ namespace vantorel {
 
 /// A running worker. It gets nothing of this process but one end of a socket and four variables:
 /// no other open file, no other environment. It ends with the thread that started it.
+///
+/// A worker that is killed takes its time to die while others keep the processors busy, since it
+/// only gets what they leave. Nobody here waits for that but a thread of its own.
 class TextWorkerProcess {
  public:
   /// Null when the program cannot be started.
   [[nodiscard]] static std::unique_ptr<TextWorkerProcess> start(
       const std::filesystem::path& program, const std::vector<std::string>& arguments);
-  /// Kills it, if it still runs, and waits until it is gone.
+  /// Kills it, if it still runs.
   ~TextWorkerProcess();
   TextWorkerProcess(const TextWorkerProcess&) = delete;
   TextWorkerProcess& operator=(const TextWorkerProcess&) = delete;
@@ -35,18 +36,18 @@ class TextWorkerProcess {
   /// Kills it; a reading that waits for it returns. Any thread, answers at once.
   void terminate();
 
-  [[nodiscard]] bool isRunning();
-  [[nodiscard]] pid_t processId() const { return pid_; }
+  [[nodiscard]] bool isRunning() const;
+  /// Waits for its end, which is near, and answers whether it went of its own accord: because
+  /// nobody asked it for long enough. False too when the wait was stopped or took too long.
+  [[nodiscard]] bool wentIdle(const std::stop_token& stop, Deadline deadline) const;
+  [[nodiscard]] pid_t processId() const;
 
  private:
-  TextWorkerProcess(pid_t pid, int socket);
-  void reap();
+  class Life;
+  TextWorkerProcess(std::shared_ptr<Life> life, FileDescriptor socket);
 
-  const pid_t pid_;
-  FileDescriptor socket_;
-  std::mutex mutex_;
-  bool isGone_ = false;  // guarded; after that the number may belong to another process
-  std::thread reaper_;
+  const std::shared_ptr<Life> life_;  // shared with the thread that waits for its end
+  const FileDescriptor socket_;
 };
 
 }  // namespace vantorel

@@ -91,6 +91,8 @@ std::vector<std::string> linesOf(std::string_view text) {
 
 }  // namespace
 
+bool hasInput(int socket, Deadline deadline) { return waitFor(socket, POLLIN, deadline); }
+
 bool sendPicture(int socket, ByteView picture, Deadline deadline) {
   if (picture.size() > largestRequest) return false;
   return sendMessage(socket, {pictureKind, static_cast<std::uint32_t>(picture.size())}, picture,

@@ -24,6 +24,9 @@ inline constexpr std::size_t largestReply = std::size_t{1} << 20U;
 
 using Deadline = std::chrono::steady_clock::time_point;
 
+/// Waits until something comes, be it the end of the other side. False at the deadline.
+[[nodiscard]] bool hasInput(int socket, Deadline deadline);
+
 /// Each sends or receives one whole message over a stream socket. False or absent when the other
 /// end is gone, the deadline passes, or what comes is no message.
 [[nodiscard]] bool sendPicture(int socket, ByteView picture, Deadline deadline);

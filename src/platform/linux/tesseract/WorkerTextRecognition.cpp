@@ -18,6 +18,9 @@ namespace fs = std::filesystem;
 
 using Outcome = Recognition::Outcome;
 using Status = TextReply::Status;
+using std::chrono::steady_clock;
+
+constexpr std::chrono::seconds longestDeath{60};  // of a process that gets only idle time
 
 std::string joined(const std::vector<std::string>& names) {
   std::string result;
@@ -57,18 +60,22 @@ Recognition WorkerTextRecognition::recognize(ByteView image,
   const std::vector<std::string> arguments{models.directory.string(), joined(names),
                                            std::to_string(settings_.idleLimit.count())};
   const std::lock_guard lock(mutex_);
-  // A worker that waited too long may end just as it is asked; then another is asked, once.
-  for (bool isFresh = false; !isFresh;) {
+  // A worker that waited too long may go just as it is asked; then another is asked. One that dies
+  // of the picture, or never comes to an end with it, is not followed by another.
+  for (bool isAskedAgain = true; isAskedAgain;) {
     if (stop.stop_requested()) return {Outcome::stopped, {}};
-    isFresh = !worker_ || !worker_->isRunning() || arguments != arguments_;
+    const bool wasWaiting = worker_ && worker_->isRunning() && arguments == arguments_;
     if (!ensureWorker(arguments)) return {Outcome::unavailable, {}};
+    const auto deadline = steady_clock::now() + settings_.pictureLimit;
     std::optional<TextReply> reply;
     {
       const std::stop_callback onStop(stop, [this] { worker_->terminate(); });
-      reply = worker_->read(image, std::chrono::steady_clock::now() + settings_.pictureLimit);
+      reply = worker_->read(image, deadline);
     }
     if (reply && reply->status == Status::noEngine) worker_.reset();
     if (reply) return recognitionOf(std::move(*reply));
+    isAskedAgain = wasWaiting && steady_clock::now() < deadline &&
+                   worker_->wentIdle(stop, std::min(deadline, steady_clock::now() + longestDeath));
     worker_.reset();
   }
   return {stop.stop_requested() ? Outcome::stopped : Outcome::unreadable, {}};

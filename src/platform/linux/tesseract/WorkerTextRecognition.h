@@ -25,8 +25,9 @@ class WorkerTextRecognition : public TextRecognition {
     /// How long the worker waits for another picture.
     std::chrono::seconds idleLimit{15};
     /// A picture that takes longer is given up. Generous, since the worker only gets the time that
-    /// nobody else wants; it limits its own processor time to far less.
-    std::chrono::seconds pictureLimit{300};
+    /// nobody else wants, and others may want it all for long; its processor time is limited to
+    /// far less.
+    std::chrono::seconds pictureLimit{1800};
   };
 
   explicit WorkerTextRecognition(Settings settings);

@@ -5,18 +5,18 @@
 #include <utility>
 
 #include "platform/linux/tesseract/reading/InkOnPaper.h"
+#include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
 
 constexpr int pixelsAtOnce = 3'000'000;
 constexpr int fewestRowsAtOnce = 300;
-constexpr int softEdge = 4;  // rows around letters
-// Bytes, of which a character takes one to four: far more than 8,000 characters.
-constexpr std::size_t mostText = 40'000;
-constexpr std::size_t mostLetters = 9'000;
+constexpr int softEdge = 4;                    // rows around letters
+constexpr std::size_t mostCharacters = 8'000;  // a history keeps no more
+constexpr std::size_t mostText = 100'000;      // bytes, however many marks its characters carry
 
-std::size_t lettersIn(const std::string& text) {
+std::size_t codePointsIn(const std::string& text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   }));
@@ -43,15 +43,22 @@ int wholeHeight(const std::vector<TextLine>& lines, int height) {
 
 struct PageReader::Page {
   std::vector<std::string> lines;
-  std::size_t letters = 0;
-  std::size_t bytes = 0;
+  std::string text;
+  std::size_t codePoints = 0;
   bool isFull = false;
+  bool wasTried = false;  // whether any line was read, with words or without
+  bool failed = false;
+
+  [[nodiscard]] bool isDone() const { return isFull || failed; }
 
   void add(std::string line) {
-    letters += lettersIn(line) + 1;
-    bytes += line.size() + 1;
+    text += line;
+    text += '\n';
+    codePoints += codePointsIn(line) + 1;
     lines.push_back(std::move(line));
-    isFull = letters > mostLetters || bytes > mostText;
+    const bool mayBeFull = codePoints > mostCharacters;  // a character has at least one
+    isFull = text.size() > mostText ||
+             (mayBeFull && prefixOfCharacters(text, mostCharacters).size() < text.size());
   }
 };
 
@@ -59,15 +66,18 @@ PageReader::PageReader(std::vector<std::unique_ptr<LineReader>> readers,
                        std::function<bool()> isTimeUp)
     : readers_(std::move(readers)), isTimeUp_(std::move(isTimeUp)) {}
 
-std::vector<std::string> PageReader::read(PictureRows& picture) {
+std::optional<std::vector<std::string>> PageReader::read(PictureRows& picture) {
   Page page;
+  int rows = 0;
   const int rowsAtOnce = std::max(fewestRowsAtOnce, pixelsAtOnce / picture.width());
   ColourPicture band{picture.width(), 0, {}};
-  for (bool isLast = false; !isLast && !page.isFull && !isTimeUp_();) {
+  bool isLast = false;
+  while (!isLast && !page.isDone() && !isTimeUp_()) {
     const int wanted = rowsAtOnce - band.height;
     const int got = picture.read(wanted, band.pixels);
     isLast = got < wanted;
     band.height += got;
+    rows += got;
     if (band.height == 0) break;
     const Ink ink = inkOf(band);
     const TextLines lines = findTextLines(ink);
@@ -76,6 +86,9 @@ std::vector<std::string> PageReader::read(PictureRows& picture) {
     band.pixels.erase(band.pixels.begin(), band.pixels.begin() + std::ptrdiff_t{used} * band.width);
     band.height -= used;
   }
+  const bool isUntried = !page.wasTried && isTimeUp_();
+  const bool isDamaged = isLast && rows < picture.height();
+  if (page.failed || (page.lines.empty() && (isUntried || isDamaged))) return std::nullopt;
   return std::move(page.lines);
 }
 
@@ -93,18 +106,22 @@ void PageReader::readLines(const Ink& ink, const TextLines& lines, int usedHeigh
     if (line.box.bottom >= usedHeight) continue;
     if (line.row != current) finishRow();
     current = line.row;
-    if (page.isFull || isTimeUp_()) break;
-    if (auto text = readLine(linePicture(ink, lines, line)); !text.empty())
-      row.push_back(std::move(text));
+    if (page.isDone() || isTimeUp_()) break;
+    auto text = readLine(linePicture(ink, lines, line));
+    page.wasTried = true;
+    page.failed = !text;
+    if (text && !text->empty()) row.push_back(std::move(*text));
   }
   finishRow();
 }
 
-std::string PageReader::readLine(const GreyPicture& line) {
+std::optional<std::string> PageReader::readLine(const GreyPicture& line) {
   std::vector<LineReading> readings;
   for (std::size_t i = 0; i < readers_.size(); ++i) {
     const std::size_t reader = (preferred_ + i) % readers_.size();
-    readings.push_back(readers_[reader]->read(line));
+    auto reading = readers_[reader]->read(line);
+    if (!reading) return std::nullopt;
+    readings.push_back(std::move(*reading));
     if (!isSure(readings.back())) continue;
     preferred_ = reader;
     return lineText(readings.back().words);

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,8 @@ namespace vantorel {
 class LineReader {
  public:
   virtual ~LineReader() = default;
-  /// No words when there are none, or when they cannot be read.
-  [[nodiscard]] virtual LineReading read(const GreyPicture& line) = 0;
+  /// No words when there are none; absent when the reader itself fails.
+  [[nodiscard]] virtual std::optional<LineReading> read(const GreyPicture& line) = 0;
 };
 
 /// Reads whole pictures with the readers of one or several scripts. It goes through a picture in
@@ -27,13 +28,16 @@ class PageReader {
   PageReader(std::vector<std::unique_ptr<LineReader>> readers, std::function<bool()> isTimeUp);
 
   /// The lines in reading order, those without a word left out. Nothing more is read once there is
-  /// more text than a history keeps.
-  [[nodiscard]] std::vector<std::string> read(PictureRows& picture);
+  /// more text than a history keeps. Absent when nothing can be said of the picture: there is no
+  /// text in the sound part of a damaged one, a reader failed, or time was up before any line was
+  /// read.
+  [[nodiscard]] std::optional<std::vector<std::string>> read(PictureRows& picture);
 
  private:
   struct Page;
   void readLines(const Ink& ink, const TextLines& lines, int usedHeight, Page& page);
-  [[nodiscard]] std::string readLine(const GreyPicture& line);
+  /// Absent when a reader fails.
+  [[nodiscard]] std::optional<std::string> readLine(const GreyPicture& line);
 
   std::vector<std::unique_ptr<LineReader>> readers_;
   std::function<bool()> isTimeUp_;

@@ -59,20 +59,19 @@ bool TesseractReader::load() {
   return true;
 }
 
-LineReading TesseractReader::read(const GreyPicture& line) {
+std::optional<LineReading> TesseractReader::read(const GreyPicture& line) {
+  if (!load()) return std::nullopt;
   LineReading reading{model_ == "heb" ? Script::hebrew : Script::latin, {}};
-  if (!load()) return reading;
   engine_.SetImage(line.pixels.data(), line.width, line.height, bytesPerPixel,
                    line.width * bytesPerPixel);
   engine_.SetSourceResolution(resolution);
-  if (engine_.Recognize(nullptr) == 0) {
-    const std::unique_ptr<tesseract::ResultIterator> place(engine_.GetIterator());
-    if (place && !place->Empty(tesseract::RIL_WORD)) {
-      do {
-        ReadWord word = wordAt(*place);
-        if (!word.text.empty()) reading.words.push_back(std::move(word));
-      } while (place->Next(tesseract::RIL_WORD));
-    }
+  if (engine_.Recognize(nullptr) != 0) return std::nullopt;
+  const std::unique_ptr<tesseract::ResultIterator> place(engine_.GetIterator());
+  if (place && !place->Empty(tesseract::RIL_WORD)) {
+    do {
+      ReadWord word = wordAt(*place);
+      if (!word.text.empty()) reading.words.push_back(std::move(word));
+    } while (place->Next(tesseract::RIL_WORD));
   }
   engine_.Clear();
   std::sort(reading.words.begin(), reading.words.end(),

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/linux/tesseract/reading/PageReader.h"
@@ -19,7 +20,7 @@ class TesseractReader : public LineReader {
 
   /// False when the model cannot be loaded.
   [[nodiscard]] bool load();
-  [[nodiscard]] LineReading read(const GreyPicture& line) override;
+  [[nodiscard]] std::optional<LineReading> read(const GreyPicture& line) override;
 
  private:
   enum class State { asleep, loaded, failed };

@@ -5,6 +5,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
 #include <csignal>
 #include <ctime>
 #include <fstream>
@@ -27,8 +29,9 @@ rlim_t mappedMemory() {
 
 }  // namespace
 
-void becomeUnnoticed() {
+bool becomeUnnoticed(pid_t parent) {
   (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (::getppid() != parent) return false;
   constexpr int leastUrgent = 19;
   const sched_param none{};
   if (::sched_setscheduler(0, SCHED_IDLE, &none) != 0)
@@ -39,6 +42,15 @@ void becomeUnnoticed() {
   limit(RLIMIT_FSIZE, 0);
   (void)::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
   (void)::prctl(PR_SET_DUMPABLE, 0);
+  return true;
+}
+
+void allowProcessorSeconds(double seconds) {
+  rlimit both{};
+  if (::getrlimit(RLIMIT_CPU, &both) != 0) return;
+  both.rlim_cur =
+      std::min(static_cast<rlim_t>(std::ceil(processorSeconds() + seconds)), both.rlim_max);
+  (void)::setrlimit(RLIMIT_CPU, &both);
 }
 
 double processorSeconds() {

@@ -1,15 +1,17 @@
 // Reads the text in pictures that come over its standard input, a socket, and answers there.
 // Started by the program itself:
-//   vantorel-text MODEL-DIRECTORY MODEL,MODEL... IDLE-SECONDS
+//   vantorel-text MODEL-DIRECTORY MODEL,MODEL... IDLE-SECONDS PARENT
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <span>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/tesseract/TextWorkerProtocol.h"
@@ -22,8 +24,10 @@ namespace {
 using Status = TextReply::Status;
 using std::chrono::steady_clock;
 
-constexpr double mostProcessorSeconds = 15;  // for one picture
-constexpr std::chrono::seconds replyLimit{10};
+constexpr double mostReadingSeconds = 15;  // of the processor, for one picture
+// Decoding cannot be interrupted, but it can be killed.
+constexpr double mostProcessorSeconds = 20;
+constexpr std::chrono::seconds transferLimit{600};  // a busy machine leaves little time
 
 std::vector<std::string> namesIn(const std::string& list) {
   std::vector<std::string> names;
@@ -39,18 +43,23 @@ class Worker {
 
   [[nodiscard]] TextReply read(const Bytes& picture) {
     if (!hasEngine_) return {Status::noEngine, {}};
-    timeUp_ = processorSeconds() + mostProcessorSeconds;
+    allowProcessorSeconds(mostProcessorSeconds);
+    timeUp_ = processorSeconds() + mostReadingSeconds;
     try {
       const auto rows = openPicture(picture);
-      if (!rows) return {Status::unreadable, {}};
-      return {Status::read, page_.read(*rows)};
-    } catch (const std::exception&) {  // no memory for it
-      return {Status::unreadable, {}};
+      auto lines = rows ? page_.read(*rows) : std::nullopt;
+      if (lines) return {Status::read, std::move(*lines)};
+    } catch (const std::exception&) {  // no memory for it, and who knows where it was missing
+      isSpoilt_ = true;
     }
+    return {Status::unreadable, {}};
   }
 
+  /// Whether the next picture deserves an engine that is in a known state.
+  [[nodiscard]] bool isSpoilt() const { return isSpoilt_; }
+
  private:
-  /// Readers of digits come first, and only they are loaded before they are needed.
+  /// Readers of digits come first, and only the first that works is loaded before it is needed.
   std::vector<std::unique_ptr<LineReader>> readers(const std::string& directory,
                                                    const std::vector<std::string>& models) {
     std::vector<std::unique_ptr<LineReader>> all;
@@ -62,27 +71,33 @@ class Worker {
         all.insert(all.begin(), std::move(reader));
       }
     }
-    hasEngine_ = !all.empty() && static_cast<TesseractReader&>(*all.front()).load();
+    while (!all.empty() && !static_cast<TesseractReader&>(*all.front()).load())
+      all.erase(all.begin());
+    hasEngine_ = !all.empty();
     return all;
   }
 
   bool hasEngine_ = false;
+  bool isSpoilt_ = false;
   double timeUp_ = 0;
   PageReader page_;
 };
 
 int run(std::span<const char* const> arguments) {
-  constexpr std::size_t expected = 4;
+  constexpr std::size_t expected = 5;
   if (arguments.size() != expected) return EXIT_FAILURE;
-  becomeUnnoticed();
+  if (!becomeUnnoticed(static_cast<pid_t>(std::strtol(arguments[4], nullptr, 10))))
+    return EXIT_FAILURE;
   Worker worker(arguments[1], namesIn(arguments[2]));
   const std::chrono::seconds idleLimit{std::strtol(arguments[3], nullptr, 10)};
-  for (;;) {
-    const auto picture = receivePicture(STDIN_FILENO, steady_clock::now() + idleLimit);
-    if (!picture) return EXIT_SUCCESS;
-    if (!sendReply(STDIN_FILENO, worker.read(*picture), steady_clock::now() + replyLimit))
-      return EXIT_SUCCESS;
+  while (hasInput(STDIN_FILENO, steady_clock::now() + idleLimit)) {
+    const auto picture = receivePicture(STDIN_FILENO, steady_clock::now() + transferLimit);
+    if (!picture) break;
+    const TextReply reply = worker.read(*picture);
+    if (!sendReply(STDIN_FILENO, reply, steady_clock::now() + transferLimit)) break;
+    if (worker.isSpoilt()) break;
   }
+  return EXIT_SUCCESS;
 }
 
 }  // namespace
