@@ -1,5 +1,6 @@
 #include "app/TextBlock.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QTextLayout>
 #include <algorithm>
@@ -13,6 +14,14 @@ namespace {
 // Of the font's size. Fonts that serve many scripts claim more than Hebrew and Latin need.
 constexpr double pitchOfLines = 1.32;
 constexpr double pitchOfOneLine = 1.2;
+
+/// How far letters would reach below a line of `pitch` if the font's whole height stood in its
+/// middle.
+int overhang(const QFontMetricsF& metrics, int pitch) {
+  const double baseline = (pitch - metrics.height()) / 2 + metrics.ascent();
+  const double lowest = metrics.tightBoundingRect(QStringLiteral("gjpqyQ")).bottom();
+  return std::max(0, static_cast<int>(std::ceil(baseline + lowest - pitch)));
+}
 
 }  // namespace
 
@@ -91,7 +100,7 @@ void TextBlock::paintEvent(QPaintEvent* /*event*/) {
   const int flags = static_cast<int>(style_.alignment) | static_cast<int>(Qt::AlignAbsolute) |
                     static_cast<int>(Qt::AlignVCenter) | static_cast<int>(Qt::TextSingleLine) |
                     static_cast<int>(Qt::TextDontClip) | static_cast<int>(direction);
-  int top = 0;
+  int top = -overhang(QFontMetricsF(font()), linePitch());
   for (const auto& line : brokenLines()) {
     painter.drawText(QRect(0, top, width(), linePitch()), flags, line);
     top += linePitch();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QPainter>
 #include <QTest>
 #include <QWindow>
 #include <algorithm>
@@ -263,6 +264,43 @@ TEST_F(HelpPanelTest, EveryControlIsReachedWithTabAndNoneIsMarkedAtFirst) {
 TEST(AppIconFactory, HasTheProgramsIconAndNothingElse) {
   EXPECT_FALSE(AppIconFactory::bundledPNG("vt").isNull());
   EXPECT_TRUE(AppIconFactory::bundledPNG("no such picture").isNull());
+}
+
+/// How many rows of an otherwise empty picture have something on them.
+int inkedRows(const QImage& image) {
+  int rows = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    bool inked = false;
+    for (int x = 0; x < image.width(); ++x) inked = inked || qAlpha(image.pixel(x, y)) != 0;
+    rows += inked ? 1 : 0;
+  }
+  return rows;
+}
+
+QImage emptyPicture(const QSize& size) {
+  QImage image(size, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  return image;
+}
+
+TEST(TextBlock, LettersThatReachBelowTheLineAreWhole) {
+  for (const double points : {11.0, 12.0, 12.5, 13.0, 16.0, 20.0}) {
+    TextBlock::Style style;
+    style.points = points;
+    style.direction = Qt::LeftToRight;
+    TextBlock block("Shy Quips, by dj", style, nullptr);
+    block.resize(block.sizeHint());
+    QImage drawn = emptyPicture(block.size());
+    block.render(&drawn, {}, {}, QWidget::DrawChildren);
+
+    constexpr int room = 20;
+    QImage whole = emptyPicture(block.size() + QSize(0, 2 * room));
+    QPainter painter(&whole);
+    painter.setFont(block.font());
+    painter.drawText(whole.rect(), Qt::AlignCenter, block.text());
+    painter.end();
+    EXPECT_EQ(inkedRows(drawn), inkedRows(whole)) << points;
+  }
 }
 
 TEST(TextBlock, WhatDoesNotFitEndsWithAnEllipsis) {

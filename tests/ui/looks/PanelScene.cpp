@@ -96,7 +96,10 @@ void PanelScene::addKinds() {
   add(textItem("Nobody knows where this one came from"), nullptr, 60);
 }
 
-void PanelScene::open() { controller_.toggle(std::nullopt); }
+void PanelScene::open() {
+  controller_.toggle(std::nullopt);
+  dispatch.runQueued();  // what is asked about files is answered
+}
 
 void PanelScene::openKinds() {
   addKinds();
