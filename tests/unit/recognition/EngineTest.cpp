@@ -1,6 +1,7 @@
 // The real engine with the installed models, in its own process, as the program uses it.
 #include <gtest/gtest.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -230,6 +231,21 @@ TEST_F(Engine, APictureThatNeverEndsIsGivenUpOnce) {
   const auto start = steady_clock::now();
   EXPECT_EQ(passing.recognize(pictureOf("two"), {"en-US"}, {}).outcome, Outcome::unreadable);
   EXPECT_LT(steady_clock::now() - start, 2 * hasty.pictureLimit) << "it was tried again";
+}
+
+TEST_F(Engine, AWorkerThatGetsNoTimeIsFollowedByOneThatGetsALittle) {
+  auto impatient = settings();
+  impatient.patience = std::chrono::milliseconds(200);
+  WorkerTextRecognition passing(impatient);
+  ASSERT_EQ(passing.recognize(pictureOf("one"), {"en-US"}, {}).lines, Languages{"one"});
+  const int first = passing.workerProcessId();
+  ::kill(first, SIGSTOP);
+  EXPECT_EQ(passing.recognize(pictureOf("two"), {"en-US"}, {}).lines, Languages{"two"});
+  const int second = passing.workerProcessId();
+  EXPECT_NE(second, first);
+  EXPECT_EQ(::sched_getscheduler(second), SCHED_BATCH);
+  EXPECT_EQ(::getpriority(PRIO_PROCESS, static_cast<id_t>(second)), 19);
+  EXPECT_TRUE(comesTrue([&] { return ::kill(first, 0) != 0; }));
 }
 
 TEST_F(Engine, StoppingEndsTheReadingAtOnce) {

@@ -10,6 +10,7 @@
 #include <array>
 #include <condition_variable>
 #include <csignal>
+#include <ctime>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -148,9 +149,24 @@ TextWorkerProcess::TextWorkerProcess(std::shared_ptr<Life> life, FileDescriptor 
 
 TextWorkerProcess::~TextWorkerProcess() { life_->kill(); }
 
-std::optional<TextReply> TextWorkerProcess::read(ByteView picture, Deadline deadline) {
-  if (!sendPicture(socket_.get(), picture, deadline)) return std::nullopt;
+bool TextWorkerProcess::send(ByteView picture, Deadline deadline) {
+  return sendPicture(socket_.get(), picture, deadline);
+}
+
+std::optional<TextReply> TextWorkerProcess::receive(Deadline deadline) {
   return receiveReply(socket_.get(), deadline);
+}
+
+bool TextWorkerProcess::hasReply(Deadline deadline) const {
+  return hasInput(socket_.get(), deadline);
+}
+
+std::chrono::nanoseconds TextWorkerProcess::processorTime() const {
+  clockid_t clock{};
+  timespec time{};
+  if (::clock_getcpuclockid(life_->processId(), &clock) != 0 || ::clock_gettime(clock, &time) != 0)
+    return {};
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
 void TextWorkerProcess::terminate() {

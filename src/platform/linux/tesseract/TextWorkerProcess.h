@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -29,9 +30,15 @@ class TextWorkerProcess {
   TextWorkerProcess(const TextWorkerProcess&) = delete;
   TextWorkerProcess& operator=(const TextWorkerProcess&) = delete;
 
-  /// Sends a picture and waits for its text. Absent when the worker ended meanwhile, was
-  /// terminated, or the deadline passed. One thread at a time.
-  [[nodiscard]] std::optional<TextReply> read(ByteView picture, Deadline deadline);
+  // One thread at a time asks it: a picture there, its text back. These fail when the worker ended
+  // meanwhile, was terminated, or the deadline passed.
+  [[nodiscard]] bool send(ByteView picture, Deadline deadline);
+  [[nodiscard]] std::optional<TextReply> receive(Deadline deadline);
+  /// Whether `receive` has something to do, be it to see that the worker is gone.
+  [[nodiscard]] bool hasReply(Deadline deadline) const;
+
+  /// Processor time that it has used; none when it is gone.
+  [[nodiscard]] std::chrono::nanoseconds processorTime() const;
 
   /// Kills it; a reading that waits for it returns. Any thread, answers at once.
   void terminate();

@@ -60,33 +60,60 @@ Recognition WorkerTextRecognition::recognize(ByteView image,
   const std::vector<std::string> arguments{models.directory.string(), joined(names),
                                            std::to_string(settings_.idleLimit.count())};
   const std::lock_guard lock(mutex_);
-  // A worker that waited too long may go just as it is asked; then another is asked. One that dies
-  // of the picture, or never comes to an end with it, is not followed by another.
+  share_ = worker_ && worker_->isRunning() ? share_ : Share::leftOver;
   for (bool isAskedAgain = true; isAskedAgain;) {
     if (stop.stop_requested()) return {Outcome::stopped, {}};
-    const bool wasWaiting = worker_ && worker_->isRunning() && arguments == arguments_;
+    const bool wasWaiting = worker_ && worker_->isRunning();
     if (!ensureWorker(arguments)) return {Outcome::unavailable, {}};
-    const auto deadline = steady_clock::now() + settings_.pictureLimit;
-    std::optional<TextReply> reply;
+    Attempt result;
     {
       const std::stop_callback onStop(stop, [this] { worker_->terminate(); });
-      reply = worker_->read(image, deadline);
+      result = attempt(image, wasWaiting, stop);
     }
-    if (reply && reply->status == Status::noEngine) worker_.reset();
-    if (reply) return recognitionOf(std::move(*reply));
-    isAskedAgain = wasWaiting && steady_clock::now() < deadline &&
-                   worker_->wentIdle(stop, std::min(deadline, steady_clock::now() + longestDeath));
-    worker_.reset();
+    if (!result.reply || result.reply->status == Status::noEngine) worker_.reset();
+    if (result.reply) return recognitionOf(std::move(*result.reply));
+    isAskedAgain = result.isWorthAnother;
   }
   return {stop.stop_requested() ? Outcome::stopped : Outcome::unreadable, {}};
 }
 
-bool WorkerTextRecognition::ensureWorker(const std::vector<std::string>& arguments) {
+/// A worker that waited too long may go just as it is asked, and one that gets no time is replaced:
+/// then another attempt is worth it. One that dies of the picture, or never comes to an end with
+/// it, is not followed by another.
+WorkerTextRecognition::Attempt WorkerTextRecognition::attempt(ByteView image, bool wasWaiting,
+                                                              const std::stop_token& stop) {
+  const auto deadline = steady_clock::now() + settings_.pictureLimit;
+  if (worker_->send(image, deadline) && waitForReply(deadline, stop)) {
+    if (auto reply = worker_->receive(deadline)) return {std::move(reply), false};
+  } else if (worker_->isRunning() && share_ == Share::leftOver && steady_clock::now() < deadline) {
+    share_ = Share::small;
+    return {std::nullopt, true};
+  }
+  if (!wasWaiting || steady_clock::now() >= deadline) return {};
+  return {std::nullopt,
+          worker_->wentIdle(stop, std::min(deadline, steady_clock::now() + longestDeath))};
+}
+
+/// False at the deadline, or as soon as it is clear that the worker gets no time.
+bool WorkerTextRecognition::waitForReply(Deadline deadline, const std::stop_token& stop) {
+  constexpr int leastShare = 4;  // a quarter of a processor
+  while (!stop.stop_requested() && steady_clock::now() < deadline) {
+    const auto before = worker_->processorTime();
+    const auto begin = steady_clock::now();
+    if (worker_->hasReply(std::min(deadline, begin + settings_.patience))) return true;
+    const auto used = worker_->processorTime() - before;
+    if (share_ == Share::leftOver && used * leastShare < steady_clock::now() - begin) return false;
+  }
+  return false;
+}
+
+bool WorkerTextRecognition::ensureWorker(std::vector<std::string> arguments) {
+  arguments.emplace_back(share_ == Share::small ? "small" : "left-over");
   if (worker_ && worker_->isRunning() && arguments == arguments_) return true;
   worker_.reset();
-  arguments_ = arguments;
+  arguments_ = std::move(arguments);
   if (settings_.program.empty()) return false;
-  worker_ = TextWorkerProcess::start(settings_.program, arguments);
+  worker_ = TextWorkerProcess::start(settings_.program, arguments_);
   return worker_ != nullptr;
 }
 

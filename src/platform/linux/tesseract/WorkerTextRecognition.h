@@ -4,18 +4,22 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/TextRecognition.h"
+#include "platform/linux/tesseract/TextWorkerProtocol.h"
 
 namespace vantorel {
 
 class TextWorkerProcess;
 
 /// Recognises text in a process of its own, which is started for a picture and ends by itself when
-/// no other follows. So the engine costs this program no memory and no time at its start, a picture
-/// made to break the engine breaks nothing else, and a reading is stopped by ending the process.
+/// no other follows. It gets the time that nobody else wants; where others want all of it for long,
+/// as when something large is compiled, a picture would never be read, so then it gets a little. So
+/// the engine costs this program no memory and no time at its start, a picture made to break the
+/// engine breaks nothing else, and a reading is stopped by ending the process.
 class WorkerTextRecognition : public TextRecognition {
  public:
   struct Settings {
@@ -28,6 +32,9 @@ class WorkerTextRecognition : public TextRecognition {
     /// nobody else wants, and others may want it all for long; its processor time is limited to
     /// far less.
     std::chrono::seconds pictureLimit{1800};
+    /// How long a worker may be kept from working by everybody else before another takes over that
+    /// asks for a small share of its own.
+    std::chrono::milliseconds patience{10'000};
   };
 
   explicit WorkerTextRecognition(Settings settings);
@@ -44,12 +51,20 @@ class WorkerTextRecognition : public TextRecognition {
   [[nodiscard]] int workerProcessId();
 
  private:
-  [[nodiscard]] bool ensureWorker(const std::vector<std::string>& arguments);
+  enum class Share { leftOver, small };  // of the processors
+  struct Attempt {
+    std::optional<TextReply> reply;
+    bool isWorthAnother = false;
+  };
+  [[nodiscard]] bool ensureWorker(std::vector<std::string> arguments);
+  [[nodiscard]] Attempt attempt(ByteView image, bool wasWaiting, const std::stop_token& stop);
+  [[nodiscard]] bool waitForReply(Deadline deadline, const std::stop_token& stop);
 
   const Settings settings_;
   std::mutex mutex_;
   std::unique_ptr<TextWorkerProcess> worker_;  // guarded, as is what follows
   std::vector<std::string> arguments_;
+  Share share_ = Share::leftOver;
 };
 
 /// The worker's program as it lies beside this one, in a build or installed; else empty.

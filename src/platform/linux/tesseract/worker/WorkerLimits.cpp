@@ -29,13 +29,13 @@ rlim_t mappedMemory() {
 
 }  // namespace
 
-bool becomeUnnoticed(pid_t parent) {
+bool becomeUnnoticed(pid_t parent, Share share) {
   (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (::getppid() != parent) return false;
   constexpr int leastUrgent = 19;
   const sched_param none{};
-  if (::sched_setscheduler(0, SCHED_IDLE, &none) != 0)
-    (void)::setpriority(PRIO_PROCESS, 0, leastUrgent);
+  (void)::setpriority(PRIO_PROCESS, 0, leastUrgent);
+  (void)::sched_setscheduler(0, share == Share::leftOver ? SCHED_IDLE : SCHED_BATCH, &none);
   std::ofstream("/proc/self/oom_score_adj") << 1000;
   limit(RLIMIT_AS, mappedMemory() + mostMemory);
   limit(RLIMIT_CORE, 0);

@@ -4,11 +4,14 @@
 
 namespace vantorel {
 
-/// Makes this process one that nobody notices: it gets only the time that is left over, lets no
+/// How much of the processors: what nobody else wants, or a small part in any case.
+enum class Share { leftOver, small };
+
+/// Makes this process one that nobody notices: it gets only a `share` of the time, lets no
 /// file grow and leaves no core, cannot be traced, gains no privileges, takes a bounded amount of
 /// memory, is the first to go when memory runs out, and ends with the thread of process `parent`
 /// that started it. False when that is gone already.
-[[nodiscard]] bool becomeUnnoticed(pid_t parent);
+[[nodiscard]] bool becomeUnnoticed(pid_t parent, Share share);
 
 /// From now on this process may use so much more processor time; then the system kills it, whatever
 /// it is in the middle of. Counts whole seconds, rounded up.

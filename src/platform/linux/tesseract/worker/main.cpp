@@ -1,6 +1,6 @@
 // Reads the text in pictures that come over its standard input, a socket, and answers there.
 // Started by the program itself:
-//   vantorel-text MODEL-DIRECTORY MODEL,MODEL... IDLE-SECONDS PARENT
+//   vantorel-text MODEL-DIRECTORY MODEL,MODEL... IDLE-SECONDS left-over|small PARENT
 #include <unistd.h>
 
 #include <chrono>
@@ -11,6 +11,7 @@
 #include <span>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -84,10 +85,11 @@ class Worker {
 };
 
 int run(std::span<const char* const> arguments) {
-  constexpr std::size_t expected = 5;
+  constexpr std::size_t expected = 6;
   if (arguments.size() != expected) return EXIT_FAILURE;
-  if (!becomeUnnoticed(static_cast<pid_t>(std::strtol(arguments[4], nullptr, 10))))
-    return EXIT_FAILURE;
+  const Share share = std::string_view(arguments[4]) == "small" ? Share::small : Share::leftOver;
+  const auto parent = static_cast<pid_t>(std::strtol(arguments[5], nullptr, 10));
+  if (!becomeUnnoticed(parent, share)) return EXIT_FAILURE;
   Worker worker(arguments[1], namesIn(arguments[2]));
   const std::chrono::seconds idleLimit{std::strtol(arguments[3], nullptr, 10)};
   while (hasInput(STDIN_FILENO, steady_clock::now() + idleLimit)) {
