@@ -24,10 +24,19 @@ class ThreadedDispatch : public ManualDispatch {
   /// failure: false when it was reached.
   template <class Condition>
   [[nodiscard]] bool runUntil(Condition condition) {
+    return waitUntil([&] {
+      if (condition()) return true;
+      (void)runOne();
+      return condition();
+    });
+  }
+  /// The same, but leaves what arrives on the main queue.
+  template <class Condition>
+  [[nodiscard]] static bool waitUntil(Condition condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {
       if (std::chrono::steady_clock::now() > deadline) return false;
-      if (!runOne()) std::this_thread::yield();
+      std::this_thread::yield();
     }
     return true;
   }

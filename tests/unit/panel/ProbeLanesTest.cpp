@@ -147,7 +147,7 @@ TEST_F(ProbeLanesTest, ItsEndWaitsForNobodyAndDropsWhatIsLeft) {
 
 TEST_F(ProbeLanesTest, AnAnswerThatIsUnderWayAtItsEndIsDropped) {
   ask(1);
-  ASSERT_TRUE(dispatch_.runUntil([&] { return dispatch_.queuedCount() == 1; }));
+  ASSERT_TRUE(ThreadedDispatch::waitUntil([&] { return dispatch_.queuedCount() == 1; }));
   lanes_.reset();
   dispatch_.runQueued();
   EXPECT_THAT(answers_, IsEmpty());
