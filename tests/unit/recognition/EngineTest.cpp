@@ -305,6 +305,7 @@ TEST_F(Engine, TheWorkerIsHarmlessAndUnnoticed) {
   EXPECT_EQ(::sched_getscheduler(worker), SCHED_IDLE);
   EXPECT_EQ(fieldOf(worker, "status", "Threads:\t"), "1");
   EXPECT_EQ(fieldOf(worker, "status", "NoNewPrivs:\t"), "1");
+  EXPECT_EQ(fieldOf(worker, "status", "Seccomp:\t"), "2") << "it is not confined";
   const std::string time = fieldOf(worker, "limits", "Max cpu time");
   EXPECT_LE(std::atoi(time.c_str()), 21 + processorSeconds(worker));
   EXPECT_GE(std::atoi(time.c_str()), 20);
