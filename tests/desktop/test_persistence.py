@@ -18,7 +18,8 @@ class Restart(VantorelTestCase):
     def _fill(self):
         self.vantorel.copy("a text")
         self.clipboard.copy_as("image/png", pictures.png(120, 80))
-        wait_for("the picture on disk", lambda: self.vantorel.newest().get("kind") == "image")
+        wait_for("the picture to be read",
+                 lambda: self.vantorel.newest().get("recognizedText") is not None, 240)
         path = self.file("kept.txt", contents=b"1")
         self.clipboard.own(offers={"text/uri-list": f"file://{path}".encode()}).wait_until_owned()
         wait_for("the file on disk", lambda: self.vantorel.newest().get("kind") == "files")
