@@ -19,6 +19,7 @@ constexpr std::uint32_t longestList = 64;   // atoms
 constexpr std::size_t maximumWindows = 4096;
 constexpr int maximumDepth = 32;  // of windows within each other, on the way to the top
 constexpr std::uint32_t sourceIsPager = 2;
+constexpr std::chrono::seconds factsStayTrue{5};
 
 using PropertyReply = X11Reply<xcb_get_property_reply_t>;
 
@@ -176,22 +177,26 @@ std::vector<WindowFacts> X11Windows::factsOf(const std::vector<xcb_window_t>& wi
 }
 
 std::optional<WindowFacts> X11Windows::active() const {
-  const auto asked =
+  const auto reply = connection_.reply(
+      xcb_get_property_reply,
       xcb_get_property(connection_.xcb(), 0, connection_.root(),
-                       connection_.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1);
-  // This is asked several times a second and hardly ever news: the window that was active before
-  // is asked about in the same breath, so that the process wakes up once and not twice.
-  auto guessed = lastActive_ == XCB_WINDOW_NONE ? std::nullopt : facts(lastActive_);
-  const auto reply = connection_.reply(xcb_get_property_reply, asked);
+                       connection_.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1));
   if (!reply) return std::nullopt;
   const auto windows = valuesOf(reply);
   if (windows.empty()) return focused();
   if (windows.front() == XCB_WINDOW_NONE) return std::nullopt;
-  // The property may outlive its window, and the number be given to another one.
-  auto found = windows.front() == lastActive_ ? std::move(guessed) : facts(windows.front());
-  lastActive_ = windows.front();
-  if (found && isApplicationWindow(*found)) return found;
-  return focused();
+  // This is asked several times a second and hardly ever news, and each of a dozen answers wakes
+  // the process up once. The property may outlive its window, though, and the number be given to
+  // another one.
+  const auto now = std::chrono::steady_clock::now();
+  if (lastActive_ && lastActive_->facts.window == windows.front() &&
+      now - lastActive_->asked < factsStayTrue)
+    return lastActive_->facts;
+  lastActive_.reset();
+  auto found = facts(windows.front());
+  if (!found || !isApplicationWindow(*found)) return focused();
+  lastActive_ = {*found, now};
+  return found;
 }
 
 std::optional<WindowFacts> X11Windows::focused() const {

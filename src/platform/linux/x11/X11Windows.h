@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -38,7 +39,8 @@ class X11Windows {
 
   /// The window that has the user's attention: what the window manager says, if that window exists
   /// and is one; else, and without such a window manager, the top-level window that has the
-  /// keyboard. Absent when none has.
+  /// keyboard. Absent when none has. Which one it is, is always news; what else is said of it may
+  /// be some seconds old.
   [[nodiscard]] std::optional<WindowFacts> active() const;
 
   /// The top-level window that gets the keys.
@@ -71,7 +73,12 @@ class X11Windows {
   [[nodiscard]] xcb_timestamp_t serverTime() const;
 
   X11Connection& connection_;
-  mutable xcb_window_t lastActive_ = XCB_WINDOW_NONE;  // the best guess for the next time
+  /// The window that was active when it was asked last.
+  struct Active {
+    WindowFacts facts;
+    std::chrono::steady_clock::time_point asked;
+  };
+  mutable std::optional<Active> lastActive_;
   xcb_window_t clock_;  // our own; a change of its property tells the server's time
   bool knowsClientPids_;
 };
