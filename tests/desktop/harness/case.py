@@ -9,6 +9,11 @@ from .desktop import PrivateDesktop
 from .vantorel import Vantorel, program_path
 
 
+# The toolkit says so of a window that is shown again before the server has told of its hiding, as
+# when the shortcut is pressed very fast. It goes on as if it had not.
+HARMLESS = "setNetWmStateOnUnmappedWindow() called on mapped window"
+
+
 class DesktopTestCase(unittest.TestCase):
     """Gives each test a private desktop of its own; a failed test leaves its logs in the output."""
 
@@ -86,6 +91,8 @@ class VantorelTestCase(DesktopTestCase):
         if not os.path.exists(path):
             return
         for line in self.vantorel.log().splitlines():
+            if HARMLESS in line:
+                continue
             if any(sign in line for sign in ("ERROR: AddressSanitizer", "runtime error:",
                                              "ERROR: LeakSanitizer", "QObject::", "QWidget::",
                                              "qt.", "terminate called")):
