@@ -279,8 +279,8 @@ def measure_idle(bench, table):
     share = (after[0] - before[0]) / 1e9 / IDLE_SECONDS * 100
     switches = (after[1] - before[1]) / IDLE_SECONDS
     table.plain("idle, panel hidden: share of a core", f"{share:.3f} %", "0.05 %", share < 0.05)
-    # The poll every 0.35 s and the focus tick every 0.4 s make 5.4 wake-ups a second. Each answer of
-    # the X server that the tick waits for is a switch too, and it waits for two.
+    # The poll every 0.35 s and the focus tick every 0.4 s make 5.4 wake-ups a second. Each tick
+    # waits for the X server, for two answers as a rule and for a dozen every ten seconds.
     table.plain("idle: times a second that a thread went to sleep", f"{switches:.1f}", "10.4",
                 switches <= 11)
 

@@ -254,6 +254,27 @@ TEST_F(WorkspaceTest, AStaleActiveWindowIsNotBelieved) {
   EXPECT_EQ(frontIdentifier(), "Editor") << "by the keyboard";
 }
 
+TEST_F(WorkspaceTest, AWindowThatWasInFrontAndIsGoneIsNotBelieved) {
+  const auto editor = play({{"class=editor,Editor"}});
+  const auto safe = play({{"class=safe,Safe"}});
+  open();
+  bringToFront(safe.windows[0]);
+  stopWindowManager();
+  const auto sayActive = [&] {
+    xcb_change_property(tester().xcb(), XCB_PROP_MODE_REPLACE, tester().root(),
+                        tester().atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 32, 1,
+                        safe.windows.data());
+    sync();
+  };
+  sayActive();
+  EXPECT_EQ(frontIdentifier(), "Safe");
+  xcb_destroy_window(tester().xcb(), safe.windows[0]);
+  sayActive();
+  xcb_set_input_focus(tester().xcb(), XCB_INPUT_FOCUS_PARENT, editor.windows[0], XCB_CURRENT_TIME);
+  sync();
+  EXPECT_EQ(frontIdentifier(), "Editor") << "by the keyboard";
+}
+
 class BareWorkspaceTest : public DesktopFixture {};
 
 TEST_F(BareWorkspaceTest, WithoutAWindowManagerTheKeyboardTells) {

@@ -19,7 +19,7 @@ constexpr std::uint32_t longestList = 64;   // atoms
 constexpr std::size_t maximumWindows = 4096;
 constexpr int maximumDepth = 32;  // of windows within each other, on the way to the top
 constexpr std::uint32_t sourceIsPager = 2;
-constexpr std::chrono::seconds factsStayTrue{5};
+constexpr std::chrono::seconds factsStayTrue{10};
 
 using PropertyReply = X11Reply<xcb_get_property_reply_t>;
 
@@ -177,26 +177,31 @@ std::vector<WindowFacts> X11Windows::factsOf(const std::vector<xcb_window_t>& wi
 }
 
 std::optional<WindowFacts> X11Windows::active() const {
-  const auto reply = connection_.reply(
-      xcb_get_property_reply,
+  const auto asked =
       xcb_get_property(connection_.xcb(), 0, connection_.root(),
-                       connection_.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1));
-  if (!reply) return std::nullopt;
-  const auto windows = valuesOf(reply);
-  if (windows.empty()) return focused();
-  if (windows.front() == XCB_WINDOW_NONE) return std::nullopt;
+                       connection_.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1);
   // This is asked several times a second and hardly ever news, and each of a dozen answers wakes
   // the process up once. The property may outlive its window, though, and the number be given to
   // another one.
   const auto now = std::chrono::steady_clock::now();
-  if (lastActive_ && lastActive_->facts.window == windows.front() &&
-      now - lastActive_->asked < factsStayTrue)
-    return lastActive_->facts;
+  const bool isFresh = lastActive_ && now - lastActive_->asked < factsStayTrue;
+  const bool stillExists = isFresh && exists(lastActive_->facts.window);
+  const auto reply = connection_.reply(xcb_get_property_reply, asked);
+  if (!reply) return std::nullopt;
+  const auto windows = valuesOf(reply);
+  if (windows.empty()) return focused();
+  if (windows.front() == XCB_WINDOW_NONE) return std::nullopt;
+  if (stillExists && lastActive_->facts.window == windows.front()) return lastActive_->facts;
   lastActive_.reset();
   auto found = facts(windows.front());
   if (!found || !isApplicationWindow(*found)) return focused();
   lastActive_ = {*found, now};
   return found;
+}
+
+bool X11Windows::exists(xcb_window_t window) const {
+  return connection_.reply(xcb_get_window_attributes_reply,
+                           xcb_get_window_attributes(connection_.xcb(), window)) != nullptr;
 }
 
 std::optional<WindowFacts> X11Windows::focused() const {

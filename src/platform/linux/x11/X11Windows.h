@@ -69,6 +69,7 @@ class X11Windows {
   [[nodiscard]] std::vector<xcb_window_t> unlistedClients() const;
   [[nodiscard]] xcb_window_t windowUnderPointer() const;
   [[nodiscard]] std::optional<WindowFacts> topLevelOf(xcb_window_t window) const;
+  [[nodiscard]] bool exists(xcb_window_t window) const;
   [[nodiscard]] bool managerActivates() const;
   [[nodiscard]] xcb_timestamp_t serverTime() const;
 
