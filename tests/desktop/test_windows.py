@@ -71,7 +71,9 @@ class Welcome(WindowsTestCase):
     def test_the_first_start_welcomes_once(self):
         frame = self.desktop.windows.frame(self.help)
         self.assertEqual((frame.width, frame.height), FIRST_SIZE)
-        self.assertGreater(self.desktop.windows.distinct_colours(frame), 50)
+        wait_for("the welcome to be painted",
+                 lambda: self.desktop.windows.distinct_colours(frame) > 50, 20,
+                 lambda: self.desktop.windows.distinct_colours(frame))
         self.element(HELP, "ברוכים הבאים ל־Vantorel")
         self.assertIs(self.vantorel.defaults()["didShowOnboardingV2"], True)
         self.assertEqual(self.vantorel.quit(), 0)
