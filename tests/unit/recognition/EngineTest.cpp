@@ -248,6 +248,17 @@ TEST_F(Engine, AWorkerThatGetsNoTimeIsFollowedByOneThatGetsALittle) {
   EXPECT_TRUE(comesTrue([&] { return ::kill(first, 0) != 0; }));
 }
 
+TEST_F(Engine, AWorkerThatGetsNoTimeToTakeALargePictureIsReplacedToo) {
+  Bytes large = pictureOf("two");
+  large.resize(large.size() + 3'000'000);  // what follows a picture is nothing to its decoder
+  auto impatient = settings();
+  impatient.patience = std::chrono::milliseconds(200);
+  WorkerTextRecognition passing(impatient);
+  ASSERT_EQ(passing.recognize(pictureOf("one"), {"en-US"}, {}).lines, Languages{"one"});
+  ::kill(passing.workerProcessId(), SIGSTOP);
+  EXPECT_EQ(passing.recognize(large, {"en-US"}, {}).lines, Languages{"two"});
+}
+
 TEST_F(Engine, StoppingEndsTheReadingAtOnce) {
   EXPECT_EQ(read(pictureOf("one")), "one");
   const int worker = recognition.workerProcessId();

@@ -16,6 +16,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/posix/ArgumentPointers.h"
+
 namespace vantorel {
 namespace {
 
@@ -53,14 +55,6 @@ class SpawnSetup {
   posix_spawnattr_t attributes_{};
 };
 
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  result.reserve(texts.size() + 1);
-  for (auto& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
-  return result;
-}
-
 /// 0 when it cannot be started.
 pid_t spawn(const std::filesystem::path& program, const std::vector<std::string>& arguments,
             int socket) {
@@ -72,8 +66,9 @@ pid_t spawn(const std::filesystem::path& program, const std::vector<std::string>
                                      "TMPDIR=/nonexistent"};
   const SpawnSetup setup(socket);
   pid_t pid = 0;
-  const int error = ::posix_spawn(&pid, program.c_str(), setup.files(), setup.attributes(),
-                                  pointers(words).data(), pointers(variables).data());
+  const int error =
+      ::posix_spawn(&pid, program.c_str(), setup.files(), setup.attributes(),
+                    argumentPointers(words).data(), argumentPointers(variables).data());
   return error == 0 ? pid : 0;
 }
 

@@ -19,6 +19,9 @@ struct TextReply {
   std::vector<std::string> lines;
 };
 
+/// How much of the processors a worker gets: what nobody else wants, or a small part in any case.
+enum class Share { leftOver, small };
+
 inline constexpr std::size_t largestRequest = std::size_t{1} << 28U;
 inline constexpr std::size_t largestReply = std::size_t{1} << 20U;
 

@@ -82,10 +82,15 @@ Recognition WorkerTextRecognition::recognize(ByteView image,
 /// it, is not followed by another.
 WorkerTextRecognition::Attempt WorkerTextRecognition::attempt(ByteView image, bool wasWaiting,
                                                               const std::stop_token& stop) {
-  const auto deadline = steady_clock::now() + settings_.pictureLimit;
-  if (worker_->send(image, deadline) && waitForReply(deadline, stop)) {
+  const auto begin = steady_clock::now();
+  const auto deadline = begin + settings_.pictureLimit;
+  // Nor does a worker that gets no time take a large picture.
+  const auto sentBy = share_ == Share::leftOver ? begin + settings_.patience : deadline;
+  const bool wasSent = worker_->send(image, std::min(deadline, sentBy));
+  if (wasSent && waitForReply(deadline, stop)) {
     if (auto reply = worker_->receive(deadline)) return {std::move(reply), false};
-  } else if (worker_->isRunning() && share_ == Share::leftOver && steady_clock::now() < deadline) {
+  } else if (share_ == Share::leftOver && (wasSent || steady_clock::now() >= sentBy) &&
+             steady_clock::now() < deadline) {
     share_ = Share::small;
     return {std::nullopt, true};
   }

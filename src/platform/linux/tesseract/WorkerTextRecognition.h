@@ -51,7 +51,6 @@ class WorkerTextRecognition : public TextRecognition {
   [[nodiscard]] int workerProcessId();
 
  private:
-  enum class Share { leftOver, small };  // of the processors
   struct Attempt {
     std::optional<TextReply> reply;
     bool isWorthAnother = false;

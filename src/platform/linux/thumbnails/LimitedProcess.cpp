@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "platform/PathName.h"
+#include "platform/posix/ArgumentPointers.h"
 #include "platform/posix/FileDescriptor.h"
 
 namespace vantorel {
@@ -25,15 +26,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int couldNotStart = 127;
-
-/// The words as the system takes them; `words` outlives the result.
-std::vector<char*> pointers(std::vector<std::string>& words) {
-  std::vector<char*> result;
-  result.reserve(words.size() + 1);
-  for (auto& word : words) result.push_back(word.data());
-  result.push_back(nullptr);
-  return result;
-}
 
 /// This process's environment without a screen to open windows on.
 std::vector<std::string> environmentWith(const std::filesystem::path& temporary) {
@@ -125,8 +117,8 @@ ProcessEnd runLimited(const std::vector<std::string>& command,
                   std::chrono::ceil<std::chrono::seconds>(limits.time).count() + 1),
               .parent = ::getpid(),
               .nothing = nothing.get()};
-  start.arguments = pointers(start.words);
-  start.environment = pointers(start.variables);
+  start.arguments = argumentPointers(start.words);
+  start.environment = argumentPointers(start.variables);
   const auto deadline = Clock::now() + limits.time;
   const pid_t process = ::fork();
   if (process < 0) return ProcessEnd::notStarted;

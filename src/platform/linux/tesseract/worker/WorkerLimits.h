@@ -2,10 +2,9 @@
 
 #include <sys/types.h>
 
-namespace vantorel {
+#include "platform/linux/tesseract/TextWorkerProtocol.h"
 
-/// How much of the processors: what nobody else wants, or a small part in any case.
-enum class Share { leftOver, small };
+namespace vantorel {
 
 /// Makes this process one that nobody notices: it gets only a `share` of the time, lets no
 /// file grow and leaves no core, cannot be traced, gains no privileges, takes a bounded amount of
