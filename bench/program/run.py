@@ -137,7 +137,7 @@ def measure_panel(bench, table, rounds):
     table.milliseconds("key typed in the search field to list painted",
                        typed["type"] + typed["erase"], 8)
     table.milliseconds("entry chosen to text in the target",
-                       bench.measure("paste", rounds)["paste"], 15)
+                       bench.measure("paste", rounds)["paste"], 5)
     bench.start_with(texts(1_000_000))
     typed = bench.measure("type", max(10, rounds // 4))
     table.milliseconds("key typed with 50 entries of 1 MB", typed["type"] + typed["erase"], 16)
@@ -151,10 +151,10 @@ def measure_copying(bench, table, rounds):
     copied = bench.measure("copy", rounds, folder, "UTF8_STRING", small)
     table.information("1 KB text copied to handed over", copied["served"])
     table.milliseconds("1 KB text copied to in the history (its sealing begun)", copied["begun"], 4)
-    table.milliseconds("1 KB text copied to sealed on disk", copied["sealed"], 10)
+    table.milliseconds("1 KB text copied to sealed on disk", copied["sealed"], 3)
     bench.start_with(texts(20_000))
     copied = bench.measure("copy", rounds, folder, "UTF8_STRING", small)
-    table.milliseconds("the same with a full history of 50 × 20 KB", copied["sealed"], 15)
+    table.milliseconds("the same with a full history of 50 × 20 KB", copied["sealed"], 5)
     for size, name, rounds_of_it, budget in ((1_000_000, "1 MB", max(5, rounds // 4), 16),
                                              (10_000_000, "10 MB", max(3, rounds // 8), 50)):
         big = bench.file("big.txt", (line * (size // len(line) + 1))[:size].encode())
@@ -278,11 +278,10 @@ def measure_idle(bench, table):
     after = _spent(pid)
     share = (after[0] - before[0]) / 1e9 / IDLE_SECONDS * 100
     switches = (after[1] - before[1]) / IDLE_SECONDS
-    table.plain("idle, panel hidden: share of a core", f"{share:.3f} %", "0.05 %", share < 0.05)
-    # The poll every 0.35 s and the focus tick every 0.4 s make 5.4 wake-ups a second. Each tick
-    # waits for the X server, for two answers as a rule and for a dozen every ten seconds.
-    table.plain("idle: times a second that a thread went to sleep", f"{switches:.1f}", "10.4",
-                switches <= 11)
+    table.plain("idle, panel hidden: share of a core", f"{share:.3f} %", "0 %", share < 0.001)
+    # Everything that may happen on this desktop is announced, so nothing has to look by itself.
+    table.plain("idle: times a second that a thread went to sleep", f"{switches:.2f}", "0",
+                switches < 0.05)
 
 
 def measure_memory_with_pictures(bench, table):

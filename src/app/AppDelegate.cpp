@@ -109,7 +109,9 @@ void AppDelegate::show(std::string_view notice) { toast_.show(std::string(notice
 // The program that owned what was copied last has ended. The history still has it, so paste goes
 // on working as if that program were there.
 void AppDelegate::keepContents(const ClipItem& item) {
-  if (pasteController().writeToPasteboard(item, false)) watcher().advanceLastChangeCount();
+  pasteController().restoreToPasteboard(item, [this](bool written) {
+    if (written) watcher().advanceLastChangeCount();
+  });
 }
 
 // What the first opening of the panel needs is built while nobody waits for it.
@@ -135,7 +137,7 @@ PasteController& AppDelegate::pasteController() {
   if (!pasteController_) {
     pasteController_ = std::make_unique<PasteController>(
         store_, PasteServices{desktop_.pasteboard, desktop_.workspace, desktop_.input,
-                              desktop_.dispatch, desktop_.files, desktop_.images});
+                              desktop_.dispatch, desktop_.distantFiles, desktop_.images});
   }
   return *pasteController_;
 }

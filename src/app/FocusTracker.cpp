@@ -1,6 +1,7 @@
 #include "app/FocusTracker.h"
 
 #include "platform/OwnApplication.h"
+#include "platform/RestingTimer.h"
 
 namespace vantorel {
 
@@ -13,7 +14,8 @@ void FocusTracker::startFocusTracking() {
   stop();
   activationObserver_ = workspace_.observeActivations(
       [this](const RunningApplication& application) { remember(application); });
-  focusTimer_ = dispatch_.every(interval, [this] { remember(workspace_.frontmostApplication()); });
+  focusTimer_ = std::make_unique<RestingTimer>(
+      dispatch_, workspace_, interval, [this] { remember(workspace_.frontmostApplication()); });
 }
 
 void FocusTracker::stop() {

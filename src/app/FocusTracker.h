@@ -20,8 +20,8 @@ class FocusTracker {
   FocusTracker(const FocusTracker&) = delete;
   FocusTracker& operator=(const FocusTracker&) = delete;
 
-  /// Listens to activations, and looks by itself for those that nobody announced. Starts anew when
-  /// it runs already.
+  /// Listens to activations, and looks by itself for those that nobody announced, which rests while
+  /// the desktop announces each. Starts anew when it runs already.
   void startFocusTracking();
   /// Keeps the last target.
   void stop();

@@ -6,9 +6,9 @@
 #include <unordered_set>
 #include <vector>
 
-#include "panel/ProbeLanes.h"
 #include "panel/RowContent.h"
 #include "platform/Dispatch.h"
+#include "platform/ProbeLanes.h"
 #include "store/ClipItem.h"
 
 namespace vantorel {

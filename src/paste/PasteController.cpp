@@ -21,28 +21,45 @@ constexpr std::array pasteChord = {
 }  // namespace
 
 PasteController::PasteController(ClipStore& store, PasteServices services)
-    : store_(store), services_(services) {}
+    : store_(store),
+      services_(std::move(services)),
+      presence_(services_.dispatch, services_.files) {}
 
 PasteController::~PasteController() = default;
 
 void PasteController::setTargetApplication(const std::optional<RunningApplication>& application) {
-  if (!application || isOwnApplication(services_.workspace, *application)) {
-    targetPid_.reset();
-    targetBundleIdentifier_.reset();
-    return;
-  }
-  targetPid_ = application->processIdentifier;
-  targetBundleIdentifier_ = application->bundleIdentifier;
+  target_.reset();
+  if (application && !isOwnApplication(services_.workspace, *application)) target_ = application;
 }
 
 std::optional<RunningApplication> PasteController::resolveTargetApplication() {
-  if (targetPid_) {
-    auto running = services_.workspace.runningApplication(*targetPid_);
-    if (running) return running;
+  if (!target_) return std::nullopt;
+  auto& workspace = services_.workspace;
+  if (auto still = workspace.stillThere(*target_)) return still;
+  if (!target_->bundleIdentifier) return std::nullopt;
+  // Here each window of an application may be a process of its own, so a namesake that was there
+  // all along is a bystander, not the target launched anew.
+  const auto namesakes = workspace.runningApplications(*target_->bundleIdentifier);
+  const auto relaunched = std::find_if(namesakes.begin(), namesakes.end(), [&](const auto& each) {
+    return workspace.startedAfter(each, *target_);
+  });
+  return relaunched == namesakes.end() ? std::nullopt : std::optional(*relaunched);
+}
+
+void PasteController::whenThere(const ClipItem& item, FilePresence::Answer answer) {
+  if (item.kind == ClipKind::files) {
+    presence_.ask({item.filePaths.begin(), item.filePaths.end()}, std::move(answer));
+  } else {
+    answer(true);
   }
-  if (!targetBundleIdentifier_) return std::nullopt;
-  const auto relaunched = services_.workspace.runningApplications(*targetBundleIdentifier_);
-  return relaunched.empty() ? std::nullopt : std::optional(relaunched.front());
+}
+
+void PasteController::restoreToPasteboard(const ClipItem& item, std::function<void(bool)> written) {
+  const auto change = services_.pasteboard.changeCount();
+  whenThere(item, [this, item, change, written = std::move(written)](bool there) {
+    const bool wanted = there && services_.pasteboard.changeCount() == change;
+    written(wanted && writeToPasteboard(item, false));
+  });
 }
 
 bool PasteController::writeToPasteboard(const ClipItem& item, bool asPlainText) {
@@ -79,19 +96,25 @@ bool PasteController::writeImage(const ClipItem& item) {
 
 bool PasteController::writeFiles(const ClipItem& item) {
   const std::vector<std::filesystem::path> paths(item.filePaths.begin(), item.filePaths.end());
-  const bool allThere = std::all_of(paths.begin(), paths.end(), [this](const auto& path) {
-    return services_.files.exists(path);
-  });
-  return !paths.empty() && allThere && services_.pasteboard.writeFileURLs(paths);
+  return !paths.empty() && services_.pasteboard.writeFileURLs(paths);
 }
 
 void PasteController::paste(const ClipItem& item, bool asPlainText) {
   endWait();  // what an older paste waits to paste is about to be replaced
-  if (!writeToPasteboard(item, asPlainText)) {
-    finish(PasteOutcome::unavailable);
-    return;
-  }
-  if (onInternalPasteboardWrite) onInternalPasteboardWrite();
+  underWay_ = std::make_shared<UnderWay>();
+  whenThere(item, [this, item, asPlainText, current = std::weak_ptr(underWay_)](bool there) {
+    if (current.expired()) return;
+    if (!there) services_.pasteboard.clearContents();
+    if (!there || !writeToPasteboard(item, asPlainText)) {
+      finish(PasteOutcome::unavailable);
+      return;
+    }
+    if (onInternalPasteboardWrite) onInternalPasteboardWrite();
+    bringTargetToFront();
+  });
+}
+
+void PasteController::bringTargetToFront() {
   if (!services_.input.isTrusted(TrustPrompt::ask)) {
     finish(PasteOutcome::clipboardOnlyNeedsAccessibility);
     return;
@@ -101,8 +124,8 @@ void PasteController::paste(const ClipItem& item, bool asPlainText) {
     finish(PasteOutcome::clipboardOnlyNoTarget);
     return;
   }
-  activations_ = services_.workspace.observeActivations(
-      [this, target = *target](const RunningApplication& application) {
+  activations_ =
+      services_.workspace.observeActivations([this, target = *target](const auto& application) {
         if (application.processIdentifier == target.processIdentifier) targetAnnounced(target);
       });
   services_.workspace.activate(*target);
@@ -115,46 +138,74 @@ void PasteController::waitForActivation(RunningApplication target, int attemptsR
     return;
   }
   if (isInFront(target)) {
-    finish(postPaste(target.processIdentifier));
+    postPaste(target);
     return;
   }
   services_.workspace.activate(target);
-  nextCheck_ = services_.dispatch.after(
-      activationCheckInterval, [this, target = std::move(target), attemptsRemaining] {
-        if (services_.workspace.runningApplication(target.processIdentifier)) {
-          waitForActivation(target, attemptsRemaining - 1);
-        } else {
-          endWait();  // it has ended: nobody is left to paste to, or to be told about
-        }
-      });
+  nextCheck_ = services_.dispatch.after(activationCheckInterval,
+                                        [this, target = std::move(target), attemptsRemaining] {
+                                          lookAgain(target, attemptsRemaining - 1);
+                                        });
+}
+
+void PasteController::lookAgain(const RunningApplication& target, int attemptsRemaining) {
+  if (services_.workspace.stillThere(target)) {
+    waitForActivation(target, attemptsRemaining);
+  } else if (services_.workspace.runningApplication(target.processIdentifier)) {
+    // Its window was closed, and no other one of its windows was meant.
+    finish(PasteOutcome::clipboardOnlyNoTarget);
+  } else {
+    endWait();  // it has ended: nobody is left to paste to, or to be told about
+  }
 }
 
 void PasteController::targetAnnounced(const RunningApplication& target) {
   // Where it is not in front after all, the next regular check will see to it.
-  if (isInFront(target)) finish(postPaste(target.processIdentifier));
+  if (isInFront(target)) postPaste(target);
 }
 
 bool PasteController::isInFront(const RunningApplication& target) {
   const auto front = services_.workspace.frontmostApplication();
-  return front && front->processIdentifier == target.processIdentifier;
+  return front && front->processIdentifier == target.processIdentifier &&
+         (target.window == 0 || front->window == target.window);
 }
 
-PasteOutcome PasteController::postPaste(ProcessId pid) {
-  const auto source = services_.input.createEventSource();
-  // Without a source not one key can be pressed: the user has to.
-  if (!source) return PasteOutcome::clipboardOnlyNoTarget;
+void PasteController::postPaste(const RunningApplication& target) {
+  nextCheck_.reset();
+  activations_.reset();
   std::vector<SyntheticKeyEvent> events;
-  for (const auto& key : pasteChord) {
-    auto event = services_.input.createKeyboardEvent(*source, key.keyCode, key.direction);
-    if (!event) continue;
-    event->flags = key.flags;
-    events.push_back(*event);
+  if (const auto source = services_.input.createEventSource()) {
+    for (const auto& key : pasteChord) {
+      auto event = services_.input.createKeyboardEvent(*source, key.keyCode, key.direction);
+      if (!event) continue;
+      event->flags = key.flags;
+      events.push_back(*event);
+    }
   }
-  for (const auto& event : events) services_.input.post(event, pid);
-  return PasteOutcome::pasted;
+  if (events.empty()) {  // not one key can be pressed: the user has to
+    finish(PasteOutcome::clipboardOnlyNoTarget);
+    return;
+  }
+  const auto paste = underWay_;
+  paste->keysAwaited = events.size();
+  for (const auto& event : events) {
+    services_.input.post(event, target,
+                         [this, current = std::weak_ptr(paste)](KeyDelivery delivery) {
+                           // The controller owns the paste under way: while there is one, there is
+                           // a controller.
+                           if (const auto living = current.lock()) keyAnswered(*living, delivery);
+                         });
+  }
+}
+
+void PasteController::keyAnswered(UnderWay& paste, KeyDelivery delivery) {
+  if (delivery == KeyDelivery::failed) paste.allDelivered = false;
+  if (--paste.keysAwaited > 0) return;
+  finish(paste.allDelivered ? PasteOutcome::pasted : PasteOutcome::clipboardOnlyNoTarget);
 }
 
 void PasteController::endWait() {
+  underWay_.reset();
   nextCheck_.reset();
   activations_.reset();
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "paste/FilePresence.h"
 #include "paste/PasteOutcome.h"
 #include "platform/Dispatch.h"
 #include "platform/FileSystem.h"
@@ -22,7 +24,7 @@ struct PasteServices {
   Workspace& workspace;
   SyntheticInput& input;
   Dispatch& dispatch;
-  FileSystem& files;
+  std::shared_ptr<FileSystem> files;  // asked on other threads, which may outlive the controller
   const ImageDecoder& images;
 };
 
@@ -42,7 +44,7 @@ class PasteController {
   /// After every successful write to the pasteboard.
   std::function<void()> onInternalPasteboardWrite;
   /// Exactly once for each paste, perhaps later; never when a newer paste, the end of this
-  /// controller or the end of the target overtook the wait for the target.
+  /// controller or the end of the target overtook it.
   std::function<void(PasteOutcome)> onOutcome;
 
   /// Where the next paste goes; this program itself, or nothing, clears the target.
@@ -51,30 +53,48 @@ class PasteController {
   void paste(const ClipItem& item, bool asPlainText);
 
   /// Replaces the pasteboard's contents by the entry; a failed write leaves the pasteboard empty.
-  /// A file that may not be looked at is written like any other: it has not been seen to be gone,
-  /// and whoever receives it may have more rights or can say better what is wrong.
+  /// Files are written as they stand in the entry: whether they are there has been asked before,
+  /// where nobody waits for the disk.
   [[nodiscard]] bool writeToPasteboard(const ClipItem& item, bool asPlainText);
 
-  /// The target as it runs now, under a new process if it was started anew.
+  /// Puts the entry back after the program that owned it has ended. Unlike a paste it changes
+  /// nothing, and answers false, when the entry cannot be had or somebody else wrote meanwhile.
+  void restoreToPasteboard(const ClipItem& item, std::function<void(bool)> written);
+
+  /// The target as it is now: the very window, or the application when it was launched anew after
+  /// that window was last seen. Nothing else of the same application is the target.
   [[nodiscard]] std::optional<RunningApplication> resolveTargetApplication();
 
  private:
+  /// One paste, from the choice to its outcome; callbacks hold it weakly.
+  struct UnderWay {
+    std::size_t keysAwaited = 0;
+    bool allDelivered = true;
+  };
+
+  /// Answers at once for what is no list of files. A file that may not be looked at counts as
+  /// there: it has not been seen to be gone, and whoever receives it may have more rights.
+  void whenThere(const ClipItem& item, FilePresence::Answer answer);
   [[nodiscard]] bool writeText(const ClipItem& item, bool asPlainText);
   [[nodiscard]] bool writeImage(const ClipItem& item);
   [[nodiscard]] bool writeFiles(const ClipItem& item);
 
+  void bringTargetToFront();
   void waitForActivation(RunningApplication target, int attemptsRemaining);
+  void lookAgain(const RunningApplication& target, int attemptsRemaining);
   void targetAnnounced(const RunningApplication& target);
   [[nodiscard]] bool isInFront(const RunningApplication& target);
-  [[nodiscard]] PasteOutcome postPaste(ProcessId pid);
+  void postPaste(const RunningApplication& target);
+  void keyAnswered(UnderWay& paste, KeyDelivery delivery);
   void endWait();
-  /// Ends the wait and reports; nothing may follow it, since the report may end this controller.
+  /// Ends the paste and reports; nothing may follow it, since the report may end this controller.
   void finish(PasteOutcome outcome);
 
   ClipStore& store_;
   PasteServices services_;
-  std::optional<ProcessId> targetPid_;
-  std::optional<std::string> targetBundleIdentifier_;
+  FilePresence presence_;
+  std::optional<RunningApplication> target_;
+  std::shared_ptr<UnderWay> underWay_;
   std::unique_ptr<Timer> nextCheck_;
   std::unique_ptr<Observation> activations_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 
 #include "platform/AccessibilityPreferences.h"
 #include "platform/Dispatch.h"
@@ -31,6 +32,8 @@ namespace vantorel {
 struct Desktop {
   Dispatch& dispatch;
   FileSystem& files;
+  /// For questions on threads that nobody waits for, which may outlive the program's parts.
+  std::shared_ptr<FileSystem> distantFiles;
   Keychain& keychain;
   UserDefaults& defaults;
   Pasteboard& pasteboard;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "platform/KeyCodes.h"
@@ -21,6 +22,9 @@ struct SyntheticKeyEvent {
   EventFlags flags = 0;
 };
 
+/// What became of an event.
+enum class KeyDelivery { delivered, failed };
+
 /// Key presses made by this program for another one. Main thread.
 class SyntheticInput {
  public:
@@ -37,10 +41,14 @@ class SyntheticInput {
   [[nodiscard]] virtual std::optional<SyntheticKeyEvent> createKeyboardEvent(
       const EventSource& source, KeyCode keyCode, KeyDirection direction) = 0;
 
-  /// Delivers the event to that process: only while its window has the input, so that no key ever
-  /// lands elsewhere. The adapter presses what the process understands as this chord (paste is
-  /// another key in a terminal), and does not let keys that the user still holds spoil it.
-  virtual void post(const SyntheticKeyEvent& event, ProcessId pid) = 0;
+  /// Delivers the event to that application: only while the window that it was seen with has the
+  /// input, so that no key ever lands elsewhere. The adapter presses what the application
+  /// understands as this chord (paste is another key in a terminal), and does not let keys that the
+  /// user still holds spoil it. `done` is called exactly once, on the main thread, perhaps in a
+  /// later turn: `delivered` only when the keys were pressed into that window. A later event takes
+  /// the place of one that still waits for the window.
+  virtual void post(const SyntheticKeyEvent& event, const RunningApplication& target,
+                    std::function<void(KeyDelivery)> done) = 0;
 };
 
 }  // namespace vantorel

@@ -52,6 +52,7 @@ struct FakeDesktop {
   [[nodiscard]] Desktop ports() {
     return Desktop{.dispatch = dispatch,
                    .files = files,
+                   .distantFiles = std::make_shared<PosixFileSystem>(),
                    .keychain = keychain,
                    .defaults = defaults,
                    .pasteboard = pasteboard,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -14,6 +15,7 @@ class FakeSyntheticInput : public SyntheticInput {
   struct Posted {
     SyntheticKeyEvent event;
     ProcessId pid = 0;
+    WindowToken window = 0;
   };
 
   [[nodiscard]] bool isTrusted(TrustPrompt prompt) override {
@@ -28,8 +30,14 @@ class FakeSyntheticInput : public SyntheticInput {
     if (impossible_.contains({keyCode, direction})) return std::nullopt;
     return SyntheticKeyEvent{keyCode, direction, 0};
   }
-  void post(const SyntheticKeyEvent& event, ProcessId pid) override {
-    posted_.push_back({event, pid});
+  void post(const SyntheticKeyEvent& event, const RunningApplication& target,
+            std::function<void(KeyDelivery)> done) override {
+    posted_.push_back({event, target.processIdentifier, target.window});
+    if (answering_ == Answering::later) {
+      unanswered_.push_back(std::move(done));
+    } else {
+      done(delivery_);
+    }
   }
 
   // The test's side.
@@ -40,11 +48,21 @@ class FakeSyntheticInput : public SyntheticInput {
   void makeImpossible(KeyCode keyCode, KeyDirection direction) {
     impossible_.insert({keyCode, direction});
   }
+  /// How posted keys end from now on.
+  void setDelivery(KeyDelivery delivery) { delivery_ = delivery; }
+  /// Posted keys have no answer from now on, until `answerAll()`.
+  void answerLater() { answering_ = Answering::later; }
+  void answerAll() {
+    for (const auto& done : std::exchange(unanswered_, {})) done(delivery_);
+  }
   /// How each question for trust was put.
   [[nodiscard]] const std::vector<TrustPrompt>& prompts() const { return prompts_; }
   [[nodiscard]] const std::vector<Posted>& posted() const { return posted_; }
 
  private:
+  enum class Answering { atOnce, later } answering_ = Answering::atOnce;
+  KeyDelivery delivery_ = KeyDelivery::delivered;
+  std::vector<std::function<void(KeyDelivery)>> unanswered_;
   bool trusted_ = true;
   bool hasEventSource_ = true;
   std::set<std::pair<KeyCode, KeyDirection>> impossible_;

@@ -38,6 +38,17 @@ std::vector<RunningApplication> FakeWorkspace::runningApplications(
   return found;
 }
 
+std::optional<RunningApplication> FakeWorkspace::stillThere(const RunningApplication& seen) {
+  auto running = runningApplication(seen.processIdentifier);
+  return running && running->window == seen.window ? running : std::nullopt;
+}
+
+bool FakeWorkspace::startedAfter(const RunningApplication& application,
+                                 const RunningApplication& ended) {
+  const auto end = ended_.find(ended.processIdentifier);
+  return end != ended_.end() && started_[application.processIdentifier] > end->second;
+}
+
 std::optional<std::string> FakeWorkspace::applicationName(const std::string& bundleIdentifier) {
   const auto found = installed_.find(lowerCased(bundleIdentifier));
   return found != installed_.end() ? std::optional(found->second) : std::nullopt;
@@ -66,6 +77,8 @@ RunningApplication FakeWorkspace::launch(RunningApplication application) {
     return other.processIdentifier == application.processIdentifier;
   });
   running_.push_back(application);
+  started_[application.processIdentifier] = ++moment_;
+  ended_.erase(application.processIdentifier);
   return application;
 }
 
@@ -77,6 +90,17 @@ RunningApplication FakeWorkspace::launch(ProcessId pid, const std::string& bundl
 void FakeWorkspace::terminate(ProcessId pid) {
   std::erase_if(running_, [&](const auto& other) { return other.processIdentifier == pid; });
   if (front_ == pid) front_.reset();
+  ended_[pid] = ++moment_;
+}
+
+RunningApplication FakeWorkspace::exchangeWindow(ProcessId pid, WindowToken window) {
+  auto application = *runningApplication(pid);
+  application.window = window;
+  for (auto& each : running_) {
+    if (each.processIdentifier == pid) each = application;
+  }
+  ended_[pid] = ++moment_;
+  return application;
 }
 
 void FakeWorkspace::setFront(std::optional<ProcessId> pid) {

@@ -19,13 +19,21 @@ class FakeWorkspace : public Workspace {
   [[nodiscard]] std::optional<std::string> ownBundleIdentifier() const override { return own_; }
   [[nodiscard]] std::optional<RunningApplication> frontmostApplication() override;
   [[nodiscard]] std::optional<RunningApplication> runningApplication(ProcessId pid) override;
+  [[nodiscard]] std::optional<RunningApplication> stillThere(
+      const RunningApplication& seen) override;
   [[nodiscard]] std::vector<RunningApplication> runningApplications(
       const std::string& bundleIdentifier) override;
+  [[nodiscard]] bool startedAfter(const RunningApplication& application,
+                                  const RunningApplication& ended) override;
   [[nodiscard]] std::optional<std::string> applicationName(
       const std::string& bundleIdentifier) override;
   bool activate(const RunningApplication& application) override;
   [[nodiscard]] std::unique_ptr<Observation> observeActivations(
       std::function<void(const RunningApplication&)> handler) override;
+  [[nodiscard]] bool announcesEveryChange() const override { return announces_; }
+  void setAnnouncingHandler(std::function<void()> handler) override {
+    onAnnouncing_ = std::move(handler);
+  }
 
   // The test's side.
 
@@ -37,6 +45,13 @@ class FakeWorkspace : public Workspace {
   RunningApplication launch(ProcessId pid, const std::string& bundleIdentifier,
                             const std::string& name);
   void terminate(ProcessId pid);
+  /// The application goes on with another window than the one it was seen with: that is closed.
+  RunningApplication exchangeWindow(ProcessId pid, WindowToken window);
+  /// Announces every change from now on, or no longer.
+  void setAnnounces(bool announces) {
+    announces_ = announces;
+    if (onAnnouncing_) onAnnouncing_();
+  }
   /// An installed application, running or not; `bundleIdentifier` in lower case.
   void install(const std::string& bundleIdentifier, const std::string& name) {
     installed_[bundleIdentifier] = name;
@@ -63,6 +78,11 @@ class FakeWorkspace : public Workspace {
   std::optional<std::string> own_ = "com.vantorel.Vantorel";
   std::vector<RunningApplication> running_;  // the one in front last first
   std::map<std::string, std::string> installed_;
+  std::map<ProcessId, int> started_;  // moments, counted
+  std::map<ProcessId, int> ended_;
+  int moment_ = 0;
+  bool announces_ = false;
+  std::function<void()> onAnnouncing_;
   std::optional<ProcessId> front_;
   std::vector<std::weak_ptr<Handler>> observers_;
   std::vector<ProcessId> activations_;

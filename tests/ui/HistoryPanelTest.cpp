@@ -15,8 +15,8 @@
 namespace vantorel {
 
 HistoryPanelTest::HistoryPanelTest()
-    : paste_(*store_,
-             PasteServices{pasteboard_, workspace_, input_, dispatch_, store_.files(), images_}),
+    : paste_(*store_, PasteServices{pasteboard_, workspace_, input_, dispatch_,
+                                    std::make_shared<PosixFileSystem>(), images_}),
       target_(workspace_.launch(42, "org.example.Editor", "Editor")) {
   screens_.setMouseLocation({5, 500});
   workspace_.onActivate = [this](const RunningApplication& application) {

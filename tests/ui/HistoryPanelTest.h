@@ -21,6 +21,7 @@
 #include "fakes/TestStore.h"
 #include "panel/HistoryPanelController.h"
 #include "paste/PasteController.h"
+#include "platform/posix/PosixFileSystem.h"
 
 class QString;
 

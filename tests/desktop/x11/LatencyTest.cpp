@@ -96,11 +96,11 @@ TEST_F(LatencyTest, AShortcutIsHeardSoon) {
 }
 
 TEST_F(LatencyTest, APasteIsPressedSoon) {
-  const DesktopEntries entries(places());
-  const auto input = X11SyntheticInput::open(
-      entries, [] { return true; }, display());
+  const auto workspace = X11Workspace::open(dispatch, places(), display());
+  X11SyntheticInput input(dispatch, workspace->applications(), [] { return true; });
   const auto program = play({{"class=editor,Editor"}});
   expectInFront(program.windows[0]);
+  const auto target = *workspace->frontmostApplication();
   const auto letters = [&] {
     const auto& output = program.process->output();
     std::size_t count = 0;
@@ -113,7 +113,7 @@ TEST_F(LatencyTest, APasteIsPressedSoon) {
   std::size_t expected = 0;
   report("paste posted to seen by the target", measure([&] {
            ++expected;
-           input->post({keys::v, KeyDirection::down, flags::command}, program.process->pid());
+           input.post({keys::v, KeyDirection::down, flags::command}, target, [](KeyDelivery) {});
            const auto began = Clock::now();
            while (letters() < expected && Clock::now() - began < std::chrono::seconds(5)) {
            }
@@ -140,8 +140,8 @@ TEST_F(LatencyTest, TheAdaptersStartSoon) {
   });
   once("hot keys", [&] { hotKeys = X11HotKeys::open(dispatch, display()); });
   once("synthetic input", [&] {
-    input = X11SyntheticInput::open(
-        workspace->desktopEntries(), [] { return true; }, display());
+    input = std::make_unique<X11SyntheticInput>(dispatch, workspace->applications(),
+                                                [] { return true; });
   });
 }
 

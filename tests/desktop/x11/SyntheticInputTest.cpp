@@ -36,31 +36,39 @@ using SeenPress = std::pair<unsigned, unsigned>;
 
 class SyntheticInputTest : public DesktopFixture {
  protected:
-  SyntheticInputTest() : entries(places()) {
+  SyntheticInputTest() {
     startWindowManager();
-    open();
+    workspace = X11Workspace::open(dispatch, places(), display());
+    if (!workspace) throw std::runtime_error("no workspace");
+    input = std::make_unique<X11SyntheticInput>(dispatch, workspace->applications(),
+                                                [this] { return offerPrimary(); });
   }
 
-  void open() {
-    input = X11SyntheticInput::open(
-        entries, [this] { return offerPrimary(); }, display());
-    if (!input) throw std::runtime_error("no synthetic input");
-  }
-
-  /// As the paste controller does it.
+  /// Into whichever window of the process is in front.
   void paste(ProcessId pid) {
+    RunningApplication application;
+    application.processIdentifier = pid;
+    paste(application);
+  }
+  /// As the paste controller does it.
+  void paste(const RunningApplication& target) {
     const auto source = input->createEventSource();
     ASSERT_TRUE(source);
     const auto post = [&](KeyCode key, KeyDirection direction, EventFlags flags) {
       auto event = input->createKeyboardEvent(*source, key, direction);
       ASSERT_TRUE(event);
       event->flags = flags;
-      input->post(*event, pid);
+      input->post(*event, target, [this](KeyDelivery delivery) { answers.push_back(delivery); });
     };
     post(keys::command, KeyDirection::down, flags::command);
     post(keys::v, KeyDirection::down, flags::command);
     post(keys::v, KeyDirection::up, flags::command);
     post(keys::command, KeyDirection::up, 0);
+  }
+  /// The answers to the last paste, when all of them have come.
+  std::vector<KeyDelivery> answersToPaste() {
+    waitUntil("every key has its answer", [&] { return answers.size() >= 4; });
+    return std::exchange(answers, {});
   }
 
   static std::vector<SeenPress> presses(const PlayedProgram& program) {
@@ -113,7 +121,8 @@ class SyntheticInputTest : public DesktopFixture {
     return primaryAnswer;
   }
 
-  DesktopEntries entries;
+  std::unique_ptr<X11Workspace> workspace;  // first: the keys are pressed on its thread
+  std::vector<KeyDelivery> answers;
   std::atomic<int> primaryOffers = 0;
   std::atomic<bool> primaryAnswer = true;
   std::unique_ptr<X11SyntheticInput> input;
@@ -143,7 +152,8 @@ TEST_F(SyntheticInputTest, FourEventsAreOneControlV) {
 
 TEST_F(SyntheticInputTest, OtherKeysAreTheirOwnChords) {
   const auto program = playInFront();
-  input->post({keys::returnKey, KeyDirection::down, flags::shift}, program.process->pid());
+  const auto target = *workspace->runningApplication(program.process->pid());
+  input->post({keys::returnKey, KeyDirection::down, flags::shift}, target, [](KeyDelivery) {});
   waitForPress(program, returnKey);
   EXPECT_THAT(presses(program),
               ElementsAre(SeenPress(shiftKey, 0), SeenPress(returnKey, shiftMask)));
@@ -287,8 +297,9 @@ TEST_F(SyntheticInputTest, AShortcutThatIsStillHeldDoesNotKeepTheKeyboard) {
 
 TEST_F(SyntheticInputTest, ATerminalIsPastedIntoByItsOwnKeys) {
   install("some-terminal", "Name=T\nStartupWMClass=Terminal\nCategories=TerminalEmulator;\n");
-  (void)entries.refresh();
   const auto program = playInFront("class=terminal,Terminal");
+  waitUntil("its entry is found",
+            [&] { return workspace->frontmostApplication()->bundleIdentifier == "some-terminal"; });
   paste(program.process->pid());
   waitForPress(program, keyV);
   EXPECT_THAT(presses(program), testing::Contains(SeenPress(keyV, controlMask | shiftMask)));
@@ -337,7 +348,6 @@ TEST_F(SyntheticInputTest, ATargetThatIsGoneGetsNothing) {
 TEST_F(SyntheticInputTest, AClientFromElsewhereIsPastedIntoAsWell) {
   const auto program = play({{"class=far,Far", "machine=elsewhere.example"}});
   expectInFront(program.windows[0]);
-  const auto workspace = X11Workspace::open(dispatch, places(), display());
   const auto application = workspace->frontmostApplication();
   ASSERT_TRUE(application);
   EXPECT_LT(application->processIdentifier, 0);
@@ -349,14 +359,56 @@ TEST_F(SyntheticInputTest, WithoutTheServerItIsNotTrusted) {
   killServer();
   waitUntil("the loss is noticed", [&] { return !input->isTrusted(TrustPrompt::none); });
   EXPECT_EQ(input->createEventSource(), std::nullopt);
-  input->post({keys::v, KeyDirection::down, flags::command}, 1);
+  bool failed = false;
+  input->post({keys::v, KeyDirection::down, flags::command}, {},
+              [&](KeyDelivery delivery) { failed = delivery == KeyDelivery::failed; });
+  waitUntil("the answer", [&] { return failed; });
 }
 
-TEST(SyntheticInputWithoutServer, IsNone) {
-  const DesktopEntries entries({});
-  EXPECT_EQ(X11SyntheticInput::open(
-                entries, [] { return true; }, ":4711"),
-            nullptr);
+TEST_F(SyntheticInputTest, SaysThatTheKeysWerePressed) {
+  const auto program = playInFront();
+  paste(*workspace->frontmostApplication());
+  EXPECT_THAT(answersToPaste(), testing::Each(KeyDelivery::delivered));
+  waitForPress(program, keyV);
+}
+
+TEST_F(SyntheticInputTest, SaysThatTheKeyboardDidNotFollow) {
+  const auto target = playInFront();
+  const auto application = *workspace->frontmostApplication();
+  const auto front = playInFront("class=front,Front");
+  paste(application);
+  EXPECT_THAT(answersToPaste(), testing::Contains(KeyDelivery::failed).Times(1));
+  EXPECT_THAT(presses(target), IsEmpty());
+  EXPECT_THAT(presses(front), IsEmpty());
+}
+
+TEST_F(SyntheticInputTest, SaysThatPrimaryCouldNotBeOffered) {
+  primaryAnswer = false;
+  const auto program = playInFront("class=xterm,XTerm");
+  paste(*workspace->frontmostApplication());
+  EXPECT_THAT(answersToPaste(), testing::Contains(KeyDelivery::failed).Times(1));
+  EXPECT_THAT(presses(program), IsEmpty());
+}
+
+TEST_F(SyntheticInputTest, AnotherWindowOfTheProcessIsNotTheTarget) {
+  const auto program = play({{"class=editor,Editor"}, {"class=editor,Editor", "type=DIALOG"}});
+  bringToFront(program.windows[1]);
+  const auto dialog = *workspace->frontmostApplication();
+  bringToFront(program.windows[0]);
+  paste(dialog);
+  EXPECT_THAT(answersToPaste(), testing::Contains(KeyDelivery::failed).Times(1));
+  EXPECT_THAT(presses(program), IsEmpty());
+}
+
+TEST_F(SyntheticInputTest, ANewerChordTakesThePlaceOfOneThatWaits) {
+  const auto target = playInFront();
+  const auto application = *workspace->frontmostApplication();
+  const auto front = playInFront("class=front,Front");
+  paste(application);
+  paste(*workspace->frontmostApplication());
+  waitForPress(front, keyV);
+  bringToFront(target.windows[0]);
+  EXPECT_THAT(lettersUntilReturn(target), ElementsAre(SeenPress(returnKey, 0)));
 }
 
 /// Real programs, which read a real clipboard.
@@ -377,7 +429,6 @@ class PasteIntoPrograms : public SyntheticInputTest {
     return SyntheticInputTest::offerPrimary();
   }
   ProcessId frontPid() {
-    if (!workspace) workspace = X11Workspace::open(dispatch, places(), display());
     ProcessId pid = 0;
     waitUntil("the program is in front", [&] {
       const auto front = workspace->frontmostApplication();
@@ -386,8 +437,6 @@ class PasteIntoPrograms : public SyntheticInputTest {
     });
     return pid;
   }
-
-  std::unique_ptr<X11Workspace> workspace;
 
  private:
   std::string text_;

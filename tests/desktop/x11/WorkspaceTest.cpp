@@ -53,11 +53,29 @@ TEST_F(WorkspaceTest, TellsTheApplicationInFront) {
   EXPECT_EQ(front->activationPolicy, ActivationPolicy::regular);
 }
 
-TEST_F(WorkspaceTest, BelievesTheStatedProcess) {
-  const auto program = play({{"class=editor,Editor", "pid=4242"}});
-  expectInFront(program.windows[0]);
+TEST_F(WorkspaceTest, BelievesTheServerRatherThanTheStatedProcess) {
+  const auto own = std::to_string(::getpid());
+  for (const auto& pid : {std::string("1"), own, std::string("2147483646"), std::string("2")}) {
+    const auto program = play({{"class=editor,Editor", "pid=" + pid}});
+    expectInFront(program.windows[0]);
+    if (!workspace) open();
+    const auto front = workspace->frontmostApplication();
+    ASSERT_TRUE(front);
+    EXPECT_EQ(front->processIdentifier, program.process->pid()) << pid;
+    EXPECT_EQ(front->bundleIdentifier, "Editor") << pid;
+  }
+}
+
+TEST_F(WorkspaceTest, TellsProgramsApartThatStateTheSameProcess) {
+  const auto first = play({{"class=sandboxed,First", "pid=2"}});
+  expectInFront(first.windows[0]);
   open();
-  EXPECT_EQ(workspace->frontmostApplication()->processIdentifier, 4242);
+  const auto target = *workspace->frontmostApplication();
+  const auto second = play({{"class=sandboxed,Second", "pid=2"}});
+  expectInFront(second.windows[0]);
+  EXPECT_NE(workspace->frontmostApplication()->processIdentifier, target.processIdentifier);
+  EXPECT_TRUE(workspace->activate(target));
+  expectInFront(first.windows[0]);
 }
 
 TEST_F(WorkspaceTest, NamesTheApplicationByItsDesktopEntry) {
@@ -138,8 +156,13 @@ TEST_F(WorkspaceTest, AClientFromElsewhereHasANumberOfItsOwn) {
 }
 
 TEST_F(WorkspaceTest, ThisProgramsWindowsAreAnAccessorys) {
-  const auto program = play({{"class=vantorel,Vantorel", "pid=" + std::to_string(::getpid())}});
-  expectInFront(program.windows[0]);
+  const auto window = xcb_generate_id(tester().xcb());
+  xcb_create_window(tester().xcb(), XCB_COPY_FROM_PARENT, window, tester().root(), 0, 0, 90, 90, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  xcb_change_property(tester().xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS,
+                      XCB_ATOM_STRING, 8, 12, "thing\0Thing");
+  xcb_map_window(tester().xcb(), window);
+  expectInFront(window);
   open();
   const auto front = workspace->frontmostApplication();
   EXPECT_EQ(front->bundleIdentifier, "com.vantorel.Vantorel");
@@ -147,15 +170,82 @@ TEST_F(WorkspaceTest, ThisProgramsWindowsAreAnAccessorys) {
   EXPECT_EQ(front->activationPolicy, ActivationPolicy::accessory);
 }
 
-TEST_F(WorkspaceTest, AWindowThatSkipsTheTaskbarMakesNoRegularApplication) {
+TEST_F(WorkspaceTest, AnAccessoryThatNeverTookTheKeyboardMakesNoRegularApplication) {
   const auto program = play({{"class=note,Note", "state=SKIP_TASKBAR"}});
   const auto tool = play({{"class=tool,Tool", "type=UTILITY"}});
+  const auto editor = play({{"class=editor,Editor"}});
+  expectInFront(editor.windows[0]);
   open();
   for (const auto* name : {"Note", "Tool"}) {
     const auto running = workspace->runningApplications(name);
     ASSERT_EQ(running.size(), 1U);
     EXPECT_EQ(running[0].activationPolicy, ActivationPolicy::accessory) << name;
   }
+}
+
+TEST_F(WorkspaceTest, WhateverTookTheKeyboardMakesARegularApplication) {
+  open();
+  for (const auto* description : {"state=SKIP_TASKBAR", "type=UTILITY", "type=DIALOG"}) {
+    const auto program = play({{"class=tool,Tool", description}});
+    bringToFront(program.windows[0]);
+    EXPECT_EQ(workspace->frontmostApplication()->activationPolicy, ActivationPolicy::regular)
+        << description;
+  }
+}
+
+TEST_F(WorkspaceTest, ActivatesTheVeryWindowWhateverItsKind) {
+  const auto paint = play({{"class=paint,Paint"}, {"class=paint,Paint", "type=UTILITY"}});
+  open();
+  bringToFront(paint.windows[0]);
+  bringToFront(paint.windows[1]);
+  const auto palette = workspace->frontmostApplication();
+  const auto other = play({{"class=other,Other"}});
+  expectInFront(other.windows[0]);
+  EXPECT_TRUE(workspace->activate(*palette));
+  expectInFront(paint.windows[1]);
+  EXPECT_THAT(workspace->frontmostApplication(), Optional(*palette));
+}
+
+TEST_F(WorkspaceTest, AWindowWithTheNumberOfAnEndedOneIsAnother) {
+  open();
+  // The server gives a program that starts when another has just ended the same numbers, mostly.
+  for (int reused = 0, tries = 0; reused < 5; ++tries) {
+    ASSERT_LT(tries, 200) << "no number was given out again";
+    auto editor = play({{"class=editor,Editor"}});
+    expectInFront(editor.windows[0]);
+    const auto before = workspace->frontmostApplication();
+    ASSERT_TRUE(before);
+    const auto number = editor.windows[0];
+    editor.process->kill();
+    const auto safe = play({{"class=safe,Safe"}});
+    expectInFront(safe.windows[0]);
+    const auto after = workspace->frontmostApplication();
+    ASSERT_TRUE(after);
+    EXPECT_EQ(after->bundleIdentifier, "Safe");
+    EXPECT_NE(after->window, before->window);
+    EXPECT_EQ(workspace->stillThere(*before), std::nullopt);
+    EXPECT_FALSE(workspace->activate(*before));
+    if (safe.windows[0] == number) ++reused;
+  }
+}
+
+TEST_F(WorkspaceTest, OnlyAProcessThatStartedAfterTheEndIsARelaunchedOne) {
+  const auto bystander = play({{"class=editor,Editor"}});
+  auto target = play({{"class=editor,Editor"}});
+  expectInFront(target.windows[0]);
+  open();
+  const auto ended = *workspace->frontmostApplication();
+  const auto beside = *workspace->runningApplication(bystander.process->pid());
+  EXPECT_FALSE(workspace->startedAfter(beside, ended)) << "it has not ended";
+  target.process->kill();
+  waitUntil("the target is gone", [&] { return !workspace->stillThere(ended); });
+  EXPECT_FALSE(workspace->startedAfter(beside, ended));
+  // Starts are told in hundredths of a second.
+  waitUntil("a later start", [&] {
+    const auto relaunched = play({{"class=editor,Editor"}});
+    const auto running = workspace->runningApplication(relaunched.process->pid());
+    return running && workspace->startedAfter(*running, ended);
+  });
 }
 
 TEST_F(WorkspaceTest, AnApplicationIsRegularBesideItsSkippingDialog) {
@@ -323,7 +413,7 @@ TEST_F(WorkspaceTest, AnnouncesEachApplicationThatComesToTheFront) {
   EXPECT_THAT(announced, ElementsAre("Editor", "other"));
 }
 
-TEST_F(WorkspaceTest, DoesNotAnnounceAnotherWindowOfTheSameApplication) {
+TEST_F(WorkspaceTest, AnnouncesEachWindowThatComesToTheFront) {
   const auto editor = play({{"class=editor,Editor"}, {"class=editor,Editor"}});
   const auto other = play({{"class=other,Other"}});
   expectInFront(other.windows[0]);
@@ -337,7 +427,37 @@ TEST_F(WorkspaceTest, DoesNotAnnounceAnotherWindowOfTheSameApplication) {
   bringToFront(other.windows[0]);
   waitUntil("the other is announced",
             [&] { return !announced.empty() && announced.back() == "Other"; });
-  EXPECT_THAT(announced, ElementsAre("Editor", "Other"));
+  EXPECT_THAT(announced, ElementsAre("Editor", "Editor", "Other"));
+}
+
+TEST_F(WorkspaceTest, AnnouncesEveryChangeAsLongAsTheWindowManagerIsThere) {
+  open();
+  EXPECT_TRUE(workspace->announcesEveryChange());
+  int heard = 0;
+  workspace->setAnnouncingHandler([&] { ++heard; });
+  stopWindowManager();
+  waitUntil("the window manager is missed", [&] { return !workspace->announcesEveryChange(); });
+  startWindowManager();
+  waitUntil("the next one is noticed", [&] { return workspace->announcesEveryChange(); });
+  EXPECT_EQ(heard, 2);
+  const auto editor = play({{"class=editor,Editor"}});
+  expectInFront(editor.windows[0]);
+  EXPECT_EQ(frontIdentifier(), "Editor");
+  killServer();
+  waitUntil("the server is missed", [&] { return !workspace->announcesEveryChange(); });
+}
+
+TEST_F(WorkspaceTest, NoticesWhatAWindowSaysOfItselfLater) {
+  const auto program = play({{"class=editor,Editor"}});
+  expectInFront(program.windows[0]);
+  open();
+  EXPECT_EQ(frontIdentifier(), "Editor");
+  const auto token = workspace->frontmostApplication()->window;
+  xcb_change_property(tester().xcb(), XCB_PROP_MODE_REPLACE, program.windows[0], XCB_ATOM_WM_CLASS,
+                      XCB_ATOM_STRING, 8, 10, "safe\0Safe");
+  sync();
+  EXPECT_EQ(frontIdentifier(), "Safe");
+  EXPECT_EQ(workspace->frontmostApplication()->window, token);
 }
 
 TEST_F(WorkspaceTest, AnEndedObservationHearsNothingOfWhatIsUnderWay) {

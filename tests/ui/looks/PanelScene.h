@@ -18,6 +18,7 @@
 #include "fakes/FakeWorkspace.h"
 #include "fakes/TestStore.h"
 #include "panel/HistoryPanelController.h"
+#include "platform/posix/PosixFileSystem.h"
 
 class QPoint;
 class QWidget;
@@ -78,8 +79,8 @@ class PanelScene {
   FakeFileThumbnails thumbnails_;
   FakeIcons icons_;
   FakeEventMonitors monitors_;
-  PasteController paste_{
-      *store, PasteServices{pasteboard_, workspace_, input_, dispatch, store.files(), images_}};
+  PasteController paste_{*store, PasteServices{pasteboard_, workspace_, input_, dispatch,
+                                               std::make_shared<PosixFileSystem>(), images_}};
   HistoryPanelController controller_{
       *store, paste_,
       PanelServices{dispatch, screens, monitors_, accessibility, store.files(), images_,

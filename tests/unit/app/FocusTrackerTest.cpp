@@ -107,6 +107,37 @@ TEST_F(FocusTrackerTest, KeepsTheLastTargetWhileNothingIsInFront) {
   EXPECT_THAT(focus.currentPasteTarget(), Optional(editor));
 }
 
+TEST_F(FocusTrackerTest, LooksNoMoreWhileTheDesktopAnnouncesEachChange) {
+  workspace.setAnnounces(true);
+  focus.startFocusTracking();
+  EXPECT_EQ(dispatch.timerCount(), 0U);
+  workspace.bringToFront(editor.processIdentifier);
+  dispatch.runQueued();
+  EXPECT_THAT(focus.lastPasteTarget(), Optional(editor));
+
+  workspace.setAnnounces(false);
+  EXPECT_THAT(dispatch.repeatingIntervals(), ElementsAre(FocusTracker::interval));
+  workspace.setFront(browser.processIdentifier);
+  dispatch.advance(FocusTracker::interval);
+  EXPECT_THAT(focus.lastPasteTarget(), Optional(browser));
+
+  workspace.setAnnounces(true);
+  EXPECT_EQ(dispatch.timerCount(), 0U);
+  focus.stop();
+  workspace.setAnnounces(false);
+  EXPECT_EQ(dispatch.timerCount(), 0U);
+}
+
+TEST_F(FocusTrackerTest, RemembersTheWindowThatWasInFront) {
+  focus.startFocusTracking();
+  auto dialog = editor;
+  dialog.window = 7;
+  workspace.launch(dialog);
+  workspace.bringToFront(editor.processIdentifier);
+  dispatch.runQueued();
+  EXPECT_THAT(focus.lastPasteTarget(), Optional(dialog));
+}
+
 TEST_F(FocusTrackerTest, StartingTwiceListensAndTicksOnce) {
   focus.startFocusTracking();
   focus.startFocusTracking();

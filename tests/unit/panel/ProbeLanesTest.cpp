@@ -1,4 +1,4 @@
-#include "panel/ProbeLanes.h"
+#include "platform/ProbeLanes.h"
 
 #include <gmock/gmock.h>
 

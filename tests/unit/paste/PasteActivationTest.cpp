@@ -179,6 +179,75 @@ TEST_F(PasteActivationTest, ATargetThatEndsDuringTheWaitEndsItWithoutAReport) {
   EXPECT_EQ(workspace.observerCount(), 0U);
 }
 
+TEST_F(PasteActivationTest, AWindowThatIsClosedDuringTheWaitIsToldOf) {
+  auto dialog = editor;
+  dialog.window = 7;
+  controller->setTargetApplication(workspace.launch(dialog));
+  pasteText();
+  workspace.exchangeWindow(editor.processIdentifier, 8);
+  workspace.setFront(editor.processIdentifier);
+  dispatch().advance(Seconds(2));
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::clipboardOnlyNoTarget));
+  EXPECT_THAT(input.posted(), IsEmpty());
+}
+
+TEST_F(PasteActivationTest, AnotherWindowOfTheTargetInFrontIsNotEnough) {
+  auto dialog = editor;
+  dialog.window = 7;
+  auto document = editor;
+  document.window = 8;
+  controller->setTargetApplication(workspace.launch(dialog));
+  pasteText();
+  // The document comes to the front, and the dialog after it.
+  workspace.launch(document);
+  workspace.bringToFront(editor.processIdentifier);
+  workspace.launch(dialog);
+  workspace.setFront(std::nullopt);
+  dispatch().runQueued();
+  EXPECT_THAT(input.posted(), IsEmpty());
+  workspace.bringToFront(editor.processIdentifier);
+  dispatch().runQueued();
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::pasted));
+}
+
+TEST_F(PasteActivationTest, PastedIsSaidWhenTheKeysWerePressed) {
+  input.answerLater();
+  heedActivations();
+  pasteText();
+  dispatch().advance(Seconds(0.5));
+  EXPECT_THAT(input.posted(), SizeIs(4));
+  EXPECT_THAT(outcomes, IsEmpty());
+  input.answerAll();
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::pasted));
+}
+
+TEST_F(PasteActivationTest, KeysThatWereNotPressedAreToldOf) {
+  input.setDelivery(KeyDelivery::failed);
+  heedActivations();
+  pasteText();
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::clipboardOnlyNoTarget));
+  EXPECT_EQ(pasteboard.contents().string, "text");
+}
+
+TEST_F(PasteActivationTest, AnswersToAnOlderPasteAreNotTakenForTheNewerOne) {
+  input.answerLater();
+  heedActivations();
+  pasteText("older");
+  pasteText("newer");
+  input.answerAll();
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::pasted));
+  EXPECT_EQ(pasteboard.contents().string, "newer");
+}
+
+TEST_F(PasteActivationTest, AnAnswerThatComesAfterItsEndDoesNothing) {
+  input.answerLater();
+  heedActivations();
+  pasteText();
+  controller.reset();
+  input.answerAll();
+  EXPECT_THAT(outcomes, IsEmpty());
+}
+
 TEST_F(PasteActivationTest, ItsOwnEndEndsTheWait) {
   pasteText();
   workspace.bringToFront(editor.processIdentifier);  // the announcement is on its way

@@ -12,6 +12,7 @@
 #include "fakes/FakeWorkspace.h"
 #include "fakes/TestStore.h"
 #include "paste/PasteController.h"
+#include "platform/posix/PosixFileSystem.h"
 
 namespace vantorel {
 
@@ -26,7 +27,7 @@ class PasteScene : public testing::Test {
 
   [[nodiscard]] ManualDispatch& dispatch() { return history.dispatch(); }
   [[nodiscard]] PasteServices services() {
-    return {pasteboard, workspace, input, dispatch(), history.disk(), decoder};
+    return {pasteboard, workspace, input, dispatch(), files, decoder};
   }
   void pasteText(std::string_view text = "text") { controller->paste(textItem(text), false); }
   /// What a damaged history may hold.
@@ -47,6 +48,7 @@ class PasteScene : public testing::Test {
   FakeWorkspace workspace{dispatch()};
   FakeSyntheticInput input;
   FakeImageDecoder decoder;
+  std::shared_ptr<FileSystem> files = std::make_shared<PosixFileSystem>();
   RunningApplication editor = workspace.launch(10, "com.acme.editor", "Editor");
   std::unique_ptr<PasteController> controller =
       std::make_unique<PasteController>(*history, services());

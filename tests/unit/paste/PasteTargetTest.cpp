@@ -57,6 +57,46 @@ TEST_F(PasteTargetTest, OneThatWasRelaunchedIsFoundByItsIdentifier) {
   EXPECT_EQ(input.posted().front().pid, 99);
 }
 
+TEST_F(PasteTargetTest, ANamesakeThatRanAllAlongIsABystander) {
+  workspace.launch(11, "com.acme.editor", "Editor");
+  workspace.terminate(editor.processIdentifier);
+  EXPECT_EQ(controller->resolveTargetApplication(), std::nullopt);
+  pasteText();
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::clipboardOnlyNoTarget));
+  EXPECT_EQ(pasteboard.contents().string, "text");
+  EXPECT_TRUE(workspace.activations().empty());
+}
+
+TEST_F(PasteTargetTest, TheRelaunchedOneIsFoundAmongBystanders) {
+  workspace.launch(11, "com.acme.editor", "Editor");
+  workspace.terminate(editor.processIdentifier);
+  const auto relaunched = workspace.launch(99, "com.acme.editor", "Editor");
+  workspace.setFront(11);
+  EXPECT_THAT(controller->resolveTargetApplication(), Optional(relaunched));
+}
+
+TEST_F(PasteTargetTest, AnotherWindowOfTheSameProcessIsNotTheTarget) {
+  auto dialog = editor;
+  dialog.window = 7;
+  controller->setTargetApplication(workspace.launch(dialog));
+  EXPECT_THAT(controller->resolveTargetApplication(), Optional(dialog));
+  workspace.exchangeWindow(editor.processIdentifier, 8);
+  EXPECT_EQ(controller->resolveTargetApplication(), std::nullopt);
+  pasteText();
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::clipboardOnlyNoTarget));
+  EXPECT_EQ(pasteboard.contents().string, "text");
+}
+
+TEST_F(PasteTargetTest, KeysGoToTheVeryWindow) {
+  auto dialog = editor;
+  dialog.window = 7;
+  controller->setTargetApplication(workspace.launch(dialog));
+  heedActivations();
+  pasteText();
+  ASSERT_THAT(input.posted(), SizeIs(4));
+  EXPECT_EQ(input.posted().front().window, 7U);
+}
+
 TEST_F(PasteTargetTest, OneWithoutAnIdentifierIsGoneWithItsProcess) {
   controller->setTargetApplication(
       workspace.launch({40, std::nullopt, "Nameless", ActivationPolicy::regular}));

@@ -7,7 +7,9 @@
 #include "capture/ClipboardWatcher.h"
 #include "fakes/FakeImage.h"
 #include "fakes/FakeUserDefaults.h"
+#include "fakes/Gate.h"
 #include "fakes/TemporaryDirectory.h"
+#include "fakes/ThreadedDispatch.h"
 #include "unit/paste/PasteScene.h"
 
 namespace vantorel {
@@ -17,6 +19,19 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using Kind = FakePasteboard::Write::Kind;
+
+/// A disk that does not say whether anything is there before the gate is open.
+class UnansweringFiles : public PosixFileSystem {
+ public:
+  explicit UnansweringFiles(std::shared_ptr<Gate> gate) : gate_(std::move(gate)) {}
+  [[nodiscard]] bool exists(const Path& /*path*/) override {
+    gate_->pass();
+    return true;
+  }
+
+ private:
+  std::shared_ptr<Gate> gate_;
+};
 
 class PasteboardWriteTest : public PasteScene {
  protected:
@@ -119,8 +134,81 @@ TEST_F(PasteboardWriteTest, OneMissingFileMakesTheWholeEntryUnavailable) {
   const auto item = filesItem({existingFile("a.txt"), (directory.path() / "gone").string()});
   pasteboard.offerText("what was there");
   controller->paste(item, false);
+  dispatch().runQueued();
   EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::unavailable));
   EXPECT_TRUE(pasteboard.isEmpty());
+}
+
+TEST_F(PasteboardWriteTest, TheDiskIsAskedWhereNobodyWaitsForIt) {
+  const auto item = filesItem({existingFile("a.txt")});
+  pasteboard.offerText("what was there");
+  heedActivations();
+  controller->paste(item, false);
+  EXPECT_EQ(pasteboard.contents().string, "what was there") << "the disk has not answered yet";
+  dispatch().runQueued();
+  EXPECT_EQ(pasteboard.writes().back().kind, Kind::files);
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::pasted));
+}
+
+TEST_F(PasteboardWriteTest, ADiskThatDoesNotAnswerIsNotWaitedFor) {
+  const auto gate = std::make_shared<Gate>();
+  ThreadedDispatch threads;
+  PasteController alone(*history, {pasteboard, workspace, input, threads,
+                                   std::make_shared<UnansweringFiles>(gate), decoder});
+  alone.onOutcome = [this](PasteOutcome outcome) { outcomes.push_back(outcome); };
+  alone.paste(filesItem({"/dead/mount/a.txt"}), false);
+  ASSERT_TRUE(gate->isReachedBy(1));
+  threads.advance(FilePresence::patience - Seconds(0.01));
+  EXPECT_THAT(outcomes, IsEmpty());
+  threads.advance(Seconds(0.02));
+  ASSERT_THAT(pasteboard.writes(), SizeIs(2));
+  EXPECT_EQ(pasteboard.writes().back().kind, Kind::files) << "not seen to be gone";
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::clipboardOnlyNoTarget));
+  gate->open();
+  ASSERT_TRUE(gate->isPassedBy(1));
+  threads.advance(Seconds(1));
+  EXPECT_THAT(outcomes, SizeIs(1)) << "the late answer is nobody's";
+}
+
+TEST_F(PasteboardWriteTest, ANewerPasteDoesNotLetTheOlderOnesFilesBeWritten) {
+  controller->paste(filesItem({existingFile("a.txt")}), false);
+  pasteText("newer");
+  dispatch().advance(Seconds(2));
+  EXPECT_EQ(pasteboard.contents().string, "newer");
+  EXPECT_THAT(outcomes, SizeIs(1));
+}
+
+TEST_F(PasteboardWriteTest, WhatIsPutBackIsWrittenLikeAPaste) {
+  std::vector<bool> written;
+  controller->restoreToPasteboard(richTextItem(),
+                                  [&](bool success) { written.push_back(success); });
+  EXPECT_EQ(pasteboard.writes().back().item.html, toBytes("<p>"));
+  controller->restoreToPasteboard(filesItem({existingFile("a.txt")}),
+                                  [&](bool success) { written.push_back(success); });
+  dispatch().runQueued();
+  EXPECT_EQ(pasteboard.writes().back().kind, Kind::files);
+  EXPECT_THAT(written, ElementsAre(true, true));
+  EXPECT_THAT(outcomes, IsEmpty()) << "nobody pasted";
+}
+
+TEST_F(PasteboardWriteTest, NothingIsPutBackOverWhatWasCopiedMeanwhile) {
+  std::vector<bool> written;
+  controller->restoreToPasteboard(filesItem({existingFile("a.txt")}),
+                                  [&](bool success) { written.push_back(success); });
+  pasteboard.offerText("copied meanwhile");
+  dispatch().runQueued();
+  EXPECT_EQ(pasteboard.contents().string, "copied meanwhile");
+  EXPECT_THAT(written, ElementsAre(false));
+}
+
+TEST_F(PasteboardWriteTest, WhatCannotBePutBackChangesNothing) {
+  std::vector<bool> written;
+  pasteboard.offerText("what is there");
+  controller->restoreToPasteboard(filesItem({(directory.path() / "gone").string()}),
+                                  [&](bool success) { written.push_back(success); });
+  dispatch().runQueued();
+  EXPECT_EQ(pasteboard.contents().string, "what is there");
+  EXPECT_THAT(written, ElementsAre(false));
 }
 
 TEST_F(PasteboardWriteTest, AnEmptyListOfFilesLeavesThePasteboardEmpty) {

@@ -48,6 +48,7 @@ struct LinuxDesktop::Ports {
   SessionBus& bus;
   XdgDirectories directories = XdgDirectories::fromEnvironment(processEnvironment);
   PosixFileSystem files{setNoDump};
+  std::shared_ptr<FileSystem> distantFiles = std::make_shared<PosixFileSystem>();
   JsonUserDefaults defaults{
       files, directories.configHome.value_or("/nonexistent") / "vantorel" / "defaults.json"};
   AutostartLoginItem loginItem{files, AutostartPlaces::fromEnvironment(processEnvironment),
@@ -105,8 +106,8 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
                                                  SessionBus& bus) {
   auto ports = std::make_unique<Ports>(dispatch, keychain, bus);
   if (ports->pasteboard && ports->workspace) {
-    ports->input = X11SyntheticInput::open(
-        ports->workspace->desktopEntries(),
+    ports->input = std::make_unique<X11SyntheticInput>(
+        dispatch, ports->workspace->applications(),
         [pasteboard = ports->pasteboard.get()] { return pasteboard->alsoOfferPrimary(); });
   }
   if (!ports->areComplete()) return nullptr;
@@ -118,17 +119,29 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
 }
 
 Desktop LinuxDesktop::ports() {
-  return {ports_->dispatch,       ports_->files,
-          ports_->keychain,       ports_->defaults,
-          *ports_->pasteboard,    *ports_->workspace,
-          *ports_->input,         *ports_->hotKeys,
-          ports_->loginItem,      ports_->statusItem,
-          ports_->keyboardGrabs,  ports_->monitors,
-          ports_->screens,        *ports_->accessibility,
-          ports_->images,         ports_->recognition,
-          ports_->fileThumbnails, *ports_->icons,
-          &*ports_->backdrops,    ports_->spaces,
-          keyCodeFromX11,         ports_->directories.dataHome.value_or("")};
+  return {ports_->dispatch,
+          ports_->files,
+          ports_->distantFiles,
+          ports_->keychain,
+          ports_->defaults,
+          *ports_->pasteboard,
+          *ports_->workspace,
+          *ports_->input,
+          *ports_->hotKeys,
+          ports_->loginItem,
+          ports_->statusItem,
+          ports_->keyboardGrabs,
+          ports_->monitors,
+          ports_->screens,
+          *ports_->accessibility,
+          ports_->images,
+          ports_->recognition,
+          ports_->fileThumbnails,
+          *ports_->icons,
+          &*ports_->backdrops,
+          ports_->spaces,
+          keyCodeFromX11,
+          ports_->directories.dataHome.value_or("")};
 }
 
 }  // namespace vantorel

@@ -9,10 +9,11 @@ namespace vantorel {
 
 namespace {
 
-/// Terminals whose default keys paste by Shift+Insert alone, by class in lower case.
-constexpr std::array<std::string_view, 17> insertOnly = {
-    "xterm",        "uxterm",      "koi8rxterm", "lxterm", "rxvt",         "urxvt",
-    "rxvt-unicode", "aterm",       "eterm",      "mrxvt",  "wterm",        "st",
+/// Terminals, and editors to whom Control with a letter is a command, whose default keys paste by
+/// Shift+Insert alone, by class in lower case.
+constexpr std::array<std::string_view, 19> insertOnly = {
+    "xterm",        "uxterm",      "koi8rxterm", "lxterm", "rxvt",         "urxvt", "emacs",
+    "rxvt-unicode", "aterm",       "eterm",      "mrxvt",  "wterm",        "st",    "gvim",
     "stterm",       "st-256color", "mlterm",     "kterm",  "rxvt-256color"};
 
 /// Terminals that are often installed without a desktop entry. Others are known by their entry.

@@ -10,7 +10,7 @@ namespace vantorel {
 enum class PasteKeys {
   controlV,
   controlShiftV,  // terminals, where Control with a letter is input
-  shiftInsert,    // terminals that know nothing else; they insert PRIMARY, so that is set too
+  shiftInsert,    // programs that know nothing else; some insert PRIMARY, so that is set too
 };
 
 /// What the program of a window pastes with, by its class and its desktop entry (null: none).

@@ -6,7 +6,10 @@
 #include <array>
 #include <bit>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -34,28 +37,49 @@ ProcessId numberOfClient(xcb_window_t window, std::uint32_t resourceMask) {
   return -1 - static_cast<ProcessId>(client);
 }
 
+constexpr std::uint32_t initProcess = 1;  // shows no windows
+
 bool isProcess(std::uint32_t pid) {
   return pid > 0 && pid <= static_cast<std::uint32_t>(std::numeric_limits<ProcessId>::max());
 }
 
 }  // namespace
 
-LocalHost LocalHost::current(std::uint32_t resourceMask) {
+LocalHost LocalHost::current(std::uint32_t resourceMask, std::optional<std::uint32_t> serverPid) {
   std::array<char, 256> name{};
   if (::gethostname(name.data(), name.size() - 1) != 0) name.front() = '\0';
-  return {name.data(), ::getpid(), resourceMask};
+  const bool isSeen = serverPid && isProcess(*serverPid);
+  return {name.data(), isSeen ? static_cast<ProcessId>(*serverPid) : ::getpid(), resourceMask};
 }
 
 ProcessId processOf(const WindowFacts& facts, const LocalHost& host) {
   if (isLocal(facts, host)) {
-    if (facts.statedPid && isProcess(*facts.statedPid)) {
-      return static_cast<ProcessId>(*facts.statedPid);
-    }
     if (facts.clientPid && isProcess(*facts.clientPid)) {
       return static_cast<ProcessId>(*facts.clientPid);
     }
+    // A program may state anything: what it was called in another container, or nonsense.
+    if (facts.statedPid && isProcess(*facts.statedPid) && *facts.statedPid != initProcess) {
+      const auto pid = static_cast<ProcessId>(*facts.statedPid);
+      if (startOf(pid)) return pid;
+    }
   }
   return numberOfClient(facts.window, host.resourceMask);
+}
+
+std::optional<double> startOf(ProcessId pid) {
+  if (pid <= 0) return std::nullopt;
+  std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
+  const std::string line{std::istreambuf_iterator<char>(file), {}};
+  // The second field, a name in parentheses, may hold anything; the start is the twentieth after
+  // it.
+  const auto name = line.rfind(')');
+  if (name == std::string::npos) return std::nullopt;
+  std::istringstream fields(line.substr(name + 1));
+  std::string skipped;
+  for (int field = 0; field < 19; ++field) fields >> skipped;
+  double ticks = 0;
+  if (!(fields >> ticks)) return std::nullopt;
+  return ticks / static_cast<double>(::sysconf(_SC_CLK_TCK));
 }
 
 std::string executableOf(ProcessId pid) {
@@ -82,8 +106,8 @@ WindowIdentity identityOf(const WindowFacts& facts, const LocalHost& host) {
   return identity;
 }
 
-RunningApplication applicationOf(const WindowFacts& facts, const DesktopEntry* entry,
-                                 const LocalHost& host) {
+RunningApplication applicationOf(const WindowFacts& facts, WindowHistory history,
+                                 const DesktopEntry* entry, const LocalHost& host) {
   RunningApplication application;
   application.processIdentifier = processOf(facts, host);
   application.activationPolicy = ActivationPolicy::accessory;
@@ -92,7 +116,11 @@ RunningApplication applicationOf(const WindowFacts& facts, const DesktopEntry* e
     application.localizedName = ownApplicationName;
     return application;
   }
-  if (facts.kind == WindowKind::normal) application.activationPolicy = ActivationPolicy::regular;
+  const bool tookTheKeyboard =
+      history == WindowHistory::wasInFront && facts.management == WindowManagement::managed;
+  if (facts.kind == WindowKind::normal || tookTheKeyboard) {
+    application.activationPolicy = ActivationPolicy::regular;
+  }
   const auto& wmClass = facts.wmClass.empty() ? facts.wmInstance : facts.wmClass;
   if (entry) {
     application.bundleIdentifier = entry->id;

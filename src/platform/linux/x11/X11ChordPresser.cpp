@@ -41,34 +41,40 @@ bool isCommandV(const ChordRequest& request) {
 
 }  // namespace
 
-X11ChordPresser::X11ChordPresser(std::unique_ptr<X11Connection> connection,
-                                 const DesktopEntries& entries, PrimaryOffer offerPrimary)
-    : entries_(entries),
+X11ChordPresser::X11ChordPresser(X11Applications& applications, PrimaryOffer offerPrimary)
+    : applications_(applications),
       offerPrimary_(std::move(offerPrimary)),
-      thread_(std::move(connection), "synthetic input"),
-      applications_(thread_.connection(), entries),
+      thread_(applications.thread()),
       keyboard_(thread_.connection()),
       hasTest_(thread_.connection().extension(xcb_test_id) != nullptr) {
   keyboard_.watchMap();
-  thread_.post([this] { refreshMap(); });
-  thread_.start(
-      [this](const xcb_generic_event_t& event) {
-        if (!keyboard_.isMapChange(event)) return;
-        map_.reset();
-        thread_.cancel(refreshTimer_);
-        refreshTimer_ = thread_.after(settling, [this] { refreshMap(); });
-      },
-      [this] { lost_ = true; });
+  applications_.post([this] {
+    applications_.setEventHandler([this](const xcb_generic_event_t& event) {
+      if (!keyboard_.isMapChange(event)) return;
+      map_.reset();
+      thread_.cancel(refreshTimer_);
+      refreshTimer_ = thread_.after(settling, [this] { refreshMap(); });
+    });
+    refreshMap();
+  });
 }
 
-X11ChordPresser::~X11ChordPresser() { thread_.stop(); }
+X11ChordPresser::~X11ChordPresser() {
+  // What was posted before has run by then, and nothing comes after it.
+  applications_.ask([this] {
+    applications_.setEventHandler({});
+    for (const auto timer : {attemptTimer_, refreshTimer_, releaseTimer_}) thread_.cancel(timer);
+  });
+}
 
-bool X11ChordPresser::isAvailable() const { return hasTest_ && keyboard_.isAvailable() && !lost_; }
+bool X11ChordPresser::isAvailable() const {
+  return hasTest_ && keyboard_.isAvailable() && !applications_.isLost();
+}
 
-void X11ChordPresser::press(ChordRequest request, ProcessId pid) {
-  if (!isAvailable()) return;
-  thread_.post([this, request, pid] {
-    attempt({request, pid, X11Thread::Clock::now() + patience});
+void X11ChordPresser::press(ChordRequest request, const RunningApplication& target,
+                            Completion done) {
+  applications_.post([this, request, target, done = std::move(done)] {
+    begin({request, target, done, X11Thread::Clock::now() + patience});
   });
 }
 
@@ -76,55 +82,73 @@ void X11ChordPresser::refreshMap() {
   if (!map_) map_ = keyboard_.readMap();
 }
 
-void X11ChordPresser::attempt(Attempt attempt) {
-  const auto found = target(attempt.pid);
-  // A layout that was changed before the target came to the front has told so by now.
-  thread_.handleArrivedEvents();
-  if (found && tryToPress(attempt, *found) == Outcome::done) return;
-  if (X11Thread::Clock::now() >= attempt.deadline) return;
-  thread_.after(betweenAttempts, [this, attempt] { this->attempt(attempt); });
+void X11ChordPresser::begin(Attempt attempt) {
+  if (attempt_) finish(Outcome::notInFront);
+  attempt_ = std::move(attempt);
+  tryAgain();
+}
+
+void X11ChordPresser::tryAgain() {
+  // A layout that was changed before the target came to the front is known by now, too.
+  applications_.windows().catchUp();
+  const auto found = targetInFront(attempt_->target);
+  const auto outcome = found ? tryToPress(*attempt_, *found) : Outcome::notInFront;
+  if (outcome != Outcome::notInFront || X11Thread::Clock::now() >= attempt_->deadline) {
+    finish(outcome);
+  } else {
+    attemptTimer_ = thread_.after(betweenAttempts, [this] { tryAgain(); });
+  }
+}
+
+void X11ChordPresser::finish(Outcome outcome) {
+  thread_.cancel(attemptTimer_);
+  const auto done = std::move(attempt_->done);
+  attempt_.reset();
+  done(outcome == Outcome::pressed);
 }
 
 X11ChordPresser::Outcome X11ChordPresser::tryToPress(Attempt& attempt, const Target& target) {
   const auto wanted = keysFor(attempt.request, target);
   auto keys = wanted;
   const auto chord = chordOf(attempt.request, keys);
-  if (!chord) return Outcome::done;
+  if (!chord) return Outcome::impossible;
   // Beside terminals, programs insert the pasteboard by Shift+Insert too.
   const bool insertsPrimary = wanted != PasteKeys::controlV && keys == PasteKeys::shiftInsert;
   if (insertsPrimary && !attempt.primaryOffered) {
-    if (!offerPrimary_()) return Outcome::done;
+    if (!offerPrimary_()) return Outcome::impossible;
     attempt.primaryOffered = true;
   }
-  return pressUnderGrab(*chord, attempt.pid, target.focus);
+  return pressUnderGrab(*chord, attempt.target, target.focus);
 }
 
-std::optional<X11ChordPresser::Target> X11ChordPresser::target(ProcessId pid) const {
-  const auto& windows = applications_.windows();
+/// The target, if its window is in front and has the keyboard: itself, a part of it, or a window
+/// that its process keeps for taking the keyboard and that no window manager knows.
+std::optional<X11ChordPresser::Target> X11ChordPresser::targetInFront(
+    const RunningApplication& target) {
+  auto& windows = applications_.windows();
   const auto& host = applications_.host();
   const auto active = windows.active();
-  if (!active || processOf(*active, host) != pid) return std::nullopt;
-  const auto focus = inputFocus();
-  if (focus == active->window) return Target{focus, *active};
+  if (!active || processOf(active->facts, host) != target.processIdentifier) return std::nullopt;
+  if (target.window != 0 && active->token != target.window) return std::nullopt;
+  const auto focus = windows.inputFocus();
+  if (focus == active->facts.window) return Target{focus, active->facts};
   const auto focused = windows.focused();
-  if (!focused || processOf(*focused, host) != pid) return std::nullopt;
-  return Target{focus, *active};
+  if (!focused) return std::nullopt;
+  const bool isItsOwn = processOf(focused->facts, host) == target.processIdentifier &&
+                        focused->facts.management == WindowManagement::unmanaged;
+  if (focused->token != active->token && !isItsOwn) return std::nullopt;
+  return Target{focus, active->facts};
 }
 
-xcb_window_t X11ChordPresser::inputFocus() const {
-  const auto& connection = thread_.connection();
-  const auto focus =
-      connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection.xcb()));
-  return focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
-}
-
-X11ChordPresser::Outcome X11ChordPresser::pressUnderGrab(const KeyChord& chord, ProcessId pid,
+X11ChordPresser::Outcome X11ChordPresser::pressUnderGrab(const KeyChord& chord,
+                                                         const RunningApplication& target,
                                                          xcb_window_t focus) {
   const ServerGrab grab(thread_.connection());
-  const auto still = target(pid);
+  applications_.windows().catchUp();
+  const auto still = targetInFront(target);
   if (!still || still->focus != focus) return Outcome::notInFront;
   const auto state = keyboard_.readState();
-  if (!state) return Outcome::done;
+  if (!state || !map_) return Outcome::impossible;
   const auto presses = keyboard_.presses();
   const auto plan = planChord(*map_, chord, presses);
   const auto locked =
@@ -134,7 +158,7 @@ X11ChordPresser::Outcome X11ChordPresser::pressUnderGrab(const KeyChord& chord, 
   thread_.connection().flush();
   restore(plan.suspended, presses);
   if (locked != 0) keyboard_.lock(locked);
-  return Outcome::done;
+  return thread_.connection().broken() ? Outcome::impossible : Outcome::pressed;
 }
 
 /// Presses again what was let go. A key that its finger leaves in this very moment must not stay
@@ -172,7 +196,7 @@ void X11ChordPresser::watchRestored() {
 
 PasteKeys X11ChordPresser::keysFor(const ChordRequest& request, const Target& target) const {
   if (!isCommandV(request)) return PasteKeys::controlV;
-  const auto index = entries_.index();
+  const auto index = applications_.entries().index();
   const auto* entry = index->find(identityOf(target.facts, applications_.host()));
   return pasteKeysFor(target.facts.wmClass, entry);
 }

@@ -15,18 +15,9 @@ bool isModifier(KeyCode keyCode) {
 
 }  // namespace
 
-std::unique_ptr<X11SyntheticInput> X11SyntheticInput::open(const DesktopEntries& entries,
-                                                           PrimaryOffer offerPrimary,
-                                                           const std::string& display) {
-  auto connection = X11Connection::open(display);
-  if (!connection) return nullptr;
-  return std::unique_ptr<X11SyntheticInput>(
-      new X11SyntheticInput(std::move(connection), entries, std::move(offerPrimary)));
-}
-
-X11SyntheticInput::X11SyntheticInput(std::unique_ptr<X11Connection> connection,
-                                     const DesktopEntries& entries, PrimaryOffer offerPrimary)
-    : presser_(std::move(connection), entries, std::move(offerPrimary)) {}
+X11SyntheticInput::X11SyntheticInput(Dispatch& dispatch, X11Applications& applications,
+                                     PrimaryOffer offerPrimary)
+    : dispatch_(dispatch), presser_(applications, std::move(offerPrimary)) {}
 
 X11SyntheticInput::~X11SyntheticInput() = default;
 
@@ -43,9 +34,19 @@ std::optional<SyntheticKeyEvent> X11SyntheticInput::createKeyboardEvent(
   return SyntheticKeyEvent{keyCode, direction, 0};
 }
 
-void X11SyntheticInput::post(const SyntheticKeyEvent& event, ProcessId pid) {
-  if (event.direction == KeyDirection::up || isModifier(event.keyCode)) return;
-  presser_.press({event.keyCode, event.flags}, pid);
+void X11SyntheticInput::post(const SyntheticKeyEvent& event, const RunningApplication& target,
+                             std::function<void(KeyDelivery)> done) {
+  const auto answer = [&dispatch = dispatch_, alive = std::weak_ptr(alive_),
+                       done = std::move(done)](bool pressed) {
+    dispatch.async([alive, done, pressed] {
+      if (!alive.expired()) done(pressed ? KeyDelivery::delivered : KeyDelivery::failed);
+    });
+  };
+  if (event.direction == KeyDirection::up || isModifier(event.keyCode)) {
+    answer(true);  // a part of the chord whose key has its own answer
+  } else {
+    presser_.press({event.keyCode, event.flags}, target, answer);
+  }
 }
 
 }  // namespace vantorel

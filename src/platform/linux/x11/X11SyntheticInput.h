@@ -1,11 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 
+#include "platform/Dispatch.h"
 #include "platform/SyntheticInput.h"
-#include "platform/linux/DesktopEntries.h"
 #include "platform/linux/x11/X11ChordPresser.h"
 
 namespace vantorel {
@@ -16,22 +16,21 @@ namespace vantorel {
 /// modifier keys and releases around it need nothing more. So no modifier is ever left down.
 class X11SyntheticInput : public SyntheticInput {
  public:
-  /// `entries` outlives the result. Null when there is no X server.
-  [[nodiscard]] static std::unique_ptr<X11SyntheticInput> open(const DesktopEntries& entries,
-                                                               PrimaryOffer offerPrimary,
-                                                               const std::string& display = {});
+  /// `dispatch` and `applications` outlive this.
+  X11SyntheticInput(Dispatch& dispatch, X11Applications& applications, PrimaryOffer offerPrimary);
   ~X11SyntheticInput() override;
 
   [[nodiscard]] bool isTrusted(TrustPrompt prompt) override;
   [[nodiscard]] std::optional<EventSource> createEventSource() override;
   [[nodiscard]] std::optional<SyntheticKeyEvent> createKeyboardEvent(
       const EventSource& source, KeyCode keyCode, KeyDirection direction) override;
-  void post(const SyntheticKeyEvent& event, ProcessId pid) override;
+  void post(const SyntheticKeyEvent& event, const RunningApplication& target,
+            std::function<void(KeyDelivery)> done) override;
 
  private:
-  X11SyntheticInput(std::unique_ptr<X11Connection> connection, const DesktopEntries& entries,
-                    PrimaryOffer offerPrimary);
-
+  Dispatch& dispatch_;
+  std::shared_ptr<bool> alive_ =
+      std::make_shared<bool>(true);  // answers on their way hold it weakly
   X11ChordPresser presser_;
 };
 

@@ -1,87 +1,111 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <string>
 #include <vector>
 
-#include "platform/linux/x11/X11Connection.h"
+#include "platform/Workspace.h"
+#include "platform/linux/x11/WindowFacts.h"
+#include "platform/linux/x11/WindowQueries.h"
+#include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {
 
-enum class WindowKind { normal, other };
-enum class WindowManagement { managed, unmanaged };
-
-/// What a window and the server say about it. Texts are valid UTF-8, empty when nothing is said.
-struct WindowFacts {
-  xcb_window_t window = XCB_WINDOW_NONE;
-  WindowManagement management = WindowManagement::unmanaged;
-  WindowKind kind = WindowKind::normal;  // normal, dialog or untyped, and on the taskbar
-  std::string wmInstance;
-  std::string wmClass;
-  std::string desktopFile;                 // what toolkits announce: the id of the desktop entry
-  std::string clientMachine;               // host name
-  std::optional<std::uint32_t> statedPid;  // _NET_WM_PID: the program's own word
-  std::optional<std::uint32_t> clientPid;  // the local process at the other end, as the server sees
+/// A window as it is known at present.
+struct KnownWindow {
+  WindowToken token = 0;
+  WindowFacts facts;
+  std::uint64_t lastInFront = 0;  // the larger, the later; 0: it never was
 };
 
-/// Asks the server about windows. Every call waits for the server alone, in one or two round trips.
-/// For one thread at a time; selects no events on windows of others. `activate()` throws the
-/// connection's waiting events away: only for a connection that nobody else listens to.
+/// All that is known of the windows of a display: learnt when one is first heard of, kept up to
+/// date by what the server tells of it, and dropped with the window. The server gives a number out
+/// again as soon as its window has gone, so nothing here is believed for longer. On the X thread.
 class X11Windows {
  public:
-  /// `connection` outlives this.
-  explicit X11Windows(X11Connection& connection);
+  /// `thread` outlives this; events reach it by `handle()`.
+  explicit X11Windows(X11Thread& thread);
   ~X11Windows();
   X11Windows(const X11Windows&) = delete;
   X11Windows& operator=(const X11Windows&) = delete;
 
-  /// The window that has the user's attention: what the window manager says, if that window exists
-  /// and is one; else, and without such a window manager, the top-level window that has the
-  /// keyboard. Absent when none has. Which one it is, is always news; what else is said of it may
-  /// be some seconds old.
-  [[nodiscard]] std::optional<WindowFacts> active() const;
+  /// True when another window may be in front, or its application be another, since.
+  bool handle(const xcb_generic_event_t& event);
+  /// The server has gone: there are no windows any more.
+  void handleLoss();
 
-  /// The top-level window that gets the keys.
-  [[nodiscard]] std::optional<WindowFacts> focused() const;
+  /// Takes in everything that has happened on the server by now, in one round trip. What follows in
+  /// the same turn is true of this moment. Not within `handle()`.
+  void catchUp();
 
-  /// Absent when the window is gone.
-  [[nodiscard]] std::optional<WindowFacts> facts(xcb_window_t window) const;
+  /// Whether a window manager is there that tells of every change of the active window.
+  [[nodiscard]] bool announcesActive();
 
-  /// Every window of an application, the lowest first.
-  [[nodiscard]] std::vector<WindowFacts> all() const;
+  /// The window that has the user's attention: what the window manager says, as long as it and
+  /// that window exist; else, and without such a window manager, the one that has the keyboard.
+  [[nodiscard]] std::optional<KnownWindow> active();
+  /// The application's window that the keyboard's input goes to, perhaps to a part of it.
+  [[nodiscard]] std::optional<KnownWindow> focused();
+  [[nodiscard]] xcb_window_t inputFocus() const { return queries_.inputFocus(); }
+
+  /// Absent when that window has ended.
+  [[nodiscard]] std::optional<KnownWindow> find(WindowToken token);
+  /// When that window ended, in seconds since the machine was started; absent while it exists, and
+  /// when it is not remembered.
+  [[nodiscard]] std::optional<double> endOf(WindowToken token) const;
+  /// Every window of an application: those that were in front, the last first, then the others, the
+  /// highest first.
+  [[nodiscard]] std::vector<KnownWindow> all();
 
   /// Brings the window to the front, as a pager does. `current` is this program's own active
   /// window, or none. Without a window manager that listens, raises and focuses it directly.
-  void activate(xcb_window_t window, xcb_window_t current) const;
+  void activate(xcb_window_t window, xcb_window_t current);
 
-  /// The bits of a window's id that tell windows of one client apart.
-  [[nodiscard]] std::uint32_t resourceMask() const;
+  [[nodiscard]] const WindowQueries& queries() const { return queries_; }
+  /// The process of this program, as the server sees it.
+  [[nodiscard]] std::optional<std::uint32_t> ownPid() const { return queries_.clientPid(clock_); }
 
  private:
-  struct Asked;
-
-  [[nodiscard]] Asked ask(xcb_window_t window) const;
-  [[nodiscard]] std::optional<WindowFacts> answer(const Asked& asked) const;
-  [[nodiscard]] std::vector<WindowFacts> factsOf(const std::vector<xcb_window_t>& windows) const;
-  [[nodiscard]] std::vector<xcb_window_t> clientList() const;
-  [[nodiscard]] std::vector<xcb_window_t> unlistedClients() const;
-  [[nodiscard]] xcb_window_t windowUnderPointer() const;
-  [[nodiscard]] std::optional<WindowFacts> topLevelOf(xcb_window_t window) const;
-  [[nodiscard]] bool exists(xcb_window_t window) const;
-  [[nodiscard]] bool managerActivates() const;
-  [[nodiscard]] xcb_timestamp_t serverTime() const;
-
-  X11Connection& connection_;
-  /// The window that was active when it was asked last.
-  struct Active {
-    WindowFacts facts;
-    std::chrono::steady_clock::time_point asked;
+  struct Entry {
+    KnownWindow window;
+    bool factsAreFresh = false;
   };
-  mutable std::optional<Active> lastActive_;
+  using Entries = std::map<xcb_window_t, Entry>;
+
+  bool handle(const xcb_property_notify_event_t& change);
+  bool handle(const xcb_destroy_notify_event_t& end);
+  void watch(xcb_window_t window, std::uint32_t events) const;
+  Entry* take(xcb_window_t window, std::optional<WindowFacts> facts);
+  Entry* learn(xcb_window_t window);
+  void forget(Entries::iterator entry);
+  void lookForManager();
+  void readActive();
+  [[nodiscard]] Entry* learnStated();
+  [[nodiscard]] Entry* learnFocused();
+  [[nodiscard]] xcb_timestamp_t serverTime();
+
+  X11Thread& thread_;
+  X11Connection& connection_;
+  WindowQueries queries_;
   xcb_window_t clock_;  // our own; a change of its property tells the server's time
-  bool knowsClientPids_;
+  xcb_timestamp_t time_ = XCB_CURRENT_TIME;
+  xcb_atom_t activeWindow_;
+  xcb_atom_t managerCheck_;
+  xcb_atom_t supported_;
+
+  Entries entries_;
+  std::map<WindowToken, double> ends_;  // of windows that were in front
+  WindowToken lastToken_ = 0;
+  std::uint64_t timesInFront_ = 0;
+
+  std::optional<WindowQueries::Manager> manager_;
+  bool managerIsKnown_ = false;
+  bool managerHasEnded_ = false;  // and none has come since: what it said last is no longer true
+
+  std::optional<xcb_window_t> stated_;  // what the window manager says is active
+  bool statedIsFresh_ = false;
+  bool statedHasEnded_ = false;  // that window has, and nothing else was said since
 };
 
 }  // namespace vantorel

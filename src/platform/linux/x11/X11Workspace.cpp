@@ -2,15 +2,26 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 #include <utility>
 
 namespace vantorel {
 
 using Handler = std::function<void(const RunningApplication&)>;
 
-struct X11Workspace::Observers {
+/// Queued work, and the thread of the applications, hold it weakly.
+struct X11Workspace::MainSide {
   std::vector<std::weak_ptr<Handler>> handlers;
+  bool announces = false;
+  std::function<void()> onAnnouncing;
+
+  void announce(const RunningApplication& application) {
+    std::erase_if(handlers, [](const auto& handler) { return handler.expired(); });
+    // A handler may end its own observation, or begin another.
+    const auto present = handlers;
+    for (const auto& weak : present) {
+      if (const auto handler = weak.lock()) (*handler)(application);
+    }
+  }
 };
 
 /// The observation keeps its handler alive; what is queued holds it weakly.
@@ -24,107 +35,143 @@ class X11Workspace::Registration : public Observation {
 
 std::unique_ptr<X11Workspace> X11Workspace::open(Dispatch& dispatch, DesktopEntryPlaces places,
                                                  const std::string& display) {
-  auto queries = X11Connection::open(display);
-  auto events = X11Connection::open(display);
-  if (!queries || !events) return nullptr;
-  return std::unique_ptr<X11Workspace>(
-      new X11Workspace(dispatch, std::move(places), std::move(queries), std::move(events)));
+  auto connection = X11Connection::open(display);
+  if (!connection) return nullptr;
+  std::unique_ptr<X11Workspace> workspace(new X11Workspace(dispatch));
+  workspace->applications_ = std::make_unique<X11Applications>(
+      std::move(connection), std::move(places), workspace->observer());
+  workspace->applications_->ask(
+      [&] { workspace->main_->announces = workspace->applications_->windows().announcesActive(); });
+  return workspace;
 }
 
-X11Workspace::X11Workspace(Dispatch& dispatch, DesktopEntryPlaces places,
-                           std::unique_ptr<X11Connection> queries,
-                           std::unique_ptr<X11Connection> events)
-    : dispatch_(dispatch),
-      entries_(std::move(places)),
-      queries_(std::move(queries)),
-      applications_(*queries_, entries_),
-      observers_(std::make_shared<Observers>()),
-      watcher_(std::move(events), entries_, order_,
-               [this](const RunningApplication& application) { announce(application); }) {}
+X11Workspace::X11Workspace(Dispatch& dispatch)
+    : dispatch_(dispatch), main_(std::make_shared<MainSide>()) {}
 
 X11Workspace::~X11Workspace() = default;
+
+X11Applications::Observer X11Workspace::observer() const {
+  const auto main = std::weak_ptr(main_);
+  return {
+      .onActivated =
+          [&dispatch = dispatch_, main](const RunningApplication& application) {
+            dispatch.async([main, application] {
+              if (const auto side = main.lock()) side->announce(application);
+            });
+          },
+      .onAnnouncing =
+          [&dispatch = dispatch_, main](bool announces) {
+            dispatch.async([main, announces] {
+              const auto side = main.lock();
+              if (!side) return;
+              side->announces = announces;
+              const auto handler = side->onAnnouncing;
+              if (handler) handler();
+            });
+          },
+  };
+}
 
 std::optional<std::string> X11Workspace::ownBundleIdentifier() const { return ownApplicationId; }
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() {
-  auto active = applications_.active();
-  if (!active) return std::nullopt;
-  order_.note(active->facts.window);
-  return std::move(active->application);
-}
-
-std::vector<ApplicationWindow> X11Workspace::windowsByUse() const {
-  auto windows = applications_.all();
-  std::stable_sort(windows.begin(), windows.end(), [this](const auto& a, const auto& b) {
-    return order_.rank(a.facts.window) < order_.rank(b.facts.window);
+  std::optional<RunningApplication> front;
+  applications_->ask([&] {
+    if (auto active = applications_->active()) front = std::move(active->application);
   });
-  return windows;
+  return front;
 }
 
 std::optional<RunningApplication> X11Workspace::runningApplication(ProcessId pid) {
-  for (auto& window : windowsByUse()) {
-    if (window.application.processIdentifier == pid) return std::move(window.application);
-  }
-  return std::nullopt;
+  std::optional<RunningApplication> running;
+  applications_->ask([&] {
+    for (auto& each : applications_->all()) {
+      if (each.application.processIdentifier != pid) continue;
+      running = std::move(each.application);
+      return;
+    }
+  });
+  return running;
+}
+
+std::optional<RunningApplication> X11Workspace::stillThere(const RunningApplication& seen) {
+  if (seen.window == 0) return runningApplication(seen.processIdentifier);
+  std::optional<RunningApplication> found;
+  applications_->ask([&] {
+    auto window = applications_->find(seen.window);
+    if (window) found = std::move(window->application);
+  });
+  return found;
 }
 
 std::vector<RunningApplication> X11Workspace::runningApplications(
     const std::string& bundleIdentifier) {
   std::vector<RunningApplication> result;
-  std::set<ProcessId> seen;
-  for (auto& window : windowsByUse()) {
-    auto& application = window.application;
-    if (application.bundleIdentifier != bundleIdentifier) continue;
-    if (seen.insert(application.processIdentifier).second) result.push_back(std::move(application));
-  }
+  applications_->ask([&] {
+    std::set<ProcessId> seen;
+    for (auto& each : applications_->all()) {
+      auto& application = each.application;
+      if (application.bundleIdentifier != bundleIdentifier) continue;
+      if (!seen.insert(application.processIdentifier).second) continue;
+      result.push_back(std::move(application));
+    }
+  });
   return result;
 }
 
+bool X11Workspace::startedAfter(const RunningApplication& application,
+                                const RunningApplication& ended) {
+  std::optional<double> end;
+  applications_->ask([&] { end = applications_->windows().endOf(ended.window); });
+  const auto start = startOf(application.processIdentifier);
+  return start && end && *start > *end;
+}
+
 std::optional<std::string> X11Workspace::applicationName(const std::string& bundleIdentifier) {
-  const auto index = entries_.index();
+  const auto index = desktopEntries().index();
   const DesktopEntry* entry = index->byId(bundleIdentifier);
   if (entry == nullptr || entry->name.empty()) return std::nullopt;
   return entry->name;
 }
 
-bool X11Workspace::activate(const RunningApplication& application) {
-  const auto windows = windowsByUse();
-  const ApplicationWindow* best = nullptr;
-  // One process may run several applications: a window of the one that is meant comes first.
-  const auto rank = [&](const ApplicationWindow& window) {
-    return std::pair(window.application.bundleIdentifier != application.bundleIdentifier,
-                     window.facts.kind != WindowKind::normal);
-  };
-  for (const auto& window : windows) {
-    if (window.application.processIdentifier != application.processIdentifier) continue;
-    if (best == nullptr || rank(window) < rank(*best)) best = &window;
+bool X11Workspace::activateOnThread(const RunningApplication& application) {
+  std::optional<ApplicationWindow> target;
+  if (application.window != 0) {
+    target = applications_->find(application.window);
+  } else {
+    // One process may run several applications: a window of the one that is meant comes first.
+    for (auto& each : applications_->all()) {
+      if (each.application.processIdentifier != application.processIdentifier) continue;
+      const bool isMeant = each.application.bundleIdentifier == application.bundleIdentifier;
+      if (!target || isMeant) target = std::move(each);
+      if (isMeant) break;
+    }
   }
-  if (best == nullptr) return false;
-  const auto active = applications_.active();
+  if (!target) return false;
+  const auto active = applications_->active();
   const bool ownIsActive =
-      active && active->application.processIdentifier == applications_.host().ownPid;
-  applications_.windows().activate(
-      best->facts.window, ownIsActive ? active->facts.window : xcb_window_t{XCB_WINDOW_NONE});
-  return !queries_->broken();
+      active && active->application.processIdentifier == applications_->host().ownPid;
+  const auto current = ownIsActive ? active->window.facts.window : xcb_window_t{XCB_WINDOW_NONE};
+  applications_->windows().activate(target->window.facts.window, current);
+  return true;
 }
 
-void X11Workspace::announce(RunningApplication application) const {
-  dispatch_.async([observers = std::weak_ptr(observers_), application = std::move(application)] {
-    const auto alive = observers.lock();
-    if (!alive) return;
-    std::erase_if(alive->handlers, [](const auto& handler) { return handler.expired(); });
-    // A handler may end its own observation, or begin another.
-    const auto handlers = alive->handlers;
-    for (const auto& weak : handlers) {
-      if (const auto handler = weak.lock()) (*handler)(application);
-    }
-  });
+bool X11Workspace::activate(const RunningApplication& application) {
+  bool asked = false;
+  applications_->ask([&] { asked = activateOnThread(application); });
+  return asked && !applications_->isLost();
 }
 
 std::unique_ptr<Observation> X11Workspace::observeActivations(Handler handler) {
   auto shared = std::make_shared<Handler>(std::move(handler));
-  observers_->handlers.push_back(shared);
+  main_->handlers.push_back(shared);
   return std::make_unique<Registration>(std::move(shared));
+}
+
+bool X11Workspace::announcesEveryChange() const { return main_->announces; }
+
+void X11Workspace::setAnnouncingHandler(std::function<void()> handler) {
+  main_->onAnnouncing = std::move(handler);
 }
 
 }  // namespace vantorel

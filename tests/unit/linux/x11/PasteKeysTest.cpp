@@ -35,6 +35,13 @@ TEST(PasteKeys, AreShiftInsertForTerminalsThatKnowOnlyThat) {
   }
 }
 
+TEST(PasteKeys, AreShiftInsertForEditorsToWhomControlVIsACommand) {
+  DesktopEntry entry;
+  entry.executable = "emacs";
+  EXPECT_EQ(pasteKeysFor("Emacs", &entry), PasteKeys::shiftInsert);
+  EXPECT_EQ(pasteKeysFor("Gvim", nullptr), PasteKeys::shiftInsert);
+}
+
 TEST(PasteKeys, FollowTheProgramWhenTheWindowHasAClassOfItsOwn) {
   const auto entry = terminal("xterm");
   EXPECT_EQ(pasteKeysFor("scratchpad", &entry), PasteKeys::shiftInsert);
