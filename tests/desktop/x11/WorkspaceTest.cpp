@@ -234,18 +234,22 @@ TEST_F(WorkspaceTest, OnlyAProcessThatStartedAfterTheEndIsARelaunchedOne) {
   auto target = play({{"class=editor,Editor"}});
   expectInFront(target.windows[0]);
   open();
+  const auto first = *workspace->frontmostApplication();
+  // So that the bystander's start is not in the same hundredth of a second.
+  waitUntil("time goes by", [&, start = std::chrono::steady_clock::now()] {
+    return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(50);
+  });
   const auto ended = *workspace->frontmostApplication();
+  EXPECT_EQ(first, ended);
   const auto beside = *workspace->runningApplication(bystander.process->pid());
   EXPECT_FALSE(workspace->startedAfter(beside, ended)) << "it has not ended";
   target.process->kill();
   waitUntil("the target is gone", [&] { return !workspace->stillThere(ended); });
   EXPECT_FALSE(workspace->startedAfter(beside, ended));
-  // Starts are told in hundredths of a second.
-  waitUntil("a later start", [&] {
-    const auto relaunched = play({{"class=editor,Editor"}});
-    const auto running = workspace->runningApplication(relaunched.process->pid());
-    return running && workspace->startedAfter(*running, ended);
-  });
+  const auto relaunched = play({{"class=editor,Editor"}});
+  const auto running = workspace->runningApplication(relaunched.process->pid());
+  ASSERT_TRUE(running);
+  EXPECT_TRUE(workspace->startedAfter(*running, ended));
 }
 
 TEST_F(WorkspaceTest, AnApplicationIsRegularBesideItsSkippingDialog) {

@@ -14,7 +14,10 @@ class X11WindowSpaces : public WindowSpaces {
   void joinAll(WindowNumber window) const override;
 
  private:
-  mutable std::uint32_t desktopProperty_ = 0;  // an atom; 0: not asked for yet
+  // Atoms; 0: not asked for yet.
+  mutable std::uint32_t desktop_ = 0;
+  mutable std::uint32_t states_ = 0;
+  mutable std::uint32_t sticky_ = 0;
 };
 
 }  // namespace vantorel

@@ -103,8 +103,8 @@ bool X11Windows::handle(const xcb_destroy_notify_event_t& end) {
 void X11Windows::forget(Entries::iterator entry) {
   const auto& window = entry->second.window;
   if (window.lastInFront != 0) {
-    ends_[window.token] = secondsSinceBoot();
-    if (ends_.size() > rememberedEnds) ends_.erase(ends_.begin());
+    lastSights_[window.token] = entry->second.seenInFront;
+    if (lastSights_.size() > rememberedEnds) lastSights_.erase(lastSights_.begin());
   }
   entries_.erase(entry);
 }
@@ -198,6 +198,7 @@ std::optional<KnownWindow> X11Windows::active() {
   auto* entry = isStated ? learnStated() : nullptr;
   if (entry == nullptr) entry = learnFocused();
   if (entry == nullptr) return std::nullopt;
+  entry->seenInFront = secondsSinceBoot();
   auto& window = entry->window;
   const bool isTheSameAgain = window.lastInFront != 0 && window.lastInFront == timesInFront_;
   if (!isTheSameAgain) window.lastInFront = ++timesInFront_;
@@ -218,9 +219,9 @@ std::optional<KnownWindow> X11Windows::find(WindowToken token) {
   return std::nullopt;
 }
 
-std::optional<double> X11Windows::endOf(WindowToken token) const {
-  const auto found = ends_.find(token);
-  return found == ends_.end() ? std::nullopt : std::optional(found->second);
+std::optional<double> X11Windows::lastSightOf(WindowToken token) const {
+  const auto found = lastSights_.find(token);
+  return found == lastSights_.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::vector<KnownWindow> X11Windows::all() {
@@ -246,9 +247,8 @@ std::vector<KnownWindow> X11Windows::all() {
     if (known == entries_.end() || !isApplicationWindow(known->second.window.facts)) continue;
     result.push_back(known->second.window);
   }
-  std::stable_sort(result.begin(), result.end(), [](const auto& a, const auto& b) {
-    return a.lastInFront > b.lastInFront;
-  });
+  std::stable_sort(result.begin(), result.end(),
+                   [](const auto& a, const auto& b) { return a.lastInFront > b.lastInFront; });
   return result;
 }
 

@@ -51,9 +51,9 @@ class X11Windows {
 
   /// Absent when that window has ended.
   [[nodiscard]] std::optional<KnownWindow> find(WindowToken token);
-  /// When that window ended, in seconds since the machine was started; absent while it exists, and
-  /// when it is not remembered.
-  [[nodiscard]] std::optional<double> endOf(WindowToken token) const;
+  /// When that window, which has ended, was last seen in front, in seconds since the machine was
+  /// started; absent while it exists, and when it is not remembered.
+  [[nodiscard]] std::optional<double> lastSightOf(WindowToken token) const;
   /// Every window of an application: those that were in front, the last first, then the others, the
   /// highest first.
   [[nodiscard]] std::vector<KnownWindow> all();
@@ -69,6 +69,7 @@ class X11Windows {
  private:
   struct Entry {
     KnownWindow window;
+    double seenInFront = 0;  // seconds since the machine was started
     bool factsAreFresh = false;
   };
   using Entries = std::map<xcb_window_t, Entry>;
@@ -95,7 +96,7 @@ class X11Windows {
   xcb_atom_t supported_;
 
   Entries entries_;
-  std::map<WindowToken, double> ends_;  // of windows that were in front
+  std::map<WindowToken, double> lastSights_;  // of windows that were in front and have ended
   WindowToken lastToken_ = 0;
   std::uint64_t timesInFront_ = 0;
 

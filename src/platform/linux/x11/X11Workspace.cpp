@@ -6,6 +6,12 @@
 
 namespace vantorel {
 
+namespace {
+
+constexpr double startPrecision = 0.01;  // seconds
+
+}  // namespace
+
 using Handler = std::function<void(const RunningApplication&)>;
 
 /// Queued work, and the thread of the applications, hold it weakly.
@@ -121,10 +127,11 @@ std::vector<RunningApplication> X11Workspace::runningApplications(
 
 bool X11Workspace::startedAfter(const RunningApplication& application,
                                 const RunningApplication& ended) {
-  std::optional<double> end;
-  applications_->ask([&] { end = applications_->windows().endOf(ended.window); });
+  std::optional<double> lastSight;
+  applications_->ask([&] { lastSight = applications_->windows().lastSightOf(ended.window); });
   const auto start = startOf(application.processIdentifier);
-  return start && end && *start > *end;
+  // A start is told in whole hundredths, rounded down.
+  return start && lastSight && *start + startPrecision > *lastSight;
 }
 
 std::optional<std::string> X11Workspace::applicationName(const std::string& bundleIdentifier) {
