@@ -135,6 +135,19 @@ class KeyringStates(unittest.TestCase):
 
 
 class Housekeeping(unittest.TestCase):
+    def test_the_desktop_knows_no_bus_but_its_own(self):
+        with PrivateDesktop() as desktop:
+            addresses = {}
+            for line in desktop.run(["env"]).stdout.decode().splitlines():
+                name, _, value = line.partition("=")
+                if name.startswith(("DBUS_", "AT_SPI_")):
+                    addresses[name] = value
+            session = addresses.pop("DBUS_SESSION_BUS_ADDRESS")
+            self.assertTrue(session.startswith(f"unix:path={desktop.runtime}/"), session)
+            system = addresses.pop("DBUS_SYSTEM_BUS_ADDRESS")
+            self.assertFalse(os.path.exists(system.removeprefix("unix:path=")), system)
+            self.assertEqual(addresses, {})
+
     def test_nothing_outlives_the_desktop_not_even_what_detached_itself(self):
         desktop = PrivateDesktop()
         with desktop:

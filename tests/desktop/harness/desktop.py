@@ -16,6 +16,8 @@ from .waiting import wait_for
 from .windows import Windows
 
 _OPENBOX = os.path.join(os.path.dirname(__file__), "openbox.xml")
+# Without an address programs look for a bus where they choose, or start one.
+_NO_BUS = "unix:path=/nonexistent/bus"
 _PASSED_ON = ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS",
               "VANTOREL_TEST_PATIENCE")
 
@@ -199,6 +201,8 @@ class PrivateDesktop:
             "LANG": "C.UTF-8",
             "LC_ALL": "C.UTF-8",
             "TMPDIR": self.runtime,
+            "DBUS_SESSION_BUS_ADDRESS": _NO_BUS,  # until ours has started
+            "DBUS_SYSTEM_BUS_ADDRESS": _NO_BUS,
             "GIO_USE_VFS": "local",
             "GSETTINGS_BACKEND": "memory",
             "GTK_USE_PORTAL": "0",

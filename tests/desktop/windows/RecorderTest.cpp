@@ -46,7 +46,6 @@ class Toolkit {
     qputenv("QT_QPA_PLATFORM", "xcb");
     qputenv("DISPLAY", QByteArray::fromStdString(display));
     qputenv("NO_AT_BRIDGE", "1");
-    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     application_ = std::make_unique<QApplication>(count_, arguments_.data());
     QApplication::setQuitOnLastWindowClosed(false);
   }
