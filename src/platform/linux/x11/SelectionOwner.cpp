@@ -62,6 +62,9 @@ void SelectionOwner::handle(const xcb_selection_clear_event_t& event) {
 }
 
 void SelectionOwner::handle(const xcb_selection_request_event_t& event) {
+  // Nothing here asks itself. Another program that asks in the name of our windows would have the
+  // answer written over what they wait for; a refusal would be told to them alone.
+  if (connection_.made(event.requestor)) return;
   auto request = std::make_shared<Request>();
   request->event = event;
   const auto found = owned_.find(event.selection);

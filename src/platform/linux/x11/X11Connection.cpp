@@ -46,6 +46,14 @@ const xcb_query_extension_reply_t* X11Connection::extension(xcb_extension_t& ext
   return data != nullptr && data->present != 0 ? data : nullptr;
 }
 
+std::uint32_t X11Connection::clientOf(xcb_window_t window) const {
+  return window & ~xcb_get_setup(connection_)->resource_id_mask;
+}
+
+bool X11Connection::made(xcb_window_t window) const {
+  return clientOf(window) == xcb_get_setup(connection_)->resource_id_base;
+}
+
 void X11Connection::remember(const std::string& name, xcb_atom_t atom) {
   const std::lock_guard lock(mutex_);
   if (atoms_.size() >= maximumCachedAtoms || names_.size() >= maximumCachedAtoms) {

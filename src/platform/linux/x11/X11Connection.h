@@ -45,6 +45,10 @@ class X11Connection {
   /// Whether the connection is lost for good.
   [[nodiscard]] bool broken() const { return xcb_connection_has_error(connection_) != 0; }
   void flush() const { xcb_flush(connection_); }
+  /// What the numbers of all windows of one client have in common. Asks nobody.
+  [[nodiscard]] std::uint32_t clientOf(xcb_window_t window) const;
+  /// Whether that window was made through this connection. Asks nobody.
+  [[nodiscard]] bool made(xcb_window_t window) const;
 
   /// The answer to a request, as in `reply(xcb_get_property_reply, xcb_get_property(...))`. Waits
   /// for the server. Null on an error of any kind.
