@@ -26,9 +26,13 @@ enum class PasteboardDataType { rtf, html };
 ///
 /// Main thread throughout; no operation ever waits for another program. A read answers through
 /// its completion, on the main queue, exactly once, in a later turn. It belongs to the change count
-/// it was asked for: once the contents have changed, the owner died, refused, stayed silent for 300
-/// ms or stalled within a transfer, or the format is larger than 64 MiB, it answers "nothing
-/// there". The contents that this process wrote itself are read without leaving the process.
+/// it was asked for: once the contents have changed, the owner died, refused, stayed silent for 5 s
+/// before or within its answer, or the format is larger than 64 MiB, it answers "nothing there". A
+/// slow answer that keeps coming is waited for. Once an owner stayed silent about a form that it
+/// offers, or the form was too large, whatever is asked of that change later answers "nothing
+/// there" at once, so that a lesser form does not pass for what was copied; a form that was refused
+/// or is damaged gives way to the next. The contents that this process wrote itself are read
+/// without leaving the process.
 class Pasteboard {
  public:
   template <class Value>

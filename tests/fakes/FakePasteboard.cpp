@@ -19,7 +19,7 @@ void FakePasteboard::answer(Form form, ChangeCount change, Completion<Value> com
                             Pick<Value> pick) {
   reads_.push_back(form);
   auto give = [this, change, completion, pick = std::move(pick)] {
-    const bool there = change == changeCount_ && !ownerEnded_;
+    const bool there = change == changeCount_ && change != silentChange_ && !ownerEnded_;
     dispatch_.async([completion, value = there ? pick(*this) : Value{}] { completion(value); });
   };
   const auto special = contents_.answeringOf.find(form);
@@ -31,7 +31,10 @@ void FakePasteboard::answer(Form form, ChangeCount change, Completion<Value> com
       held_.push_back(std::move(give));
       break;
     case Answering::never:
-      silences_.push_back(dispatch_.after(timeLimit, [completion] { completion(Value{}); }));
+      silences_.push_back(dispatch_.after(timeLimit, [this, change, completion] {
+        silentChange_ = change;
+        completion(Value{});
+      }));
       break;
   }
 }

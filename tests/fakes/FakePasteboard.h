@@ -17,7 +17,8 @@ class FakePasteboard : public Pasteboard {
  public:
   enum class Form { types, string, rtf, html, files, image };
   /// atOnce: the answer is queued when it is asked for. whenReleased: when the test says so.
-  /// never: the owner is silent, "nothing there" comes when the time limit runs out.
+  /// never: the owner is silent, "nothing there" comes when the time limit runs out, and for all
+  /// that is asked of that change from then on.
   enum class Answering { atOnce, whenReleased, never };
 
   /// Another program and what it offers.
@@ -41,7 +42,7 @@ class FakePasteboard : public Pasteboard {
     std::vector<std::filesystem::path> files = {};
   };
 
-  static constexpr Seconds timeLimit{0.3};
+  static constexpr Seconds timeLimit{5};
 
   explicit FakePasteboard(Dispatch& dispatch) : dispatch_(dispatch) {}
   ~FakePasteboard() override;
@@ -101,6 +102,7 @@ class FakePasteboard : public Pasteboard {
   ChangeCount changeCount_ = 1;
   Owner contents_;
   bool ownerEnded_ = false;
+  ChangeCount silentChange_ = 0;
   bool announcing_ = true;
   bool refusingWrites_ = false;
   std::function<void()> changeHandler_;

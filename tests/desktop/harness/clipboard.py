@@ -37,13 +37,17 @@ class Clipboard:
         return wait_for("the new owner of the clipboard",
                         lambda: self.owner() not in (0, before) and self.owner())
 
-    def own(self, manners="polite", offers=None, targets=(), window_class=None, title=None):
-        """Starts an owner of our own; see owner_process.py for the manners."""
+    def own(self, manners="polite", offers=None, targets=(), window_class=None, title=None,
+            delays=None):
+        """Starts an owner of our own; see owner_process.py for the manners. `delays` are the seconds
+        that it takes for a target; none: for ever."""
         argv = [sys.executable, _OWNER, "--manners", manners]
         for target, data in (offers or {}).items():
             argv += ["--offer", f"{target}={self._file(data)}"]
         for target in targets:
             argv += ["--target", target]
+        for target, seconds in (delays or {}).items():
+            argv += ["--delay", f"{target}={'inf' if seconds is None else seconds}"]
         if window_class:
             argv += ["--window-class", window_class]
         if title:

@@ -7,7 +7,9 @@ also prove that something was never asked for.
 
 import argparse
 import json
+import math
 import os
+import select
 import signal
 import sys
 import time
@@ -26,10 +28,13 @@ class Owner:
         self.manners = arguments.manners
         self.offers = {}
         for offer in arguments.offer:
-            target, path = offer.split("=", 1)
+            target, path = offer.rsplit("=", 1)
             with open(path, "rb") as file:
                 self.offers[target] = file.read()
         self.extra_targets = arguments.target
+        self.delays = {target: float(seconds) for target, seconds in
+                       (delay.rsplit("=", 1) for delay in arguments.delay)}
+        self.delayed = []
         self.display = display.Display()
         self.atom = self.display.intern_atom
         self.transfers = {}
@@ -41,7 +46,7 @@ class Owner:
     def run(self):
         self._own()
         while True:
-            event = self.display.next_event()
+            event = self._next_event()
             if event.type == X.SelectionRequest:
                 self._answer(event)
             elif event.type == X.SelectionClear:
@@ -52,6 +57,19 @@ class Owner:
                     return
             elif event.type == X.PropertyNotify and event.state == X.PropertyDelete:
                 self._continue_transfer(event.window, event.atom)
+
+    def _next_event(self):
+        """The next event; answers what has been delayed for long enough meanwhile."""
+        while not self.display.pending_events():
+            now = time.monotonic()
+            due = [entry for entry in self.delayed if entry[0] <= now]
+            self.delayed = [entry for entry in self.delayed if entry[0] > now]
+            for _, request, name in due:
+                self._answer_now(request, name)
+            left = [max(0, entry[0] - now) for entry in self.delayed if entry[0] < math.inf]
+            if not due:
+                select.select([self.display.fileno()], [], [], min(left, default=None))
+        return self.display.next_event()
 
     def _own(self):
         self.window.set_selection_owner(self.clipboard, X.CurrentTime)
@@ -83,10 +101,16 @@ class Owner:
             return
         if self.manners == "dies":
             os.kill(os.getpid(), signal.SIGKILL)
+        if name in self.delays:
+            self.delayed.append((time.monotonic() + self.delays[name], request, name))
+            return
+        self._answer_now(request, name)
+
+    def _answer_now(self, request, name):
         if name == "TARGETS":
             self._answer_targets(request)
-            return
-        self._answer_contents(request, name)
+        else:
+            self._answer_contents(request, name)
 
     def _answer_targets(self, request):
         if self.manners == "lies-about-types":
@@ -181,6 +205,7 @@ def _main():
     parser.add_argument("--manners", default="polite")
     parser.add_argument("--offer", action="append", default=[], help="TARGET=FILE")
     parser.add_argument("--target", action="append", default=[], help="a target offered besides")
+    parser.add_argument("--delay", action="append", default=[], help="TARGET=SECONDS")
     parser.add_argument("--window-class", help="show a window of this class")
     parser.add_argument("--title")
     Owner(parser.parse_args()).run()

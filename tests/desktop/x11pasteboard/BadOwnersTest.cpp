@@ -8,6 +8,8 @@ using testing::IsEmpty;
 /// Owners that do everything but what they should. Each read ends, and ends as "nothing there".
 class X11PasteboardBadOwner : public PasteboardFixture {
  protected:
+  X11PasteboardBadOwner() { open({.patience = std::chrono::milliseconds(300)}); }
+
   [[nodiscard]] Milliseconds timeOfReading(Text& text) {
     const auto start = std::chrono::steady_clock::now();
     text = string();
@@ -148,20 +150,7 @@ TEST_F(X11PasteboardBadOwner, OneThatStallsWithinATransferHasNothing) {
   const auto took = timeOfReading(text);
   EXPECT_FALSE(text);
   EXPECT_GE(took.count(), 290);
-  EXPECT_LT(took.count(), 5000) << "waited for the bound of a transfer, not of a step";
-}
-
-TEST_F(X11PasteboardBadOwner, OneThatTricklesIsGivenUpInTheEnd) {
-  ScriptedForm trickling = inPieces(1'000'000);
-  trickling.pieceBytes = 10;
-  trickling.pause = std::chrono::milliseconds(100);
-  owner.offer("UTF8_STRING", trickling);
-  copy(owner);
-  Text text;
-  const auto took = timeOfReading(text);
-  EXPECT_FALSE(text);
-  EXPECT_GE(took.count(), 4900);
-  EXPECT_LT(took.count(), 20000);
+  EXPECT_LT(took.count(), 5000);
 }
 
 TEST_F(X11PasteboardBadOwner, OneThatClaimsFourGigabytesAndSendsFourBytesIsReadAsItIs) {
@@ -178,8 +167,10 @@ TEST_F(X11PasteboardBadOwner, OneThatSendsMoreThanAnyHistoryHoldsIsCutOff) {
   endless.claimedBytes = 1;
   owner.offer("UTF8_STRING", endless);
   owner.offer("STRING", "never asked for");
+  owner.offer("image/png", "a picture of the text");
   copy(owner);
   EXPECT_FALSE(string());
+  EXPECT_EQ(image(), nullptr);
   EXPECT_THAT(owner.requests(), testing::ElementsAre("TARGETS", "UTF8_STRING"));
 }
 
@@ -226,11 +217,12 @@ TEST_F(X11PasteboardBadOwner, ALateAnswerDoesNotLandInTheNextRead) {
   owner.offer("UTF8_STRING", late);
   copy(owner);
   EXPECT_FALSE(string()) << "given up before the answer";
-  // The late one arrives while this read waits for its own.
+  // The late one arrives while the read of the next copy waits for its own.
   ScriptedForm slow;
   slow.bytes = bytes("slow");
   slow.pause = std::chrono::milliseconds(200);
   owner.offer("UTF8_STRING", slow);
+  copy(owner);
   EXPECT_EQ(string(), "slow");
 }
 

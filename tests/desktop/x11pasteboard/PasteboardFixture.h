@@ -66,9 +66,9 @@ class PasteboardFixture : public testing::Test {
 
   PasteboardFixture() { open(); }
 
-  void open(std::size_t largestPng = X11Pasteboard::largestPng) {
+  void open(X11Pasteboard::Limits limits = {}) {
     pasteboard.reset();
-    pasteboard = X11Pasteboard::open({loop, decoder}, server->display(), largestPng);
+    pasteboard = X11Pasteboard::open({loop, decoder}, server->display(), limits);
     if (!pasteboard) throw std::runtime_error("no pasteboard");
   }
 

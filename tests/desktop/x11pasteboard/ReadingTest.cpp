@@ -153,7 +153,7 @@ TEST_F(X11PasteboardReading, PreparesThePngFormOfAnImageAwayFromTheMainThread) {
 }
 
 TEST_F(X11PasteboardReading, PreparesTheJpegFormOnlyOfAnImageTooLargeAsPng) {
-  open(3);
+  open({.largestPngBytes = 3});
   const auto large = std::make_shared<MadeImage>(bytes("four"), bytes("jpeg"));
   decoder.introduce(bytes("encoded"), large);
   owner.offer("image/png", "encoded");

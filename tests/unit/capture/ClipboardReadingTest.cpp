@@ -81,7 +81,7 @@ TEST_F(ClipboardReadingTest, AnAnswerOnItsWayIsDroppedWithItsReading) {
 TEST_F(ClipboardReadingTest, AnOwnerThatDoesNotAnswerCostsOnlyItsOwnContents) {
   watcher->start();
   pasteboard.offer({.string = "mute", .answering = Answering::never});
-  dispatch().advance(Seconds(1));
+  dispatch().advance(FakePasteboard::timeLimit);
   EXPECT_EQ(count(), 0U);
   EXPECT_THAT(pasteboard.reads(), ElementsAre(Form::types));
   pasteboard.offerText("next");
@@ -89,13 +89,28 @@ TEST_F(ClipboardReadingTest, AnOwnerThatDoesNotAnswerCostsOnlyItsOwnContents) {
   EXPECT_THAT(history.texts(), ElementsAre("next"));
 }
 
-TEST_F(ClipboardReadingTest, AnOwnerThatSaysWhatItHasAndThenFallsSilentIsNoEntry) {
-  copy({.string = "mute",
-        .image = picture(),
-        .answering = Answering::never,
-        .answeringOf = {{Form::types, Answering::atOnce}}});
-  dispatch().advance(Seconds(2));
+TEST_F(ClipboardReadingTest, APictureDoesNotStandForATextThatDoesNotCome) {
+  copy({.string = "cells", .image = picture(), .answeringOf = {{Form::string, Answering::never}}});
+  dispatch().advance(FakePasteboard::timeLimit);
+  EXPECT_THAT(pasteboard.reads(), ElementsAre(Form::types, Form::files, Form::string, Form::image));
   EXPECT_EQ(count(), 0U);
+}
+
+TEST_F(ClipboardReadingTest, ATextDoesNotStandForFilesThatDoNotCome) {
+  copy({.string = "/tmp/a", .files = {"/tmp/a"}, .answeringOf = {{Form::files, Answering::never}}});
+  dispatch().advance(FakePasteboard::timeLimit);
+  EXPECT_EQ(count(), 0U);
+}
+
+TEST_F(ClipboardReadingTest, ATextThatTakesSecondsIsKept) {
+  copy({.string = "cells",
+        .image = picture(),
+        .answeringOf = {{Form::string, Answering::whenReleased}}});
+  dispatch().advance(Seconds(4.9));
+  ASSERT_EQ(pasteboard.heldCount(), 1U);
+  pasteboard.release();
+  dispatch().runQueued();
+  EXPECT_THAT(history.texts(), ElementsAre("cells"));
 }
 
 TEST_F(ClipboardReadingTest, ATextWhoseRicherFormsDoNotComeIsKeptWithoutThem) {

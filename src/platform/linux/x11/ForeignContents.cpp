@@ -57,7 +57,7 @@ void ForeignContents::readForm(Candidates candidates, std::size_t index,
 
 void ForeignContents::readCandidates(Targets candidates, std::size_t index,
                                      Completion<std::optional<Form>> completion) {
-  if (index >= candidates.size()) {
+  if (index >= candidates.size() || trust_ == Trust::lost) {
     completion(std::nullopt);
     return;
   }
@@ -68,10 +68,11 @@ void ForeignContents::readCandidates(Targets candidates, std::size_t index,
       completion(Form{candidates[index], std::move(answer.property), index + 1});
       return;
     }
-    // The owner answers, only not with this form; another may be had.
+    // An owner that answers, only not with this form, may have another.
     const bool answered =
         answer.outcome == SelectionOutcome::received || answer.outcome == SelectionOutcome::refused;
-    self->readCandidates(answered ? candidates : Targets(), index + 1, completion);
+    if (!answered) self->trust_ = Trust::lost;
+    self->readCandidates(candidates, index + 1, completion);
   });
 }
 

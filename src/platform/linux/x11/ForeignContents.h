@@ -13,8 +13,9 @@
 namespace vantorel {
 
 /// One change of the clipboard by another program: what its owner offers, asked for once, and its
-/// forms, each read when asked for. Every completion is called exactly once, on the X thread, where
-/// all of this lives.
+/// forms, each read when asked for. An owner that stayed silent about a form that it offers, or
+/// whose form is too large, is asked nothing more: a lesser form would pass for what was copied.
+/// Every completion is called exactly once, on the X thread, where all of this lives.
 class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
  public:
   /// What no history could hold is refused.
@@ -63,6 +64,7 @@ class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
   xcb_timestamp_t time_;
   enum class Stage { unknown, asked, known } stage_ = Stage::unknown;
   std::optional<Targets> targets_;
+  enum class Trust { whole, lost } trust_ = Trust::whole;
   std::vector<Completion<std::optional<Targets>>> waiting_;
 };
 

@@ -14,9 +14,10 @@ constexpr std::size_t maximumAbandoned = 64;
 
 }  // namespace
 
-SelectionReader::SelectionReader(X11Thread& thread)
+SelectionReader::SelectionReader(X11Thread& thread, std::chrono::milliseconds patience)
     : thread_(thread),
       connection_(thread.connection()),
+      patience_(patience),
       property_(connection_.atom("VANTOREL_SELECTION")),
       incr_(connection_.atom("INCR")) {}
 
@@ -45,13 +46,13 @@ void SelectionReader::read(const SelectionQuery& query, Completion completion) {
   transfer.completion = std::move(completion);
   xcb_convert_selection(connection_.xcb(), window, query.selection, query.target, property_,
                         query.time);
-  startStepTimer(window, transfer);
+  startSilenceTimer(window, transfer);
 }
 
-void SelectionReader::startStepTimer(xcb_window_t window, Transfer& transfer) {
-  thread_.cancel(transfer.stepTimer);
-  transfer.stepTimer = thread_.after(
-      stepLimit, [this, window] { finish(transfers_.find(window), SelectionOutcome::silent); });
+void SelectionReader::startSilenceTimer(xcb_window_t window, Transfer& transfer) {
+  thread_.cancel(transfer.silenceTimer);
+  transfer.silenceTimer = thread_.after(
+      patience_, [this, window] { finish(transfers_.find(window), SelectionOutcome::silent); });
 }
 
 void SelectionReader::abortAll() {
@@ -90,10 +91,7 @@ void SelectionReader::handle(const xcb_selection_notify_event_t& event) {
   }
   // Removing the property was the sign to begin.
   transfer.stage = Stage::incremental;
-  startStepTimer(event.requestor, transfer);
-  transfer.totalTimer = thread_.after(totalLimit, [this, window = event.requestor] {
-    finish(transfers_.find(window), SelectionOutcome::silent);
-  });
+  startSilenceTimer(event.requestor, transfer);
 }
 
 void SelectionReader::handle(const xcb_property_notify_event_t& event) {
@@ -122,15 +120,14 @@ void SelectionReader::handle(const xcb_property_notify_event_t& event) {
     return;
   }
   bytes.insert(bytes.end(), reading.property.bytes.begin(), reading.property.bytes.end());
-  startStepTimer(event.window, transfer);
+  startSilenceTimer(event.window, transfer);
 }
 
 void SelectionReader::finish(Transfers::iterator transfer, SelectionOutcome outcome) {
   if (transfer == transfers_.end()) return;
   const auto node = transfers_.extract(transfer);
   Transfer& finished = node.mapped();
-  thread_.cancel(finished.stepTimer);
-  thread_.cancel(finished.totalTimer);
+  thread_.cancel(finished.silenceTimer);
   retire(node.key(), outcome);
   SelectionAnswer answer;
   answer.outcome = outcome;

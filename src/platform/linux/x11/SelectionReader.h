@@ -31,15 +31,15 @@ struct SelectionQuery {
 /// window of its own, so that a late answer never lands in another read. On the X thread.
 class SelectionReader {
  public:
-  /// For the first answer, and for every step of an incremental one.
-  static constexpr std::chrono::milliseconds stepLimit{300};
-  /// For one answer in all, however steadily it trickles.
-  static constexpr std::chrono::seconds totalLimit{5};
+  /// How long an owner may be silent, before its first answer and between two pieces of it. Those
+  /// that fetch over a network, or have been swapped out, take seconds. However long a whole answer
+  /// takes, its pieces keep coming.
+  static constexpr std::chrono::milliseconds usualPatience{5000};
 
   using Completion = std::function<void(SelectionAnswer)>;
 
   /// `thread` outlives the reader.
-  explicit SelectionReader(X11Thread& thread);
+  explicit SelectionReader(X11Thread& thread, std::chrono::milliseconds patience = usualPatience);
 
   /// Completes exactly once, at once on a lost connection. What an owner says about the size of an
   /// answer is not believed: memory is taken only for what has come.
@@ -57,19 +57,19 @@ class SelectionReader {
     Completion completion;
     Stage stage = Stage::asked;
     X11Property received;
-    X11Thread::TimerId stepTimer = 0;
-    X11Thread::TimerId totalTimer = 0;
+    X11Thread::TimerId silenceTimer = 0;
   };
   using Transfers = std::map<xcb_window_t, Transfer>;
 
   [[nodiscard]] xcb_window_t freshWindow();
-  void startStepTimer(xcb_window_t window, Transfer& transfer);
+  void startSilenceTimer(xcb_window_t window, Transfer& transfer);
   void finish(Transfers::iterator transfer, SelectionOutcome outcome);
   void retire(xcb_window_t window, SelectionOutcome outcome);
   void destroyOldestAbandoned();
 
   X11Thread& thread_;
   X11Connection& connection_;
+  std::chrono::milliseconds patience_;
   xcb_atom_t property_;
   xcb_atom_t incr_;
   Transfers transfers_;

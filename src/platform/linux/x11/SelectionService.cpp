@@ -34,7 +34,8 @@ const Event& as(const xcb_generic_event_t& event) {
 }  // namespace
 
 std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Observer observer,
-                                                           SelectionOwner::Worker runElsewhere) {
+                                                           SelectionOwner::Worker runElsewhere,
+                                                           std::chrono::milliseconds patience) {
   X11Connection& connection = thread.connection();
   const auto* xfixes = connection.extension(xcb_xfixes_id);
   if (xfixes == nullptr || !enableOwnerChanges(connection)) return nullptr;
@@ -62,11 +63,12 @@ std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Ob
                           targets::png});
   const auto event = static_cast<std::uint8_t>(xfixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
   return std::unique_ptr<SelectionService>(
-      new SelectionService(thread, std::move(observer), std::move(runElsewhere), event));
+      new SelectionService(thread, std::move(observer), std::move(runElsewhere), patience, event));
 }
 
 SelectionService::SelectionService(X11Thread& thread, Observer observer,
                                    SelectionOwner::Worker runElsewhere,
+                                   std::chrono::milliseconds patience,
                                    std::uint8_t ownerChangeEvent)
     : thread_(thread),
       connection_(thread.connection()),
@@ -76,7 +78,7 @@ SelectionService::SelectionService(X11Thread& thread, Observer observer,
       manager_(connection_.atom("CLIPBOARD_MANAGER")),
       timeProperty_(connection_.atom("VANTOREL_TIME")),
       window_(createWindow(connection_)),
-      reader_(thread),
+      reader_(thread, patience),
       owner_(thread, window_, std::move(runElsewhere)) {
   xcb_xfixes_select_selection_input(connection_.xcb(), window_, clipboard_,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |

@@ -31,9 +31,11 @@ class SelectionService {
   };
 
   /// Null when the server lacks the extension that tells of owner changes. Before the thread
-  /// starts; `thread` outlives the service, and stops before it is destroyed.
+  /// starts; `thread` outlives the service, and stops before it is destroyed. `patience` is for
+  /// other programs that say nothing.
   [[nodiscard]] static std::unique_ptr<SelectionService> create(
-      X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere);
+      X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere,
+      std::chrono::milliseconds patience = SelectionReader::usualPatience);
 
   /// Ends every read under way, as aborted.
   ~SelectionService();
@@ -73,7 +75,7 @@ class SelectionService {
   enum class Counting { count, countedAlready };
 
   SelectionService(X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere,
-                   std::uint8_t ownerChangeEvent);
+                   std::chrono::milliseconds patience, std::uint8_t ownerChangeEvent);
 
   void noteFirstOwner();
   [[nodiscard]] xcb_timestamp_t serverTime();

@@ -44,23 +44,22 @@ std::vector<std::string> typesOf(const Own& own) {
 }  // namespace
 
 std::unique_ptr<X11Pasteboard> X11Pasteboard::open(Services services, const std::string& display,
-                                                   std::size_t largestPngBytes) {
+                                                   Limits limits) {
   auto connection = X11Connection::open(display);
   if (!connection) return nullptr;
   std::unique_ptr<X11Pasteboard> pasteboard(
-      new X11Pasteboard(services, std::move(connection), largestPngBytes));
+      new X11Pasteboard(services, std::move(connection), limits));
   return pasteboard->start() ? std::move(pasteboard) : nullptr;
 }
 
 X11Pasteboard::X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection,
-                             std::size_t largestPngBytes)
-    : services_(services),
-      largestPngBytes_(largestPngBytes),
-      thread_(std::move(connection), "clipboard") {}
+                             Limits limits)
+    : services_(services), limits_(limits), thread_(std::move(connection), "clipboard") {}
 
 bool X11Pasteboard::start() {
-  service_ = SelectionService::create(thread_, observer(),
-                                      [this](Work work) { imageQueue_->async(std::move(work)); });
+  service_ = SelectionService::create(
+      thread_, observer(), [this](Work work) { imageQueue_->async(std::move(work)); },
+      limits_.patience);
   if (!service_) return false;
   imageQueue_ = services_.dispatch.serialQueue("com.vantorel.pasteboard-images");
   thread_.start([this](const xcb_generic_event_t& event) { service_->handle(event); },
@@ -215,7 +214,7 @@ void X11Pasteboard::readForeignImage(ChangeCount change, std::size_t skipped,
     imageQueue_->async([this, change, deliver, encoded = std::move(*encoded)] {
       // Of several pictures copied in a row only the last is worth the work.
       auto image = change == service_->changeCount()
-                       ? preparedImage(services_.decoder, encoded.bytes, largestPngBytes_)
+                       ? preparedImage(services_.decoder, encoded.bytes, limits_.largestPngBytes)
                        : nullptr;
       if (image) {
         deliver(std::move(image));

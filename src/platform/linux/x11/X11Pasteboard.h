@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,13 +19,22 @@ class X11Pasteboard : public Pasteboard {
     Dispatch& dispatch;
     const ImageDecoder& decoder;
   };
-  /// The largest image that the program keeps in its PNG form.
-  static constexpr std::size_t largestPng = 12'582'912;
+  struct Limits {
+    /// The largest image that the program keeps in its PNG form.
+    std::size_t largestPngBytes = 12'582'912;
+    /// How long another program may be silent while it is read.
+    std::chrono::milliseconds patience = SelectionReader::usualPatience;
+  };
 
   /// Null when `display` (empty: the environment's) cannot be reached or does not tell of owner
   /// changes. What `services` name outlives the pasteboard.
-  [[nodiscard]] static std::unique_ptr<X11Pasteboard> open(
-      Services services, const std::string& display = {}, std::size_t largestPngBytes = largestPng);
+  [[nodiscard]] static std::unique_ptr<X11Pasteboard> open(Services services,
+                                                           const std::string& display,
+                                                           Limits limits);
+  [[nodiscard]] static std::unique_ptr<X11Pasteboard> open(Services services,
+                                                           const std::string& display = {}) {
+    return open(services, display, Limits());
+  }
   /// Gives what this process wrote to the clipboard manager, if one runs and takes it within 300
   /// ms, and ends. Reads under way never complete then.
   ~X11Pasteboard() override;
@@ -61,8 +71,7 @@ class X11Pasteboard : public Pasteboard {
     std::function<void(ChangeCount)> onOwnerExit;
   };
 
-  X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection,
-                std::size_t largestPngBytes);
+  X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection, Limits limits);
   [[nodiscard]] bool start();
   [[nodiscard]] bool write(PasteboardContents contents);
   [[nodiscard]] SelectionService::Observer observer();
@@ -72,7 +81,7 @@ class X11Pasteboard : public Pasteboard {
   Completion<Value> delivery(Completion<Value> completion) const;
 
   Services services_;
-  std::size_t largestPngBytes_;
+  Limits limits_;
   std::shared_ptr<MainSide> main_ = std::make_shared<MainSide>();
   X11Thread thread_;
   std::unique_ptr<SelectionService> service_;
