@@ -106,11 +106,12 @@ void AppDelegate::configureServices() {
 
 void AppDelegate::show(std::string_view notice) { toast_.show(std::string(notice)); }
 
-// The program that owned what was copied last has ended. The history still has it, so paste goes
-// on working as if that program were there.
-void AppDelegate::keepContents(const ClipItem& item) {
-  pasteController().restoreToPasteboard(item, [this](bool written) {
+// The program that owned what was copied last has ended, or is about to. The history has it, so
+// paste goes on working as if that program were there.
+void AppDelegate::keepContents(const ClipItem& item, std::function<void()> done) {
+  pasteController().restoreToPasteboard(item, [this, done = std::move(done)](bool written) {
     if (written) watcher().advanceLastChangeCount();
+    done();
   });
 }
 
@@ -126,8 +127,9 @@ ClipboardWatcher& AppDelegate::watcher() {
     watcher_ = std::make_unique<ClipboardWatcher>(
         store_, privacy_,
         ClipboardServices{desktop_.pasteboard, desktop_.workspace, desktop_.dispatch});
-    watcher_->onContentsLost = [this, alive = std::weak_ptr(alive_)](const ClipItem& item) {
-      if (!alive.expired()) keepContents(item);
+    watcher_->onContentsLost = [this, alive = std::weak_ptr(alive_)](
+                                   const ClipItem& item, const std::function<void()>& done) {
+      if (!alive.expired()) keepContents(item, done);
     };
   }
   return *watcher_;

@@ -97,7 +97,7 @@ class AppDelegate {
   void configureServices();
   void pause(Seconds interval, std::string_view notice);
   void show(std::string_view notice);
-  void keepContents(const ClipItem& item);
+  void keepContents(const ClipItem& item, std::function<void()> done);
   void warmUp();
   void showFirstLaunchHelpIfNeeded();
   /// The registered shortcut was pressed while the recorder could not have the keyboard.

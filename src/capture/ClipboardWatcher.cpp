@@ -57,7 +57,8 @@ struct ClipboardWatcher::Reading {
   std::string text;
   std::optional<Bytes> rtf;
   std::optional<Bytes> html;
-  int formsAwaited = 2;  // RTF and HTML, asked for together
+  int formsAwaited = 2;                      // RTF and HTML, asked for together
+  std::vector<std::function<void()>> saves;  // asked for meanwhile
 };
 
 ClipboardWatcher::ClipboardWatcher(ClipStore& store, PrivacyPreferences& privacy,
@@ -79,14 +80,19 @@ void ClipboardWatcher::start() {
   services_.pasteboard.setOwnerExitHandler([this, listening](Pasteboard::ChangeCount change) {
     if (!listening.expired()) ownerExited(change);
   });
+  services_.pasteboard.setSaveHandler(
+      [this, listening](Pasteboard::ChangeCount change, std::function<void()> done) {
+        if (!listening.expired()) saveAsked(change, std::move(done));
+      });
 }
 
 void ClipboardWatcher::stop() {
   timer_.reset();
-  reading_.reset();
+  endReading();
   if (!listening_) return;
   services_.pasteboard.setChangeHandler({});
   services_.pasteboard.setOwnerExitHandler({});
+  services_.pasteboard.setSaveHandler({});
   listening_.reset();
 }
 
@@ -102,7 +108,7 @@ void ClipboardWatcher::poll() {
   const auto change = services_.pasteboard.changeCount();
   if (change == lastChangeCount_) return;
   lastChangeCount_ = change;
-  reading_.reset();
+  endReading();
 
   auto source = currentSourceApp();
   // What the pause or the source alone rules out is not even asked about.
@@ -117,7 +123,7 @@ void ClipboardWatcher::poll() {
 void ClipboardWatcher::typesRead(Reading& reading,
                                  const std::optional<std::vector<std::string>>& types) {
   if (!types || types->empty() || privacy_.shouldIgnore(*types, reading.source)) {
-    reading_.reset();
+    endReading();
     return;
   }
   services_.pasteboard.readFileURLs(
@@ -142,7 +148,7 @@ void ClipboardWatcher::stringRead(Reading& reading, std::optional<std::string> s
     return;
   }
   if (trimmed(*string).empty()) {
-    reading_.reset();  // blank text stands for itself: an image beside it is not wanted
+    endReading();  // blank text stands for itself: an image beside it is not wanted
     return;
   }
   reading.text = std::move(*string);
@@ -177,23 +183,57 @@ void ClipboardWatcher::finish(const std::function<void()>& capture) {
   capture();
   const auto entry = capturedEntry(before, store_.items());
   if (entry) newestCapture_ = {reading->change, *entry};
+  answerSaves(*reading);
+}
+
+void ClipboardWatcher::endReading() {
+  if (const auto reading = std::exchange(reading_, nullptr)) answerSaves(*reading);
+}
+
+void ClipboardWatcher::answerSaves(const Reading& reading) {
+  for (const auto& done : reading.saves) save(reading.change, done);
+}
+
+std::optional<ClipItem> ClipboardWatcher::entryOf(Pasteboard::ChangeCount change) const {
+  // Anything newer, whoever wrote it and whether or not it was kept, has the higher number.
+  if (!newestCapture_ || newestCapture_->first != change) return std::nullopt;
+  if (services_.pasteboard.changeCount() != change) return std::nullopt;
+  const auto& items = store_.items();
+  const auto found = std::find_if(items.begin(), items.end(), [&](const auto& item) {
+    return item.id == newestCapture_->second;
+  });
+  if (found == items.end()) return std::nullopt;
+  return *found;  // a copy: the history may change meanwhile
 }
 
 void ClipboardWatcher::ownerExited(Pasteboard::ChangeCount change) {
-  // Anything newer, whoever wrote it and whether or not it was kept, has the higher number.
-  if (!newestCapture_ || newestCapture_->first != change) return;
-  if (services_.pasteboard.changeCount() != change) return;
-  const auto id = std::exchange(newestCapture_, std::nullopt)->second;
-  const auto& items = store_.items();
-  const auto found =
-      std::find_if(items.begin(), items.end(), [&](const auto& item) { return item.id == id; });
-  if (found == items.end() || !onContentsLost) return;
-  onContentsLost(ClipItem(*found));  // a copy: the history may change meanwhile
+  const auto entry = entryOf(change);
+  if (!entry || !onContentsLost) return;
+  newestCapture_.reset();
+  onContentsLost(*entry, [] {});
+}
+
+void ClipboardWatcher::saveAsked(Pasteboard::ChangeCount change, std::function<void()> done) {
+  poll();  // the announcement of that change may still be on its way
+  if (reading_ && reading_->change == change) {
+    reading_->saves.push_back(std::move(done));
+  } else {
+    save(change, done);
+  }
+}
+
+void ClipboardWatcher::save(Pasteboard::ChangeCount change, const std::function<void()>& done) {
+  const auto entry = entryOf(change);
+  if (entry && onContentsLost) {
+    onContentsLost(*entry, done);
+  } else {
+    done();
+  }
 }
 
 void ClipboardWatcher::advanceLastChangeCount() {
   lastChangeCount_ = services_.pasteboard.changeCount();
-  reading_.reset();
+  endReading();
 }
 
 SourceApp ClipboardWatcher::currentSourceApp() const {

@@ -37,8 +37,10 @@ class ClipboardWatcher {
   ClipboardWatcher& operator=(const ClipboardWatcher&) = delete;
 
   /// Called when the program that owned the newest captured contents has ended without a
-  /// successor: the entry may be put back, so that copy, close, paste works.
-  std::function<void(const ClipItem&)> onContentsLost;
+  /// successor, or is about to end and asks for them to be kept: the entry may be put on the
+  /// pasteboard, so that copy, close, paste works. `done` is called then, or when it is not,
+  /// perhaps later; who takes time looks again whether anybody copied meanwhile.
+  std::function<void(const ClipItem&, std::function<void()> done)> onContentsLost;
 
   /// Starts, or restarts, polling, and listens to the pasteboard's announcements.
   void start();
@@ -69,7 +71,14 @@ class ClipboardWatcher {
   [[nodiscard]] Pasteboard::Completion<Value> whileReading(Next next);
   /// Ends the reading by what `capture` hands to the store.
   void finish(const std::function<void()>& capture);
+  /// Ends the reading under way, whatever came of it.
+  void endReading();
+  void answerSaves(const Reading& reading);
   void ownerExited(Pasteboard::ChangeCount change);
+  void saveAsked(Pasteboard::ChangeCount change, std::function<void()> done);
+  void save(Pasteboard::ChangeCount change, const std::function<void()>& done);
+  /// The entry that holds the present contents, if they are of that change and were captured.
+  [[nodiscard]] std::optional<ClipItem> entryOf(Pasteboard::ChangeCount change) const;
 
   ClipStore& store_;
   PrivacyPreferences& privacy_;

@@ -54,6 +54,15 @@ class Pasteboard {
   /// and nobody took over: the contents are gone although nobody cleared them.
   virtual void setOwnerExitHandler(std::function<void(ChangeCount)> handler) = 0;
 
+  /// Called on the main queue when the program that owns the contents of that change asks for them
+  /// to be kept, since it is about to end. Whoever is asked writes them to this pasteboard, or does
+  /// not, and calls `done` on the main thread, perhaps later; dropping it says the same. That
+  /// program then hears that they were kept if this process owns contents by then, and goes on to
+  /// end. While there is a handler this process takes such requests, where no other program does.
+  /// Replaces the previous handler; empty: none, and nobody is asked any more when this returns.
+  using SaveHandler = std::function<void(ChangeCount, std::function<void()> done)>;
+  virtual void setSaveHandler(SaveHandler handler) = 0;
+
   /// The types on offer, under the platform's names; a marker that this platform spells
   /// differently comes under its "org.nspasteboard." name. Absent: the owner did not say, so
   /// nothing may be read.

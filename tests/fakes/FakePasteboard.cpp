@@ -14,6 +14,17 @@ void FakePasteboard::setOwnerExitHandler(std::function<void(ChangeCount)> handle
   ownerExitHandler_ = std::move(handler);
 }
 
+void FakePasteboard::setSaveHandler(SaveHandler handler) { saveHandler_ = std::move(handler); }
+
+std::shared_ptr<std::optional<bool>> FakePasteboard::askToSave() {
+  const auto heard = std::make_shared<std::optional<bool>>();
+  dispatch_.async([this, heard, handler = saveHandler_, change = changeCount_] {
+    const auto done = [this, heard] { *heard = own_ && !isEmpty(); };
+    if (handler) handler(change, done);
+  });
+  return heard;
+}
+
 template <class Value>
 void FakePasteboard::answer(Form form, ChangeCount change, Completion<Value> completion,
                             Pick<Value> pick) {
@@ -79,6 +90,7 @@ bool FakePasteboard::write(Write write, Owner contents) {
   if (refusingWrites_) return false;
   ++changeCount_;
   ownerEnded_ = false;
+  own_ = true;
   contents_ = std::move(contents);
   writes_.push_back(std::move(write));
   return true;
@@ -115,6 +127,7 @@ bool FakePasteboard::writeFileURLs(const std::vector<std::filesystem::path>& pat
 void FakePasteboard::clearContents() {
   ++changeCount_;
   ownerEnded_ = false;
+  own_ = true;
   contents_ = {};
   writes_.push_back({.kind = Write::Kind::clear});
 }
@@ -122,6 +135,7 @@ void FakePasteboard::clearContents() {
 void FakePasteboard::offer(Owner owner) {
   ++changeCount_;
   ownerEnded_ = false;
+  own_ = false;
   contents_ = std::move(owner);
   if (announcing_ && changeHandler_) dispatch_.async(changeHandler_);
 }

@@ -50,6 +50,7 @@ class FakePasteboard : public Pasteboard {
   [[nodiscard]] ChangeCount changeCount() const override { return changeCount_; }
   void setChangeHandler(std::function<void()> handler) override;
   void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
+  void setSaveHandler(SaveHandler handler) override;
   void readTypes(ChangeCount change,
                  Completion<std::optional<std::vector<std::string>>> completion) override;
   void readString(ChangeCount change, Completion<std::optional<std::string>> completion) override;
@@ -72,6 +73,8 @@ class FakePasteboard : public Pasteboard {
   void offerText(std::string text);
   /// The owner ends without a successor; only meaningful after `offer`.
   void endOwner();
+  /// The owner asks for its contents to be kept. What it hears is set once it has been answered.
+  [[nodiscard]] std::shared_ptr<std::optional<bool>> askToSave();
   /// Lets every read that waits be answered now, as the pasteboard stands. Answers their number.
   std::size_t release();
   /// Without announcements a change shows in the change count alone.
@@ -81,6 +84,7 @@ class FakePasteboard : public Pasteboard {
 
   [[nodiscard]] bool hasChangeHandler() const { return static_cast<bool>(changeHandler_); }
   [[nodiscard]] bool hasOwnerExitHandler() const { return static_cast<bool>(ownerExitHandler_); }
+  [[nodiscard]] bool hasSaveHandler() const { return static_cast<bool>(saveHandler_); }
   [[nodiscard]] std::size_t heldCount() const { return held_.size(); }
   /// What was asked for, in order.
   [[nodiscard]] const std::vector<Form>& reads() const { return reads_; }
@@ -107,6 +111,8 @@ class FakePasteboard : public Pasteboard {
   bool refusingWrites_ = false;
   std::function<void()> changeHandler_;
   std::function<void(ChangeCount)> ownerExitHandler_;
+  SaveHandler saveHandler_;
+  bool own_ = false;  // this process wrote the contents
   std::deque<std::function<void()>> held_;
   std::vector<std::unique_ptr<Timer>> silences_;
   std::vector<Form> reads_;

@@ -11,9 +11,8 @@ class X11PasteboardOwnWindows : public PasteboardFixture {
   [[nodiscard]] std::vector<xcb_window_t> windowsOfThePasteboard() {
     X11Connection& connection = program.connection();
     auto* xcb = connection.xcb();
-    const auto holder =
-        connection.reply(xcb_get_selection_owner_reply,
-                         xcb_get_selection_owner(xcb, connection.atom("CLIPBOARD")));
+    const auto holder = connection.reply(
+        xcb_get_selection_owner_reply, xcb_get_selection_owner(xcb, connection.atom("CLIPBOARD")));
     const auto tree =
         connection.reply(xcb_query_tree_reply, xcb_query_tree(xcb, connection.root()));
     if (!holder || !tree) return {};

@@ -80,6 +80,22 @@ bool ScriptedOwner::tryToOwn() {
   return ran && owned;
 }
 
+void ScriptedOwner::askToSave() {
+  (void)thread_->runAndWait([this] {
+    xcb_convert_selection(connection_.xcb(), window_, connection_.atom("CLIPBOARD_MANAGER"),
+                          connection_.atom("SAVE_TARGETS"), connection_.atom("SCRIPTED_SAVE"),
+                          serverTime());
+    const std::lock_guard lock(mutex_);
+    saved_.reset();
+  });
+}
+
+std::optional<bool> ScriptedOwner::saved() {
+  std::unique_lock lock(mutex_);
+  condition_.wait_for(lock, generously, [&] { return saved_.has_value(); });
+  return saved_;
+}
+
 void ScriptedOwner::disown() {
   (void)thread_->runAndWait([this] {
     xcb_set_selection_owner(connection_.xcb(), XCB_WINDOW_NONE, selection_, serverTime());
@@ -104,6 +120,13 @@ void ScriptedOwner::handle(const xcb_generic_event_t& event) {
     case XCB_SELECTION_CLEAR: {
       const std::lock_guard lock(mutex_);
       lost_ = true;
+      condition_.notify_all();
+      break;
+    }
+    case XCB_SELECTION_NOTIFY: {
+      const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
+      const std::lock_guard lock(mutex_);
+      saved_ = answer.property != XCB_ATOM_NONE;
       condition_.notify_all();
       break;
     }

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,10 @@ class ScriptedOwner {
   bool tryToOwn();
   /// Takes it once more: the same contents copied again.
   void ownAgain() { own(); }
+  /// Asks the clipboard manager to save what is offered here.
+  void askToSave();
+  /// Waits for the manager's word: whether it saved, absent after a generous limit.
+  [[nodiscard]] std::optional<bool> saved();
   /// Leaves the selection without an owner, on purpose.
   void disown();
   /// Destroys the owning window and lives on.
@@ -107,6 +112,7 @@ class ScriptedOwner {
   std::vector<xcb_timestamp_t> requestTimes_;
   xcb_timestamp_t ownedSince_ = 0;
   bool lost_ = false;
+  std::optional<bool> saved_;
 };
 
 }  // namespace vantorel

@@ -31,7 +31,14 @@ class WatchedPasteboard : public testing::Test {
   void makeWatcher() {
     watcher = std::make_unique<ClipboardWatcher>(
         *history, privacy, ClipboardServices{pasteboard, workspace, dispatch()});
-    watcher->onContentsLost = [this](const ClipItem& item) { lost.push_back(item); };
+    watcher->onContentsLost = [this](const ClipItem& item, std::function<void()> done) {
+      lost.push_back(item);
+      if (puttingBack) {
+        ASSERT_TRUE(pasteboard.writeString(item.text ? item.text->get() : "not a text"));
+        watcher->advanceLastChangeCount();
+      }
+      done();
+    };
   }
   [[nodiscard]] ManualDispatch& dispatch() { return history.dispatch(); }
 
@@ -60,6 +67,7 @@ class WatchedPasteboard : public testing::Test {
   RunningApplication keeper = workspace.launch(20, "org.keepassxc.KeePassXC", "KeePassXC");
   std::unique_ptr<ClipboardWatcher> watcher;
   std::vector<ClipItem> lost;
+  bool puttingBack = false;  // what was lost, at once
 };
 
 }  // namespace vantorel

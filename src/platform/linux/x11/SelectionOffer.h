@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -28,7 +29,12 @@ struct OfferedForm {
 
 /// What a selection owner has to give; immutable.
 struct SelectionOffer {
+  /// A client asks by way of one of its windows that what it has be saved; `done` is called once,
+  /// perhaps later, with whether it was. On the X thread, both.
+  using Save = std::function<void(std::uint32_t window, std::function<void(bool saved)> done)>;
+
   std::vector<OfferedForm> forms;
+  Save save = {};  // empty: there is nothing to do, and that is done
 };
 
 }  // namespace vantorel

@@ -45,6 +45,14 @@ bool SelectionOwner::acquire(xcb_atom_t selection, Offer offer, xcb_timestamp_t 
   return true;
 }
 
+void SelectionOwner::release(xcb_atom_t selection) {
+  const auto found = owned_.find(selection);
+  if (found == owned_.end()) return;
+  // With the time of our own ownership the server passes over it when somebody has it since.
+  xcb_set_selection_owner(connection_.xcb(), XCB_WINDOW_NONE, selection, found->second.time);
+  owned_.erase(found);
+}
+
 SelectionOwner::Offer SelectionOwner::offer(xcb_atom_t selection) const {
   const auto found = owned_.find(selection);
   return found == owned_.end() ? nullptr : found->second.offer;
@@ -110,8 +118,7 @@ void SelectionOwner::convert(const std::shared_ptr<Request>& request, std::size_
     put32(address, XCB_ATOM_INTEGER, {request->ownership.time});
     --request->open;
   } else if (conversion.target == connection_.atom("SAVE_TARGETS")) {
-    put32(address, connection_.atom("NULL"), {});
-    --request->open;
+    save(request, index);
   } else {
     convertForm(request, index);
   }
@@ -140,6 +147,24 @@ void SelectionOwner::convertForm(const std::shared_ptr<Request>& request, std::s
       if (--request->open == 0) settle(request);
     });
   });
+}
+
+void SelectionOwner::save(const std::shared_ptr<Request>& request, std::size_t index) {
+  const auto answer = [this, request, index](bool saved) {
+    Conversion& conversion = request->conversions[index];
+    if (saved) {
+      put32({request->event.requestor, conversion.property}, connection_.atom("NULL"), {});
+    } else {
+      conversion.property = XCB_ATOM_NONE;
+    }
+    if (--request->open == 0) settle(request);
+  };
+  const auto& offer = *request->ownership.offer;
+  if (offer.save) {
+    offer.save(request->event.requestor, answer);
+  } else {
+    answer(true);
+  }
 }
 
 void SelectionOwner::deliver(const std::shared_ptr<Request>& request, std::size_t index,

@@ -26,6 +26,8 @@ class SelectionOwner {
   /// the server refused or another program was quicker; an earlier offer is kept then if it is
   /// still ours.
   [[nodiscard]] bool acquire(xcb_atom_t selection, Offer offer, xcb_timestamp_t time);
+  /// Leaves the selection without an owner, if it is still ours.
+  void release(xcb_atom_t selection);
   /// What is offered there; null when another program owns the selection.
   [[nodiscard]] Offer offer(xcb_atom_t selection) const;
   /// Forgets every offer and every requestor: the server has gone.
@@ -52,6 +54,7 @@ class SelectionOwner {
   [[nodiscard]] std::vector<Conversion> conversionsOf(const xcb_selection_request_event_t& event);
   void convert(const std::shared_ptr<Request>& request, std::size_t index);
   void convertForm(const std::shared_ptr<Request>& request, std::size_t index);
+  void save(const std::shared_ptr<Request>& request, std::size_t index);
   void deliver(const std::shared_ptr<Request>& request, std::size_t index, const OfferedForm& form,
                SharedBytes bytes);
   void settle(const std::shared_ptr<Request>& request);

@@ -42,6 +42,7 @@ std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Ob
   connection.internAtoms({"CLIPBOARD",
                           "CLIPBOARD_MANAGER",
                           "INCR",
+                          "MANAGER",
                           "TARGETS",
                           "TIMESTAMP",
                           "MULTIPLE",
@@ -75,11 +76,11 @@ SelectionService::SelectionService(X11Thread& thread, Observer observer,
       observer_(std::move(observer)),
       ownerChangeEvent_(ownerChangeEvent),
       clipboard_(connection_.atom("CLIPBOARD")),
-      manager_(connection_.atom("CLIPBOARD_MANAGER")),
       timeProperty_(connection_.atom("VANTOREL_TIME")),
       window_(createWindow(connection_)),
       reader_(thread, patience),
-      owner_(thread, window_, std::move(runElsewhere)) {
+      owner_(thread, window_, std::move(runElsewhere)),
+      role_(thread, owner_, window_) {
   xcb_xfixes_select_selection_input(connection_.xcb(), window_, clipboard_,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
@@ -96,6 +97,7 @@ void SelectionService::noteFirstOwner() {
   if (!answer || answer->owner == XCB_WINDOW_NONE) return;
   // When it took the selection is not known; any later time will do for asking.
   holder_ = Holder::other;
+  foreignWindow_ = answer->owner;
   foreign_ = std::make_shared<ForeignContents>(reader_, connection_, clipboard_, XCB_CURRENT_TIME);
 }
 
@@ -152,11 +154,14 @@ void SelectionService::changeHands(Holder holder) {
   holder_ = holder;
   own_ = nullptr;
   foreign_ = nullptr;
+  foreignWindow_ = XCB_WINDOW_NONE;
+  savedAt_.reset();
   emptiness_ = Emptiness::published;
 }
 
 void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
   const auto& change = as<xcb_xfixes_selection_notify_event_t>(event);
+  if (change.selection == role_.selection()) role_.handle(change);
   if (change.selection != clipboard_) return;
   if (change.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) {
     handleOwnerEnd();
@@ -166,8 +171,14 @@ void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
     adopt();
     return;
   }
+  if (isFarewell(change)) {
+    savedAt_.reset();
+    thread_.post([this] { takeBack(); });
+    return;
+  }
   changeHands(change.owner == XCB_WINDOW_NONE ? Holder::nobody : Holder::other);
   if (holder_ == Holder::other) {
+    foreignWindow_ = change.owner;
     foreign_ = std::make_shared<ForeignContents>(reader_, connection_, clipboard_,
                                                  change.selection_timestamp);
   }
@@ -192,7 +203,7 @@ void SelectionService::handleProperty(const xcb_property_notify_event_t& event) 
 }
 
 void SelectionService::handleNotify(const xcb_selection_notify_event_t& event) {
-  if (event.requestor == window_ && event.selection == manager_) {
+  if (event.requestor == window_ && event.selection == role_.selection()) {
     finishHandOver();
   } else {
     reader_.handle(event);
@@ -246,18 +257,60 @@ void SelectionService::publishEmptiness() {
   if (!taken) emptiness_ = Emptiness::published;
 }
 
+bool SelectionService::servesContents() const {
+  const auto offer = owner_.offer(clipboard_);
+  return offer && holder_ == Holder::self && emptiness_ == Emptiness::published &&
+         !offer->forms.empty();
+}
+
 bool SelectionService::offerPrimary() {
   auto offer = owner_.offer(clipboard_);
   if (!offer || holder_ != Holder::self || offer->forms.empty()) return false;
   return owner_.acquire(XCB_ATOM_PRIMARY, std::move(offer), serverTime());
 }
 
+void SelectionService::keepForOthers() {
+  role_.play([this](xcb_window_t requestor,
+                    std::function<void(bool)> done) { save(requestor, std::move(done)); },
+             serverTime());
+}
+
+void SelectionService::save(xcb_window_t requestor, std::function<void(bool)> done) {
+  const bool asksForItsOwn = holder_ == Holder::other && connection_.clientOf(requestor) ==
+                                                             connection_.clientOf(foreignWindow_);
+  if (!asksForItsOwn) {
+    done(false);
+    return;
+  }
+  observer_.onSave(count_, [this, done = std::move(done)] {
+    const bool saved = servesContents();
+    if (saved) savedAt_ = X11Thread::Clock::now();
+    done(saved);
+  });
+}
+
+bool SelectionService::isFarewell(const xcb_xfixes_selection_notify_event_t& change) {
+  return change.owner == XCB_WINDOW_NONE && holder_ == Holder::self && savedAt_ &&
+         X11Thread::Clock::now() - *savedAt_ < farewellLimit;
+}
+
+void SelectionService::takeBack() {
+  if (holder_ != Holder::self || !own_) return;
+  const Own contents = own_;
+  if (take(contents, Counting::countedAlready) || holder_ != Holder::self) return;
+  // The server did not let us: then the clipboard is as empty as that program left it.
+  changeHands(Holder::nobody);
+  ++count_;
+  observer_.onForeignChange();
+}
+
 void SelectionService::handOver(Work done) {
   publishEmptiness();
   const auto offer = owner_.offer(clipboard_);
-  const auto manager = connection_.reply(xcb_get_selection_owner_reply,
-                                         xcb_get_selection_owner(connection_.xcb(), manager_));
-  if (!offer || offer->forms.empty() || !manager || manager->owner == XCB_WINDOW_NONE) {
+  const auto manager = connection_.reply(
+      xcb_get_selection_owner_reply, xcb_get_selection_owner(connection_.xcb(), role_.selection()));
+  const bool toBeHad = manager && manager->owner != XCB_WINDOW_NONE && manager->owner != window_;
+  if (!offer || offer->forms.empty() || !toBeHad) {
     done();
     return;
   }
@@ -268,8 +321,8 @@ void SelectionService::handOver(Work done) {
                       32, static_cast<std::uint32_t>(forms.size()), forms.data());
   handOverDone_ = std::move(done);
   handOverTimer_ = thread_.after(handOverLimit, [this] { finishHandOver(); });
-  xcb_convert_selection(connection_.xcb(), window_, manager_, connection_.atom("SAVE_TARGETS"),
-                        property, serverTime());
+  xcb_convert_selection(connection_.xcb(), window_, role_.selection(),
+                        connection_.atom("SAVE_TARGETS"), property, serverTime());
 }
 
 void SelectionService::finishHandOver() {

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "platform/Pasteboard.h"
+#include "platform/linux/x11/ClipboardManagerRole.h"
 #include "platform/linux/x11/ForeignContents.h"
 #include "platform/linux/x11/PasteboardContents.h"
 #include "platform/linux/x11/SelectionOwner.h"
@@ -23,11 +24,17 @@ class SelectionService {
   /// An owner that ends is often succeeded at once, by a program that keeps its contents.
   static constexpr std::chrono::milliseconds successionLimit{100};
   static constexpr std::chrono::milliseconds handOverLimit{300};
+  /// A program that had its contents saved may still clear the clipboard as it ends, whoever has
+  /// it.
+  static constexpr std::chrono::seconds farewellLimit{2};
 
   /// Called on the X thread.
   struct Observer {
     std::function<void()> onForeignChange;
     std::function<void(ChangeCount)> onOwnerExit;
+    /// The owner of that change asks for its contents to be kept; `done` follows once, on the same
+    /// thread, when they were written or will not be.
+    std::function<void(ChangeCount, Work done)> onSave;
   };
 
   /// Null when the server lacks the extension that tells of owner changes. Before the thread
@@ -66,8 +73,13 @@ class SelectionService {
   /// Owns PRIMARY too, with what was written last. False when nothing of ours is on the clipboard.
   [[nodiscard]] bool offerPrimary();
 
-  /// Gives our contents to the clipboard manager, if there is one, and goes on serving meanwhile.
-  /// `done` is called when it has them, refuses, or takes longer than the limit.
+  /// Keeps for others what they ask to be kept, where no other program does, or no longer.
+  void keepForOthers();
+  void stopKeepingForOthers() { role_.leave(); }
+
+  /// Gives our contents to the clipboard manager, if there is another than this process, and goes
+  /// on serving meanwhile. `done` is called when it has them, refuses, or takes longer than the
+  /// limit.
   void handOver(Work done);
 
  private:
@@ -87,22 +99,28 @@ class SelectionService {
   void handleProperty(const xcb_property_notify_event_t& event);
   void handleNotify(const xcb_selection_notify_event_t& event);
   void finishHandOver();
+  void save(xcb_window_t requestor, std::function<void(bool)> done);
+  [[nodiscard]] bool servesContents() const;
+  [[nodiscard]] bool isFarewell(const xcb_xfixes_selection_notify_event_t& change);
+  void takeBack();
 
   X11Thread& thread_;
   X11Connection& connection_;
   Observer observer_;
   std::uint8_t ownerChangeEvent_;
   xcb_atom_t clipboard_;
-  xcb_atom_t manager_;
   xcb_atom_t timeProperty_;
   xcb_window_t window_;
   SelectionReader reader_;
   SelectionOwner owner_;
+  ClipboardManagerRole role_;
 
   std::atomic<ChangeCount> count_{1};
   Holder holder_ = Holder::nobody;
   Own own_;
   Foreign foreign_;
+  xcb_window_t foreignWindow_ = XCB_WINDOW_NONE;
+  std::optional<X11Thread::Clock::time_point> savedAt_;  // what is ours was another program's
   xcb_timestamp_t serverTime_ = XCB_CURRENT_TIME;
 
   struct Taking {

@@ -35,6 +35,21 @@ class Signal {
   bool given_ = false;
 };
 
+/// Does its work once: when told to, or else when nobody is left to tell it.
+class Once {
+ public:
+  explicit Once(Work work) : work_(std::move(work)) {}
+  ~Once() { run(); }
+  Once(const Once&) = delete;
+  Once& operator=(const Once&) = delete;
+  void run() {
+    if (const auto work = std::exchange(work_, nullptr)) work();
+  }
+
+ private:
+  Work work_;
+};
+
 std::vector<std::string> typesOf(const Own& own) {
   std::vector<std::string> types;
   for (const auto& form : offerOf(own).forms) types.push_back(form.target);
@@ -89,6 +104,19 @@ void X11Pasteboard::setOwnerExitHandler(std::function<void(ChangeCount)> handler
   main_->onOwnerExit = std::move(handler);
 }
 
+void X11Pasteboard::setSaveHandler(SaveHandler handler) {
+  main_->onSave = std::move(handler);
+  const bool keeping = main_->onSave != nullptr;
+  // A toolkit in this process that ends asks the manager too, and would wait in vain for itself.
+  (void)thread_.runAndWait([this, keeping] {
+    if (keeping) {
+      service_->keepForOthers();
+    } else {
+      service_->stopKeepingForOthers();
+    }
+  });
+}
+
 SelectionService::Observer X11Pasteboard::observer() {
   const auto main = std::weak_ptr(main_);
   const auto announced = std::make_shared<std::atomic<bool>>(false);
@@ -108,6 +136,16 @@ SelectionService::Observer X11Pasteboard::observer() {
       const auto side = main.lock();
       const auto handler = side ? side->onOwnerExit : nullptr;
       if (handler) handler(change);
+    });
+  };
+  observer.onSave = [this, &dispatch = services_.dispatch, main](ChangeCount change, Work done) {
+    const auto answered = [this, main, done = std::move(done)] {
+      if (!main.expired()) thread_.post(done);
+    };
+    dispatch.async([main, change, once = std::make_shared<Once>(answered)] {
+      const auto side = main.lock();
+      const auto handler = side ? side->onSave : nullptr;
+      if (handler) handler(change, [once] { once->run(); });
     });
   };
   return observer;

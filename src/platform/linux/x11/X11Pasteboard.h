@@ -47,6 +47,7 @@ class X11Pasteboard : public Pasteboard {
   [[nodiscard]] ChangeCount changeCount() const override;
   void setChangeHandler(std::function<void()> handler) override;
   void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
+  void setSaveHandler(SaveHandler handler) override;
 
   void readTypes(ChangeCount change,
                  Completion<std::optional<std::vector<std::string>>> completion) override;
@@ -69,6 +70,7 @@ class X11Pasteboard : public Pasteboard {
   struct MainSide {
     std::function<void()> onChange;
     std::function<void(ChangeCount)> onOwnerExit;
+    SaveHandler onSave;
   };
 
   X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection, Limits limits);
