@@ -96,7 +96,7 @@ void AppDelegate::configureServices() {
     if (!alive.expired()) panelController().refreshSearchIfVisible();
   };
   pasteController().onInternalPasteboardWrite = [this, alive] {
-    if (!alive.expired()) watcher().advanceLastChangeCount();
+    if (!alive.expired()) watcher().noteOwnWrite();
   };
   pasteController().onOutcome = [this, alive](PasteOutcome outcome) {
     if (alive.expired()) return;
@@ -110,7 +110,7 @@ void AppDelegate::show(std::string_view notice) { toast_.show(std::string(notice
 // paste goes on working as if that program were there.
 void AppDelegate::keepContents(const ClipItem& item, std::function<void()> done) {
   pasteController().restoreToPasteboard(item, [this, done = std::move(done)](bool written) {
-    if (written) watcher().advanceLastChangeCount();
+    if (written) watcher().noteOwnWrite();
     done();
   });
 }

@@ -54,6 +54,7 @@ std::optional<Uuid> capturedEntry(const CopyDates& before, const std::vector<Cli
 struct ClipboardWatcher::Reading {
   Pasteboard::ChangeCount change = 0;
   SourceApp source;
+  std::shared_ptr<const OwnWrite> ownWrite;  // what these contents may be, offered anew
   std::string text;
   std::optional<Bytes> rtf;
   std::optional<Bytes> html;
@@ -112,10 +113,14 @@ void ClipboardWatcher::poll() {
 
   auto source = currentSourceApp();
   // What the pause or the source alone rules out is not even asked about.
-  if (privacy_.shouldIgnore({}, source)) return;
+  if (privacy_.shouldIgnore({}, source)) {
+    ownWrite_.reset();
+    return;
+  }
   reading_ = std::make_shared<Reading>();
   reading_->change = change;
   reading_->source = std::move(source);
+  reading_->ownWrite = ownWriteTakenOver(change);
   services_.pasteboard.readTypes(
       change, whileReading<std::optional<std::vector<std::string>>>(&ClipboardWatcher::typesRead));
 }
@@ -123,7 +128,7 @@ void ClipboardWatcher::poll() {
 void ClipboardWatcher::typesRead(Reading& reading,
                                  const std::optional<std::vector<std::string>>& types) {
   if (!types || types->empty() || privacy_.shouldIgnore(*types, reading.source)) {
-    endReading();
+    endUncaptured();
     return;
   }
   services_.pasteboard.readFileURLs(
@@ -133,6 +138,10 @@ void ClipboardWatcher::typesRead(Reading& reading,
 
 void ClipboardWatcher::filesRead(Reading& reading,
                                  const std::vector<std::filesystem::path>& paths) {
+  if (reading.ownWrite && reading.ownWrite->equals(paths)) {
+    endReading();
+    return;
+  }
   if (!paths.empty()) {
     finish([&] { store_.captureFiles(paths, reading.source); });
     return;
@@ -148,7 +157,11 @@ void ClipboardWatcher::stringRead(Reading& reading, std::optional<std::string> s
     return;
   }
   if (trimmed(*string).empty()) {
-    endReading();  // blank text stands for itself: an image beside it is not wanted
+    endUncaptured();  // blank text stands for itself: an image beside it is not wanted
+    return;
+  }
+  if (reading.ownWrite && reading.ownWrite->equals(*string)) {
+    endReading();
     return;
   }
   reading.text = std::move(*string);
@@ -172,6 +185,26 @@ void ClipboardWatcher::dataRead(Reading& reading, PasteboardDataType type,
 }
 
 void ClipboardWatcher::imageRead(Reading& reading, const std::shared_ptr<const Image>& image) {
+  const auto own = image && reading.ownWrite ? reading.ownWrite->candidateFor(*image) : nullptr;
+  if (!own) {
+    compared(reading, image, false);
+    return;
+  }
+  if (!pictures_) pictures_ = services_.dispatch.serialQueue("com.vantorel.own-pictures");
+  pictures_->async(
+      [this, &dispatch = services_.dispatch, current = std::weak_ptr(reading_), own, image] {
+        dispatch.async([this, current, image, same = samePicture(*own, *image)] {
+          if (const auto living = current.lock()) compared(*living, image, same);
+        });
+      });
+}
+
+void ClipboardWatcher::compared(Reading& reading, const std::shared_ptr<const Image>& image,
+                                bool same) {
+  if (same) {
+    endReading();
+    return;
+  }
   finish([&] {
     if (image) store_.captureImage(*image, reading.source);
   });
@@ -179,11 +212,17 @@ void ClipboardWatcher::imageRead(Reading& reading, const std::shared_ptr<const I
 
 void ClipboardWatcher::finish(const std::function<void()>& capture) {
   const auto reading = std::exchange(reading_, nullptr);
+  ownWrite_.reset();
   const auto before = copyDates(store_.items());
   capture();
   const auto entry = capturedEntry(before, store_.items());
   if (entry) newestCapture_ = {reading->change, *entry};
   answerSaves(*reading);
+}
+
+void ClipboardWatcher::endUncaptured() {
+  ownWrite_.reset();
+  endReading();
 }
 
 void ClipboardWatcher::endReading() {
@@ -234,6 +273,24 @@ void ClipboardWatcher::save(Pasteboard::ChangeCount change, const std::function<
 void ClipboardWatcher::advanceLastChangeCount() {
   lastChangeCount_ = services_.pasteboard.changeCount();
   endReading();
+}
+
+void ClipboardWatcher::noteOwnWrite() {
+  ownWrite_.reset();
+  const auto change = services_.pasteboard.changeCount();
+  // Where another program was quicker, its copy is looked at like any other.
+  if (!services_.pasteboard.wroteContents(change)) return;
+  advanceLastChangeCount();
+  ownWrite_ = OwnWrite::readBack(services_.pasteboard, change);
+}
+
+std::shared_ptr<const OwnWrite> ClipboardWatcher::ownWriteTakenOver(
+    Pasteboard::ChangeCount change) {
+  if (!ownWrite_) return nullptr;
+  const auto owner = services_.pasteboard.ownerProcess(change);
+  const auto front = services_.workspace.frontmostApplication();
+  const bool copiedInFront = owner && front && *owner == front->processIdentifier;
+  return copiedInFront ? nullptr : ownWrite_;
 }
 
 SourceApp ClipboardWatcher::currentSourceApp() const {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "capture/OwnWrite.h"
 #include "capture/PrivacyPreferences.h"
 #include "platform/Dispatch.h"
 #include "platform/Pasteboard.h"
@@ -54,6 +55,11 @@ class ClipboardWatcher {
   /// dropped.
   void advanceLastChangeCount();
 
+  /// The same for contents that this program has just written, which are remembered until others
+  /// are copied: a program that takes them over and offers them anew has copied nothing. One that
+  /// is in front has.
+  void noteOwnWrite();
+
   [[nodiscard]] SourceApp currentSourceApp() const;
 
  private:
@@ -64,6 +70,7 @@ class ClipboardWatcher {
   void filesRead(Reading& reading, const std::vector<std::filesystem::path>& paths);
   void stringRead(Reading& reading, std::optional<std::string> string);
   void dataRead(Reading& reading, PasteboardDataType type, std::optional<Bytes> data);
+  void compared(Reading& reading, const std::shared_ptr<const Image>& image, bool same);
   void imageRead(Reading& reading, const std::shared_ptr<const Image>& image);
 
   /// A completion that goes on with `next` while the reading under way now still is.
@@ -71,6 +78,10 @@ class ClipboardWatcher {
   [[nodiscard]] Pasteboard::Completion<Value> whileReading(Next next);
   /// Ends the reading by what `capture` hands to the store.
   void finish(const std::function<void()>& capture);
+  /// What may have been taken over with that change.
+  [[nodiscard]] std::shared_ptr<const OwnWrite> ownWriteTakenOver(Pasteboard::ChangeCount change);
+  /// Ends the reading of contents that are nobody's new copy and not our own either.
+  void endUncaptured();
   /// Ends the reading under way, whatever came of it.
   void endReading();
   void answerSaves(const Reading& reading);
@@ -87,6 +98,8 @@ class ClipboardWatcher {
   std::unique_ptr<Timer> timer_;
   std::shared_ptr<bool> listening_;   // announcements on their way hold it weakly
   std::shared_ptr<Reading> reading_;  // under way; queued steps hold it weakly
+  std::shared_ptr<const OwnWrite> ownWrite_;
+  std::unique_ptr<SerialQueue> pictures_;  // compares them; made when first needed
   /// The change that was captured last, and its entry.
   std::optional<std::pair<Pasteboard::ChangeCount, Uuid>> newestCapture_;
 };

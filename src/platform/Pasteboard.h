@@ -10,6 +10,7 @@
 
 #include "platform/Bytes.h"
 #include "platform/Image.h"
+#include "platform/Workspace.h"
 
 namespace vantorel {
 
@@ -45,6 +46,13 @@ class Pasteboard {
   /// this interface has been counted when it returns, and is not counted again later. The end of an
   /// owner is no change. Cheap: reads a number.
   [[nodiscard]] virtual ChangeCount changeCount() const = 0;
+
+  /// Whether this process wrote the contents of that change through this interface.
+  [[nodiscard]] virtual bool wroteContents(ChangeCount change) const = 0;
+
+  /// The process that owned the contents when that change by another program was counted. Absent
+  /// when it cannot be told, and once there was a newer change. Cheap: looks it up.
+  [[nodiscard]] virtual std::optional<ProcessId> ownerProcess(ChangeCount change) const = 0;
 
   /// Called on the main queue soon after another program changed the contents. Changes that follow
   /// each other at once may be announced together. Replaces the previous handler; empty: none.

@@ -79,5 +79,26 @@ class ClipboardManager(VantorelTestCase):
         self.assertEqual(self.vantorel.history.texts(), ["captured earlier"])
 
 
+class Takeover(VantorelTestCase):
+    def test_a_text_that_is_taken_over_after_a_paste_stays_what_it_was(self):
+        owner = self.clipboard.own(offers={"UTF8_STRING": b"rich", "text/html": b"<b>rich</b>"})
+        self.vantorel.wait_for_newest("rich")
+        source = self.vantorel.newest().get("sourceAppName")
+        self.vantorel.copy("newer")
+        owner.stop()
+        terminal = applications.Terminal(self.desktop, self.path("typed.txt"))
+        terminal.to_front()
+        self.vantorel.open_panel()
+        self.desktop.keyboard.tap("Down")
+        self.desktop.keyboard.tap("Return")
+        terminal.wait_for_text("rich")
+        agent = self.clipboard.own(offers={"UTF8_STRING": b"rich"})
+        agent.wait_until_asked("UTF8_STRING")
+        stays_true("the order", lambda: self.vantorel.history.texts() == ["newer", "rich"], 1)
+        entry = self.vantorel.history.items()[1]
+        self.assertTrue(entry.get("htmlData"))
+        self.assertEqual(entry.get("sourceAppName"), source)
+
+
 if __name__ == "__main__":
     unittest.main()

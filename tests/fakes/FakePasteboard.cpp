@@ -28,7 +28,7 @@ std::shared_ptr<std::optional<bool>> FakePasteboard::askToSave() {
 template <class Value>
 void FakePasteboard::answer(Form form, ChangeCount change, Completion<Value> completion,
                             Pick<Value> pick) {
-  reads_.push_back(form);
+  if (!own_) reads_.push_back(form);
   auto give = [this, change, completion, pick = std::move(pick)] {
     const bool there = change == changeCount_ && change != silentChange_ && !ownerEnded_;
     dispatch_.async([completion, value = there ? pick(*this) : Value{}] { completion(value); });
@@ -121,6 +121,10 @@ bool FakePasteboard::writeFileURLs(const std::vector<std::filesystem::path>& pat
   files.files = paths;
   Owner contents;
   contents.files = paths;
+  // As the platform's: beside the files their paths as text.
+  std::string lines;
+  for (const auto& path : paths) lines += (lines.empty() ? "" : "\n") + path.native();
+  contents.string = lines;
   return write(std::move(files), std::move(contents));
 }
 

@@ -31,6 +31,7 @@ class FakePasteboard : public Pasteboard {
     std::shared_ptr<const Image> image = nullptr;
     Answering answering = Answering::atOnce;
     std::map<Form, Answering> answeringOf = {};  // where a form is answered otherwise
+    std::optional<ProcessId> process = std::nullopt;
   };
 
   /// What this process put on the pasteboard; `clear` is an entry of its own.
@@ -48,6 +49,12 @@ class FakePasteboard : public Pasteboard {
   ~FakePasteboard() override;
 
   [[nodiscard]] ChangeCount changeCount() const override { return changeCount_; }
+  [[nodiscard]] bool wroteContents(ChangeCount change) const override {
+    return own_ && change == changeCount_;
+  }
+  [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const override {
+    return change == changeCount_ ? contents_.process : std::nullopt;
+  }
   void setChangeHandler(std::function<void()> handler) override;
   void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
   void setSaveHandler(SaveHandler handler) override;
@@ -86,7 +93,7 @@ class FakePasteboard : public Pasteboard {
   [[nodiscard]] bool hasOwnerExitHandler() const { return static_cast<bool>(ownerExitHandler_); }
   [[nodiscard]] bool hasSaveHandler() const { return static_cast<bool>(saveHandler_); }
   [[nodiscard]] std::size_t heldCount() const { return held_.size(); }
-  /// What was asked for, in order.
+  /// What was asked of other programs, in order.
   [[nodiscard]] const std::vector<Form>& reads() const { return reads_; }
   void forgetReads() { reads_.clear(); }
   [[nodiscard]] const std::vector<Write>& writes() const { return writes_; }

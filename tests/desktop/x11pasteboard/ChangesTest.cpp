@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <thread>
@@ -259,6 +261,21 @@ TEST_F(X11PasteboardChanges, QuittingWithinAReadLeavesNothingBehind) {
   pasteboard.reset();
   loop.runQueued();
   EXPECT_TRUE(kept.expired());
+}
+
+TEST_F(X11PasteboardChanges, KnowsWhoseTheContentsAre) {
+  ScriptedOwner other(server->display());
+  other.offer("UTF8_STRING", "theirs");
+  copy(other);
+  EXPECT_FALSE(pasteboard->wroteContents(now()));
+  EXPECT_EQ(pasteboard->ownerProcess(now()), getpid());
+  const auto theirs = now();
+  ASSERT_TRUE(pasteboard->writeString("ours"));
+  EXPECT_TRUE(pasteboard->wroteContents(now()));
+  EXPECT_EQ(pasteboard->ownerProcess(now()), std::nullopt);
+  EXPECT_FALSE(pasteboard->wroteContents(theirs));
+  pasteboard->clearContents();
+  EXPECT_TRUE(pasteboard->wroteContents(now()));
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ class WatchedPasteboard : public testing::Test {
       lost.push_back(item);
       if (puttingBack) {
         ASSERT_TRUE(pasteboard.writeString(item.text ? item.text->get() : "not a text"));
-        watcher->advanceLastChangeCount();
+        watcher->noteOwnWrite();
       }
       done();
     };

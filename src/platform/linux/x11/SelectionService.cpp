@@ -80,7 +80,8 @@ SelectionService::SelectionService(X11Thread& thread, Observer observer,
       window_(createWindow(connection_)),
       reader_(thread, patience),
       owner_(thread, window_, std::move(runElsewhere)),
-      role_(thread, owner_, window_) {
+      role_(thread, owner_, window_),
+      processes_(connection_) {
   xcb_xfixes_select_selection_input(connection_.xcb(), window_, clipboard_,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
@@ -159,6 +160,18 @@ void SelectionService::changeHands(Holder holder) {
   emptiness_ = Emptiness::published;
 }
 
+std::optional<ProcessId> SelectionService::ownerProcess(ChangeCount change) const {
+  const std::lock_guard lock(mutex_);
+  return ownerProcess_.first == change ? ownerProcess_.second : std::nullopt;
+}
+
+/// Of the change that is about to be counted: later the owner may be gone.
+void SelectionService::noteOwnerProcess(xcb_window_t owner) {
+  const auto process = processes_.of(owner);
+  const std::lock_guard lock(mutex_);
+  ownerProcess_ = {count_ + 1, process};
+}
+
 void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
   const auto& change = as<xcb_xfixes_selection_notify_event_t>(event);
   if (change.selection == role_.selection()) role_.handle(change);
@@ -182,6 +195,7 @@ void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
     foreign_ = std::make_shared<ForeignContents>(reader_, connection_, clipboard_,
                                                  change.selection_timestamp);
   }
+  noteOwnerProcess(change.owner);
   ++count_;
   observer_.onForeignChange();
 }
@@ -238,7 +252,7 @@ void SelectionService::adopt() {
   taking_.reset();
   changeHands(Holder::self);
   own_ = std::move(taking.contents);
-  if (taking.counting == Counting::count) ++count_;
+  if (taking.counting == Counting::count) ownCount_ = ++count_;
 }
 
 bool SelectionService::write(Own contents) { return take(std::move(contents), Counting::count); }
@@ -247,7 +261,7 @@ void SelectionService::clear() {
   changeHands(Holder::self);
   own_ = std::make_shared<const PasteboardContents>();
   emptiness_ = Emptiness::pending;
-  ++count_;
+  ownCount_ = ++count_;
 }
 
 void SelectionService::publishEmptiness() {

@@ -4,9 +4,13 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <utility>
 #include <variant>
 
 #include "platform/Pasteboard.h"
+#include "platform/linux/x11/ClientProcesses.h"
 #include "platform/linux/x11/ClipboardManagerRole.h"
 #include "platform/linux/x11/ForeignContents.h"
 #include "platform/linux/x11/PasteboardContents.h"
@@ -55,6 +59,8 @@ class SelectionService {
 
   /// Any thread.
   [[nodiscard]] ChangeCount changeCount() const { return count_; }
+  [[nodiscard]] bool wroteContents(ChangeCount change) const { return change == ownCount_; }
+  [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const;
 
   struct Superseded {};
   struct Empty {};
@@ -94,6 +100,7 @@ class SelectionService {
   [[nodiscard]] bool take(Own contents, Counting counting);
   void adopt();
   void changeHands(Holder holder);
+  void noteOwnerProcess(xcb_window_t owner);
   void handleOwnerChange(const xcb_generic_event_t& event);
   void handleOwnerEnd();
   void handleProperty(const xcb_property_notify_event_t& event);
@@ -116,6 +123,11 @@ class SelectionService {
   ClipboardManagerRole role_;
 
   std::atomic<ChangeCount> count_{1};
+  std::atomic<ChangeCount> ownCount_{0};  // of the last change that was made here
+  ClientProcesses processes_;
+  mutable std::mutex mutex_;  // what follows
+  std::pair<ChangeCount, std::optional<ProcessId>> ownerProcess_;
+
   Holder holder_ = Holder::nobody;
   Own own_;
   Foreign foreign_;

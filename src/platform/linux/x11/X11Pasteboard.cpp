@@ -96,6 +96,14 @@ X11Pasteboard::~X11Pasteboard() {
 
 Pasteboard::ChangeCount X11Pasteboard::changeCount() const { return service_->changeCount(); }
 
+bool X11Pasteboard::wroteContents(ChangeCount change) const {
+  return service_->wroteContents(change);
+}
+
+std::optional<ProcessId> X11Pasteboard::ownerProcess(ChangeCount change) const {
+  return service_->ownerProcess(change);
+}
+
 void X11Pasteboard::setChangeHandler(std::function<void()> handler) {
   main_->onChange = std::move(handler);
 }

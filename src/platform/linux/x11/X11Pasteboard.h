@@ -45,6 +45,8 @@ class X11Pasteboard : public Pasteboard {
   [[nodiscard]] bool alsoOfferPrimary();
 
   [[nodiscard]] ChangeCount changeCount() const override;
+  [[nodiscard]] bool wroteContents(ChangeCount change) const override;
+  [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const override;
   void setChangeHandler(std::function<void()> handler) override;
   void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
   void setSaveHandler(SaveHandler handler) override;

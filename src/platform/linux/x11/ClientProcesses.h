@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/Workspace.h"
+#include "platform/linux/x11/X11Connection.h"
+
+namespace vantorel {
+
+/// Which process made a window, by what the server itself knows of its clients: for those on this
+/// machine, and only where the server has the extension for it. Any thread.
+class ClientProcesses {
+ public:
+  /// `connection` outlives this.
+  explicit ClientProcesses(X11Connection& connection);
+
+  /// Absent for a client elsewhere and for a window that is gone. One round trip to the server.
+  [[nodiscard]] std::optional<ProcessId> of(xcb_window_t window) const;
+
+ private:
+  X11Connection& connection_;
+  bool known_ = false;
+};
+
+}  // namespace vantorel
