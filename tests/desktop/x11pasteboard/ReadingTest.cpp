@@ -80,8 +80,8 @@ TEST_F(X11PasteboardReading, AsksForTheTargetsOnceForEachChange) {
   owner.offer("UTF8_STRING", "text");
   copy(owner);
   (void)types();
-  (void)string();
   EXPECT_THAT(files(), IsEmpty());
+  (void)string();
   EXPECT_THAT(owner.requests(), ElementsAre("TARGETS", "UTF8_STRING"));
   copy(owner);
   (void)types();
@@ -138,6 +138,54 @@ TEST_F(X11PasteboardReading, ReadsFilesFromEitherList) {
   manager.offer("x-special/gnome-copied-files", "cut\nfile:///home/u/%D7%90");
   copy(manager);
   EXPECT_THAT(files(), ElementsAre("/home/u/א"));
+}
+
+TEST_F(X11PasteboardReading, ReadsTheFilesOfOtherFileManagers) {
+  owner.offer("x-special/mate-copied-files", "copy\nfile:///tmp/a");
+  copy(owner);
+  EXPECT_THAT(files(), ElementsAre("/tmp/a"));
+  ScriptedOwner manager(server->display());
+  manager.offer("UTF8_STRING", "x-special/nautilus-clipboard\ncopy\nfile:///tmp/b\n");
+  copy(manager);
+  EXPECT_THAT(files(), ElementsAre("/tmp/b"));
+}
+
+TEST_F(X11PasteboardReading, ATextThatWasLookedAtForFilesIsNotAskedForAgain) {
+  owner.offer("UTF8_STRING", "a text");
+  copy(owner);
+  EXPECT_THAT(files(), IsEmpty());
+  EXPECT_EQ(string(), "a text");
+  EXPECT_THAT(owner.requests(), ElementsAre("TARGETS", "UTF8_STRING"));
+}
+
+TEST_F(X11PasteboardReading, ReadsTheTextsThatTheOwnerLabels) {
+  const struct {
+    const char* target;
+    const char* type;
+    const char* bytes;
+    const char* text;
+  } texts[] = {{"TEXT", "STRING", "caf\xE9", "café"},
+               {"TEXT", "COMPOUND_TEXT", "\x1B-H\xF9\xEC", "של"},
+               {"COMPOUND_TEXT", "COMPOUND_TEXT", "\x1B-H\xF9\xEC", "של"},
+               {"text/plain", "text/plain", "caf\xE9", "café"},
+               {"text/plain;charset=UTF8", "", "של", "של"},
+               {"text/plain;charset=iso-8859-8", "", "\xF9\xEC", "של"}};
+  for (const auto& each : texts) {
+    ScriptedOwner other(server->display());
+    ScriptedForm form;
+    form.bytes = bytes(each.bytes);
+    form.type = each.type;
+    other.offer(each.target, form);
+    copy(other);
+    EXPECT_EQ(string(), each.text) << each.target;
+  }
+}
+
+TEST_F(X11PasteboardReading, ATextInACharsetThatNobodyKnowsGivesWayToTheNext) {
+  owner.offer("text/plain;charset=no-such-charset", "?");
+  owner.offer("STRING", "plain");
+  copy(owner);
+  EXPECT_EQ(string(), "plain");
 }
 
 TEST_F(X11PasteboardReading, PreparesThePngFormOfAnImageAwayFromTheMainThread) {

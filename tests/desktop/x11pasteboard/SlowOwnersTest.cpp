@@ -21,7 +21,7 @@ class X11PasteboardSlowOwner : public PasteboardFixture {
     return form;
   }
   /// What follows is about the rule, not about how long the program is patient.
-  void openImpatiently() { open({.patience = std::chrono::milliseconds(300)}); }
+  void openImpatiently() { open({.patience = std::chrono::milliseconds(700)}); }
 
   static constexpr std::chrono::milliseconds aWhile{400};
   ScriptedOwner owner{server->display()};
@@ -54,7 +54,7 @@ TEST_F(X11PasteboardSlowOwner, TheListOfFormsIsWaitedFor) {
 }
 
 TEST_F(X11PasteboardSlowOwner, AnAnswerThatKeepsComingIsWaitedForHoweverLongItTakes) {
-  openImpatiently();
+  open({.patience = std::chrono::milliseconds(2500)});
   ScriptedForm trickling = after(std::chrono::milliseconds(100), textOf(pattern(560)));
   trickling.manner = Manner::incremental;
   trickling.pieceBytes = 10;

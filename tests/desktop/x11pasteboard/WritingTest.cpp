@@ -57,15 +57,17 @@ TEST_F(X11PasteboardWriting, AnItemIsServedWithItsRichForms) {
 
 TEST_F(X11PasteboardWriting, NoMarkerOfItsOwnIsAdded) {
   ASSERT_TRUE(pasteboard->writeString("text"));
-  EXPECT_THAT(offered(), testing::UnorderedElementsAre(
-                             "TARGETS", "TIMESTAMP", "MULTIPLE", "SAVE_TARGETS", "UTF8_STRING",
-                             "text/plain;charset=utf-8", "text/plain", "TEXT", "STRING"));
+  EXPECT_THAT(offered(),
+              testing::UnorderedElementsAre("TARGETS", "TIMESTAMP", "MULTIPLE", "SAVE_TARGETS",
+                                            "UTF8_STRING", "text/plain;charset=utf-8", "text/plain",
+                                            "TEXT", "STRING", "COMPOUND_TEXT"));
 }
 
 TEST_F(X11PasteboardWriting, FilesAreServedAsBothListsAndAsText) {
   ASSERT_TRUE(pasteboard->writeFileURLs({"/tmp/a b", "/home/u/é"}));
   EXPECT_EQ(get("text/uri-list"), "file:///tmp/a%20b\r\nfile:///home/u/%C3%A9\r\n");
   EXPECT_EQ(get("x-special/gnome-copied-files"), "copy\nfile:///tmp/a%20b\nfile:///home/u/%C3%A9");
+  EXPECT_EQ(get("x-special/mate-copied-files"), get("x-special/gnome-copied-files"));
   EXPECT_EQ(get("UTF8_STRING"), "/tmp/a b\n/home/u/é");
 }
 

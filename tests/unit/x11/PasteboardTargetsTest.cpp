@@ -14,7 +14,24 @@ TEST(PasteboardTargets, PrefersTheTextThatIsSurelyUtf8) {
   EXPECT_THAT(text({"STRING", "text/plain", "TARGETS", "text/plain;charset=utf-8", "UTF8_STRING"}),
               ElementsAre("UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "STRING"));
   EXPECT_THAT(text({"text/plain;charset=UTF-8"}), ElementsAre("text/plain;charset=UTF-8"));
-  EXPECT_THAT(text({"TARGETS", "text/html", "COMPOUND_TEXT"}), IsEmpty());
+  EXPECT_THAT(text({"TARGETS", "text/html"}), IsEmpty());
+}
+
+TEST(PasteboardTargets, TakesTextOfAnyCharsetAndTheOldOnesLast) {
+  EXPECT_THAT(
+      text({"COMPOUND_TEXT", "TEXT", "STRING", "text/plain", "text/plain;charset=utf-16",
+            "text/plain;charset=UTF8", "text/plain; charset=\"Utf-8\"", "UTF8_STRING"}),
+      ElementsAre("UTF8_STRING", "text/plain;charset=UTF8", "text/plain; charset=\"Utf-8\"",
+                  "text/plain;charset=utf-16", "text/plain", "STRING", "TEXT", "COMPOUND_TEXT"));
+}
+
+TEST(PasteboardTargets, FindTheCharsetOfAPlainText) {
+  EXPECT_EQ(plainTextCharset("text/plain"), "");
+  EXPECT_EQ(plainTextCharset("text/plain;format=flowed"), "");
+  EXPECT_EQ(plainTextCharset("TEXT/plain;charset=ISO-8859-8"), "iso-8859-8");
+  EXPECT_EQ(plainTextCharset("text/plain;format=flowed;charset=utf8;x=y"), "utf-8");
+  EXPECT_EQ(plainTextCharset("text/plainer"), std::nullopt);
+  EXPECT_EQ(plainTextCharset("STRING"), std::nullopt);
 }
 
 TEST(PasteboardTargets, KnowsTheNamesOfRichText) {
@@ -24,8 +41,9 @@ TEST(PasteboardTargets, KnowsTheNamesOfRichText) {
 }
 
 TEST(PasteboardTargets, PrefersTheStandardListOfFiles) {
-  EXPECT_THAT(fileLists({"x-special/gnome-copied-files", "text/uri-list"}),
-              ElementsAre("text/uri-list", "x-special/gnome-copied-files"));
+  EXPECT_THAT(
+      fileLists({"x-special/mate-copied-files", "x-special/gnome-copied-files", "text/uri-list"}),
+      ElementsAre("text/uri-list", "x-special/gnome-copied-files", "x-special/mate-copied-files"));
 }
 
 TEST(PasteboardTargets, PrefersLosslessImagesAndTriesUnknownOnesLast) {

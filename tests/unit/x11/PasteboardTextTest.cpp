@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/x11/TextCharsets.h"
+
 namespace vantorel {
 namespace {
 
@@ -23,6 +25,42 @@ TEST(PasteboardText, LosesTheNulsAtItsEndOnly) {
   EXPECT_EQ(decodedText(bytesOf(std::string_view("\0a\0\0", 4)), TextEncoding::utf8),
             std::string("\0a", 2));
   EXPECT_EQ(decodedText({}, TextEncoding::utf8), "");
+}
+
+TEST(PasteboardText, TheLabelRulesOverTheName) {
+  EXPECT_EQ(decodedAnswer(bytesOf("caf\xE9"), "TEXT", "STRING"), "café");
+  EXPECT_EQ(decodedAnswer(bytesOf("שלום"), "TEXT", "UTF8_STRING"), "שלום");
+  EXPECT_EQ(decodedAnswer(bytesOf("\x1B-H\xF9\xEC"), "TEXT", "COMPOUND_TEXT"), "של");
+  EXPECT_EQ(decodedAnswer(bytesOf("caf\xE9"), "COMPOUND_TEXT", "STRING"), "café");
+  EXPECT_EQ(decodedAnswer(bytesOf("caf\xE9"), "UTF8_STRING", "STRING"), "café");
+}
+
+TEST(PasteboardText, TheNameRulesWhereTheLabelSaysNothing) {
+  const std::string name = "text/plain;charset=";
+  EXPECT_EQ(decodedAnswer(bytesOf("caf\xE9"), "text/plain", ""), "café");
+  EXPECT_EQ(decodedAnswer(bytesOf("café"), "text/plain", ""), "café");
+  EXPECT_EQ(decodedAnswer(bytesOf("caf\xE9"), name + "UTF-8", ""), "caf\xEF\xBF\xBD");
+  EXPECT_EQ(decodedAnswer(bytesOf("\xF9\xEC"), name + "iso-8859-8", ""), "של");
+  EXPECT_EQ(
+      decodedAnswer(bytesOf(std::string_view("\xFF\xFE\xD0\x05\0\0", 6)), name + "utf-16", ""),
+      "א");
+  EXPECT_EQ(decodedAnswer(bytesOf("\x1B-H\xF9\xEC\x1B-A\xE9"), "COMPOUND_TEXT", ""), "שלé");
+  EXPECT_EQ(decodedAnswer(bytesOf("x"), name + "no-such-charset", ""), std::nullopt);
+}
+
+TEST(PasteboardText, IsAlwaysValid) {
+  const auto lone = decodedAnswer(bytesOf(std::string_view("\xFE\xFF\xD8\x00\x00\x61", 6)),
+                                  "text/plain;charset=utf-16", "");
+  EXPECT_EQ(lone, "\xEF\xBF\xBD\x61");
+}
+
+TEST(PasteboardText, WritesCompoundTextThatReadsBack) {
+  for (const std::string text : {"", "plain", "café", "שלום é €", "日本"}) {
+    const auto compound = compoundText(text);
+    ASSERT_TRUE(compound) << text;
+    EXPECT_EQ(decodedAnswer(bytesOf(*compound), "COMPOUND_TEXT", "COMPOUND_TEXT"), text);
+  }
+  EXPECT_EQ(compoundText("😀"), std::nullopt) << "it lacks that character";
 }
 
 TEST(PasteboardText, WritesLatin1AsFarAsItReaches) {

@@ -108,5 +108,18 @@ TEST(UriList, IsReadBackAsWritten) {
   EXPECT_EQ(filesFromCopiedFiles(copiedFilesOf(paths)), paths);
 }
 
+TEST(UriList, ReadsTheListThatCallsItselfPlainText) {
+  EXPECT_THAT(filesFromPlainText("x-special/nautilus-clipboard\ncopy\nfile:///a%20b\nfile:///c\n"),
+              ElementsAre("/a b", "/c"));
+  EXPECT_THAT(filesFromPlainText("x-special/nautilus-clipboard\ncut\nfile:///a"),
+              ElementsAre("/a"));
+  for (const auto* text :
+       {"", "file:///a", "x-special/nautilus-clipboard", "x-special/nautilus-clipboard\nfile:///a",
+        "x-special/nautilus-clipboards\ncopy\nfile:///a", "x-special/nautilus-clipboard\ncopy\n",
+        "see x-special/nautilus-clipboard\ncopy\nfile:///a"}) {
+    EXPECT_THAT(filesFromPlainText(text), IsEmpty()) << text;
+  }
+}
+
 }  // namespace
 }  // namespace vantorel

@@ -26,6 +26,7 @@ void ClipboardManagerRole::play(SelectionOffer::Save save, xcb_timestamp_t time)
 void ClipboardManagerRole::leave() {
   offer_ = nullptr;
   owner_.release(selection_);
+  connection_.flush();  // whoever asks the server from now on finds nobody
 }
 
 void ClipboardManagerRole::handle(const xcb_xfixes_selection_notify_event_t& event) {

@@ -77,15 +77,33 @@ void ForeignContents::readCandidates(Targets candidates, std::size_t index,
 }
 
 void ForeignContents::readString(Completion<std::optional<std::string>> completion) {
-  readForm(targets::text, 0, [completion = std::move(completion)](const std::optional<Form>& form) {
-    if (!form) {
-      completion(std::nullopt);
-      return;
-    }
-    const bool unmarked = form->property.type == XCB_ATOM_STRING;
-    completion(
-        decodedText(form->property.bytes, unmarked ? TextEncoding::unmarked : TextEncoding::utf8));
-  });
+  if (auto text = std::exchange(textInAdvance_, std::nullopt)) {
+    completion(std::move(text));
+    return;
+  }
+  readStringFrom(0, std::move(completion));
+}
+
+void ForeignContents::readStringFrom(std::size_t index,
+                                     Completion<std::optional<std::string>> completion) {
+  readForm(targets::text, index,
+           [self = shared_from_this(),
+            completion = std::move(completion)](const std::optional<Form>& form) {
+             auto text = form ? self->decoded(*form) : std::nullopt;
+             if (form && !text) {
+               self->readStringFrom(form->next, completion);
+             } else {
+               completion(std::move(text));
+             }
+           });
+}
+
+std::optional<std::string> ForeignContents::decoded(const Form& form) {
+  std::string_view type;
+  for (const char* known : {targets::utf8String, targets::latin1String, targets::compoundText}) {
+    if (form.property.type == connection_.atom(known)) type = known;
+  }
+  return decodedAnswer(form.property.bytes, form.target, type);
 }
 
 void ForeignContents::readData(PasteboardDataType type,
@@ -107,7 +125,7 @@ void ForeignContents::readFilesFrom(std::size_t index,
            [self = shared_from_this(),
             completion = std::move(completion)](const std::optional<Form>& form) {
              if (!form) {
-               completion({});
+               self->readFilesInText(completion);
                return;
              }
              const auto text = textOf(form->property.bytes);
@@ -119,6 +137,15 @@ void ForeignContents::readFilesFrom(std::size_t index,
                completion(std::move(files));
              }
            });
+}
+
+void ForeignContents::readFilesInText(
+    const Completion<std::vector<std::filesystem::path>>& completion) {
+  readString([self = shared_from_this(), completion](std::optional<std::string> text) {
+    auto files = text ? filesFromPlainText(*text) : std::vector<std::filesystem::path>();
+    self->textInAdvance_ = std::move(text);
+    completion(std::move(files));
+  });
 }
 
 void ForeignContents::readImage(std::size_t skipped,

@@ -56,6 +56,9 @@ class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
                 Completion<std::optional<Form>> completion);
   void readCandidates(Targets candidates, std::size_t index,
                       Completion<std::optional<Form>> completion);
+  void readStringFrom(std::size_t index, Completion<std::optional<std::string>> completion);
+  [[nodiscard]] std::optional<std::string> decoded(const Form& form);
+  void readFilesInText(const Completion<std::vector<std::filesystem::path>>& completion);
   void readFilesFrom(std::size_t index, Completion<std::vector<std::filesystem::path>> completion);
 
   SelectionReader& reader_;
@@ -64,6 +67,8 @@ class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
   xcb_timestamp_t time_;
   enum class Stage { unknown, asked, known } stage_ = Stage::unknown;
   std::optional<Targets> targets_;
+  /// Read when it was looked at for files, and given to whoever asks for it next.
+  std::optional<std::string> textInAdvance_;
   enum class Trust { whole, lost } trust_ = Trust::whole;
   std::vector<Completion<std::optional<Targets>>> waiting_;
 };

@@ -4,6 +4,7 @@
 
 #include "platform/linux/x11/PasteboardTargets.h"
 #include "platform/linux/x11/PasteboardText.h"
+#include "platform/linux/x11/TextCharsets.h"
 #include "platform/linux/x11/UriList.h"
 
 namespace vantorel {
@@ -28,9 +29,14 @@ void addText(SelectionOffer& offer, const Contents& contents) {
   add(targets::utf8String, targets::utf8String, utf8);
   add("text/plain;charset=utf-8", "text/plain;charset=utf-8", utf8);
   add("text/plain", "text/plain", utf8);
-  add("TEXT", targets::utf8String, utf8);
+  add(targets::anyString, targets::utf8String, utf8);
   add(targets::latin1String, targets::latin1String,
       [contents] { return sharing(latin1(*contents->string)); });
+  // Refused where it lacks a character: a program that gets something takes it for the whole.
+  add(targets::compoundText, targets::compoundText, [contents] {
+    auto text = compoundText(*contents->string);
+    return text ? sharing(std::move(*text)) : SharedBytes();
+  });
 }
 
 void addData(SelectionOffer& offer, const Contents& contents,
@@ -46,6 +52,8 @@ void addFiles(SelectionOffer& offer, const Contents& contents) {
   offer.forms.push_back({targets::uriList, targets::uriList, EncodingCost::instant,
                          [contents] { return sharing(uriListOf(contents->files)); }});
   offer.forms.push_back({targets::copiedFiles, targets::copiedFiles, EncodingCost::instant,
+                         [contents] { return sharing(copiedFilesOf(contents->files)); }});
+  offer.forms.push_back({targets::mateCopiedFiles, targets::mateCopiedFiles, EncodingCost::instant,
                          [contents] { return sharing(copiedFilesOf(contents->files)); }});
 }
 

@@ -1,5 +1,7 @@
 #include "platform/linux/x11/PasteboardText.h"
 
+#include "platform/linux/x11/PasteboardTargets.h"
+#include "platform/linux/x11/TextCharsets.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -30,6 +32,22 @@ std::string decodedText(ByteView bytes, TextEncoding encoding) {
   while (!text.empty() && text.back() == '\0') text.remove_suffix(1);
   if (encoding == TextEncoding::unmarked && !isValidUtf8(text)) return utf8FromLatin1(text);
   return validUtf8(std::string(text));
+}
+
+std::optional<std::string> decodedAnswer(ByteView bytes, std::string_view target,
+                                         std::string_view type) {
+  if (type == targets::utf8String) return decodedText(bytes, TextEncoding::utf8);
+  const auto stated = targets::plainTextCharset(target).value_or(std::string());
+  const bool utf8 = target == targets::utf8String || stated == "utf-8";
+  const bool compound = type == targets::compoundText ||
+                        (target == targets::compoundText && type != targets::latin1String);
+  if (compound || (!utf8 && !stated.empty())) {
+    auto text = utf8FromCharset(bytes, compound ? compoundTextCharset : stated);
+    while (text && !text->empty() && text->back() == '\0') text->pop_back();
+    return text;
+  }
+  const bool believed = utf8 && type != targets::latin1String;
+  return decodedText(bytes, believed ? TextEncoding::utf8 : TextEncoding::unmarked);
 }
 
 std::string latin1(std::string_view utf8) {

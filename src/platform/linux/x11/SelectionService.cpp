@@ -49,7 +49,8 @@ std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Ob
                           "SAVE_TARGETS",
                           "ATOM_PAIR",
                           "NULL",
-                          "TEXT",
+                          targets::anyString,
+                          targets::compoundText,
                           "VANTOREL_SELECTION",
                           "VANTOREL_TIME",
                           "text/plain",
@@ -60,6 +61,7 @@ std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Ob
                           targets::utf8String,
                           targets::uriList,
                           targets::copiedFiles,
+                          targets::mateCopiedFiles,
                           targets::htmlText,
                           targets::png});
   const auto event = static_cast<std::uint8_t>(xfixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);

@@ -115,6 +115,14 @@ std::vector<std::filesystem::path> filesFromCopiedFiles(std::string_view text) {
   return filesFromUriList(text);
 }
 
+std::vector<std::filesystem::path> filesFromPlainText(std::string_view text) {
+  constexpr std::string_view title = "x-special/nautilus-clipboard";
+  if (text.substr(0, title.size()) != title || nextLine(text) != title) return {};
+  const auto action = nextLine(text);
+  if (action != "copy" && action != "cut") return {};
+  return filesFromUriList(text);
+}
+
 std::string uriListOf(const std::vector<std::filesystem::path>& paths) {
   std::string list;
   for (const auto& path : paths) list += fileUri(path) + "\r\n";

@@ -23,8 +23,13 @@ namespace vantorel {
 /// empty lines and what names no local file are skipped.
 [[nodiscard]] std::vector<std::filesystem::path> filesFromUriList(std::string_view text);
 
-/// The local files in "x-special/gnome-copied-files", whichever of copy and cut it says.
+/// The local files in "x-special/gnome-copied-files" and its like of MATE, whichever of copy and
+/// cut it says.
 [[nodiscard]] std::vector<std::filesystem::path> filesFromCopiedFiles(std::string_view text);
+
+/// The local files in the plain text that some file managers put on the clipboard in the place of a
+/// list: its first line says what it is, the next one "copy" or "cut". Empty for any other text.
+[[nodiscard]] std::vector<std::filesystem::path> filesFromPlainText(std::string_view text);
 
 /// Each line ends in CR LF.
 [[nodiscard]] std::string uriListOf(const std::vector<std::filesystem::path>& paths);
