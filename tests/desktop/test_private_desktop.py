@@ -13,6 +13,7 @@ from harness.history import seal, unseal
 from harness.keyring import KeyringState
 from harness.processes import Processes
 from harness.waiting import wait_for
+from harness.window_program import WindowProgram
 
 
 class KeysAndWindows(DesktopTestCase):
@@ -60,6 +61,47 @@ class KeysAndWindows(DesktopTestCase):
         wait_for("an owner of the clipboard", self.clipboard.owner)
         source.close()
         wait_for("an empty clipboard", lambda: self.clipboard.owner() == 0)
+
+
+class WindowManagers(DesktopTestCase):
+    desktop_options = {"window_manager": None}
+
+    def test_each_starts_is_replaced_by_the_next_and_killed(self):
+        manager = self.desktop.window_manager
+        program = WindowProgram(self.desktop)
+        program.open("main", in_front=False)
+        manager.start("openbox")
+        for number, name in enumerate(("metacity", "marco", "xfwm4"), start=1):
+            with self.subTest(name):
+                manager.replace(name)
+                program.to_front("main")
+                self.desktop.keyboard.chord("Ctrl+a")
+                wait_for("the keys", lambda n=number: len(program.chords()) == n)
+        manager.kill()
+        manager.start("openbox")
+        program.to_front("main")
+
+    def test_a_window_says_what_was_pressed_and_what_it_pasted(self):
+        self.desktop.window_manager.start("openbox")
+        program = WindowProgram(self.desktop)
+        program.open("main")
+        self.clipboard.copy("held")
+        self.desktop.keyboard.chord("Ctrl+v")
+        wait_for("the paste", lambda: program.pasted() == [("main", "held")])
+        self.desktop.keyboard.chord("Shift+Insert")
+        wait_for("the other chord", lambda: len(program.pasted()) == 2)
+        self.assertEqual(program.chords(), [("main", "Ctrl+v"), ("main", "Shift+Insert")])
+        program.close("main")
+        program.end()
+
+    def test_the_server_gives_a_number_again(self):
+        self.desktop.window_manager.start("openbox")
+        numbers = []
+        for _ in range(8):
+            program = WindowProgram(self.desktop)
+            numbers.append(program.open("main").id)
+            program.end()
+        self.assertLess(len(set(numbers)), 4)
 
 
 class Owners(DesktopTestCase):

@@ -6,16 +6,22 @@ from .waiting import wait_for
 
 
 class Application:
-    """A program with a window."""
+    """A program with a window.
 
-    def __init__(self, desktop, name, argv, window_class, env=None):
+    It is ready once that window is in front; a desktop of icons, which stays behind everything,
+    is once it is on the screen.
+    """
+
+    def __init__(self, desktop, name, argv, window_class, env=None, comes_to_front=True):
         self.desktop = desktop
+        self._comes_to_front = comes_to_front
         self._before = {window.id for window in desktop.windows.with_class(window_class)}
         self.process = desktop.start(name, argv, env)
         self.name = name
         self.window = wait_for(f"{name}'s window", lambda: self._new_window(window_class), 30,
                                desktop.windows.titles)
-        desktop.windows.wait_active(self.window)
+        if comes_to_front:
+            desktop.windows.wait_active(self.window)
 
     def to_front(self):
         self.desktop.windows.activate(self.window)
@@ -33,7 +39,9 @@ class Application:
 
     def _new_window(self, window_class):
         for window in self.desktop.windows.with_class(window_class):
-            if window.id not in self._before and self.desktop.windows.active() == window.id:
+            if window.id in self._before:
+                continue
+            if not self._comes_to_front or self.desktop.windows.active() == window.id:
                 return window
         return None
 

@@ -79,6 +79,12 @@ class Clipboard:
         owner = display.get_selection_owner(display.intern_atom("CLIPBOARD"))
         return owner if isinstance(owner, int) else owner.id
 
+    def owned_by(self, window):
+        """Whether the owner is of the program that this window belongs to."""
+        display = self._desktop.display
+        mask = display.display.info.resource_id_mask
+        return self.owner() & ~mask == window.id & ~mask
+
     def disown(self):
         """Empties the selection on purpose, as programs do that clear a clipboard."""
         display = self._desktop.display

@@ -13,9 +13,9 @@ from .keyring import Keyring, KeyringState
 from .processes import Processes
 from .session_bus import SessionBus
 from .waiting import wait_for
+from .window_manager import WindowManager
 from .windows import Windows
 
-_OPENBOX = os.path.join(os.path.dirname(__file__), "openbox.xml")
 # Without an address programs look for a bus where they choose, or start one.
 _NO_BUS = "unix:path=/nonexistent/bus"
 _PASSED_ON = ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS",
@@ -26,7 +26,8 @@ class PrivateDesktop:
     """A context manager: everything starts on entry and is ended on exit, whatever happened.
 
     `home` may name a directory that an earlier desktop left, which is how a restart of the whole
-    machine is played; without it a fresh one is made and removed at the end.
+    machine is played; without it a fresh one is made and removed at the end. `window_manager` is a
+    name of `window_manager.NAMES`; True stands for the lightest of them, None for no one at all.
     """
 
     def __init__(self, *, size=(1280, 800), scale=1, keyring=KeyringState.UNLOCKED,
@@ -36,7 +37,7 @@ class PrivateDesktop:
         self.scale = scale
         self.keyring_state = keyring
         self.with_compositor = compositor
-        self.with_window_manager = window_manager
+        self.with_window_manager = "openbox" if window_manager is True else window_manager
         self.dark = dark
         self.layout = layout
         self.base = tempfile.mkdtemp(prefix="vantorel-desktop-")
@@ -54,7 +55,7 @@ class PrivateDesktop:
         self.keyring = Keyring(self.processes, self.bus_call)
         self.display = None
         self.x_server = None
-        self.window_manager = None
+        self.window_manager = WindowManager(self)
         self.keep = False
 
     def __enter__(self):
@@ -144,7 +145,7 @@ class PrivateDesktop:
         if self.scale != 1:
             self._set_resources(f"Xft.dpi: {96 * self.scale}\n")
         if self.with_window_manager:
-            self._start_window_manager()
+            self.window_manager.start(self.with_window_manager)
         if self.with_compositor:
             self._start_compositor()
 
@@ -165,11 +166,6 @@ class PrivateDesktop:
             raise RuntimeError("the X server did not start")
         self.env["DISPLAY"] = f":{number}"
 
-    def _start_window_manager(self):
-        self.window_manager = self.start("openbox", ["openbox", "--sm-disable", "--config-file",
-                                                     _OPENBOX])
-        wait_for("a window manager", lambda: self._root_property("_NET_SUPPORTING_WM_CHECK"))
-
     def _start_compositor(self):
         self.start("picom", ["picom", "--backend", "xrender", "--config", "/dev/null"])
         atom = self.display.intern_atom("_NET_WM_CM_S0")
@@ -177,10 +173,6 @@ class PrivateDesktop:
 
     def _set_resources(self, text):
         self.run(["xrdb", "-merge", "-"], input=text.encode(), stdin=None).check_returncode()
-
-    def _root_property(self, name):
-        return self.display.screen().root.get_full_property(self.display.intern_atom(name),
-                                                            X.AnyPropertyType)
 
     def _active_layout(self):
         answer = self.run(["setxkbmap", "-query"]).stdout.decode()

@@ -3,7 +3,7 @@
 import collections
 import time
 
-from Xlib import X, error
+from Xlib import X, Xatom, error
 from Xlib.protocol import event as xevent
 
 from .waiting import wait_for
@@ -49,6 +49,9 @@ class Windows:
     def wait_gone(self, title, limit=20):
         wait_for(f"no window titled {title!r}", lambda: not self.titled(title), limit, self.titles)
 
+    def wait_window_gone(self, window, limit=20):
+        wait_for(f"window {window.id:#x} to be gone", lambda: not self.exists(window.id), limit)
+
     def title(self, window):
         return self._text(window, "_NET_WM_NAME") or self._text(window, "WM_NAME")
 
@@ -68,6 +71,20 @@ class Windows:
         place = self._root.translate_coords(window, 0, 0)
         return Frame(place.x, place.y, geometry.width, geometry.height)
 
+    def exists(self, number):
+        """Whether the server knows a window of this number."""
+        try:
+            self._display.create_resource_object("window", number).get_attributes()
+        except error.XError:
+            return False
+        return True
+
+    def is_viewable(self, window):
+        try:
+            return window.get_attributes().map_state == X.IsViewable
+        except error.XError:
+            return False
+
     def on_every_desktop(self, window):
         return list(self._property(window, "_NET_WM_DESKTOP") or []) == [0xFFFFFFFF]
 
@@ -79,6 +96,12 @@ class Windows:
     def active(self):
         answer = self._property(self._root, "_NET_ACTIVE_WINDOW")
         return answer[0] if answer else 0
+
+    def state_active(self, number):
+        """Writes down a window as the active one, past the window manager."""
+        self._root.change_property(self._display.intern_atom("_NET_ACTIVE_WINDOW"), Xatom.WINDOW,
+                                   32, [number])
+        self._display.sync()
 
     def focus(self):
         """The id of the window with the keyboard's focus."""
@@ -111,6 +134,13 @@ class Windows:
     def close(self, window):
         """Asks the window's application to close it, as a title bar's button does."""
         self._ask_root(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2, 0, 0, 0])
+
+    def set_state(self, window, name):
+        """Asks the window manager to set a state of a window, and waits until it is set."""
+        state = self._display.intern_atom(f"_NET_WM_STATE_{name}")
+        self._ask_root(window, "_NET_WM_STATE", [1, state, 0, 1, 0])
+        wait_for(f"the state {name}",
+                 lambda: state in (self._property(window, "_NET_WM_STATE") or []))
 
     def set_desktops(self, count):
         """Asks the window manager for as many virtual desktops, and waits for them."""
