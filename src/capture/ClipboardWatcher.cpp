@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/OwnApplication.h"
+#include "platform/RestingTimer.h"
 #include "store/ContentFingerprint.h"
 #include "text/Unicode.h"
 
@@ -72,7 +73,9 @@ ClipboardWatcher::ClipboardWatcher(ClipStore& store, PrivacyPreferences& privacy
 ClipboardWatcher::~ClipboardWatcher() { stop(); }
 
 void ClipboardWatcher::start() {
-  timer_ = services_.dispatch.every(pollInterval, [this] { poll(); });
+  timer_.reset();
+  timer_ = std::make_unique<RestingTimer>(services_.dispatch, services_.pasteboard, pollInterval,
+                                          [this] { poll(); });
   if (!listening_) listening_ = std::make_shared<bool>(true);
   const std::weak_ptr<bool> listening = listening_;
   services_.pasteboard.setChangeHandler([this, listening] {

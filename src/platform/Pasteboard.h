@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/Announcer.h"
 #include "platform/Bytes.h"
 #include "platform/Image.h"
 #include "platform/Workspace.h"
@@ -34,13 +35,11 @@ enum class PasteboardDataType { rtf, html };
 /// there" at once, so that a lesser form does not pass for what was copied; a form that was refused
 /// or is damaged gives way to the next. The contents that this process wrote itself are read
 /// without leaving the process.
-class Pasteboard {
+class Pasteboard : public Announcer {
  public:
   template <class Value>
   using Completion = std::function<void(Value)>;
   using ChangeCount = std::int64_t;
-
-  virtual ~Pasteboard() = default;
 
   /// Grows by at least one with every change of the contents by anyone. A write or clear through
   /// this interface has been counted when it returns, and is not counted again later. The end of an

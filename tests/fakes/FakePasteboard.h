@@ -55,6 +55,10 @@ class FakePasteboard : public Pasteboard {
   [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const override {
     return change == changeCount_ ? contents_.process : std::nullopt;
   }
+  [[nodiscard]] bool announcesEveryChange() const override { return announces_; }
+  void setAnnouncingHandler(std::function<void()> handler) override {
+    onAnnouncing_ = std::move(handler);
+  }
   void setChangeHandler(std::function<void()> handler) override;
   void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
   void setSaveHandler(SaveHandler handler) override;
@@ -84,6 +88,11 @@ class FakePasteboard : public Pasteboard {
   [[nodiscard]] std::shared_ptr<std::optional<bool>> askToSave();
   /// Lets every read that waits be answered now, as the pasteboard stands. Answers their number.
   std::size_t release();
+  /// Says of itself from now on that it announces every change, or that it does not.
+  void setAnnouncesEveryChange(bool announces) {
+    announces_ = announces;
+    if (onAnnouncing_) onAnnouncing_();
+  }
   /// Without announcements a change shows in the change count alone.
   void setAnnouncing(bool announcing) { announcing_ = announcing; }
   /// Every later write fails and changes nothing.
@@ -115,6 +124,8 @@ class FakePasteboard : public Pasteboard {
   bool ownerEnded_ = false;
   ChangeCount silentChange_ = 0;
   bool announcing_ = true;
+  bool announces_ = false;
+  std::function<void()> onAnnouncing_;
   bool refusingWrites_ = false;
   std::function<void()> changeHandler_;
   std::function<void(ChangeCount)> ownerExitHandler_;

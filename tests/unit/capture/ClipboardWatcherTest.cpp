@@ -34,6 +34,22 @@ TEST_F(ClipboardWatcherTest, CapturesAChangeAtTheNextPollWithoutAnyAnnouncement)
   EXPECT_THAT(history.texts(), ElementsAre("quiet"));
 }
 
+TEST_F(ClipboardWatcherTest, RestsWhileEveryChangeIsAnnounced) {
+  pasteboard.setAnnouncesEveryChange(true);
+  watcher->start();
+  EXPECT_EQ(dispatch().timerCount(), 0U);
+  pasteboard.offerText("announced");
+  dispatch().runQueued();
+  EXPECT_THAT(history.texts(), ElementsAre("announced"));
+
+  pasteboard.setAnnouncesEveryChange(false);
+  pasteboard.setAnnouncing(false);
+  EXPECT_THAT(dispatch().repeatingIntervals(), ElementsAre(ClipboardWatcher::pollInterval));
+  pasteboard.offerText("found");
+  dispatch().advance(ClipboardWatcher::pollInterval);
+  EXPECT_THAT(history.texts(), ElementsAre("found", "announced"));
+}
+
 TEST_F(ClipboardWatcherTest, CapturesAnAnnouncedChangeAtOnce) {
   watcher->start();
   pasteboard.offerText("announced");

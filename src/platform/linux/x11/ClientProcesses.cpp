@@ -1,7 +1,5 @@
 #include "platform/linux/x11/ClientProcesses.h"
 
-#include <xcb/res.h>
-
 #include <utility>
 
 namespace vantorel {
@@ -14,11 +12,15 @@ ClientProcesses::ClientProcesses(X11Connection& connection) : connection_(connec
                           std::pair<std::uint16_t, std::uint16_t>(1, 2);
 }
 
-std::optional<ProcessId> ClientProcesses::of(xcb_window_t window) const {
+ClientProcesses::Question ClientProcesses::ask(xcb_window_t window) const {
   if (!known_ || window == XCB_WINDOW_NONE) return std::nullopt;
   const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-  const auto ids = connection_.reply(xcb_res_query_client_ids_reply,
-                                     xcb_res_query_client_ids(connection_.xcb(), 1, &spec));
+  return xcb_res_query_client_ids(connection_.xcb(), 1, &spec);
+}
+
+std::optional<ProcessId> ClientProcesses::answer(const Question& question) const {
+  if (!question) return std::nullopt;
+  const auto ids = connection_.reply(xcb_res_query_client_ids_reply, *question);
   if (!ids) return std::nullopt;
   for (auto it = xcb_res_query_client_ids_ids_iterator(ids.get()); it.rem > 0;
        xcb_res_client_id_value_next(&it)) {

@@ -45,13 +45,13 @@ std::optional<std::string> compoundText(std::string_view utf8) {
   const auto text = icu::UnicodeString::fromUTF8(
       icu::StringPiece(utf8.data(), static_cast<std::int32_t>(utf8.size())));
   // What a character can take, and the return to the first charset.
-  std::string compound(static_cast<std::size_t>(
-                           UCNV_GET_MAX_BYTES_FOR_STRING(static_cast<std::size_t>(text.length()),
-                                                         ucnv_getMaxCharSize(converter.getAlias()))),
-                       '\0');
-  const auto size = ucnv_fromUChars(
-      converter.getAlias(), compound.data(), static_cast<std::int32_t>(compound.size()),
-      text.getBuffer(), text.length(), &error);
+  std::string compound(
+      static_cast<std::size_t>(UCNV_GET_MAX_BYTES_FOR_STRING(
+          static_cast<std::size_t>(text.length()), ucnv_getMaxCharSize(converter.getAlias()))),
+      '\0');
+  const auto size = ucnv_fromUChars(converter.getAlias(), compound.data(),
+                                    static_cast<std::int32_t>(compound.size()), text.getBuffer(),
+                                    text.length(), &error);
   if (U_FAILURE(error)) return std::nullopt;
   compound.resize(static_cast<std::size_t>(size));
   // What it lacks is left out without a word.

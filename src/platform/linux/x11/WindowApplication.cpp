@@ -45,18 +45,15 @@ bool isProcess(std::uint32_t pid) {
 
 }  // namespace
 
-LocalHost LocalHost::current(std::uint32_t resourceMask, std::optional<std::uint32_t> serverPid) {
+LocalHost LocalHost::current(std::uint32_t resourceMask, std::optional<ProcessId> serverPid) {
   std::array<char, 256> name{};
   if (::gethostname(name.data(), name.size() - 1) != 0) name.front() = '\0';
-  const bool isSeen = serverPid && isProcess(*serverPid);
-  return {name.data(), isSeen ? static_cast<ProcessId>(*serverPid) : ::getpid(), resourceMask};
+  return {name.data(), serverPid.value_or(::getpid()), resourceMask};
 }
 
 ProcessId processOf(const WindowFacts& facts, const LocalHost& host) {
   if (isLocal(facts, host)) {
-    if (facts.clientPid && isProcess(*facts.clientPid)) {
-      return static_cast<ProcessId>(*facts.clientPid);
-    }
+    if (facts.clientPid) return *facts.clientPid;
     // A program may state anything: what it was called in another container, or nonsense.
     if (facts.statedPid && isProcess(*facts.statedPid) && *facts.statedPid != initProcess) {
       const auto pid = static_cast<ProcessId>(*facts.statedPid);
@@ -99,10 +96,7 @@ std::string executableOf(ProcessId pid) {
 
 WindowIdentity identityOf(const WindowFacts& facts, const LocalHost& host) {
   WindowIdentity identity{facts.desktopFile, facts.wmClass, facts.wmInstance, {}};
-  if (!isLocal(facts, host)) return identity;
-  // A program in a container states its number there; the server knows the one here.
-  const auto pid = facts.clientPid ? facts.clientPid : facts.statedPid;
-  if (pid && isProcess(*pid)) identity.executable = executableOf(static_cast<ProcessId>(*pid));
+  identity.executable = executableOf(processOf(facts, host));  // none of a client from elsewhere
   return identity;
 }
 

@@ -23,7 +23,7 @@ struct LocalHost {
   /// `serverPid` is this process as the server sees it, which in a container is not the number it
   /// has there; absent where the server does not tell.
   [[nodiscard]] static LocalHost current(std::uint32_t resourceMask,
-                                         std::optional<std::uint32_t> serverPid);
+                                         std::optional<ProcessId> serverPid);
 };
 
 /// The process that a window belongs to: the one that the server sees at the other end, when it

@@ -65,22 +65,17 @@ struct WindowQueries::Asked {
   xcb_get_property_cookie_t pid;
   xcb_get_property_cookie_t type;
   xcb_get_property_cookie_t netState;
-  std::optional<xcb_res_query_client_ids_cookie_t> clientIds;
+  ClientProcesses::Question process;
 };
 
-WindowQueries::WindowQueries(X11Connection& connection) : connection_(connection) {
+WindowQueries::WindowQueries(X11Connection& connection)
+    : connection_(connection), processes_(connection) {
   connection_.internAtoms({"WM_STATE", "_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE",
                            "_NET_WM_PID", "_NET_WM_WINDOW_TYPE", "_NET_WM_STATE",
                            "_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_WINDOW_TYPE_DIALOG",
                            "_NET_WM_STATE_SKIP_TASKBAR", "_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST",
                            "_NET_CLIENT_LIST_STACKING", "_NET_SUPPORTED",
                            "_NET_SUPPORTING_WM_CHECK"});
-  const auto version = connection_.extension(xcb_res_id) == nullptr
-                           ? nullptr
-                           : connection_.reply(xcb_res_query_version_reply,
-                                               xcb_res_query_version(connection_.xcb(), 1, 2));
-  knowsClientPids_ = version && std::pair(version->server_major, version->server_minor) >=
-                                    std::pair<std::uint16_t, std::uint16_t>(1, 2);
 }
 
 bool WindowQueries::isFact(xcb_atom_t property) const {
@@ -91,28 +86,6 @@ bool WindowQueries::isFact(xcb_atom_t property) const {
     if (property == connection_.atom(name)) return true;
   }
   return property == XCB_ATOM_WM_CLASS || property == XCB_ATOM_WM_CLIENT_MACHINE;
-}
-
-xcb_res_query_client_ids_cookie_t WindowQueries::askClientIds(xcb_window_t window) const {
-  const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-  return xcb_res_query_client_ids(connection_.xcb(), 1, &spec);
-}
-
-std::optional<std::uint32_t> WindowQueries::clientPidIn(
-    xcb_res_query_client_ids_cookie_t cookie) const {
-  const auto ids = connection_.reply(xcb_res_query_client_ids_reply, cookie);
-  if (!ids) return std::nullopt;
-  for (auto it = xcb_res_query_client_ids_ids_iterator(ids.get()); it.rem > 0;
-       xcb_res_client_id_value_next(&it)) {
-    const bool tellsPid = (it.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0;
-    if (!tellsPid || xcb_res_client_id_value_value_length(it.data) < 1) continue;
-    return *xcb_res_client_id_value_value(it.data);
-  }
-  return std::nullopt;
-}
-
-std::optional<std::uint32_t> WindowQueries::clientPid(xcb_window_t window) const {
-  return knowsClientPids_ ? clientPidIn(askClientIds(window)) : std::nullopt;
 }
 
 WindowQueries::Asked WindowQueries::ask(xcb_window_t window) const {
@@ -130,8 +103,7 @@ WindowQueries::Asked WindowQueries::ask(xcb_window_t window) const {
               property(connection_.atom("_NET_WM_PID"), 1),
               property(connection_.atom("_NET_WM_WINDOW_TYPE"), longestList),
               property(connection_.atom("_NET_WM_STATE"), longestList),
-              std::nullopt};
-  if (knowsClientPids_) asked.clientIds = askClientIds(window);
+              processes_.ask(window)};
   return asked;
 }
 
@@ -160,7 +132,7 @@ std::optional<WindowFacts> WindowQueries::answer(const Asked& asked) const {
                       contains(types, connection_.atom("_NET_WM_WINDOW_TYPE_DIALOG"));
   const bool skips = contains(states, connection_.atom("_NET_WM_STATE_SKIP_TASKBAR"));
   facts.kind = normal && !skips ? WindowKind::normal : WindowKind::other;
-  if (asked.clientIds) facts.clientPid = clientPidIn(*asked.clientIds);
+  facts.clientPid = processes_.answer(asked.process);
   if (!exists) return std::nullopt;
   return facts;
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <xcb/res.h>
-
 #include <cstdint>
 #include <optional>
 #include <vector>
 
+#include "platform/linux/x11/ClientProcesses.h"
 #include "platform/linux/x11/WindowFacts.h"
 #include "platform/linux/x11/X11Connection.h"
 
@@ -46,7 +45,9 @@ class WindowQueries {
   [[nodiscard]] std::optional<Manager> manager() const;
 
   /// The process of this connection, as the server sees it.
-  [[nodiscard]] std::optional<std::uint32_t> clientPid(xcb_window_t window) const;
+  [[nodiscard]] std::optional<ProcessId> ownProcess(xcb_window_t ownWindow) const {
+    return processes_.of(ownWindow);
+  }
   /// The bits of a window's id that tell windows of one client apart.
   [[nodiscard]] std::uint32_t resourceMask() const;
 
@@ -57,12 +58,9 @@ class WindowQueries {
   [[nodiscard]] std::optional<WindowFacts> answer(const Asked& asked) const;
   [[nodiscard]] std::vector<xcb_window_t> unlistedClients() const;
   [[nodiscard]] xcb_window_t windowUnderPointer() const;
-  [[nodiscard]] xcb_res_query_client_ids_cookie_t askClientIds(xcb_window_t window) const;
-  [[nodiscard]] std::optional<std::uint32_t> clientPidIn(
-      xcb_res_query_client_ids_cookie_t cookie) const;
 
   X11Connection& connection_;
-  bool knowsClientPids_;
+  ClientProcesses processes_;
 };
 
 }  // namespace vantorel

@@ -78,7 +78,16 @@ bool X11Pasteboard::start() {
   if (!service_) return false;
   imageQueue_ = services_.dispatch.serialQueue("com.vantorel.pasteboard-images");
   thread_.start([this](const xcb_generic_event_t& event) { service_->handle(event); },
-                [this] { service_->handleLoss(); });
+                [this, main = std::weak_ptr(main_), &dispatch = services_.dispatch] {
+                  service_->handleLoss();
+                  dispatch.async([main] {
+                    const auto side = main.lock();
+                    if (!side) return;
+                    side->announces = false;
+                    const auto handler = side->onAnnouncing;
+                    if (handler) handler();
+                  });
+                });
   return true;
 }
 

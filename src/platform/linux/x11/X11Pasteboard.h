@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/Dispatch.h"
 #include "platform/Pasteboard.h"
@@ -47,6 +48,10 @@ class X11Pasteboard : public Pasteboard {
   [[nodiscard]] ChangeCount changeCount() const override;
   [[nodiscard]] bool wroteContents(ChangeCount change) const override;
   [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const override;
+  [[nodiscard]] bool announcesEveryChange() const override { return main_->announces; }
+  void setAnnouncingHandler(std::function<void()> handler) override {
+    main_->onAnnouncing = std::move(handler);
+  }
   void setChangeHandler(std::function<void()> handler) override;
   void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
   void setSaveHandler(SaveHandler handler) override;
@@ -70,6 +75,8 @@ class X11Pasteboard : public Pasteboard {
   /// What belongs to the main thread. Queued work, and the X thread, hold it weakly; only the main
   /// thread looks inside.
   struct MainSide {
+    bool announces = true;
+    std::function<void()> onAnnouncing;
     std::function<void()> onChange;
     std::function<void(ChangeCount)> onOwnerExit;
     SaveHandler onSave;

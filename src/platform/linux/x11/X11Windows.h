@@ -64,7 +64,7 @@ class X11Windows {
 
   [[nodiscard]] const WindowQueries& queries() const { return queries_; }
   /// The process of this program, as the server sees it.
-  [[nodiscard]] std::optional<std::uint32_t> ownPid() const { return queries_.clientPid(clock_); }
+  [[nodiscard]] std::optional<ProcessId> ownPid() const { return queries_.ownProcess(clock_); }
 
  private:
   struct Entry {

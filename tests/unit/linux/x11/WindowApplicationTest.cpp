@@ -8,7 +8,7 @@ namespace {
 
 const LocalHost host{"desk.example.org", 100, 0x1fffff};
 
-WindowFacts windowOf(std::optional<std::uint32_t> stated, std::optional<std::uint32_t> client,
+WindowFacts windowOf(std::optional<std::uint32_t> stated, std::optional<ProcessId> client,
                      const std::string& machine = {}) {
   WindowFacts facts;
   facts.window = 0x0260000b;
@@ -146,11 +146,11 @@ TEST(ExecutableOfProcess, IsTheProgramsFileName) {
 }
 
 TEST(IdentityOfWindow, NamesTheProgramOfLocalWindowsOnly) {
-  const auto own = static_cast<std::uint32_t>(::getpid());
-  EXPECT_EQ(identityOf(windowOf(own, own), host).executable, "x11_unit_tests");
+  const auto own = ::getpid();
+  EXPECT_EQ(identityOf(windowOf(7, own), host).executable, "x11_unit_tests");
   EXPECT_EQ(identityOf(windowOf(2, own), host).executable, "x11_unit_tests")
       << "a container's own number says nothing here";
-  EXPECT_EQ(identityOf(windowOf(own, own, "elsewhere"), host).executable, "");
+  EXPECT_EQ(identityOf(windowOf(7, own, "elsewhere"), host).executable, "");
 }
 
 }  // namespace
