@@ -25,6 +25,7 @@
 #include "fakes/FakeWorkspace.h"
 #include "fakes/TestStore.h"
 #include "panel/HistoryPanelController.h"
+#include "platform/posix/PosixFileSystem.h"
 
 namespace {
 
@@ -94,8 +95,8 @@ struct PanelBench {
   FakeEventMonitors monitors;
   FakeAccessibilityPreferences accessibility;
   FakeWindowBackdrops backdrops;
-  PasteController paste{
-      *store, PasteServices{pasteboard, workspace, input, dispatch, store.files(), images}};
+  PasteController paste{*store, PasteServices{pasteboard, workspace, input, dispatch,
+                                              std::make_shared<PosixFileSystem>(), images}};
   HistoryPanelController controller{
       *store, paste,
       PanelServices{dispatch, screens, monitors, accessibility, store.files(), images, thumbnails,

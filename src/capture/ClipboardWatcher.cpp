@@ -112,9 +112,10 @@ void ClipboardWatcher::poll() {
   const auto change = services_.pasteboard.changeCount();
   if (change == lastChangeCount_) return;
   lastChangeCount_ = change;
-  endReading();
+  supersedeReading();
 
-  auto source = currentSourceApp();
+  const auto front = services_.workspace.frontmostApplication();
+  auto source = sourceAppOf(front);
   // What the pause or the source alone rules out is not even asked about.
   if (privacy_.shouldIgnore({}, source)) {
     ownWrite_.reset();
@@ -123,7 +124,7 @@ void ClipboardWatcher::poll() {
   reading_ = std::make_shared<Reading>();
   reading_->change = change;
   reading_->source = std::move(source);
-  reading_->ownWrite = ownWriteTakenOver(change);
+  reading_->ownWrite = ownWriteTakenOver(change, front);
   services_.pasteboard.readTypes(
       change, whileReading<std::optional<std::vector<std::string>>>(&ClipboardWatcher::typesRead));
 }
@@ -142,7 +143,10 @@ void ClipboardWatcher::typesRead(Reading& reading,
 void ClipboardWatcher::filesRead(Reading& reading,
                                  const std::vector<std::filesystem::path>& paths) {
   if (reading.ownWrite && reading.ownWrite->equals(paths)) {
-    endReading();
+    endTakenOver([&](const ClipItem& item) {
+      return item.kind == ClipKind::files &&
+             std::equal(paths.begin(), paths.end(), item.filePaths.begin(), item.filePaths.end());
+    });
     return;
   }
   if (!paths.empty()) {
@@ -164,7 +168,9 @@ void ClipboardWatcher::stringRead(Reading& reading, std::optional<std::string> s
     return;
   }
   if (reading.ownWrite && reading.ownWrite->equals(*string)) {
-    endReading();
+    endTakenOver([&](const ClipItem& item) {
+      return item.kind == ClipKind::text && item.text && item.text->get() == *string;
+    });
     return;
   }
   reading.text = std::move(*string);
@@ -181,10 +187,12 @@ void ClipboardWatcher::dataRead(Reading& reading, PasteboardDataType type,
                                 std::optional<Bytes> data) {
   (type == PasteboardDataType::rtf ? reading.rtf : reading.html) = std::move(data);
   if (--reading.formsAwaited > 0) return;
-  finish([&] {
-    store_.insert(textItem(std::move(reading.text), std::move(reading.rtf), std::move(reading.html),
-                           reading.source, services_.dispatch.now()));
-  });
+  finish([&] { insertText(reading); });
+}
+
+void ClipboardWatcher::insertText(Reading& reading) {
+  store_.insert(textItem(std::move(reading.text), std::move(reading.rtf), std::move(reading.html),
+                         reading.source, services_.dispatch.now()));
 }
 
 void ClipboardWatcher::imageRead(Reading& reading, const std::shared_ptr<const Image>& image) {
@@ -223,6 +231,14 @@ void ClipboardWatcher::finish(const std::function<void()>& capture) {
   answerSaves(*reading);
 }
 
+/// The contents are those of an entry that this program wrote: who offers them now may end, too.
+void ClipboardWatcher::endTakenOver(const std::function<bool(const ClipItem&)>& isTheEntry) {
+  const auto& items = store_.items();
+  const auto entry = std::find_if(items.begin(), items.end(), isTheEntry);
+  if (entry != items.end()) newestCapture_ = {reading_->change, entry->id};
+  endReading();
+}
+
 void ClipboardWatcher::endUncaptured() {
   ownWrite_.reset();
   endReading();
@@ -230,6 +246,16 @@ void ClipboardWatcher::endUncaptured() {
 
 void ClipboardWatcher::endReading() {
   if (const auto reading = std::exchange(reading_, nullptr)) answerSaves(*reading);
+}
+
+void ClipboardWatcher::supersedeReading() {
+  const auto reading = reading_;
+  // Its text is here, and only a richer form is late: nothing is lost over that.
+  if (reading && !reading->text.empty() && !privacy_.shouldIgnore({}, reading->source)) {
+    finish([&] { insertText(*reading); });
+  } else {
+    endReading();
+  }
 }
 
 void ClipboardWatcher::answerSaves(const Reading& reading) {
@@ -283,23 +309,28 @@ void ClipboardWatcher::noteOwnWrite() {
   const auto change = services_.pasteboard.changeCount();
   // Where another program was quicker, its copy is looked at like any other.
   if (!services_.pasteboard.wroteContents(change)) return;
+  supersedeReading();
   advanceLastChangeCount();
   ownWrite_ = OwnWrite::readBack(services_.pasteboard, change);
 }
 
 std::shared_ptr<const OwnWrite> ClipboardWatcher::ownWriteTakenOver(
-    Pasteboard::ChangeCount change) {
-  if (!ownWrite_) return nullptr;
+    Pasteboard::ChangeCount change, const std::optional<RunningApplication>& front) const {
   const auto owner = services_.pasteboard.ownerProcess(change);
-  const auto front = services_.workspace.frontmostApplication();
-  const bool copiedInFront = owner && front && *owner == front->processIdentifier;
-  return copiedInFront ? nullptr : ownWrite_;
+  // A user's copy is not to be missed: where it cannot be told who owns it, or whose the window in
+  // front is (one of another machine has a number that no process here has), it counts as one.
+  const bool isForeign = front && front->processIdentifier <= 0;
+  if (!ownWrite_ || !owner || isForeign) return nullptr;
+  return front && *owner == front->processIdentifier ? nullptr : ownWrite_;
+}
+
+SourceApp ClipboardWatcher::sourceAppOf(const std::optional<RunningApplication>& front) const {
+  if (!front || isOwnApplication(services_.workspace, *front)) return {};
+  return {front->localizedName, front->bundleIdentifier};
 }
 
 SourceApp ClipboardWatcher::currentSourceApp() const {
-  auto front = services_.workspace.frontmostApplication();
-  if (!front || isOwnApplication(services_.workspace, *front)) return {};
-  return {std::move(front->localizedName), std::move(front->bundleIdentifier)};
+  return sourceAppOf(services_.workspace.frontmostApplication());
 }
 
 }  // namespace vantorel

@@ -26,7 +26,8 @@ struct ClipboardServices {
 
 /// Notices every change of the pasteboard, by the platform's announcement and by polling, and
 /// hands what privacy allows to the store. Reading takes several turns of the main queue; a newer
-/// change supersedes the reading of an older one. Main thread.
+/// change supersedes the reading of an older one, of which a text that has come already is kept.
+/// Main thread.
 class ClipboardWatcher {
  public:
   static constexpr Seconds pollInterval{0.35};
@@ -78,12 +79,18 @@ class ClipboardWatcher {
   [[nodiscard]] Pasteboard::Completion<Value> whileReading(Next next);
   /// Ends the reading by what `capture` hands to the store.
   void finish(const std::function<void()>& capture);
-  /// What may have been taken over with that change.
-  [[nodiscard]] std::shared_ptr<const OwnWrite> ownWriteTakenOver(Pasteboard::ChangeCount change);
+  /// What may have been taken over with that change, `front` being in front at that moment.
+  [[nodiscard]] std::shared_ptr<const OwnWrite> ownWriteTakenOver(
+      Pasteboard::ChangeCount change, const std::optional<RunningApplication>& front) const;
+  [[nodiscard]] SourceApp sourceAppOf(const std::optional<RunningApplication>& front) const;
+  void insertText(Reading& reading);
+  void endTakenOver(const std::function<bool(const ClipItem&)>& isTheEntry);
   /// Ends the reading of contents that are nobody's new copy and not our own either.
   void endUncaptured();
   /// Ends the reading under way, whatever came of it.
   void endReading();
+  /// Ends it for newer contents; a text that has come already is kept without its richer forms.
+  void supersedeReading();
   void answerSaves(const Reading& reading);
   void ownerExited(Pasteboard::ChangeCount change);
   void saveAsked(Pasteboard::ChangeCount change, std::function<void()> done);

@@ -33,15 +33,20 @@ void PasteController::setTargetApplication(const std::optional<RunningApplicatio
 }
 
 std::optional<RunningApplication> PasteController::resolveTargetApplication() {
-  if (!target_) return std::nullopt;
+  return resolve(target_);
+}
+
+std::optional<RunningApplication> PasteController::resolve(
+    const std::optional<RunningApplication>& target) {
+  if (!target) return std::nullopt;
   auto& workspace = services_.workspace;
-  if (auto still = workspace.stillThere(*target_)) return still;
-  if (!target_->bundleIdentifier) return std::nullopt;
+  if (auto still = workspace.stillThere(*target)) return still;
+  if (!target->bundleIdentifier) return std::nullopt;
   // Here each window of an application may be a process of its own, so a namesake that was there
   // all along is a bystander, not the target launched anew.
-  const auto namesakes = workspace.runningApplications(*target_->bundleIdentifier);
+  const auto namesakes = workspace.runningApplications(*target->bundleIdentifier);
   const auto relaunched = std::find_if(namesakes.begin(), namesakes.end(), [&](const auto& each) {
-    return workspace.startedAfter(each, *target_);
+    return workspace.startedAfter(each, *target);
   });
   return relaunched == namesakes.end() ? std::nullopt : std::optional(*relaunched);
 }
@@ -57,26 +62,40 @@ void PasteController::whenThere(const ClipItem& item, FilePresence::Answer answe
 void PasteController::restoreToPasteboard(const ClipItem& item, std::function<void(bool)> written) {
   const auto change = services_.pasteboard.changeCount();
   whenThere(item, [this, item, change, written = std::move(written)](bool there) {
-    const bool wanted = there && services_.pasteboard.changeCount() == change;
-    written(wanted && writeToPasteboard(item, false));
+    // Before anything is cleared: what is on the pasteboard may still be somebody's.
+    auto picture = pictureOf(item);
+    const bool isWhole = there && (item.kind != ClipKind::image || picture) &&
+                         (item.kind != ClipKind::text || item.text);
+    if (!isWhole || services_.pasteboard.changeCount() != change) {
+      written(false);
+      return;
+    }
+    services_.pasteboard.clearContents();
+    written(put(item, false, std::move(picture)));
   });
 }
 
 bool PasteController::writeToPasteboard(const ClipItem& item, bool asPlainText) {
   // First, so that a write that fails leaves nothing old to be pasted by mistake.
   services_.pasteboard.clearContents();
+  return put(item, asPlainText, pictureOf(item));
+}
+
+bool PasteController::put(const ClipItem& item, bool asPlainText,
+                          std::shared_ptr<const Image> picture) {
   switch (item.kind) {
     case ClipKind::text:
-      return writeText(item, asPlainText);
+      return putText(item, asPlainText);
     case ClipKind::image:
-      return writeImage(item);
+      return picture && services_.pasteboard.writeImage(std::move(picture));
     case ClipKind::files:
-      return writeFiles(item);
+      return !item.filePaths.empty() &&
+             services_.pasteboard.writeFileURLs({item.filePaths.begin(), item.filePaths.end()});
   }
   return false;
 }
 
-bool PasteController::writeText(const ClipItem& item, bool asPlainText) {
+bool PasteController::putText(const ClipItem& item, bool asPlainText) {
   if (!item.text) return false;
   if (asPlainText) return services_.pasteboard.writeString(item.text->get());
   PasteboardItem richText;
@@ -86,22 +105,17 @@ bool PasteController::writeText(const ClipItem& item, bool asPlainText) {
   return services_.pasteboard.writeItem(std::move(richText));
 }
 
-bool PasteController::writeImage(const ClipItem& item) {
-  if (!item.assetFilename) return false;
+std::shared_ptr<const Image> PasteController::pictureOf(const ClipItem& item) const {
+  if (item.kind != ClipKind::image || !item.assetFilename) return nullptr;
   auto bytes = store_.assetData(item);
-  if (!bytes) return false;
-  auto image = services_.images.decode(std::make_shared<const Bytes>(std::move(*bytes)));
-  return image && services_.pasteboard.writeImage(std::move(image));
-}
-
-bool PasteController::writeFiles(const ClipItem& item) {
-  const std::vector<std::filesystem::path> paths(item.filePaths.begin(), item.filePaths.end());
-  return !paths.empty() && services_.pasteboard.writeFileURLs(paths);
+  if (!bytes) return nullptr;
+  return services_.images.decode(std::make_shared<const Bytes>(std::move(*bytes)));
 }
 
 void PasteController::paste(const ClipItem& item, bool asPlainText) {
   endWait();  // what an older paste waits to paste is about to be replaced
   underWay_ = std::make_shared<UnderWay>();
+  underWay_->target = target_;
   whenThere(item, [this, item, asPlainText, current = std::weak_ptr(underWay_)](bool there) {
     if (current.expired()) return;
     if (!there) services_.pasteboard.clearContents();
@@ -119,7 +133,7 @@ void PasteController::bringTargetToFront() {
     finish(PasteOutcome::clipboardOnlyNeedsAccessibility);
     return;
   }
-  const auto target = resolveTargetApplication();
+  const auto target = resolve(underWay_->target);
   if (!target) {
     finish(PasteOutcome::clipboardOnlyNoTarget);
     return;
@@ -182,7 +196,10 @@ void PasteController::postPaste(const RunningApplication& target) {
       events.push_back(*event);
     }
   }
-  if (events.empty()) {  // not one key can be pressed: the user has to
+  const bool pastes = std::any_of(events.begin(), events.end(), [](const auto& event) {
+    return event.keyCode == keys::v && event.direction == KeyDirection::down;
+  });
+  if (!pastes) {  // the user has to press it
     finish(PasteOutcome::clipboardOnlyNoTarget);
     return;
   }
@@ -205,6 +222,7 @@ void PasteController::keyAnswered(UnderWay& paste, KeyDelivery delivery) {
 }
 
 void PasteController::endWait() {
+  if (underWay_ && underWay_->keysAwaited > 0) services_.input.withdraw();
   underWay_.reset();
   nextCheck_.reset();
   activations_.reset();

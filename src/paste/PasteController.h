@@ -68,6 +68,7 @@ class PasteController {
  private:
   /// One paste, from the choice to its outcome; callbacks hold it weakly.
   struct UnderWay {
+    std::optional<RunningApplication> target;  // when the entry was chosen
     std::size_t keysAwaited = 0;
     bool allDelivered = true;
   };
@@ -75,9 +76,14 @@ class PasteController {
   /// Answers at once for what is no list of files. A file that may not be looked at counts as
   /// there: it has not been seen to be gone, and whoever receives it may have more rights.
   void whenThere(const ClipItem& item, FilePresence::Answer answer);
-  [[nodiscard]] bool writeText(const ClipItem& item, bool asPlainText);
-  [[nodiscard]] bool writeImage(const ClipItem& item);
-  [[nodiscard]] bool writeFiles(const ClipItem& item);
+  [[nodiscard]] std::optional<RunningApplication> resolve(
+      const std::optional<RunningApplication>& target);
+  /// The decoded picture of an image entry; null when it cannot be had.
+  [[nodiscard]] std::shared_ptr<const Image> pictureOf(const ClipItem& item) const;
+  /// Puts the entry on the cleared pasteboard; `picture` is that of an image entry.
+  [[nodiscard]] bool put(const ClipItem& item, bool asPlainText,
+                         std::shared_ptr<const Image> picture);
+  [[nodiscard]] bool putText(const ClipItem& item, bool asPlainText);
 
   void bringTargetToFront();
   void waitForActivation(RunningApplication target, int attemptsRemaining);

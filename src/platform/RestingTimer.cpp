@@ -22,6 +22,8 @@ void RestingTimer::invalidate() {
 void RestingTimer::restOrRepeat() {
   if (announcer_.announcesEveryChange()) {
     repeating_.reset();
+    const Work look = work_;  // a copy, for it may end this
+    look();                   // what there was before the announcements
   } else if (!repeating_) {
     repeating_ = dispatch_.every(interval_, work_);
   }

@@ -9,7 +9,7 @@ namespace vantorel {
 
 /// A repeating look at something that may tell of its changes by itself: it rests while it does,
 /// so that a desktop where nothing happens is left asleep, and repeats the moment it does not.
-/// Main thread.
+/// When rest begins it looks once more. Main thread.
 class RestingTimer : public Timer {
  public:
   /// `dispatch` and `announcer` outlive this. An announcer has one resting timer at a time.

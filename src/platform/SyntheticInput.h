@@ -45,10 +45,14 @@ class SyntheticInput {
   /// input, so that no key ever lands elsewhere. The adapter presses what the application
   /// understands as this chord (paste is another key in a terminal), and does not let keys that the
   /// user still holds spoil it. `done` is called exactly once, on the main thread, perhaps in a
-  /// later turn: `delivered` only when the keys were pressed into that window. A later event takes
-  /// the place of one that still waits for the window.
+  /// later turn: `delivered` only when the keys were pressed into that window. An adapter that
+  /// presses a chord as one answers `delivered` for the modifiers and releases around its key at
+  /// once. A later event takes the place of one that still waits for the window.
   virtual void post(const SyntheticKeyEvent& event, const RunningApplication& target,
                     std::function<void(KeyDelivery)> done) = 0;
+
+  /// What still waits for its window is not pressed any more: it fails.
+  virtual void withdraw() = 0;
 };
 
 }  // namespace vantorel

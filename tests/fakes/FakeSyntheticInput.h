@@ -40,6 +40,8 @@ class FakeSyntheticInput : public SyntheticInput {
     }
   }
 
+  void withdraw() override { ++withdrawals_; }
+
   // The test's side.
 
   void setTrusted(bool trusted) { trusted_ = trusted; }
@@ -55,11 +57,13 @@ class FakeSyntheticInput : public SyntheticInput {
   void answerAll() {
     for (const auto& done : std::exchange(unanswered_, {})) done(delivery_);
   }
+  [[nodiscard]] int withdrawals() const { return withdrawals_; }
   /// How each question for trust was put.
   [[nodiscard]] const std::vector<TrustPrompt>& prompts() const { return prompts_; }
   [[nodiscard]] const std::vector<Posted>& posted() const { return posted_; }
 
  private:
+  int withdrawals_ = 0;
   enum class Answering { atOnce, later } answering_ = Answering::atOnce;
   KeyDelivery delivery_ = KeyDelivery::delivered;
   std::vector<std::function<void(KeyDelivery)>> unanswered_;

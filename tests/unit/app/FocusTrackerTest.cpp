@@ -128,6 +128,14 @@ TEST_F(FocusTrackerTest, LooksNoMoreWhileTheDesktopAnnouncesEachChange) {
   EXPECT_EQ(dispatch.timerCount(), 0U);
 }
 
+TEST_F(FocusTrackerTest, WhoWasInFrontBeforeAnyAnnouncementIsRemembered) {
+  workspace.setAnnounces(true);
+  workspace.setFront(editor.processIdentifier);
+  focus.startFocusTracking();
+  workspace.setFront(own.processIdentifier);
+  EXPECT_THAT(focus.currentPasteTarget(), Optional(editor));
+}
+
 TEST_F(FocusTrackerTest, RemembersTheWindowThatWasInFront) {
   focus.startFocusTracking();
   auto dialog = editor;

@@ -39,9 +39,31 @@ TEST_F(OwnWritesTest, ItIsKnownHoweverOftenAndLateItIsTakenOver) {
   writeRichText();
   for (int i = 0; i < 3; ++i) {
     dispatch().advance(Seconds(3600));
-    copy({.string = "rich"});
+    copy({.string = "rich", .process = agent});
   }
   EXPECT_THAT(history.texts(), ElementsAre("newer", "rich"));
+}
+
+TEST_F(OwnWritesTest, WhereNobodyKnowsWhoOwnsItItIsACopy) {
+  copyRichTextAndAnother();
+  writeRichText();
+  copy({.string = "rich"});
+  EXPECT_THAT(history.texts(), ElementsAre("rich", "newer"));
+}
+
+TEST_F(OwnWritesTest, WhatAnAgentTookOverOutlivesTheAgent) {
+  std::vector<std::string> kept;
+  watcher->onContentsLost = [&](const ClipItem& item, const std::function<void()>& done) {
+    kept.push_back(item.text->get());
+    done();
+  };
+  watcher->start();
+  copyRichTextAndAnother();
+  writeRichText();
+  copy({.string = "rich", .process = agent});
+  pasteboard.endOwner();
+  dispatch().advance(Seconds(1));
+  EXPECT_THAT(kept, ElementsAre("rich"));
 }
 
 TEST_F(OwnWritesTest, TheApplicationInFrontHasCopiedIt) {

@@ -239,6 +239,25 @@ TEST_F(PasteActivationTest, AnswersToAnOlderPasteAreNotTakenForTheNewerOne) {
   EXPECT_EQ(pasteboard.contents().string, "newer");
 }
 
+TEST_F(PasteActivationTest, ANewerPasteWithdrawsTheOlderOnesKeys) {
+  input.answerLater();
+  heedActivations();
+  pasteText("older");
+  EXPECT_EQ(input.withdrawals(), 0);
+  pasteText("newer");
+  EXPECT_EQ(input.withdrawals(), 1);
+  input.answerAll();
+  EXPECT_EQ(input.withdrawals(), 1) << "nothing waits any more";
+}
+
+TEST_F(PasteActivationTest, WithoutTheKeyThatPastesNothingIsPasted) {
+  input.makeImpossible(9, KeyDirection::down);
+  heedActivations();
+  pasteText();
+  EXPECT_THAT(input.posted(), IsEmpty());
+  EXPECT_THAT(outcomes, ElementsAre(PasteOutcome::clipboardOnlyNoTarget));
+}
+
 TEST_F(PasteActivationTest, AnAnswerThatComesAfterItsEndDoesNothing) {
   input.answerLater();
   heedActivations();

@@ -97,6 +97,16 @@ TEST_F(PasteTargetTest, KeysGoToTheVeryWindow) {
   EXPECT_EQ(input.posted().front().window, 7U);
 }
 
+TEST_F(PasteTargetTest, AnotherTargetDoesNotRedirectFilesWhoseDiskIsStillAsked) {
+  const auto browser = workspace.launch(20, "com.acme.browser", "Browser");
+  heedActivations();
+  controller->paste(filesItem({"/"}), false);
+  controller->setTargetApplication(browser);
+  dispatch().runQueued();
+  ASSERT_THAT(input.posted(), SizeIs(4));
+  EXPECT_EQ(input.posted().front().pid, editor.processIdentifier);
+}
+
 TEST_F(PasteTargetTest, OneWithoutAnIdentifierIsGoneWithItsProcess) {
   controller->setTargetApplication(
       workspace.launch({40, std::nullopt, "Nameless", ActivationPolicy::regular}));

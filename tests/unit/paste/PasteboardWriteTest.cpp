@@ -207,8 +207,12 @@ TEST_F(PasteboardWriteTest, WhatCannotBePutBackChangesNothing) {
   controller->restoreToPasteboard(filesItem({(directory.path() / "gone").string()}),
                                   [&](bool success) { written.push_back(success); });
   dispatch().runQueued();
+  const FakeImage image(Size{640, 480}, "pixels");
+  ASSERT_TRUE(history->captureImage(image, {}));
+  controller->restoreToPasteboard(history->items().front(),
+                                  [&](bool success) { written.push_back(success); });
   EXPECT_EQ(pasteboard.contents().string, "what is there");
-  EXPECT_THAT(written, ElementsAre(false));
+  EXPECT_THAT(written, ElementsAre(false, false)) << "no such file, no picture";
 }
 
 TEST_F(PasteboardWriteTest, AnEmptyListOfFilesLeavesThePasteboardEmpty) {

@@ -33,10 +33,11 @@ void addText(SelectionOffer& offer, const Contents& contents) {
   add(targets::latin1String, targets::latin1String,
       [contents] { return sharing(latin1(*contents->string)); });
   // Refused where it lacks a character: a program that gets something takes it for the whole.
-  add(targets::compoundText, targets::compoundText, [contents] {
-    auto text = compoundText(*contents->string);
-    return text ? sharing(std::move(*text)) : SharedBytes();
-  });
+  offer.forms.push_back(
+      {targets::compoundText, targets::compoundText, EncodingCost::slow, [contents] {
+         auto text = compoundText(*contents->string);
+         return text ? sharing(std::move(*text)) : SharedBytes();
+       }});
 }
 
 void addData(SelectionOffer& offer, const Contents& contents,

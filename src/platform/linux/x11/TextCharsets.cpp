@@ -14,6 +14,8 @@ namespace vantorel {
 namespace {
 
 constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max() / 4;
+// Programs that read nothing else are older than texts of this size.
+constexpr std::size_t longestCompoundText = 4'194'304;
 
 icu::LocalUConverterPointer converterFor(const char* charset) {
   UErrorCode error = U_ZERO_ERROR;
@@ -38,7 +40,7 @@ std::optional<std::string> utf8FromCharset(ByteView bytes, const std::string& ch
 }
 
 std::optional<std::string> compoundText(std::string_view utf8) {
-  if (utf8.size() > longest) return std::nullopt;
+  if (utf8.size() > longestCompoundText) return std::nullopt;
   const auto converter = converterFor(compoundTextCharset);
   if (converter.isNull()) return std::nullopt;
   UErrorCode error = U_ZERO_ERROR;

@@ -16,7 +16,8 @@ inline constexpr const char* compoundTextCharset = "x11-compound-text";
 [[nodiscard]] std::optional<std::string> utf8FromCharset(ByteView bytes,
                                                          const std::string& charset);
 
-/// `utf8`, which is valid, as compound text. Absent when that lacks one of the characters. Pure.
+/// `utf8`, which is valid, as compound text. Absent when that lacks one of the characters, and
+/// for more than 4 MiB. Takes milliseconds. Pure.
 [[nodiscard]] std::optional<std::string> compoundText(std::string_view utf8);
 
 }  // namespace vantorel

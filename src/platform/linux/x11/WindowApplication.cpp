@@ -37,6 +37,7 @@ ProcessId numberOfClient(xcb_window_t window, std::uint32_t resourceMask) {
   return -1 - static_cast<ProcessId>(client);
 }
 
+constexpr std::string_view ownInstanceName = "vantorel";
 constexpr std::uint32_t initProcess = 1;  // shows no windows
 
 bool isProcess(std::uint32_t pid) {
@@ -57,7 +58,8 @@ ProcessId processOf(const WindowFacts& facts, const LocalHost& host) {
     // A program may state anything: what it was called in another container, or nonsense.
     if (facts.statedPid && isProcess(*facts.statedPid) && *facts.statedPid != initProcess) {
       const auto pid = static_cast<ProcessId>(*facts.statedPid);
-      if (startOf(pid)) return pid;
+      const bool pretendsToBeUs = pid == host.ownPid && facts.wmInstance != ownInstanceName;
+      if (!pretendsToBeUs && startOf(pid)) return pid;
     }
   }
   return numberOfClient(facts.window, host.resourceMask);

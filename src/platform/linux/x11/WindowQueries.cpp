@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/x11/PasteboardText.h"
 #include "platform/linux/x11/X11Property.h"
 #include "text/Unicode.h"
 
@@ -34,18 +35,7 @@ std::vector<std::uint32_t> valuesOf(const PropertyReply& reply) {
 /// Old properties are Latin-1 by their definition, and UTF-8 by the habit of programs.
 std::string text(std::string bytes) {
   bytes.resize(std::min(bytes.size(), bytes.find('\0')));
-  if (isValidUtf8(bytes)) return bytes;
-  std::string result;
-  for (const char character : bytes) {
-    const auto code = static_cast<unsigned char>(character);
-    if (code < 0x80) {
-      result += character;
-    } else {
-      result += static_cast<char>(0xC0U | (code >> 6U));
-      result += static_cast<char>(0x80U | (code & 0x3FU));
-    }
-  }
-  return result;
+  return decodedText(vantorel::bytesOf(bytes), TextEncoding::unmarked);
 }
 
 bool contains(const std::vector<std::uint32_t>& values, std::uint32_t value) {
@@ -76,16 +66,19 @@ WindowQueries::WindowQueries(X11Connection& connection)
                            "_NET_WM_STATE_SKIP_TASKBAR", "_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST",
                            "_NET_CLIENT_LIST_STACKING", "_NET_SUPPORTED",
                            "_NET_SUPPORTING_WM_CHECK"});
+  // Not the list of states, which changes with every change of the focus: whether a window skips
+  // the taskbar counts only until it has been in front.
+  facts_ = {connection_.atom("WM_STATE"),
+            connection_.atom("_GTK_APPLICATION_ID"),
+            connection_.atom("_KDE_NET_WM_DESKTOP_FILE"),
+            connection_.atom("_NET_WM_PID"),
+            connection_.atom("_NET_WM_WINDOW_TYPE"),
+            XCB_ATOM_WM_CLASS,
+            XCB_ATOM_WM_CLIENT_MACHINE};
 }
 
 bool WindowQueries::isFact(xcb_atom_t property) const {
-  // Not the list of states, which changes with every change of the focus: whether a window skips
-  // the taskbar counts only until it has been in front.
-  for (const auto* name : {"WM_STATE", "_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE",
-                           "_NET_WM_PID", "_NET_WM_WINDOW_TYPE"}) {
-    if (property == connection_.atom(name)) return true;
-  }
-  return property == XCB_ATOM_WM_CLASS || property == XCB_ATOM_WM_CLIENT_MACHINE;
+  return std::find(facts_.begin(), facts_.end(), property) != facts_.end();
 }
 
 WindowQueries::Asked WindowQueries::ask(xcb_window_t window) const {

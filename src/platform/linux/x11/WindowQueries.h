@@ -61,6 +61,7 @@ class WindowQueries {
 
   X11Connection& connection_;
   ClientProcesses processes_;
+  std::vector<xcb_atom_t> facts_;  // the properties that make them
 };
 
 }  // namespace vantorel

@@ -73,7 +73,9 @@ void X11Applications::entriesRead() {
   const auto now = active();
   if (!now || !front_) return;
   // The same one, but called by its entry now.
-  if (now->application.window == front_->window) front_ = now->application;
+  if (now->application.window != front_->window || now->application == *front_) return;
+  front_ = now->application;
+  observer_.onActivated(now->application);
 }
 
 ApplicationWindow X11Applications::describe(KnownWindow window) const {

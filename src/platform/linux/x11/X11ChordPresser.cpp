@@ -78,6 +78,12 @@ void X11ChordPresser::press(ChordRequest request, const RunningApplication& targ
   });
 }
 
+void X11ChordPresser::withdraw() {
+  applications_.post([this] {
+    if (attempt_) finish(Outcome::notInFront);
+  });
+}
+
 void X11ChordPresser::refreshMap() {
   if (!map_) map_ = keyboard_.readMap();
 }
@@ -147,8 +153,9 @@ X11ChordPresser::Outcome X11ChordPresser::pressUnderGrab(const KeyChord& chord,
   applications_.windows().catchUp();
   const auto still = targetInFront(target);
   if (!still || still->focus != focus) return Outcome::notInFront;
+  if (!map_) return Outcome::notInFront;  // the keyboard is another one since: the chord is, too
   const auto state = keyboard_.readState();
-  if (!state || !map_) return Outcome::impossible;
+  if (!state) return Outcome::impossible;
   const auto presses = keyboard_.presses();
   const auto plan = planChord(*map_, chord, presses);
   const auto locked =

@@ -45,6 +45,8 @@ class X11ChordPresser {
   /// another one is to be pressed. Command-V becomes what the target pastes with. Returns at once;
   /// `done` is dropped when this ends first. Main thread.
   void press(ChordRequest request, const RunningApplication& target, Completion done);
+  /// What waits for its target is not pressed any more. Main thread.
+  void withdraw();
 
  private:
   struct Attempt {

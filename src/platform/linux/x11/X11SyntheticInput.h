@@ -12,8 +12,8 @@ namespace vantorel {
 
 /// Keys pressed through the XTEST extension: they are real to every program, so they are pressed
 /// only while the target has the keyboard. A key event that goes down stands for the whole press:
-/// the chord that its flags make is pressed and let go at once, on a thread of its own, and the
-/// modifier keys and releases around it need nothing more. So no modifier is ever left down.
+/// the chord that its flags make is pressed and let go at once, on the applications' thread, and
+/// the modifier keys and releases around it need nothing more. So no modifier is ever left down.
 class X11SyntheticInput : public SyntheticInput {
  public:
   /// `dispatch` and `applications` outlive this.
@@ -26,6 +26,7 @@ class X11SyntheticInput : public SyntheticInput {
       const EventSource& source, KeyCode keyCode, KeyDirection direction) override;
   void post(const SyntheticKeyEvent& event, const RunningApplication& target,
             std::function<void(KeyDelivery)> done) override;
+  void withdraw() override { presser_.withdraw(); }
 
  private:
   Dispatch& dispatch_;

@@ -103,8 +103,8 @@ bool X11Windows::handle(const xcb_destroy_notify_event_t& end) {
 void X11Windows::forget(Entries::iterator entry) {
   const auto& window = entry->second.window;
   if (window.lastInFront != 0) {
-    lastSights_[window.token] = entry->second.seenInFront;
-    if (lastSights_.size() > rememberedEnds) lastSights_.erase(lastSights_.begin());
+    lastSights_.emplace_back(window.token, entry->second.seenInFront);
+    if (lastSights_.size() > rememberedEnds) lastSights_.pop_front();
   }
   entries_.erase(entry);
 }
@@ -159,9 +159,9 @@ void X11Windows::lookForManager() {
     // Again, for it may have ended before it was watched.
     manager_ = queries_.manager();
   }
-  if (!manager_ || !manager_->hasEnded) return;
-  manager_.reset();
-  managerHasEnded_ = true;
+  managerHasEnded_ = manager_ && manager_->hasEnded;
+  if (managerHasEnded_) manager_.reset();
+  statedIsFresh_ = false;  // by the one that is there
 }
 
 bool X11Windows::announcesActive() {
@@ -220,7 +220,8 @@ std::optional<KnownWindow> X11Windows::find(WindowToken token) {
 }
 
 std::optional<double> X11Windows::lastSightOf(WindowToken token) const {
-  const auto found = lastSights_.find(token);
+  const auto found = std::find_if(lastSights_.begin(), lastSights_.end(),
+                                  [token](const auto& sight) { return sight.first == token; });
   return found == lastSights_.end() ? std::nullopt : std::optional(found->second);
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/Workspace.h"
@@ -96,7 +98,8 @@ class X11Windows {
   xcb_atom_t supported_;
 
   Entries entries_;
-  std::map<WindowToken, double> lastSights_;  // of windows that were in front and have ended
+  /// Of windows that were in front and have ended, the last ended last.
+  std::deque<std::pair<WindowToken, double>> lastSights_;
   WindowToken lastToken_ = 0;
   std::uint64_t timesInFront_ = 0;
 

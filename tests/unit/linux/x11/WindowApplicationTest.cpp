@@ -37,6 +37,9 @@ TEST(ProcessOfWindow, IsTheStatedOneWhereTheServerSeesNone) {
 TEST(ProcessOfWindow, IsNoneThatCannotBeAnApplications) {
   EXPECT_LT(processOf(windowOf(1, std::nullopt), host), -1) << "the first process of the machine";
   EXPECT_LT(processOf(windowOf(0x7fffffff, std::nullopt), host), -1) << "nobody";
+  LocalHost here = host;
+  here.ownPid = ::getpid();
+  EXPECT_LT(processOf(windowOf(runningPid(), std::nullopt), here), -1) << "not this program";
 }
 
 TEST(ProcessOfWindow, OfTwoThatStateTheSameNumberIsEachItsOwn) {
