@@ -12,13 +12,14 @@ class Application:
     is once it is on the screen.
     """
 
-    def __init__(self, desktop, name, argv, window_class, env=None, comes_to_front=True):
+    def __init__(self, desktop, name, argv, window_class, env=None, comes_to_front=True,
+                 limit=30):
         self.desktop = desktop
         self._comes_to_front = comes_to_front
         self._before = {window.id for window in desktop.windows.with_class(window_class)}
         self.process = desktop.start(name, argv, env)
         self.name = name
-        self.window = wait_for(f"{name}'s window", lambda: self._new_window(window_class), 30,
+        self.window = wait_for(f"{name}'s window", lambda: self._new_window(window_class), limit,
                                desktop.windows.titles)
         if comes_to_front:
             desktop.windows.wait_active(self.window)

@@ -14,7 +14,8 @@ PHYSICAL = {
     "Super": 133, "Shift": 50, "Ctrl": 37, "Alt": 64, "CapsLock": 66, "NumLock": 77, "Menu": 135,
     "Return": 36, "KeypadEnter": 104, "Escape": 9, "Delete": 119, "BackSpace": 22, "Space": 65,
     "Up": 111, "Down": 116, "Left": 113, "Right": 114, "Home": 110, "End": 115, "Insert": 118,
-    "Tab": 23, "F2": 68, "F4": 70, "F10": 76, "e": 26, "[": 34,
+    "Tab": 23, "F2": 68, "F4": 70, "F10": 76, "e": 26, "[": 34, "g": 42, "h": 43, "w": 25, "y": 29,
+    "n": 57, ".": 60, "d": 40,
 }
 MODIFIERS = ("Super", "Ctrl", "Alt", "Shift")
 

@@ -124,7 +124,7 @@ class Program:
             self._take_pasted(self._name_of(event.requestor), event)
         elif event.type == X.SelectionRequest:
             self._answer(event)
-        elif event.type == X.FocusIn and event.mode == X.NotifyNormal:
+        elif event.type == X.FocusIn and event.mode in (X.NotifyNormal, X.NotifyWhileGrabbed):
             self._pass_focus_on(self._name_of(event.window))
         elif event.type == X.ClientMessage:
             name = self._name_of(event.window)
