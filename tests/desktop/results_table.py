@@ -3,7 +3,7 @@
 
 from harness.results import Results
 
-_WHAT = (("copy", "Copied to the history"), ("paste", "Pasted into"),
+_WHAT = (("copy", "Copied to the history"), ("paste", "Pasted into"), ("ten", "Ten in a row"),
          ("outlives", "Copied, ended, pasted"))
 
 

@@ -9,7 +9,7 @@ from harness import real_editors as editors
 from harness import real_terminals as terminals
 from harness.case import VantorelTestCase
 from harness.results import Results
-from harness.waiting import wait_for
+from harness.waiting import ConditionNotMet, wait_for
 from harness.window_program import WindowProgram
 
 _KINDS = (browsers.Firefox, browsers.Chromium, browsers.Thunderbird, editors.Writer, editors.Calc,
@@ -30,7 +30,8 @@ class ProgramTestCase(VantorelTestCase):
         try:
             yield
         except BaseException as problem:
-            results.note(kind, self.desktop, what, "fails", str(problem).splitlines()[0])
+            results.note(kind, self.desktop, what, "fails",
+                         str(problem).split(" : ")[-1].splitlines()[0])
             raise
         results.note(kind, self.desktop, what, "works")
 
@@ -55,17 +56,37 @@ class Table:
             self.assertEqual([form for form in ("htmlData", "rtfData") if item.get(form)],
                              list(self.kind.rich))
 
+    def ready_to_paste_into(self):
+        """The program with something in it; it takes keys, and has them, once it has copied."""
+        program = self.kind(self, "begun")
+        program.copy_until(lambda: self.vantorel.newest().get("text", "").strip() == "begun",
+                           "all of it")
+        return program
+
+    def paste_into(self, program, text):
+        program.go_to_end()
+        self.vantorel.copy(text)
+        self.vantorel.open_panel()
+        self.desktop.keyboard.tap("Return")
+        self.vantorel.wait_until_hidden()
+
+    def test_ten_pastes_in_a_row_each_arrive(self):
+        program = self.ready_to_paste_into()
+        lost = []
+        for number in range(10):
+            text = f"PASTED{number};"
+            self.paste_into(program, text)
+            try:
+                program.text_after_paste(text, 3)
+            except ConditionNotMet:
+                lost.append(text)
+        with self.noted("ten", self.kind):
+            self.assertFalse(lost, f"{10 - len(lost)} of 10 arrived")
+
     def test_a_paste_arrives_in_the_program(self):
         with self.noted("paste", self.kind):
-            program = self.kind(self, "begun")
-            # It takes keys, and has them, once it has copied.
-            program.copy_until(lambda: self.vantorel.newest().get("text", "").strip() == "begun",
-                               "all of it")
-            program.go_to_end()
-            self.vantorel.copy(PASTED)
-            self.vantorel.open_panel()
-            self.desktop.keyboard.tap("Return")
-            self.vantorel.wait_until_hidden()
+            program = self.ready_to_paste_into()
+            self.paste_into(program, PASTED)
             self.assertEqual(program.text_after_paste(PASTED).count(PASTED), 1)
 
     def test_a_copy_outlives_the_program(self):

@@ -69,6 +69,11 @@ class Clipboard:
         data = self.read()
         return None if data is None else data.decode()
 
+    def selected(self):
+        """The text that is selected somewhere, which leaves the clipboard alone."""
+        answer = self._desktop.run(["xclip", "-selection", "primary", "-o", "-t", "UTF8_STRING"])
+        return answer.stdout.decode() if answer.returncode == 0 else ""
+
     def targets(self):
         data = self.read("TARGETS")
         return data.decode().split() if data else []

@@ -1,14 +1,38 @@
 """Office programs and editors of texts and pictures."""
 
 import os
+import time
 
 from . import pictures
-from .real_program import START_LIMIT, RealProgram
+from .real_program import ASK_AGAIN, START_LIMIT, RealProgram
+from .waiting import wait_for
 
 PICTURE_SIZE = (160, 120)
 
 
-class _Office(RealProgram):
+class _SavingEditor(RealProgram):
+    """Read from the file that it saves: what is selected is what it pastes, or nobody is told."""
+
+    save_keys = ("Ctrl+s",)
+
+    def text_after_paste(self, expected, limit=10):
+        asked = [time.monotonic()]  # not at once: a selection would be pasted over
+
+        def there():
+            if time.monotonic() - asked[-1] > ASK_AGAIN:
+                asked.append(time.monotonic())
+                self.press(self.save_keys)
+            return expected in self._saved()
+
+        wait_for(f"{expected!r} in {self.package}", there, limit, self._saved)
+        return self._saved()
+
+    def _saved(self):
+        with open(self.path, encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+
+class _Office(_SavingEditor):
     rich = ("htmlData", "rtfData")
     kind = ""
     body = ""
@@ -86,7 +110,7 @@ class GnomeTextEditor(RealProgram):
         return {"GSK_RENDERER": "cairo"}
 
 
-class FocusWriter(RealProgram):
+class FocusWriter(_SavingEditor):
     package = "focuswriter"
     window_class = "focuswriter"
     source = "focuswriter"
@@ -105,7 +129,7 @@ class Mousepad(RealProgram):
         return ["mousepad", "--disable-server", self.path]
 
 
-class FeatherPad(RealProgram):
+class FeatherPad(_SavingEditor):
     package = "featherpad"
     window_class = "featherpad"
     source = "featherpad"
@@ -114,18 +138,19 @@ class FeatherPad(RealProgram):
         return ["featherpad", "--standalone", self.path]
 
 
-class Emacs(RealProgram):
+class Emacs(_SavingEditor):
     package = "emacs-gtk"
     window_class = "emacs"
     source = "emacs"
     copy_keys = ("Ctrl+x", "h", "Alt+w")
+    save_keys = ("Ctrl+x", "Ctrl+s")
     end_keys = ("Alt+Shift+.",)
 
     def command(self):
         return ["emacs", "-Q", self.path]
 
 
-class GVim(RealProgram):
+class GVim(_SavingEditor):
     package = "vim-gtk3"
     window_class = "gvim"
     source = "gvim"
@@ -133,9 +158,11 @@ class GVim(RealProgram):
     def command(self):
         return ["gvim", "-f", self.path]
 
+    # Typed after Escape.
+    copy_keys = 'ggVG"+y'
+    end_keys = "GA"
+    save_keys = ":w\n"
+
     def press(self, keys):
         self.desktop.keyboard.tap("Escape")
-        if keys == self.copy_keys:
-            self.desktop.keyboard.type('ggVG"+y')
-        else:
-            self.desktop.keyboard.type("GA")
+        self.desktop.keyboard.type(keys)

@@ -20,6 +20,7 @@ class RealProgram:
     source = ""  # what the history calls it
     suffix = "txt"
     copy_keys = ("Ctrl+a", "Ctrl+c")
+    select_keys = ("Ctrl+a",)
     end_keys = ("Ctrl+End",)  # from a selection of everything to a place where a paste adds
     rich = ()  # the forms beside the text that its copies bring into the history
 
@@ -81,10 +82,21 @@ class RealProgram:
     def go_to_end(self):
         self.press(self.end_keys)
 
-    def text_after_paste(self, expected):
-        """Everything in it, once it contains this."""
-        self.copy_until(lambda: expected in (self.case.clipboard.text() or ""), repr(expected), 10)
-        return self.case.clipboard.text()
+    def text_after_paste(self, expected, limit=10):
+        """Everything in it, once it contains this.
+
+        It is read by selecting it: a copy would take the clipboard from under the paste.
+        """
+        asked = [time.monotonic()]  # not at once: a selection would be pasted over
+
+        def there():
+            if time.monotonic() - asked[-1] > ASK_AGAIN:
+                asked.append(time.monotonic())
+                self.press(self.select_keys)
+            return expected in self.case.clipboard.selected()
+
+        wait_for(f"{expected!r} in {self.package}", there, limit, self.case.clipboard.selected)
+        return self.case.clipboard.selected()
 
     def close(self):
         """Ends it as its user does, and waits until its windows are gone."""

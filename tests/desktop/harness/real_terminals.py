@@ -17,7 +17,7 @@ class _Terminal(RealProgram):
     def script(self):
         # A screen full of it: a triple click anywhere takes one line.
         return (f"yes \"$(cat '{self.path}')\" | head -n 100; stty -icanon -echo; "
-                f"echo $$ > '{self.pid_file}'; exec cat > '{self.received}'")
+                f"sh -c 'echo $$ > {self.pid_file}; exec cat > {self.received}'; exit 0")
 
     def wait_until_ready(self):
         wait_for("the terminal's program to listen", lambda: os.path.exists(self.received), 30)
@@ -33,8 +33,8 @@ class _Terminal(RealProgram):
     def copy_selected(self):
         self.desktop.keyboard.chord("Ctrl+Shift+c")
 
-    def text_after_paste(self, expected):
-        wait_for(f"{expected!r} in {self.package}", lambda: expected in self._text(), 10,
+    def text_after_paste(self, expected, limit=10):
+        wait_for(f"{expected!r} in {self.package}", lambda: expected in self._text(), limit,
                  self._text)
         return self._text()
 
