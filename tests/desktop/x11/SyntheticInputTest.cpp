@@ -306,6 +306,24 @@ TEST_F(SyntheticInputTest, ATerminalIsPastedIntoByItsOwnKeys) {
   EXPECT_EQ(primaryOffers, 0);
 }
 
+TEST_F(SyntheticInputTest, ATerminalThatAsksBeforeItPastesIsGivenTheTimeTo) {
+  std::atomic<bool> asked = false;
+  std::atomic<int> looks = 0;
+  input = std::make_unique<X11SyntheticInput>(
+      dispatch, workspace->applications(), [this] { return offerPrimary(); },
+      [&](xcb_window_t) {
+        ++looks;
+        return asked.load();
+      });
+  const auto program = playInFront("class=gnome-terminal-server,Gnome-terminal");
+  paste(*workspace->frontmostApplication());
+  waitUntil("it was looked whether it asked", [&] { return looks >= 2; });
+  EXPECT_THAT(presses(program), IsEmpty());
+  asked = true;
+  waitForPress(program, keyV);
+  EXPECT_THAT(presses(program), testing::Contains(SeenPress(keyV, controlMask | shiftMask)));
+}
+
 TEST_F(SyntheticInputTest, ATerminalThatInsertsPrimaryIsOfferedItFirst) {
   const auto program = playInFront("class=xterm,XTerm");
   paste(program.process->pid());

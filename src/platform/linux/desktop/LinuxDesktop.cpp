@@ -108,7 +108,10 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
   if (ports->pasteboard && ports->workspace) {
     ports->input = std::make_unique<X11SyntheticInput>(
         dispatch, ports->workspace->applications(),
-        [pasteboard = ports->pasteboard.get()] { return pasteboard->alsoOfferPrimary(); });
+        [pasteboard = ports->pasteboard.get()] { return pasteboard->alsoOfferPrimary(); },
+        [pasteboard = ports->pasteboard.get()](xcb_window_t window) {
+          return pasteboard->isListedTo(window);
+        });
   }
   if (!ports->areComplete()) return nullptr;
   ports->backdrops.emplace(*ports->accessibility);

@@ -29,6 +29,11 @@ bool contains(const List& list, std::string_view name) {
 
 }  // namespace
 
+bool asksBeforePasting(std::string_view wmClass) {
+  const auto name = lowerCased(wmClass);
+  return name == "gnome-terminal" || name == "gnome-terminal-server";
+}
+
 PasteKeys pasteKeysFor(std::string_view wmClass, const DesktopEntry* entry) {
   const auto name = lowerCased(wmClass);
   if (contains(insertOnly, name)) return PasteKeys::shiftInsert;

@@ -13,6 +13,10 @@ enum class PasteKeys {
   shiftInsert,    // programs that know nothing else; some insert PRIMARY, so that is set too
 };
 
+/// Whether the program of a window pastes nothing before it has asked what the clipboard holds:
+/// its command is off from each change until then.
+[[nodiscard]] bool asksBeforePasting(std::string_view wmClass);
+
 /// What the program of a window pastes with, by its class and its desktop entry (null: none).
 [[nodiscard]] PasteKeys pasteKeysFor(std::string_view wmClass, const DesktopEntry* entry);
 

@@ -200,6 +200,9 @@ void SelectionOwner::settle(const std::shared_ptr<Request>& request) {
   }
   xcb_send_event(connection_.xcb(), 0, event.requestor, XCB_EVENT_MASK_NO_EVENT,
                  reinterpret_cast<const char*>(&notify));
+  if (event.target != connection_.atom("TARGETS") || notify.property == XCB_ATOM_NONE) return;
+  connection_.flush();  // so that it has the answer before whatever follows from this
+  if (listed_) listed_(event.selection, event.requestor);
 }
 
 void SelectionOwner::putTargets(PropertyAddress address, const SelectionOffer& offer) {

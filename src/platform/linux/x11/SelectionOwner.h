@@ -17,6 +17,8 @@ class SelectionOwner {
  public:
   using Worker = std::function<void(Work)>;
   using Offer = std::shared_ptr<const SelectionOffer>;
+  /// Called when a program has been told what is offered there.
+  using Listed = std::function<void(xcb_atom_t selection, xcb_window_t requestor)>;
 
   /// `runElsewhere` runs what is slow on another thread, and nothing any more once `thread` has
   /// stopped. `thread` outlives the owner.
@@ -32,6 +34,7 @@ class SelectionOwner {
   [[nodiscard]] Offer offer(xcb_atom_t selection) const;
   /// Forgets every offer and every requestor: the server has gone.
   void drop();
+  void onListed(Listed listed) { listed_ = std::move(listed); }
   [[nodiscard]] bool idle() const { return sender_.idle(); }
 
   void handle(const xcb_selection_request_event_t& event);
@@ -65,6 +68,7 @@ class SelectionOwner {
   X11Connection& connection_;
   xcb_window_t window_;
   Worker runElsewhere_;
+  Listed listed_;
   IncrementalSender sender_;
   std::map<xcb_atom_t, Ownership> owned_;
 };

@@ -88,6 +88,11 @@ SelectionService::SelectionService(X11Thread& thread, Observer observer,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+  owner_.onListed([this](xcb_atom_t selection, xcb_window_t requestor) {
+    if (selection != clipboard_) return;
+    const std::lock_guard lock(mutex_);
+    listedTo_.insert(connection_.clientOf(requestor));
+  });
   noteFirstOwner();
 }
 
@@ -153,7 +158,12 @@ SelectionService::contents(ChangeCount change) const {
 
 void SelectionService::changeHands(Holder holder) {
   thread_.cancel(successionTimer_);
+  ownerHasEnded_ = false;
   reader_.abortAll();
+  {
+    const std::lock_guard lock(mutex_);
+    listedTo_.clear();
+  }
   holder_ = holder;
   own_ = nullptr;
   foreign_ = nullptr;
@@ -165,6 +175,11 @@ void SelectionService::changeHands(Holder holder) {
 std::optional<ProcessId> SelectionService::ownerProcess(ChangeCount change) const {
   const std::lock_guard lock(mutex_);
   return ownerProcess_.first == change ? ownerProcess_.second : std::nullopt;
+}
+
+bool SelectionService::isListedTo(xcb_window_t window) const {
+  const std::lock_guard lock(mutex_);
+  return listedTo_.contains(connection_.clientOf(window));
 }
 
 /// Of the change that is about to be counted: later the owner may be gone.
@@ -186,6 +201,8 @@ void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
     adopt();
     return;
   }
+  // A program that destroys its window as it ends, and then clears, has cleared nothing on purpose.
+  if (change.owner == XCB_WINDOW_NONE && ownerHasEnded_) return;
   if (isFarewell(change)) {
     savedAt_.reset();
     thread_.post([this] { takeBack(); });
@@ -206,7 +223,11 @@ void SelectionService::handleOwnerEnd() {
   // The end of a window and of its client are both told; the first is enough.
   if (holder_ != Holder::other) return;
   changeHands(Holder::nobody);
-  successionTimer_ = thread_.after(successionLimit, [this] { observer_.onOwnerExit(count_); });
+  ownerHasEnded_ = true;
+  successionTimer_ = thread_.after(successionLimit, [this] {
+    ownerHasEnded_ = false;
+    observer_.onOwnerExit(count_);
+  });
 }
 
 void SelectionService::handleProperty(const xcb_property_notify_event_t& event) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <utility>
 #include <variant>
 
@@ -61,6 +62,9 @@ class SelectionService {
   [[nodiscard]] ChangeCount changeCount() const { return count_; }
   [[nodiscard]] bool wroteContents(ChangeCount change) const { return change == ownCount_; }
   [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const;
+  /// Whether the program that made that window was told what this process has on the clipboard.
+  /// Any thread.
+  [[nodiscard]] bool isListedTo(xcb_window_t window) const;
 
   struct Superseded {};
   struct Empty {};
@@ -127,6 +131,7 @@ class SelectionService {
   ClientProcesses processes_;
   mutable std::mutex mutex_;  // what follows
   std::pair<ChangeCount, std::optional<ProcessId>> ownerProcess_;
+  std::set<std::uint32_t> listedTo_;  // clients that know what is there since it is
 
   Holder holder_ = Holder::nobody;
   Own own_;
@@ -141,6 +146,7 @@ class SelectionService {
   };
   std::optional<Taking> taking_;  // asked of the server, not yet told by it
   enum class Emptiness { published, pending } emptiness_ = Emptiness::published;
+  bool ownerHasEnded_ = false;  // a moment ago, without a successor so far
   X11Thread::TimerId successionTimer_ = 0;
   X11Thread::TimerId handOverTimer_ = 0;
   Work handOverDone_;

@@ -12,6 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto patience = 600ms;       // for the keyboard to follow the window to the front
+constexpr auto untilAsked = 200ms;     // for a target that asks what there is before it pastes
 constexpr auto betweenAttempts = 3ms;  // in which the window manager does its part
 constexpr auto settling = 100ms;       // of a keyboard that is being changed
 constexpr auto untilReleaseIsSeen = 20ms;
@@ -41,9 +42,11 @@ bool isCommandV(const ChordRequest& request) {
 
 }  // namespace
 
-X11ChordPresser::X11ChordPresser(X11Applications& applications, PrimaryOffer offerPrimary)
+X11ChordPresser::X11ChordPresser(X11Applications& applications, PrimaryOffer offerPrimary,
+                                 ListedTo isListedTo)
     : applications_(applications),
       offerPrimary_(std::move(offerPrimary)),
+      isListedTo_(std::move(isListedTo)),
       thread_(applications.thread()),
       keyboard_(thread_.connection()),
       hasTest_(thread_.connection().extension(xcb_test_id) != nullptr) {
@@ -74,7 +77,10 @@ bool X11ChordPresser::isAvailable() const {
 void X11ChordPresser::press(ChordRequest request, const RunningApplication& target,
                             Completion done) {
   applications_.post([this, request, target, done = std::move(done)] {
-    begin({request, target, done, X11Thread::Clock::now() + patience});
+    begin({.request = request,
+           .target = target,
+           .done = done,
+           .deadline = X11Thread::Clock::now() + patience});
   });
 }
 
@@ -113,7 +119,16 @@ void X11ChordPresser::finish(Outcome outcome) {
   done(outcome == Outcome::pressed);
 }
 
+bool X11ChordPresser::mayPaste(Attempt& attempt, const Target& target) const {
+  if (!isCommandV(attempt.request) || !isListedTo_) return true;
+  if (!asksBeforePasting(target.facts.wmClass)) return true;
+  const auto now = X11Thread::Clock::now();
+  if (!attempt.askingEnds) attempt.askingEnds = now + untilAsked;
+  return isListedTo_(target.facts.window) || now >= *attempt.askingEnds;
+}
+
 X11ChordPresser::Outcome X11ChordPresser::tryToPress(Attempt& attempt, const Target& target) {
+  if (!mayPaste(attempt, target)) return Outcome::notInFront;
   const auto wanted = keysFor(attempt.request, target);
   auto keys = wanted;
   const auto chord = chordOf(attempt.request, keys);

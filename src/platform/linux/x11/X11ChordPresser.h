@@ -17,6 +17,9 @@ namespace vantorel {
 /// that is not the main one; waits for no other program than the X server.
 using PrimaryOffer = std::function<bool()>;
 
+/// Whether the program that made that window was told what the pasteboard holds now. Any thread.
+using ListedTo = std::function<bool(xcb_window_t window)>;
+
 struct ChordRequest {
   KeyCode keyCode = 0;
   EventFlags flags = 0;
@@ -31,8 +34,8 @@ class X11ChordPresser {
   /// Whether the chord was pressed into the target. Called on the thread, once.
   using Completion = std::function<void(bool pressed)>;
 
-  /// `applications` outlives this.
-  X11ChordPresser(X11Applications& applications, PrimaryOffer offerPrimary);
+  /// `applications` outlives this. Without `isListedTo` nobody is given time to ask.
+  X11ChordPresser(X11Applications& applications, PrimaryOffer offerPrimary, ListedTo isListedTo);
   ~X11ChordPresser();
   X11ChordPresser(const X11ChordPresser&) = delete;
   X11ChordPresser& operator=(const X11ChordPresser&) = delete;
@@ -55,6 +58,8 @@ class X11ChordPresser {
     Completion done;
     X11Thread::Clock::time_point deadline;
     bool primaryOffered = false;
+    /// Until when a target that asks before it pastes is waited for; absent before it is in front.
+    std::optional<X11Thread::Clock::time_point> askingEnds = std::nullopt;
   };
   struct Target {
     xcb_window_t focus = XCB_WINDOW_NONE;  // as the server names it, perhaps a part of the window
@@ -68,6 +73,7 @@ class X11ChordPresser {
   [[nodiscard]] std::optional<Target> targetInFront(const RunningApplication& target);
   [[nodiscard]] std::optional<KeyChord> chordOf(const ChordRequest& request, PasteKeys& keys);
   [[nodiscard]] PasteKeys keysFor(const ChordRequest& request, const Target& target) const;
+  [[nodiscard]] bool mayPaste(Attempt& attempt, const Target& target) const;
   [[nodiscard]] Outcome tryToPress(Attempt& attempt, const Target& target);
   [[nodiscard]] Outcome pressUnderGrab(const KeyChord& chord, const RunningApplication& target,
                                        xcb_window_t focus);
@@ -78,6 +84,7 @@ class X11ChordPresser {
 
   X11Applications& applications_;
   PrimaryOffer offerPrimary_;
+  ListedTo isListedTo_;
   X11Thread& thread_;
   X11Keyboard keyboard_;
   bool hasTest_;

@@ -44,6 +44,9 @@ class X11Pasteboard : public Pasteboard {
   /// when both are ours; false when the clipboard holds nothing written by this process. Until
   /// another program takes PRIMARY.
   [[nodiscard]] bool alsoOfferPrimary();
+  /// Whether the program that made that window has asked what is on the clipboard since this
+  /// process wrote it. Any thread, at once.
+  [[nodiscard]] bool isListedTo(std::uint32_t window) const { return service_->isListedTo(window); }
 
   [[nodiscard]] ChangeCount changeCount() const override;
   [[nodiscard]] bool wroteContents(ChangeCount change) const override;

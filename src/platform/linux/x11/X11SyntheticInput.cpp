@@ -16,8 +16,8 @@ bool isModifier(KeyCode keyCode) {
 }  // namespace
 
 X11SyntheticInput::X11SyntheticInput(Dispatch& dispatch, X11Applications& applications,
-                                     PrimaryOffer offerPrimary)
-    : dispatch_(dispatch), presser_(applications, std::move(offerPrimary)) {}
+                                     PrimaryOffer offerPrimary, ListedTo isListedTo)
+    : dispatch_(dispatch), presser_(applications, std::move(offerPrimary), std::move(isListedTo)) {}
 
 X11SyntheticInput::~X11SyntheticInput() = default;
 

@@ -17,7 +17,8 @@ namespace vantorel {
 class X11SyntheticInput : public SyntheticInput {
  public:
   /// `dispatch` and `applications` outlive this.
-  X11SyntheticInput(Dispatch& dispatch, X11Applications& applications, PrimaryOffer offerPrimary);
+  X11SyntheticInput(Dispatch& dispatch, X11Applications& applications, PrimaryOffer offerPrimary,
+                    ListedTo isListedTo = {});
   ~X11SyntheticInput() override;
 
   [[nodiscard]] bool isTrusted(TrustPrompt prompt) override;

@@ -42,6 +42,12 @@ TEST(PasteKeys, AreShiftInsertForEditorsToWhomControlVIsACommand) {
   EXPECT_EQ(pasteKeysFor("Gvim", nullptr), PasteKeys::shiftInsert);
 }
 
+TEST(PasteKeys, OneTerminalAsksBeforeItPastes) {
+  EXPECT_TRUE(asksBeforePasting("Gnome-terminal"));
+  EXPECT_FALSE(asksBeforePasting("XTerm"));
+  EXPECT_FALSE(asksBeforePasting(""));
+}
+
 TEST(PasteKeys, FollowTheProgramWhenTheWindowHasAClassOfItsOwn) {
   const auto entry = terminal("xterm");
   EXPECT_EQ(pasteKeysFor("scratchpad", &entry), PasteKeys::shiftInsert);
