@@ -10,9 +10,9 @@ RestingTimer::RestingTimer(Dispatch& dispatch, Announcer& announcer, Seconds int
   restOrRepeat();
 }
 
-RestingTimer::~RestingTimer() { invalidate(); }
+RestingTimer::~RestingTimer() { end(); }
 
-void RestingTimer::invalidate() {
+void RestingTimer::end() {
   if (!work_) return;
   announcer_.setAnnouncingHandler({});
   repeating_.reset();

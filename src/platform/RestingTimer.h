@@ -18,9 +18,10 @@ class RestingTimer : public Timer {
   RestingTimer(const RestingTimer&) = delete;
   RestingTimer& operator=(const RestingTimer&) = delete;
 
-  void invalidate() override;
+  void invalidate() override { end(); }
 
  private:
+  void end();
   void restOrRepeat();
 
   Dispatch& dispatch_;
