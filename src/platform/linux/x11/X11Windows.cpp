@@ -226,7 +226,7 @@ std::optional<double> X11Windows::lastSightOf(WindowToken token) const {
 }
 
 std::vector<KnownWindow> X11Windows::all() {
-  const auto candidates = queries_.candidates();
+  auto candidates = queries_.candidates();
   std::vector<xcb_window_t> unknown;
   for (const auto window : candidates) {
     const auto known = entries_.find(window);
@@ -243,8 +243,9 @@ std::vector<KnownWindow> X11Windows::all() {
     if (!facts[i] || isApplicationWindow(*facts[i])) take(unknown[i], std::move(facts[i]));
   }
   std::vector<KnownWindow> result;
-  for (auto window = candidates.rbegin(); window != candidates.rend(); ++window) {
-    const auto known = entries_.find(*window);
+  std::reverse(candidates.begin(), candidates.end());  // the highest first
+  for (const auto window : candidates) {
+    const auto known = entries_.find(window);
     if (known == entries_.end() || !isApplicationWindow(known->second.window.facts)) continue;
     result.push_back(known->second.window);
   }
