@@ -3,8 +3,8 @@
 
 #include <array>
 
+#include "base/ContentFingerprint.h"
 #include "security/SecureStorage.h"
-#include "store/ContentFingerprint.h"
 
 namespace {
 

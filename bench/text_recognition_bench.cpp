@@ -18,8 +18,8 @@
 #include <vector>
 
 #include "pictures/LabelledPictures.h"
-#include "platform/linux/tesseract/TextModels.h"
-#include "platform/linux/tesseract/WorkerTextRecognition.h"
+#include "platform/linux/textinpictures/TextModels.h"
+#include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "store/ImageTextRecognizer.h"
 
 namespace vantorel {

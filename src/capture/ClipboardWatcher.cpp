@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "base/ContentFingerprint.h"
 #include "platform/OwnApplication.h"
 #include "platform/RestingTimer.h"
-#include "store/ContentFingerprint.h"
 #include "text/Unicode.h"
 
 namespace vantorel {

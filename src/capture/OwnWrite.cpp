@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "store/ContentFingerprint.h"
+#include "base/ContentFingerprint.h"
 
 namespace vantorel {
 

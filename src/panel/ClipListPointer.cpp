@@ -54,7 +54,7 @@ void ClipListView::showPreview(std::size_t index) {
 
 void ClipListView::hidePreviews() { previews_.hidePreview(); }
 
-bool ClipListView::openPreview(const Uuid& id) {
+bool ClipListView::openPreview(Uuid id) {
   const auto* row = rowOf(id);
   if (row == nullptr || !row->isVisible() || row->didDrag() || !commands.entry) return false;
   auto item = commands.entry(id);
@@ -88,8 +88,8 @@ void ClipListView::showMenu(ClipRowView& row, const QPoint& pointer) {
   menu_->popup(pointer);
 }
 
-void ClipListView::perform(RowAction action, const Uuid& id) {
-  const auto call = [&id](const std::function<void(const Uuid&)>& command) {
+void ClipListView::perform(RowAction action, Uuid id) {
+  const auto call = [&id](const std::function<void(Uuid)>& command) {
     if (command) command(id);
   };
   switch (action) {

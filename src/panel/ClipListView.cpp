@@ -46,8 +46,8 @@ ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
       services_(services),
       emptyLabel_(new QLabel(this)),
       presenter_(services),
-      previews_(services.dispatch, {[this](const Uuid& id) { return openPreview(id); },
-                                    [this] { presenter_.close(); }}) {
+      previews_(services.dispatch,
+                {[this](Uuid id) { return openPreview(id); }, [this] { presenter_.close(); }}) {
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
   setAccessibleName(QStringLiteral("Clips"));
@@ -105,7 +105,7 @@ void ClipListView::select(std::optional<std::size_t> index) {
   if (selected != nullptr) announceSelection(*selected);
 }
 
-void ClipListView::setThumbnail(const Uuid& id, SharedBitmap thumbnail) {
+void ClipListView::setThumbnail(Uuid id, SharedBitmap thumbnail) {
   auto* row = rowOf(id);
   if (row == nullptr || !thumbnail) return;
   if (previews_.shown() == id) presenter_.updateImage(thumbnail);
@@ -125,7 +125,7 @@ ClipRowView* ClipListView::row(std::size_t index) const {
   return index < rowCount_ ? rows_[index] : nullptr;
 }
 
-ClipRowView* ClipListView::rowOf(const Uuid& id) const {
+ClipRowView* ClipListView::rowOf(Uuid id) const {
   const auto end = rows_.begin() + static_cast<std::ptrdiff_t>(rowCount_);
   const auto found = std::find_if(rows_.begin(), end,
                                   [&](const ClipRowView* row) { return row->content().id == id; });

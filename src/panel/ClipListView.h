@@ -47,7 +47,7 @@ class ClipListView : public QWidget {
   void select(std::optional<std::size_t> index);
 
   /// Gives the row of that entry its picture; nothing when no row shows it, or when it is null.
-  void setThumbnail(const Uuid& id, SharedBitmap thumbnail);
+  void setThumbnail(Uuid id, SharedBitmap thumbnail);
   /// Gives the rows of that application its icon; null: it has none.
   void setSourceIcon(const std::string& bundleIdentifier, const SharedBitmap& icon);
 
@@ -77,10 +77,10 @@ class ClipListView : public QWidget {
   void markSelection();
   void tintEmptyLabel();
 
-  [[nodiscard]] ClipRowView* rowOf(const Uuid& id) const;
-  bool openPreview(const Uuid& id);
+  [[nodiscard]] ClipRowView* rowOf(Uuid id) const;
+  bool openPreview(Uuid id);
   void showMenu(ClipRowView& row, const QPoint& pointer);
-  void perform(RowAction action, const Uuid& id);
+  void perform(RowAction action, Uuid id);
   void beginDrag(ClipRowView& row, const QPoint& pointer);
   void dropDragged(const QPoint& pointer);
   void endDrag();

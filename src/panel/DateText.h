@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/Date.h"
+#include "base/Date.h"
 
 namespace vantorel {
 

@@ -44,7 +44,7 @@ void FileAvailability::lookAfresh(const std::vector<ClipItem>& items) {
   known_ = std::move(kept);
 }
 
-void FileAvailability::store(const Uuid& id, Availability found) {
+void FileAvailability::store(Uuid id, Availability found) {
   const auto place = underWay_.find(id);
   const auto again = std::move(place->second);
   place->second.reset();

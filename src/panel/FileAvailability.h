@@ -29,7 +29,7 @@ class FileAvailability {
   FileAvailability& operator=(const FileAvailability&) = delete;
 
   /// The disk has been looked at for this entry since the last `lookAfresh`.
-  std::function<void(const Uuid& id, Availability)> onAnswer;
+  std::function<void(Uuid id, Availability)> onAnswer;
 
   /// What is known of the entry; unknown files count as there. The first question after
   /// `lookAfresh` has the disk looked at.
@@ -45,7 +45,7 @@ class FileAvailability {
 
  private:
   void look(const ClipItem& item);
-  void store(const Uuid& id, Availability found);
+  void store(Uuid id, Availability found);
 
   Probe probe_;
   std::unordered_map<Uuid, Availability> known_;

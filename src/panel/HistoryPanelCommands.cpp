@@ -105,7 +105,7 @@ void HistoryPanelController::moveSelection(int delta) {
   scrollSelectionIntoView();
 }
 
-void HistoryPanelController::select(const Uuid& id) {
+void HistoryPanelController::select(Uuid id) {
   const auto* item = displayed(id);
   if (item == nullptr) return;
   selectedIndex_ = static_cast<std::size_t>(item - displayedItems_.data());
@@ -124,13 +124,13 @@ void HistoryPanelController::pasteSelected(PasteStyle style) {
 }
 
 /// The entry of that identity, while it is in the list.
-const ClipItem* HistoryPanelController::displayed(const Uuid& id) const {
+const ClipItem* HistoryPanelController::displayed(Uuid id) const {
   const auto found = std::find_if(displayedItems_.begin(), displayedItems_.end(),
                                   [&](const ClipItem& item) { return item.id == id; });
   return found == displayedItems_.end() ? nullptr : &*found;
 }
 
-void HistoryPanelController::pasteFromControl(const Uuid& id) {
+void HistoryPanelController::pasteFromControl(Uuid id) {
   const auto* item = displayed(id);
   if (item == nullptr) return;
   selectedIndex_ = static_cast<std::size_t>(item - displayedItems_.data());
@@ -148,12 +148,12 @@ void HistoryPanelController::deleteSelected() {
   scrollSelectionIntoView();
 }
 
-void HistoryPanelController::deleteItem(const Uuid& id) {
+void HistoryPanelController::deleteItem(Uuid id) {
   store_.remove(id);
   refresh(Selection::keepEntry);
 }
 
-void HistoryPanelController::pastePlain(const Uuid& id) {
+void HistoryPanelController::pastePlain(Uuid id) {
   const auto* shown = displayed(id);
   if (shown == nullptr) return;
   const ClipItem item = *shown;
@@ -161,7 +161,7 @@ void HistoryPanelController::pastePlain(const Uuid& id) {
   pasteController_.paste(item, true);
 }
 
-void HistoryPanelController::togglePin(const Uuid& id) {
+void HistoryPanelController::togglePin(Uuid id) {
   switch (store_.togglePinned(id)) {
     case PinResult::toggled:
       refresh(Selection::keepEntry);
@@ -175,7 +175,7 @@ void HistoryPanelController::togglePin(const Uuid& id) {
   }
 }
 
-void HistoryPanelController::movePin(const Uuid& id, int delta) {
+void HistoryPanelController::movePin(Uuid id, int delta) {
   std::vector<Uuid> pins;
   for (const auto& item : store_.items()) {
     if (item.pinned()) pins.push_back(item.id);
@@ -190,7 +190,7 @@ void HistoryPanelController::movePin(const Uuid& id, int delta) {
 }
 
 /// In a later turn, when the pointer has let go of the row for good.
-void HistoryPanelController::dropPin(const Uuid& dragged, const Uuid& onto, DropPlace place) {
+void HistoryPanelController::dropPin(Uuid dragged, Uuid onto, DropPlace place) {
   services_.dispatch.async([this, alive = std::weak_ptr(alive_), dragged, onto, place] {
     if (alive.expired()) return;
     if (!store_.movePinned(dragged, onto, place == DropPlace::before) || !isVisible()) return;
@@ -201,17 +201,17 @@ void HistoryPanelController::dropPin(const Uuid& dragged, const Uuid& onto, Drop
 
 RowCommands HistoryPanelController::rowCommands() {
   RowCommands commands;
-  commands.entry = [this](const Uuid& id) -> std::optional<ClipItem> {
+  commands.entry = [this](Uuid id) -> std::optional<ClipItem> {
     const auto* item = displayed(id);
     return item != nullptr ? std::optional(*item) : std::nullopt;
   };
-  commands.onChoose = [this](const Uuid& id) { pasteFromControl(id); };
-  commands.onPastePlain = [this](const Uuid& id) { pastePlain(id); };
-  commands.onDelete = [this](const Uuid& id) { deleteItem(id); };
-  commands.onTogglePin = [this](const Uuid& id) { togglePin(id); };
-  commands.onRename = [this](const Uuid& id) { renamePin(id); };
-  commands.onMovePin = [this](const Uuid& id, int step) { movePin(id, step); };
-  commands.onDropPin = [this](const Uuid& dragged, const Uuid& onto, DropPlace place) {
+  commands.onChoose = [this](Uuid id) { pasteFromControl(id); };
+  commands.onPastePlain = [this](Uuid id) { pastePlain(id); };
+  commands.onDelete = [this](Uuid id) { deleteItem(id); };
+  commands.onTogglePin = [this](Uuid id) { togglePin(id); };
+  commands.onRename = [this](Uuid id) { renamePin(id); };
+  commands.onMovePin = [this](Uuid id, int step) { movePin(id, step); };
+  commands.onDropPin = [this](Uuid dragged, Uuid onto, DropPlace place) {
     dropPin(dragged, onto, place);
   };
   return commands;

@@ -62,7 +62,7 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
                    [this] { showTypeFilters(); });
   QObject::connect(&view_->sourceFilterButton, &QAbstractButton::clicked, &view_->panel,
                    [this] { showSourceFilters(); });
-  availability_.onAnswer = [this](const Uuid& id, Availability) { updateRow(id); };
+  availability_.onAnswer = [this](Uuid id, Availability) { updateRow(id); };
   services_.dispatch.async([this, alive = std::weak_ptr(alive_)] {
     if (!alive.expired()) view_->warmUp();
   });
@@ -187,7 +187,7 @@ RowContent HistoryPanelController::contentAt(std::size_t index) {
 }
 
 /// What is known of an entry's files has changed.
-void HistoryPanelController::updateRow(const Uuid& id) {
+void HistoryPanelController::updateRow(Uuid id) {
   const auto* shown = displayed(id);
   if (shown == nullptr) return;
   const auto index = static_cast<std::size_t>(shown - displayedItems_.data());

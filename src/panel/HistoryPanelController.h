@@ -63,7 +63,7 @@ class HistoryPanelController {
   void refresh(Selection selection);
   void rebuildDocument();
   [[nodiscard]] RowContent contentAt(std::size_t index);
-  void updateRow(const Uuid& id);
+  void updateRow(Uuid id);
   void requestPictures();
   void requestThumbnail(const ClipItem& item);
   void requestSourceIcon(const std::string& bundleIdentifier);
@@ -87,23 +87,23 @@ class HistoryPanelController {
   void warmSearchIndex(std::size_t nextItem);
 
   [[nodiscard]] const ClipItem* selectedItem() const;
-  [[nodiscard]] const ClipItem* displayed(const Uuid& id) const;
+  [[nodiscard]] const ClipItem* displayed(Uuid id) const;
   void updateSelection();
   void moveSelection(int delta);
-  void select(const Uuid& id);
+  void select(Uuid id);
   void scrollSelectionIntoView();
 
   void pasteSelected(PasteStyle style);
-  void pasteFromControl(const Uuid& id);
+  void pasteFromControl(Uuid id);
   void deleteSelected();
-  void togglePin(const Uuid& id);
-  void movePin(const Uuid& id, int delta);
-  void dropPin(const Uuid& dragged, const Uuid& onto, DropPlace place);
+  void togglePin(Uuid id);
+  void movePin(Uuid id, int delta);
+  void dropPin(Uuid dragged, Uuid onto, DropPlace place);
   [[nodiscard]] RowCommands rowCommands();
-  void pastePlain(const Uuid& id);
-  void deleteItem(const Uuid& id);
-  void renamePin(const Uuid& id);
-  void finishRenaming(const Uuid& id, const std::string& name);
+  void pastePlain(Uuid id);
+  void deleteItem(Uuid id);
+  void renamePin(Uuid id);
+  void finishRenaming(Uuid id, const std::string& name);
 
   ClipStore& store_;
   PasteController& pasteController_;

@@ -8,7 +8,7 @@
 #include "panel/NameField.h"
 
 namespace vantorel {
-void HistoryPanelController::renamePin(const Uuid& id) {
+void HistoryPanelController::renamePin(Uuid id) {
   const auto found = std::find_if(store_.items().begin(), store_.items().end(),
                                   [&](const ClipItem& item) { return item.id == id; });
   if (found == store_.items().end() || !found->pinned() || sheet_) return;
@@ -28,7 +28,7 @@ void HistoryPanelController::renamePin(const Uuid& id) {
   sheet_->begin(field);
 }
 
-void HistoryPanelController::finishRenaming(const Uuid& id, const std::string& name) {
+void HistoryPanelController::finishRenaming(Uuid id, const std::string& name) {
   store_.renamePinned(id, name);
   refresh(Selection::keepEntry);
   select(id);

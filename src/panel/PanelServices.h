@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/FileSystem.h"
 #include "chrome/ChromeServices.h"
 #include "chrome/KeyTranslation.h"
 #include "platform/AccessibilityPreferences.h"
 #include "platform/Dispatch.h"
 #include "platform/EventMonitors.h"
-#include "platform/FileSystem.h"
 #include "platform/FileThumbnails.h"
 #include "platform/Icons.h"
 #include "platform/Image.h"

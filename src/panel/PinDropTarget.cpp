@@ -10,7 +10,7 @@ constexpr double stepLength = 6;
 
 }  // namespace
 
-std::optional<PinDropTarget> pinDropTarget(const std::vector<DropRow>& rows, const Uuid& dragged,
+std::optional<PinDropTarget> pinDropTarget(const std::vector<DropRow>& rows, Uuid dragged,
                                            Point pointer) {
   const auto found = std::find_if(rows.begin(), rows.end(),
                                   [&](const DropRow& row) { return row.frame.contains(pointer); });

@@ -25,7 +25,7 @@ struct PinDropTarget {
 /// What the pointer points at: the upper half of another pinned row means before it, the lower half
 /// after it. Nothing where the pin cannot go.
 [[nodiscard]] std::optional<PinDropTarget> pinDropTarget(const std::vector<DropRow>& rows,
-                                                         const Uuid& dragged, Point pointer);
+                                                         Uuid dragged, Point pointer);
 
 /// What is seen of the document while a pin is dragged.
 struct DragView {

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "base/PathName.h"
 #include "chrome/TextPresentation.h"
-#include "platform/PathName.h"
 
 namespace vantorel {
 namespace {

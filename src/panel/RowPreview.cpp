@@ -17,7 +17,7 @@ PreviewStart previewStart(ClipKind kind) {
 RowPreview::RowPreview(Dispatch& dispatch, Stage stage)
     : dispatch_(dispatch), stage_(std::move(stage)) {}
 
-void RowPreview::rowHoverChanged(const Uuid& id, Hover hover, PreviewStart start) {
+void RowPreview::rowHoverChanged(Uuid id, Hover hover, PreviewStart start) {
   if (hover == Hover::exited) {
     if (hovered_ == id) hovered_.reset();
     scheduleHidePreview(id);
@@ -28,7 +28,7 @@ void RowPreview::rowHoverChanged(const Uuid& id, Hover hover, PreviewStart start
   if (start == PreviewStart::row) schedulePreview(id);
 }
 
-void RowPreview::thumbnailHoverChanged(const Uuid& id, Hover hover) {
+void RowPreview::thumbnailHoverChanged(Uuid id, Hover hover) {
   if (hover == Hover::entered) {
     schedulePreview(id);
   } else {
@@ -46,7 +46,7 @@ void RowPreview::previewHoverChanged(Hover hover) {
   }
 }
 
-void RowPreview::schedulePreview(const Uuid& id) {
+void RowPreview::schedulePreview(Uuid id) {
   pending_ = id;
   // The timer goes with this, and so never finds it gone.
   previewWorkItem_ = dispatch_.after(timeToShow, [this] {
@@ -54,7 +54,7 @@ void RowPreview::schedulePreview(const Uuid& id) {
   });
 }
 
-void RowPreview::scheduleHidePreview(const Uuid& id) {
+void RowPreview::scheduleHidePreview(Uuid id) {
   if (pending_ == id) {
     pending_.reset();
     previewWorkItem_.reset();
@@ -63,7 +63,7 @@ void RowPreview::scheduleHidePreview(const Uuid& id) {
   previewCloseWorkItem_ = dispatch_.after(timeToClose, [this] { closeIfLeft(); });
 }
 
-void RowPreview::showPreview(const Uuid& id) {
+void RowPreview::showPreview(Uuid id) {
   pending_.reset();
   previewWorkItem_.reset();
   if (shown_ == id || !stage_.show(id)) return;
@@ -86,7 +86,7 @@ void RowPreview::previewClosed() {
   previewCloseWorkItem_.reset();
 }
 
-void RowPreview::forget(const Uuid& id) {
+void RowPreview::forget(Uuid id) {
   if (hovered_ == id) hovered_.reset();
   if (shown_ == id || pending_ == id) hidePreview();
 }

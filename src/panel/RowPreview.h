@@ -21,28 +21,28 @@ class RowPreview {
  public:
   struct Stage {
     /// Shows the preview instead of the one shown; false when this entry has none now.
-    std::function<bool(const Uuid& id)> show;
+    std::function<bool(Uuid id)> show;
     std::function<void()> close;
   };
 
   RowPreview(Dispatch& dispatch, Stage stage);
 
-  void rowHoverChanged(const Uuid& id, Hover hover, PreviewStart start);
+  void rowHoverChanged(Uuid id, Hover hover, PreviewStart start);
   /// Of the picture within a row that starts its preview there.
-  void thumbnailHoverChanged(const Uuid& id, Hover hover);
+  void thumbnailHoverChanged(Uuid id, Hover hover);
   /// Of the preview that is shown.
   void previewHoverChanged(Hover hover);
 
-  void schedulePreview(const Uuid& id);
-  void scheduleHidePreview(const Uuid& id);
+  void schedulePreview(Uuid id);
+  void scheduleHidePreview(Uuid id);
   /// At once.
-  void showPreview(const Uuid& id);
+  void showPreview(Uuid id);
   /// Ends the preview that is shown, and the one that was to come.
   void hidePreview();
   /// The preview has gone by itself.
   void previewClosed();
   /// The entry has left its row.
-  void forget(const Uuid& id);
+  void forget(Uuid id);
 
   [[nodiscard]] const std::optional<Uuid>& shown() const { return shown_; }
   /// The entry whose preview is to come.

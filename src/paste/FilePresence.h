@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "base/FileSystem.h"
 #include "platform/Dispatch.h"
-#include "platform/FileSystem.h"
 #include "platform/ProbeLanes.h"
 
 namespace vantorel {

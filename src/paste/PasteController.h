@@ -6,10 +6,10 @@
 #include <optional>
 #include <string>
 
+#include "base/FileSystem.h"
 #include "paste/FilePresence.h"
 #include "paste/PasteOutcome.h"
 #include "platform/Dispatch.h"
-#include "platform/FileSystem.h"
 #include "platform/Image.h"
 #include "platform/Pasteboard.h"
 #include "platform/SyntheticInput.h"

@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <memory>
 
+#include "base/FileSystem.h"
 #include "platform/AccessibilityPreferences.h"
 #include "platform/Dispatch.h"
 #include "platform/EventMonitors.h"
-#include "platform/FileSystem.h"
 #include "platform/FileThumbnails.h"
 #include "platform/HotKeys.h"
 #include "platform/Icons.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/Date.h"
+#include "base/Date.h"
 
 namespace vantorel {
 

@@ -2,8 +2,8 @@
 
 #include <memory>
 
+#include "base/Bytes.h"
 #include "platform/Bitmap.h"
-#include "platform/Bytes.h"
 
 namespace vantorel {
 

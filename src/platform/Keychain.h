@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/SecretBytes.h"
+#include "base/SecretBytes.h"
 
 namespace vantorel {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Bytes.h"
 #include "platform/Announcer.h"
-#include "platform/Bytes.h"
 #include "platform/Image.h"
 #include "platform/Workspace.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
 
 namespace vantorel {
 

@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/Date.h"
+#include "base/Date.h"
 
 namespace vantorel {
 

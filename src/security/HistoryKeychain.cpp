@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "security/RandomBytes.h"
+#include "base/RandomBytes.h"
 #include "security/SecureStorageError.h"
 
 namespace vantorel::HistoryKeychain {

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
+#include "base/SecretBytes.h"
 #include "platform/Keychain.h"
-#include "platform/SecretBytes.h"
 
 /// Keeps the history's key as one item of the user's keychain. Main thread.
 namespace vantorel::HistoryKeychain {

@@ -7,8 +7,8 @@
 #include <array>
 #include <utility>
 
+#include "base/RandomBytes.h"
 #include "security/HistoryKeychain.h"
-#include "security/RandomBytes.h"
 #include "security/SecureStorageError.h"
 
 namespace vantorel {

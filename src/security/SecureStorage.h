@@ -5,9 +5,9 @@
 #include <mutex>
 #include <string_view>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
+#include "base/SecretBytes.h"
 #include "platform/Keychain.h"
-#include "platform/SecretBytes.h"
 
 namespace vantorel {
 

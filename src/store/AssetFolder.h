@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "platform/FileSystem.h"
+#include "base/FileSystem.h"
 
 namespace vantorel {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "store/ContentFingerprint.h"
+#include "base/ContentFingerprint.h"
 #include "text/Unicode.h"
 
 namespace vantorel {

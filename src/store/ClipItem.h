@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Date.h"
-#include "store/Shared.h"
-#include "store/Uuid.h"
+#include "base/Date.h"
+#include "base/Shared.h"
+#include "base/Uuid.h"
 
 namespace vantorel {
 

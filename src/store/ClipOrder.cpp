@@ -29,14 +29,13 @@ std::size_t pinnedCount(const std::vector<ClipItem>& items) {
       std::count_if(items.begin(), items.end(), [](const auto& item) { return item.pinned(); }));
 }
 
-std::optional<std::vector<ClipItem>> withMovedPin(const std::vector<ClipItem>& items,
-                                                  const Uuid& id, const Uuid& relativeTo,
-                                                  bool before) {
+std::optional<std::vector<ClipItem>> withMovedPin(const std::vector<ClipItem>& items, Uuid id,
+                                                  Uuid relativeTo, bool before) {
   if (id == relativeTo) return std::nullopt;
   std::vector<ClipItem> list;
   std::copy_if(items.begin(), items.end(), std::back_inserter(list),
                [](const auto& item) { return item.pinned(); });
-  const auto position = [&list](const Uuid& wanted) {
+  const auto position = [&list](Uuid wanted) {
     return std::find_if(list.begin(), list.end(),
                         [&](const auto& item) { return item.id == wanted; });
   };

@@ -18,8 +18,7 @@ void numberPins(std::vector<ClipItem>& items);
 /// The list with the pin `id` moved next to the pin `relativeTo`: pins first, then everything else
 /// as it stood. Empty when nothing is to be moved: both must be pinned, and differ.
 [[nodiscard]] std::optional<std::vector<ClipItem>> withMovedPin(const std::vector<ClipItem>& items,
-                                                                const Uuid& id,
-                                                                const Uuid& relativeTo,
+                                                                Uuid id, Uuid relativeTo,
                                                                 bool before);
 
 }  // namespace vantorel

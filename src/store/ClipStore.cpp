@@ -6,7 +6,7 @@
 #include <exception>
 #include <utility>
 
-#include "store/AtomicFile.h"
+#include "base/AtomicFile.h"
 #include "store/ClipDuplicates.h"
 #include "store/ClipOrder.h"
 #include "store/HistoryFile.h"
@@ -133,7 +133,7 @@ std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {
   return openedIfSealed(secureStorage_.get(), std::move(*bytes));
 }
 
-std::vector<ClipItem>::iterator ClipStore::find(const Uuid& id) {
+std::vector<ClipItem>::iterator ClipStore::find(Uuid id) {
   return std::find_if(items_.begin(), items_.end(),
                       [&id](const ClipItem& item) { return item.id == id; });
 }

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/FileSystem.h"
 #include "platform/Dispatch.h"
-#include "platform/FileSystem.h"
 #include "platform/Image.h"
 #include "platform/Keychain.h"
 #include "platform/TextRecognition.h"
@@ -95,13 +95,13 @@ class ClipStore {
   bool captureFiles(const std::vector<std::filesystem::path>& urls, const SourceApp& source);
 
   [[nodiscard]] bool canPinMore() const;
-  PinResult togglePinned(const Uuid& id);
+  PinResult togglePinned(Uuid id);
   /// True when a pinned entry got the name; a name of white space takes the name away.
-  bool renamePinned(const Uuid& id, std::string_view name);
+  bool renamePinned(Uuid id, std::string_view name);
   /// True when both are pinned and differ.
-  bool movePinned(const Uuid& id, const Uuid& relativeTo, bool before);
+  bool movePinned(Uuid id, Uuid relativeTo, bool before);
   /// Nothing happens, and nobody is told, when there is no such entry.
-  void remove(const Uuid& id);
+  void remove(Uuid id);
   /// A clear that leaves nothing also replaces the storage key. While the history on the disk
   /// could not be read, only a clear of everything touches it.
   void clear(bool includingPinned);
@@ -148,12 +148,12 @@ class ClipStore {
   void removeOrphanedAssets();
   void replaceStorageKey();
   void scheduleRecognition(const ClipItem& item);
-  void finishRecognition(const Uuid& id, const std::optional<std::string>& contentHash,
+  void finishRecognition(Uuid id, const std::optional<std::string>& contentHash,
                          const std::optional<std::string>& text);
   void stopNeedlessRecognition();
-  void setRecognizedText(const std::string& text, const Uuid& id,
+  void setRecognizedText(const std::string& text, Uuid id,
                          const std::optional<std::string>& contentHash);
-  std::vector<ClipItem>::iterator find(const Uuid& id);
+  std::vector<ClipItem>::iterator find(Uuid id);
 
   ClipStoreServices services_;
   ClipStoreLimits limits_;

@@ -2,12 +2,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/ContentFingerprint.h"
 #include "store/CapturedEntries.h"
 #include "store/ClipDuplicates.h"
 #include "store/ClipOrder.h"
 #include "store/ClipRetention.h"
 #include "store/ClipStore.h"
-#include "store/ContentFingerprint.h"
 #include "store/SealedFile.h"
 
 namespace vantorel {

@@ -13,7 +13,7 @@ namespace vantorel {
 
 bool ClipStore::canPinMore() const { return pinnedCount(items_) < maxPinnedItems; }
 
-PinResult ClipStore::togglePinned(const Uuid& id) {
+PinResult ClipStore::togglePinned(Uuid id) {
   const auto item = find(id);
   if (item == items_.end()) return PinResult::notFound;
   if (!item->pinned() && !canPinMore()) return PinResult::limitReached;
@@ -26,7 +26,7 @@ PinResult ClipStore::togglePinned(const Uuid& id) {
   return PinResult::toggled;
 }
 
-bool ClipStore::renamePinned(const Uuid& id, std::string_view name) {
+bool ClipStore::renamePinned(Uuid id, std::string_view name) {
   constexpr std::size_t longestName = 80;  // characters
   const auto item = find(id);
   if (item == items_.end() || !item->pinned()) return false;
@@ -37,7 +37,7 @@ bool ClipStore::renamePinned(const Uuid& id, std::string_view name) {
   return true;
 }
 
-bool ClipStore::movePinned(const Uuid& id, const Uuid& relativeTo, bool before) {
+bool ClipStore::movePinned(Uuid id, Uuid relativeTo, bool before) {
   auto moved = withMovedPin(items_, id, relativeTo, before);
   if (!moved) return false;
   items_ = std::move(*moved);
@@ -46,7 +46,7 @@ bool ClipStore::movePinned(const Uuid& id, const Uuid& relativeTo, bool before) 
   return true;
 }
 
-void ClipStore::remove(const Uuid& id) {
+void ClipStore::remove(Uuid id) {
   const auto goes = [wanted = id](const ClipItem& item) { return item.id == wanted; };
   const auto firstGone = std::stable_partition(items_.begin(), items_.end(),
                                                [&](const ClipItem& item) { return !goes(item); });

@@ -52,7 +52,7 @@ void ClipStore::scheduleRecognition(const ClipItem& item) {
   });
 }
 
-void ClipStore::finishRecognition(const Uuid& id, const std::optional<std::string>& contentHash,
+void ClipStore::finishRecognition(Uuid id, const std::optional<std::string>& contentHash,
                                   const std::optional<std::string>& text) {
   const auto scheduled = scheduledRecognition_.find(id);
   const bool wasStopped =
@@ -75,7 +75,7 @@ void ClipStore::stopNeedlessRecognition() {
   }
 }
 
-void ClipStore::setRecognizedText(const std::string& text, const Uuid& id,
+void ClipStore::setRecognizedText(const std::string& text, Uuid id,
                                   const std::optional<std::string>& contentHash) {
   const auto item = std::find_if(items_.begin(), items_.end(), [&](const ClipItem& entry) {
     return entry.id == id && entry.kind == ClipKind::image && entry.contentHash == contentHash;

@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "store/Base64.h"
+#include "base/Base64.h"
 #include "store/HistoryReader.h"
 #include "store/HistoryWriter.h"
 

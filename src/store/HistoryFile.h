@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/FileSystem.h"
+#include "base/FileSystem.h"
 #include "store/ClipItem.h"
 
 namespace vantorel {

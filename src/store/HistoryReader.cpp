@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "store/Base64.h"
-#include "store/Iso8601.h"
+#include "base/Base64.h"
+#include "base/Iso8601.h"
 #include "text/Unicode.h"
 
 namespace vantorel {

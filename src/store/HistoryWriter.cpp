@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "store/Base64.h"
-#include "store/Iso8601.h"
+#include "base/Base64.h"
+#include "base/Iso8601.h"
 #include "text/Unicode.h"
 
 namespace vantorel {

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
 #include "store/ClipItem.h"
 #include "store/HistoryKeys.h"
 

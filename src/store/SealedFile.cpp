@@ -2,7 +2,7 @@
 
 #include <exception>
 
-#include "store/AtomicFile.h"
+#include "base/AtomicFile.h"
 
 namespace vantorel {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "platform/FileSystem.h"
+#include "base/FileSystem.h"
 #include "security/SecureStorage.h"
 
 namespace vantorel {

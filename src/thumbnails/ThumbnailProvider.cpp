@@ -54,7 +54,7 @@ void ThumbnailProvider::requestThumbnail(const ClipItem& item, Completion comple
   }
 }
 
-SharedBitmap ThumbnailProvider::cached(const Uuid& id) { return find(id.string()); }
+SharedBitmap ThumbnailProvider::cached(Uuid id) { return find(id.string()); }
 
 void ThumbnailProvider::requestImage(const ClipItem& item, Completion completion) {
   const auto key = item.id.string();

@@ -8,9 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/FileSystem.h"
 #include "platform/Bitmap.h"
 #include "platform/Dispatch.h"
-#include "platform/FileSystem.h"
 #include "platform/FileThumbnails.h"
 #include "platform/Icons.h"
 #include "platform/Image.h"
@@ -60,7 +60,7 @@ class ThumbnailProvider {
   void requestThumbnail(const ClipItem& item, Completion completion);
 
   /// What is kept of the entry, without making anything.
-  [[nodiscard]] SharedBitmap cached(const Uuid& id);
+  [[nodiscard]] SharedBitmap cached(Uuid id);
 
  private:
   struct Kept {

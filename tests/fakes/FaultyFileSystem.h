@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/FileSystem.h"
+#include "base/FileSystem.h"
 
 namespace vantorel {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "security/RandomBytes.h"
+#include "base/ContentFingerprint.h"
+#include "base/RandomBytes.h"
 #include "store/CapturedEntries.h"
-#include "store/ContentFingerprint.h"
 #include "store/HistoryFile.h"
 #include "store/SealedFile.h"
 
@@ -53,14 +53,14 @@ Uuid TestStore::addText(std::string_view text) {
   return found->id;
 }
 
-ClipItem TestStore::item(const Uuid& id) const {
+ClipItem TestStore::item(Uuid id) const {
   for (const ClipItem& item : store_->items()) {
     if (item.id == id) return item;
   }
   throw std::out_of_range("no such entry");
 }
 
-bool TestStore::has(const Uuid& id) const {
+bool TestStore::has(Uuid id) const {
   const auto& items = store_->items();
   return std::any_of(items.begin(), items.end(), [&](const auto& item) { return item.id == id; });
 }

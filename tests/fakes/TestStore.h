@@ -54,8 +54,8 @@ class TestStore {
   /// Inserts a text entry a second after whatever was there, and answers its identity.
   Uuid addText(std::string_view text);
   /// The entry's present value.
-  [[nodiscard]] ClipItem item(const Uuid& id) const;
-  [[nodiscard]] bool has(const Uuid& id) const;
+  [[nodiscard]] ClipItem item(Uuid id) const;
+  [[nodiscard]] bool has(Uuid id) const;
   /// The texts of the list, in order; the preview of what is not text.
   [[nodiscard]] std::vector<std::string> texts() const;
 

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <thread>
 
+#include "base/DetachedThread.h"
 #include "fakes/ManualDispatch.h"
-#include "platform/posix/DetachedThread.h"
 
 namespace vantorel {
 

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/tesseract/reading/PageReader.h"
-#include "platform/linux/tesseract/reading/PictureRows.h"
+#include "platform/linux/textinpictures/reading/PageReader.h"
+#include "platform/linux/textinpictures/reading/PictureRows.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/linux/IsoDate.h"
-#include "platform/linux/JsonObjectText.h"
+#include "platform/linux/settings/IsoDate.h"
+#include "platform/linux/settings/JsonObjectText.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/linux/tesseract/TextWorkerProtocol.h"
+#include "platform/linux/textinpictures/TextWorkerProtocol.h"
 
 /// What a worker in foreign hands might answer: it is refused, or is lines of text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/linux/x11/UriList.h"
+#include "platform/linux/windows/UriList.h"
 
 /// Whatever another program offers as a list of files: every path found is absolute, holds no NUL
 /// and is found again when written back.

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Bytes.h"
 #include "pictures/LabelledTexts.h"
-#include "platform/Bytes.h"
 
 namespace vantorel {
 

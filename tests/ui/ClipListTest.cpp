@@ -23,20 +23,20 @@ ClipListTest::ClipListTest()
     scrollView_.scrollTo(scrollView_.offset() + distance);
   };
   auto& commands = list_.commands;
-  commands.entry = [this](const Uuid& id) -> std::optional<ClipItem> {
+  commands.entry = [this](Uuid id) -> std::optional<ClipItem> {
     const auto found = std::find_if(items_.begin(), items_.end(),
                                     [&](const ClipItem& item) { return item.id == id; });
     return found == items_.end() ? std::nullopt : std::optional(*found);
   };
-  commands.onChoose = [this](const Uuid& id) { record("choose", id); };
-  commands.onPastePlain = [this](const Uuid& id) { record("paste plain", id); };
-  commands.onDelete = [this](const Uuid& id) { record("delete", id); };
-  commands.onTogglePin = [this](const Uuid& id) { record("toggle pin", id); };
-  commands.onRename = [this](const Uuid& id) { record("rename", id); };
-  commands.onMovePin = [this](const Uuid& id, int step) {
+  commands.onChoose = [this](Uuid id) { record("choose", id); };
+  commands.onPastePlain = [this](Uuid id) { record("paste plain", id); };
+  commands.onDelete = [this](Uuid id) { record("delete", id); };
+  commands.onTogglePin = [this](Uuid id) { record("toggle pin", id); };
+  commands.onRename = [this](Uuid id) { record("rename", id); };
+  commands.onMovePin = [this](Uuid id, int step) {
     record(step < 0 ? "move up" : "move down", id);
   };
-  commands.onDropPin = [this](const Uuid& dragged, const Uuid& onto, DropPlace place) {
+  commands.onDropPin = [this](Uuid dragged, Uuid onto, DropPlace place) {
     commands_.push_back("drop " + nameOf(dragged) +
                         (place == DropPlace::before ? " before " : " after ") + nameOf(onto));
   };
@@ -79,19 +79,19 @@ void ClipListTest::show() {
   QCoreApplication::processEvents();
 }
 
-ClipRowView& ClipListTest::rowOf(const Uuid& id) const { return *list_.row(indexOf(id)); }
+ClipRowView& ClipListTest::rowOf(Uuid id) const { return *list_.row(indexOf(id)); }
 
-std::size_t ClipListTest::indexOf(const Uuid& id) const {
+std::size_t ClipListTest::indexOf(Uuid id) const {
   std::size_t index = 0;
   while (list_.row(index) != nullptr && list_.row(index)->content().id != id) ++index;
   return index;
 }
 
-QPoint ClipListTest::inWindow(const Uuid& id, QPoint point) const {
+QPoint ClipListTest::inWindow(Uuid id, QPoint point) const {
   return rowOf(id).mapTo(&window_, point);
 }
 
-void ClipListTest::moveTo(const Uuid& id, QPoint point) {
+void ClipListTest::moveTo(Uuid id, QPoint point) {
   // The cursor brings what hovering needs, but knows of no button that is held.
   if (held_ != Qt::NoButton) {
     QTest::mouseMove(window_.windowHandle(), inWindow(id, point));
@@ -106,17 +106,17 @@ void ClipListTest::moveAway() {
   QCoreApplication::processEvents();
 }
 
-void ClipListTest::press(const Uuid& id, QPoint point, Qt::MouseButton button) {
+void ClipListTest::press(Uuid id, QPoint point, Qt::MouseButton button) {
   held_ = button;
   QTest::mousePress(window_.windowHandle(), button, {}, inWindow(id, point));
 }
 
-void ClipListTest::release(const Uuid& id, QPoint point, Qt::MouseButton button) {
+void ClipListTest::release(Uuid id, QPoint point, Qt::MouseButton button) {
   held_ = Qt::NoButton;
   QTest::mouseRelease(window_.windowHandle(), button, {}, inWindow(id, point));
 }
 
-void ClipListTest::click(const Uuid& id, QPoint point) {
+void ClipListTest::click(Uuid id, QPoint point) {
   press(id, point);
   release(id, point);
 }
@@ -165,11 +165,11 @@ QImage ClipListTest::pictureOf(QWidget& widget, double scale) {
   return image;
 }
 
-void ClipListTest::record(const char* command, const Uuid& id) {
+void ClipListTest::record(const char* command, Uuid id) {
   commands_.push_back(std::string(command) + " " + nameOf(id));
 }
 
-std::string ClipListTest::nameOf(const Uuid& id) const {
+std::string ClipListTest::nameOf(Uuid id) const {
   const auto item = list_.commands.entry(id);
   return item ? item->preview : "nothing";
 }

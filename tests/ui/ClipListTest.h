@@ -35,17 +35,17 @@ class ClipListTest : public testing::Test {
   /// Shows all entries that were added, pins first.
   void show();
 
-  [[nodiscard]] ClipRowView& rowOf(const Uuid& id) const;
-  [[nodiscard]] std::size_t indexOf(const Uuid& id) const;
+  [[nodiscard]] ClipRowView& rowOf(Uuid id) const;
+  [[nodiscard]] std::size_t indexOf(Uuid id) const;
 
   // The pointer; points are within the row.
-  void moveTo(const Uuid& id, QPoint point);
-  void moveTo(const Uuid& id) { moveTo(id, {200, 20}); }
+  void moveTo(Uuid id, QPoint point);
+  void moveTo(Uuid id) { moveTo(id, {200, 20}); }
   /// Away from every window.
   static void moveAway();
-  void press(const Uuid& id, QPoint point, Qt::MouseButton button = Qt::LeftButton);
-  void release(const Uuid& id, QPoint point, Qt::MouseButton button = Qt::LeftButton);
-  void click(const Uuid& id, QPoint point);
+  void press(Uuid id, QPoint point, Qt::MouseButton button = Qt::LeftButton);
+  void release(Uuid id, QPoint point, Qt::MouseButton button = Qt::LeftButton);
+  void click(Uuid id, QPoint point);
   void pressKey(Qt::Key key);
   void wait(double seconds) { dispatch_.advance(Seconds(seconds)); }
 
@@ -70,9 +70,9 @@ class ClipListTest : public testing::Test {
   bool canPinMore_ = true;
 
  private:
-  [[nodiscard]] QPoint inWindow(const Uuid& id, QPoint point) const;
-  void record(const char* command, const Uuid& id);
-  [[nodiscard]] std::string nameOf(const Uuid& id) const;
+  [[nodiscard]] QPoint inWindow(Uuid id, QPoint point) const;
+  void record(const char* command, Uuid id);
+  [[nodiscard]] std::string nameOf(Uuid id) const;
 
   Qt::MouseButton held_ = Qt::NoButton;
 };

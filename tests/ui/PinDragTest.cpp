@@ -18,7 +18,7 @@ class PinDragTest : public ClipListTest {
  protected:
   [[nodiscard]] PinDragGhost* ghost() const { return list_.findChild<PinDragGhost*>(); }
   /// Presses on a row and moves far enough to drag it.
-  void beginDrag(const Uuid& id) {
+  void beginDrag(Uuid id) {
     press(id, {100, 20});
     moveTo(id, {106, 20});
   }

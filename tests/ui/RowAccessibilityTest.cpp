@@ -13,7 +13,7 @@ namespace {
 class RowAccessibilityTest : public ClipListTest {
  protected:
   RowAccessibilityTest() { installPanelAccessibility(); }
-  [[nodiscard]] QAccessibleInterface& accessible(const Uuid& id) const {
+  [[nodiscard]] QAccessibleInterface& accessible(Uuid id) const {
     return *QAccessible::queryAccessibleInterface(&rowOf(id));
   }
 };

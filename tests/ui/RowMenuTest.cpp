@@ -16,7 +16,7 @@ constexpr double fadeTime = 0.15;
 
 class RowMenuTest : public ClipListTest {
  protected:
-  void openMenu(const Uuid& id) { press(id, {100, 20}, Qt::RightButton); }
+  void openMenu(Uuid id) { press(id, {100, 20}, Qt::RightButton); }
   static void choose(const char* title) {
     for (auto* action : menu()->actions()) {
       if (action->text() != QString::fromUtf8(title)) continue;

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/PathName.h"
-#include "platform/posix/FileDescriptor.h"
+#include "base/FileDescriptor.h"
+#include "base/PathName.h"
 
 namespace vantorel {
 namespace {

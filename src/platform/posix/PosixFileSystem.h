@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/FileSystem.h"
+#include "base/FileSystem.h"
 
 namespace vantorel {
 

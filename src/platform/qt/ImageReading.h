@@ -2,8 +2,8 @@
 
 #include <QImage>
 
+#include "base/Bytes.h"
 #include "platform/Bitmap.h"
-#include "platform/Bytes.h"
 #include "platform/qt/ImageLimits.h"
 
 namespace vantorel {

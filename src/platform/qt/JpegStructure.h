@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
 #include "platform/qt/ImageLimits.h"
 
 namespace vantorel {

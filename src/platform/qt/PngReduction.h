@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Bytes.h"
 #include "platform/Bitmap.h"
-#include "platform/Bytes.h"
 
 namespace vantorel {
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
+#include "base/Bytes.h"
 #include "platform/Bitmap.h"
-#include "platform/Bytes.h"
 #include "platform/qt/AreaAverage.h"
 
 struct png_struct_def;

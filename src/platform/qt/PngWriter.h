@@ -3,7 +3,7 @@
 #include <QImage>
 #include <memory>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
 
 namespace vantorel {
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/posix/DetachedThread.h"
+#include "base/DetachedThread.h"
 #include "platform/posix/ThreadedQueue.h"
 
 namespace vantorel {

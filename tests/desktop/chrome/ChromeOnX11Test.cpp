@@ -12,8 +12,8 @@
 #include "chrome/VantorelPanel.h"
 #include "desktop/x11pasteboard/PrivateXServer.h"
 #include "fakes/FakeScreens.h"
-#include "platform/linux/desktop/X11WindowBackdrops.h"
 #include "platform/linux/x11/X11Property.h"
+#include "platform/linux/x11/toolkit/X11WindowBackdrops.h"
 #include "platform/qt/QtDispatch.h"
 
 namespace vantorel {
@@ -55,7 +55,7 @@ class MadeUpCompositor {
 
 class ChromeOnX11 : public testing::Test {
  protected:
-  ChromeOnX11() : preferences_(LinuxAccessibilityPreferences::open(dispatch_)) {}
+  ChromeOnX11() : preferences_(X11DesktopSettings::open(dispatch_)) {}
 
   /// What the server has of the window's wish, four numbers for each rectangle.
   [[nodiscard]] std::vector<std::uint32_t> blurWish(const QWidget& window) const {
@@ -81,7 +81,7 @@ class ChromeOnX11 : public testing::Test {
   }
 
   QtDispatch dispatch_;
-  std::unique_ptr<LinuxAccessibilityPreferences> preferences_;
+  std::unique_ptr<X11DesktopSettings> preferences_;
   X11WindowBackdrops backdrops_{*preferences_};
   FakeScreens screens_;
   ChromeServices services_{dispatch_, screens_, *preferences_, &backdrops_};

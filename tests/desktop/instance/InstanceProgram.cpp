@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "platform/linux/StartDecision.h"
-#include "platform/linux/dbus/ApplicationService.h"
-#include "platform/linux/dbus/SessionBus.h"
+#include "platform/linux/bus/ApplicationService.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/start/StartDecision.h"
 #include "platform/qt/QtDispatch.h"
 
 namespace vantorel {

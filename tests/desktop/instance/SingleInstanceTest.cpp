@@ -5,7 +5,7 @@
 
 #include "desktop/session/ChildProcess.h"
 #include "desktop/session/PrivateSession.h"
-#include "platform/linux/RunningInstance.h"
+#include "platform/linux/start/RunningInstance.h"
 
 namespace vantorel {
 namespace {

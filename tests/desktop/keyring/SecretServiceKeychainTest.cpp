@@ -1,4 +1,4 @@
-#include "platform/linux/SecretServiceKeychain.h"
+#include "platform/linux/keyring/SecretServiceKeychain.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include "desktop/keyring/PromptDisplay.h"
 #include "desktop/session/PrivateSession.h"
 #include "fakes/ManualDispatch.h"
-#include "platform/linux/SecretServiceKeychain.h"
+#include "platform/linux/keyring/SecretServiceKeychain.h"
 
 namespace vantorel {
 namespace {

@@ -15,9 +15,9 @@
 #include "fakes/FakeAccessibilityPreferences.h"
 #include "fakes/FakeScreens.h"
 #include "fakes/FakeWindowBackdrops.h"
-#include "platform/linux/desktop/X11KeyboardGrabs.h"
-#include "platform/linux/x11/KeyCodeTable.h"
+#include "platform/linux/windows/KeyCodeTable.h"
 #include "platform/linux/x11/X11HotKeys.h"
+#include "platform/linux/x11/toolkit/X11KeyboardGrabs.h"
 
 namespace vantorel {
 namespace {

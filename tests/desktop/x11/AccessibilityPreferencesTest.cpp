@@ -1,5 +1,5 @@
 #include "desktop/x11/DesktopFixture.h"
-#include "platform/linux/x11/LinuxAccessibilityPreferences.h"
+#include "platform/linux/x11/X11DesktopSettings.h"
 
 namespace vantorel {
 namespace {
@@ -78,10 +78,10 @@ class SelectionHolder {
 class AccessibilityPreferencesTest : public DesktopFixture {
  protected:
   void open() {
-    preferences = LinuxAccessibilityPreferences::open(dispatch, display());
+    preferences = X11DesktopSettings::open(dispatch, display());
     ASSERT_NE(preferences, nullptr);
   }
-  std::unique_ptr<LinuxAccessibilityPreferences> preferences;
+  std::unique_ptr<X11DesktopSettings> preferences;
 };
 
 TEST_F(AccessibilityPreferencesTest, ABareDesktopMovesButShowsNothingThrough) {
@@ -201,7 +201,7 @@ TEST_F(AccessibilityPreferencesTest, WhatIsToldAfterTheirEndReachesNobody) {
 
 TEST(AccessibilityPreferencesWithoutServer, AreNone) {
   ManualDispatch dispatch;
-  EXPECT_EQ(LinuxAccessibilityPreferences::open(dispatch, ":4711"), nullptr);
+  EXPECT_EQ(X11DesktopSettings::open(dispatch, ":4711"), nullptr);
 }
 
 }  // namespace

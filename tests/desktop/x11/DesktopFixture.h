@@ -14,7 +14,7 @@
 #include "desktop/x11/Fingers.h"
 #include "desktop/x11pasteboard/PrivateXServer.h"
 #include "fakes/ManualDispatch.h"
-#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/x11/X11Connection.h"
 
 namespace vantorel {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/linux/x11/KeyCodeTable.h"
+#include "platform/linux/windows/KeyCodeTable.h"
 #include "platform/linux/x11/X11Connection.h"
 
 namespace vantorel {

@@ -3,7 +3,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/posix/DetachedThread.h"
+#include "base/DetachedThread.h"
 
 namespace vantorel {
 

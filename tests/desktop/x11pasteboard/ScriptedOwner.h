@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
 #include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {

@@ -6,10 +6,10 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/thumbnails/LinuxFileThumbnails.h"
+#include "platform/linux/pictures/LinuxFileThumbnails.h"
 #include "platform/qt/QtImageDecoder.h"
 #include "ui/pictures/PictureSamples.h"
-#include "unit/linux/pictures/WrittenFiles.h"
+#include "unit/platform/linux/pictures/WrittenFiles.h"
 
 namespace vantorel {
 

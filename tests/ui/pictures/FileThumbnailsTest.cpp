@@ -9,7 +9,7 @@
 #include <limits>
 
 #include "fakes/ManualDispatch.h"
-#include "platform/linux/thumbnails/ThumbnailNames.h"
+#include "platform/linux/pictures/ThumbnailNames.h"
 #include "ui/pictures/FileThumbnailsFixture.h"
 
 namespace vantorel {

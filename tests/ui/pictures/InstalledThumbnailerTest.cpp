@@ -1,5 +1,5 @@
 #include "fakes/ManualDispatch.h"
-#include "platform/linux/XdgDirectories.h"
+#include "platform/linux/xdg/XdgDirectories.h"
 #include "ui/pictures/FileThumbnailsFixture.h"
 
 namespace vantorel {

@@ -1,4 +1,4 @@
-#include "platform/linux/icons/PictureReading.h"
+#include "platform/linux/pictures/PictureReading.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "platform/linux/icons/ThemeIcons.h"
+#include "platform/linux/pictures/ThemeIcons.h"
 
 #include <gtest/gtest.h>
 
 #include "fakes/ManualDispatch.h"
 #include "platform/qt/QtImageDecoder.h"
 #include "ui/pictures/PictureSamples.h"
-#include "unit/linux/pictures/WrittenFiles.h"
+#include "unit/platform/linux/pictures/WrittenFiles.h"
 
 namespace vantorel {
 namespace {

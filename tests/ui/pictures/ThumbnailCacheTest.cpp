@@ -1,10 +1,10 @@
-#include "platform/linux/thumbnails/ThumbnailCache.h"
+#include "platform/linux/pictures/ThumbnailCache.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/qt/QtImageDecoder.h"
 #include "ui/pictures/PictureSamples.h"
-#include "unit/linux/pictures/WrittenFiles.h"
+#include "unit/platform/linux/pictures/WrittenFiles.h"
 
 namespace vantorel {
 namespace {

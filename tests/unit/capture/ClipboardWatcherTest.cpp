@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "store/ContentFingerprint.h"
+#include "base/ContentFingerprint.h"
 #include "unit/capture/WatchedPasteboard.h"
 
 namespace vantorel {

@@ -21,7 +21,7 @@ using testing::IsEmpty;
 class FileAvailabilityTest : public testing::Test {
  protected:
   FileAvailabilityTest() {
-    availability_.onAnswer = [this](const Uuid& id, Availability found) {
+    availability_.onAnswer = [this](Uuid id, Availability found) {
       answers_.emplace_back(id, found);
     };
   }
@@ -97,7 +97,7 @@ TEST(FileAvailabilityLifetime, AnAnswerAfterItsEndIsDropped) {
   {
     FileAvailability availability(dispatch,
                                   [](const ClipItem&) { return Availability::unavailable; });
-    availability.onAnswer = [&](const Uuid&, Availability) { ++answers; };
+    availability.onAnswer = [&](Uuid, Availability) { ++answers; };
     static_cast<void>(availability.of(filesItem({"/a"})));
   }
   dispatch.runQueued();
@@ -121,7 +121,7 @@ class DeadNetwork : public testing::Test {
           }
           return Availability::unavailable;
         });
-    availability_->onAnswer = [this](const Uuid& id, Availability) { answers_.push_back(id); };
+    availability_->onAnswer = [this](Uuid id, Availability) { answers_.push_back(id); };
   }
   ~DeadNetwork() override {
     availability_.reset();

@@ -9,10 +9,10 @@ namespace {
 
 class RowPreviewTest : public testing::Test {
  protected:
-  void enterRow(const Uuid& id, ClipKind kind = ClipKind::text) {
+  void enterRow(Uuid id, ClipKind kind = ClipKind::text) {
     preview_->rowHoverChanged(id, Hover::entered, previewStart(kind));
   }
-  void leaveRow(const Uuid& id, ClipKind kind = ClipKind::text) {
+  void leaveRow(Uuid id, ClipKind kind = ClipKind::text) {
     preview_->rowHoverChanged(id, Hover::exited, previewStart(kind));
   }
   void wait(double seconds) { dispatch_.advance(Seconds(seconds)); }
@@ -28,7 +28,7 @@ class RowPreviewTest : public testing::Test {
   bool willing_ = true;
   std::optional<Uuid> stage_;
   std::unique_ptr<RowPreview> preview_ =
-      std::make_unique<RowPreview>(dispatch_, RowPreview::Stage{[this](const Uuid& id) {
+      std::make_unique<RowPreview>(dispatch_, RowPreview::Stage{[this](Uuid id) {
                                                                   if (willing_) stage_ = id;
                                                                   return willing_;
                                                                 },

@@ -4,8 +4,8 @@
 
 #include <limits>
 
+#include "base/ContentFingerprint.h"
 #include "fakes/TestStore.h"
-#include "store/ContentFingerprint.h"
 
 namespace vantorel {
 namespace {

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "base/ContentFingerprint.h"
 #include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
-#include "store/ContentFingerprint.h"
 
 namespace vantorel {
 namespace {

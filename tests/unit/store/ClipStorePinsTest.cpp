@@ -57,7 +57,7 @@ TEST(ClipStorePins, UnpinningTheMiddleOneRenumbersTheOthersAtOnce) {
   const Uuid a = store.addText("a");
   const Uuid b = store.addText("b");
   const Uuid c = store.addText("c");
-  for (const Uuid& id : {a, b, c}) store->togglePinned(id);
+  for (Uuid id : {a, b, c}) store->togglePinned(id);
   store->togglePinned(b);
   EXPECT_EQ(store.texts(), (Texts{"a", "c", "b"}));
   EXPECT_EQ(pinOrders(store), (std::vector<std::optional<std::int64_t>>{0, 1, std::nullopt}));
@@ -123,7 +123,7 @@ TEST(ClipStorePins, OnlyPinsHaveNames) {
 class ClipStoreMoving : public ::testing::Test {
  protected:
   ClipStoreMoving() {
-    for (const Uuid& id : {a, b, c}) store->togglePinned(id);
+    for (Uuid id : {a, b, c}) store->togglePinned(id);
     changes = store.changes();
   }
   TestStore store;

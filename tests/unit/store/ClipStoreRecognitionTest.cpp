@@ -4,11 +4,11 @@
 #include <fstream>
 #include <mutex>
 
+#include "base/ContentFingerprint.h"
 #include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
 #include "platform/posix/ThreadedQueue.h"
 #include "store/ClipSearchFilter.h"
-#include "store/ContentFingerprint.h"
 
 namespace vantorel {
 namespace {
@@ -226,9 +226,8 @@ TEST(ClipStoreRecognition, TwoAbsentHashesAreEqual) {
 
 TEST(ClipStoreRecognition, AReadingIsStoppedWhenItsEntryIsGone) {
   Scene scene;
-  const std::function<void(const Uuid&)> leavings[] = {
-      [&](const Uuid& id) { scene.store->remove(id); },
-      [&](const Uuid& /*id*/) { scene.store->clear(true); }};
+  const std::function<void(Uuid)> leavings[] = {[&](Uuid id) { scene.store->remove(id); },
+                                                [&](Uuid /*id*/) { scene.store->clear(true); }};
   for (const auto& leave : leavings) {
     const Uuid id = scene.copy("a");
     bool wasStopped = false;

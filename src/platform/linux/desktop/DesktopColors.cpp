@@ -7,7 +7,7 @@
 #include <QPalette>
 #include <utility>
 
-#include "platform/linux/ColorScheme.h"
+#include "platform/linux/settings/ColorScheme.h"
 
 namespace vantorel {
 namespace {
@@ -57,8 +57,7 @@ std::optional<std::uint32_t> number(const QVariant& value) {
 
 }  // namespace
 
-DesktopColors::DesktopColors(const LinuxAccessibilityPreferences& preferences,
-                             std::string environmentTheme)
+DesktopColors::DesktopColors(const X11DesktopSettings& preferences, std::string environmentTheme)
     : preferences_(preferences),
       environmentTheme_(std::move(environmentTheme)),
       toolkitColors_(QGuiApplication::palette()),

@@ -11,7 +11,7 @@
 #include <string>
 
 #include "platform/Observation.h"
-#include "platform/linux/x11/LinuxAccessibilityPreferences.h"
+#include "platform/linux/x11/X11DesktopSettings.h"
 
 namespace vantorel {
 
@@ -22,7 +22,7 @@ class DesktopColors : public QObject {
 
  public:
   /// `preferences` outlive this. `environmentTheme` is the theme that GTK_THEME names.
-  DesktopColors(const LinuxAccessibilityPreferences& preferences, std::string environmentTheme);
+  DesktopColors(const X11DesktopSettings& preferences, std::string environmentTheme);
   ~DesktopColors() override;
   DesktopColors(const DesktopColors&) = delete;
   DesktopColors& operator=(const DesktopColors&) = delete;
@@ -34,7 +34,7 @@ class DesktopColors : public QObject {
   void askPortal();
   void apply();
 
-  const LinuxAccessibilityPreferences& preferences_;
+  const X11DesktopSettings& preferences_;
   std::string environmentTheme_;
   std::optional<std::uint32_t> portal_;  // what it answered last
   QPalette toolkitColors_;               // as they were at the start

@@ -4,27 +4,27 @@
 #include <optional>
 #include <utility>
 
-#include "platform/linux/AutostartLoginItem.h"
-#include "platform/linux/DesktopEntries.h"
-#include "platform/linux/JsonUserDefaults.h"
-#include "platform/linux/NoDump.h"
-#include "platform/linux/XdgDirectories.h"
+#include "platform/linux/applications/DesktopEntries.h"
+#include "platform/linux/bus/StatusNotifierTray.h"
 #include "platform/linux/desktop/DesktopColors.h"
-#include "platform/linux/desktop/X11KeyboardGrabs.h"
-#include "platform/linux/desktop/X11WindowBackdrops.h"
-#include "platform/linux/desktop/X11WindowSpaces.h"
-#include "platform/linux/icons/ThemeIcons.h"
-#include "platform/linux/tesseract/TextModels.h"
-#include "platform/linux/tesseract/WorkerTextRecognition.h"
-#include "platform/linux/thumbnails/LinuxFileThumbnails.h"
-#include "platform/linux/tray/StatusNotifierTray.h"
-#include "platform/linux/x11/KeyCodeTable.h"
-#include "platform/linux/x11/LinuxAccessibilityPreferences.h"
+#include "platform/linux/pictures/LinuxFileThumbnails.h"
+#include "platform/linux/pictures/ThemeIcons.h"
+#include "platform/linux/settings/JsonUserDefaults.h"
+#include "platform/linux/start/AutostartLoginItem.h"
+#include "platform/linux/textinpictures/TextModels.h"
+#include "platform/linux/textinpictures/WorkerTextRecognition.h"
+#include "platform/linux/windows/KeyCodeTable.h"
+#include "platform/linux/x11/X11DesktopSettings.h"
 #include "platform/linux/x11/X11EventMonitors.h"
 #include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/X11Pasteboard.h"
 #include "platform/linux/x11/X11SyntheticInput.h"
 #include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/toolkit/X11KeyboardGrabs.h"
+#include "platform/linux/x11/toolkit/X11WindowBackdrops.h"
+#include "platform/linux/x11/toolkit/X11WindowSpaces.h"
+#include "platform/linux/xdg/NoDump.h"
+#include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/qt/QtImageDecoder.h"
 #include "platform/qt/QtScreens.h"
@@ -61,8 +61,7 @@ struct LinuxDesktop::Ports {
   StatusNotifierTray statusItem{{dispatch, screens, bus}, installedIconThemes(ownProgramPath())};
   X11EventMonitors monitors{dispatch};
   // In this order: each of them may use what stands above it until it has ended.
-  std::unique_ptr<LinuxAccessibilityPreferences> accessibility =
-      LinuxAccessibilityPreferences::open(dispatch);
+  std::unique_ptr<X11DesktopSettings> accessibility = X11DesktopSettings::open(dispatch);
   std::unique_ptr<X11Pasteboard> pasteboard = X11Pasteboard::open({dispatch, images});
   std::unique_ptr<X11Workspace> workspace =
       X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));

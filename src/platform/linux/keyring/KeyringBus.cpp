@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/SessionBusAddress.h"
+#include "platform/linux/glib/SessionBusAddress.h"
 
 namespace vantorel {
 namespace {

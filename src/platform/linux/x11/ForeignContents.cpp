@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "platform/linux/x11/PasteboardTargets.h"
-#include "platform/linux/x11/PasteboardText.h"
-#include "platform/linux/x11/UriList.h"
+#include "platform/linux/windows/PasteboardTargets.h"
+#include "platform/linux/windows/PasteboardText.h"
+#include "platform/linux/windows/UriList.h"
 
 namespace vantorel {
 

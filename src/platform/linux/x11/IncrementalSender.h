@@ -4,7 +4,7 @@
 #include <map>
 #include <utility>
 
-#include "platform/linux/x11/SelectionOffer.h"
+#include "platform/linux/windows/SelectionOffer.h"
 #include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "platform/SyntheticInput.h"
+#include "platform/linux/windows/PasteKeys.h"
 #include "platform/linux/x11/KeyboardMap.h"
-#include "platform/linux/x11/PasteKeys.h"
 #include "platform/linux/x11/X11Keyboard.h"
 
 namespace vantorel {

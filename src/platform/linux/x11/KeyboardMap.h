@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/x11/KeyCodeTable.h"
+#include "platform/linux/windows/KeyCodeTable.h"
 
 namespace vantorel {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/linux/windows/SelectionOffer.h"
 #include "platform/linux/x11/IncrementalSender.h"
-#include "platform/linux/x11/SelectionOffer.h"
 #include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {

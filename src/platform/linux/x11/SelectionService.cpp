@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "platform/linux/x11/PasteboardTargets.h"
+#include "platform/linux/windows/PasteboardTargets.h"
 
 namespace vantorel {
 

@@ -11,10 +11,10 @@
 #include <variant>
 
 #include "platform/Pasteboard.h"
+#include "platform/linux/windows/PasteboardContents.h"
 #include "platform/linux/x11/ClientProcesses.h"
 #include "platform/linux/x11/ClipboardManagerRole.h"
 #include "platform/linux/x11/ForeignContents.h"
-#include "platform/linux/x11/PasteboardContents.h"
 #include "platform/linux/x11/SelectionOwner.h"
 #include "platform/linux/x11/SelectionReader.h"
 #include "platform/linux/x11/X11Thread.h"

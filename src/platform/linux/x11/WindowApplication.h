@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/Workspace.h"
-#include "platform/linux/DesktopEntryIndex.h"
+#include "platform/linux/applications/DesktopEntryIndex.h"
 #include "platform/linux/x11/WindowFacts.h"
 
 namespace vantorel {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/x11/PasteboardText.h"
+#include "platform/linux/windows/PasteboardText.h"
 #include "platform/linux/x11/X11Property.h"
 #include "text/Unicode.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/x11/WindowApplication.h"
 #include "platform/linux/x11/X11Thread.h"
 #include "platform/linux/x11/X11Windows.h"

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/linux/x11/ImagePreparation.h"
-#include "platform/linux/x11/PasteboardTargets.h"
+#include "platform/linux/windows/ImagePreparation.h"
+#include "platform/linux/windows/PasteboardTargets.h"
 
 namespace vantorel {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
 #include "platform/linux/x11/X11Connection.h"
 
 namespace vantorel {

@@ -8,7 +8,7 @@
 
 #include "platform/Dispatch.h"
 #include "platform/Workspace.h"
-#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/x11/X11Applications.h"
 #include "platform/linux/x11/X11Connection.h"
 

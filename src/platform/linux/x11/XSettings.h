@@ -5,7 +5,7 @@
 #include <string>
 #include <variant>
 
-#include "platform/Bytes.h"
+#include "base/Bytes.h"
 
 namespace vantorel {
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "base/Bytes.h"
+
+namespace vantorel {
+
+/// Length of the Base64 form of `byteCount` bytes, padding included.
+[[nodiscard]] constexpr std::size_t base64Length(std::size_t byteCount) {
+  return (byteCount + 2) / 3 * 4;
+}
+
+/// Appends the standard Base64 form of `bytes`, padded, without line breaks.
+void appendBase64(Bytes& out, ByteView bytes);
+
+/// Reads exactly what `appendBase64` writes: absent for white space, missing or misplaced padding,
+/// foreign characters, or stray bits before the padding.
+[[nodiscard]] std::optional<Bytes> bytesFromBase64(std::string_view text);
+
+}  // namespace vantorel

@@ -1,0 +1,23 @@
+#include "base/DetachedThread.h"
+
+#include <pthread.h>
+
+#include <functional>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace vantorel {
+
+bool runDetached(std::function<void()> work) {
+  try {
+    std::thread thread(std::move(work));
+    pthread_setname_np(thread.native_handle(), "probe");
+    thread.detach();
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
+}  // namespace vantorel

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <functional>
+
+namespace vantorel {
+
+/// Runs `work` on a thread that nobody waits for. `work` owns or shares all that it touches. False
+/// when the system has no thread to give: then it does not run.
+[[nodiscard]] bool runDetached(std::function<void()> work);
+
+}  // namespace vantorel

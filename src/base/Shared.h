@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "base/Bytes.h"
+
+namespace vantorel {
+
+/// An immutable value that is cheap to copy and may be read on any thread: a history entry is
+/// handed around as a value, its megabytes are not.
+template <class T>
+class Shared {
+ public:
+  Shared(T value)
+      : value_(std::make_shared<const T>(std::move(value))) {}  // NOLINT: a value is a value
+
+  [[nodiscard]] const T& get() const { return *value_; }
+  const T& operator*() const { return *value_; }
+  const T* operator->() const { return value_.get(); }
+  /// Whether both are the very same object, which is cheaper than being equal.
+  [[nodiscard]] bool sharesWith(const Shared& other) const { return value_ == other.value_; }
+
+  friend bool operator==(const Shared& a, const Shared& b) {
+    return a.value_ == b.value_ || *a.value_ == *b.value_;
+  }
+
+ private:
+  std::shared_ptr<const T> value_;
+};
+
+using SharedText = Shared<std::string>;
+using SharedBytes = Shared<Bytes>;
+
+}  // namespace vantorel

@@ -1,0 +1,151 @@
+#include "platform/linux/bus/StatusNotifierTray.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace vantorel {
+namespace {
+
+constexpr auto watcherName = "org.kde.StatusNotifierWatcher";
+constexpr auto watcherPath = "/StatusNotifierWatcher";
+
+// Nearly the same contrast against white and against the usual dark bars.
+constexpr char templateGrey = '\x80';
+
+bool isInstalled(const std::filesystem::path& iconThemes, const std::string& name) {
+  if (iconThemes.empty() || name.empty()) return false;
+  std::error_code unreadable;
+  return std::filesystem::exists(iconThemes / "hicolor" / "symbolic" / "apps" / (name + ".svg"),
+                                 unreadable);
+}
+
+}  // namespace
+
+StatusNotifierTray::StatusNotifierTray(Services services, std::filesystem::path iconThemes)
+    : services_(services), iconThemes_(std::move(iconThemes)) {
+  registerTrayTypes();
+  QObject::connect(&services_.bus, &SessionBus::rejoined, &item_, [this] {
+    // Not before it is to be shown at all.
+    if (watcher_) join();
+  });
+  item_.onActivate = [this] {
+    later([](const Handlers& handlers) {
+      if (handlers.onClick) handlers.onClick();
+    });
+  };
+  item_.onSecondaryActivate = [this] {
+    later([](const Handlers& handlers) {
+      if (handlers.onMiddleClick) handlers.onMiddleClick();
+    });
+  };
+  item_.onContextMenu = [this](int x, int y) {
+    later([at = pointOfPixel(services_.screens, x, y)](const Handlers& handlers) {
+      if (handlers.onMenuWanted) handlers.onMenuWanted(at);
+    });
+  };
+  menu_.rows = [this] {
+    return handlers_ && handlers_->menuRows ? handlers_->menuRows() : std::vector<MenuRow>();
+  };
+  menu_.onChosen = [this](const MenuRow& row) {
+    later([row](const Handlers& handlers) {
+      if (handlers.onChosen) handlers.onChosen(row);
+    });
+  };
+}
+
+StatusNotifierTray::~StatusNotifierTray() {
+  if (!watcher_) return;
+  auto bus = services_.bus.connection();
+  if (!bus) return;
+  bus->unregisterObject(TrayItem::menuPath);
+  bus->unregisterObject(TrayItem::path);
+}
+
+template <class Work>
+void StatusNotifierTray::later(Work work) {
+  services_.dispatch.async([token = std::weak_ptr(handlers_), work] {
+    if (const auto handlers = token.lock()) work(*handlers);
+  });
+}
+
+void StatusNotifierTray::show(Handlers handlers) {
+  handlers_ = std::make_shared<Handlers>(std::move(handlers));
+  item_.setActive(true);
+  menu_.refresh();
+  if (!watcher_) join();
+}
+
+// The objects stay: a watcher forgets an item only when its program leaves the bus.
+void StatusNotifierTray::hide() {
+  handlers_.reset();
+  item_.setActive(false);
+}
+
+void StatusNotifierTray::join() {
+  auto bus = services_.bus.connection();
+  if (!bus) return;
+  constexpr auto everything = QDBusConnection::ExportAllContents;
+  if (!bus->registerObject(TrayItem::path, &item_, everything)) return;
+  if (!bus->registerObject(TrayItem::menuPath, &menu_, everything)) return;
+  watcher_ = std::make_unique<QDBusServiceWatcher>(watcherName, *bus,
+                                                   QDBusServiceWatcher::WatchForOwnerChange);
+  QObject::connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, &item_,
+                   [this](const QString&, const QString&, const QString& owner) {
+                     if (!owner.isEmpty()) registerWithWatcher();
+                   });
+  registerWithWatcher();
+}
+
+// Nobody waits for the answer: without a watcher there is none, and one that comes is noticed.
+void StatusNotifierTray::registerWithWatcher() {
+  const auto bus = services_.bus.connection();
+  if (!bus) return;
+  auto call = QDBusMessage::createMethodCall(watcherName, watcherPath, watcherName,
+                                             "RegisterStatusNotifierItem");
+  call.setAutoStartService(false);
+  call << bus->baseService();
+  bus->asyncCall(call);
+}
+
+void StatusNotifierTray::setImage(StatusImage image) {
+  QList<TrayPixmap> pictures;
+  for (const auto& picture : image.pictures) {
+    if (picture) pictures << trayPixmap(*picture);
+  }
+  const bool named = isInstalled(iconThemes_, image.name);
+  item_.setIcon(named ? QString::fromStdString(image.name) : QString(),
+                named ? QString::fromStdString(iconThemes_.native()) : QString(),
+                std::move(pictures));
+}
+
+void StatusNotifierTray::setToolTip(std::string toolTip) {
+  item_.setToolTip(QString::fromStdString(toolTip));
+}
+
+void StatusNotifierTray::menuChanged() { menu_.refresh(); }
+
+TrayPixmap trayPixmap(const Bitmap& picture) {
+  QByteArray pixels;
+  pixels.reserve(static_cast<qsizetype>(picture.pixels.size()) * 4);
+  for (const std::uint32_t pixel : picture.pixels) {
+    pixels.append(static_cast<char>(pixel >> 24U));
+    pixels.append(3, templateGrey);
+  }
+  return {picture.pixelSize.width, picture.pixelSize.height, std::move(pixels)};
+}
+
+Point pointOfPixel(const Screens& screens, int x, int y) {
+  for (const Screen& screen : screens.screens()) {
+    const Rect& frame = screen.frame;
+    const Rect pixels{frame.x, frame.y, frame.width * screen.scale, frame.height * screen.scale};
+    if (!pixels.contains({double(x), double(y)})) continue;
+    return {frame.x + (x - frame.x) / screen.scale, frame.y + (y - frame.y) / screen.scale};
+  }
+  return {double(x), double(y)};
+}
+
+}  // namespace vantorel

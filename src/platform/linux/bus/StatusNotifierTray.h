@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDBusServiceWatcher>
+#include <filesystem>
+#include <memory>
+
+#include "platform/Dispatch.h"
+#include "platform/Screens.h"
+#include "platform/StatusItem.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/bus/TrayItem.h"
+#include "platform/linux/bus/TrayMenu.h"
+
+namespace vantorel {
+
+/// An item in the trays that speak StatusNotifierItem, registered with every watcher that appears
+/// on the session bus, and again when the bus itself was gone for a while. Without a bus, or a tray
+/// on it, nothing is seen and nothing fails.
+class StatusNotifierTray : public StatusItem {
+ public:
+  struct Services {
+    Dispatch& dispatch;
+    const Screens& screens;
+    SessionBus& bus;
+  };
+
+  /// `iconThemes` is where the program's own icons were installed, if they were. Needs the
+  /// application object; the services outlive this.
+  StatusNotifierTray(Services services, std::filesystem::path iconThemes);
+  ~StatusNotifierTray() override;
+
+  void show(Handlers handlers) override;
+  void hide() override;
+  void setImage(StatusImage image) override;
+  void setToolTip(std::string toolTip) override;
+  void menuChanged() override;
+
+ private:
+  void join();
+  void registerWithWatcher();
+  /// Runs `work` with the handlers in a later turn, unless the item is hidden by then: the bar has
+  /// its answer first.
+  template <class Work>
+  void later(Work work);
+
+  Services services_;
+  std::filesystem::path iconThemes_;
+  std::shared_ptr<Handlers> handlers_;  // null while hidden; its life is the weak token
+  TrayItem item_;
+  TrayMenu menu_;
+  std::unique_ptr<QDBusServiceWatcher> watcher_;  // null until there was a bus
+};
+
+/// A template picture as trays want it: in a grey that is seen on light bars and on dark ones.
+[[nodiscard]] TrayPixmap trayPixmap(const Bitmap& picture);
+
+/// A place in the screen's pixels, in points.
+[[nodiscard]] Point pointOfPixel(const Screens& screens, int x, int y);
+
+}  // namespace vantorel

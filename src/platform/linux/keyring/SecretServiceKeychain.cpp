@@ -1,0 +1,169 @@
+#include "platform/linux/keyring/SecretServiceKeychain.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/glib/GlibThread.h"
+#include "platform/linux/keyring/KeyringCall.h"
+#include "platform/linux/keyring/KeyringItems.h"
+#include "platform/linux/keyring/SecretServiceBus.h"
+
+namespace vantorel {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using SharedSecret = std::shared_ptr<const SecretBytes>;
+
+/// The keyring's thread gives up this much before the main thread, so that what it has to say about
+/// a silent service still arrives.
+constexpr std::chrono::milliseconds margin(100);
+
+SharedSecret shared(const SecretBytes& secret) {
+  return std::make_shared<const SecretBytes>(secret.duplicate());
+}
+
+bool same(const KeychainQuery& a, const KeychainQuery& b) {
+  return a.service == b.service && a.account == b.account &&
+         a.useDataProtectionKeychain == b.useDataProtectionKeychain;
+}
+
+}  // namespace
+
+/// Everything that lives on the keyring's thread, and that thread.
+class SecretServiceKeychain::Worker {
+ public:
+  Worker(Dispatch& dispatch, std::weak_ptr<std::function<void()>> onUnlocked)
+      : dispatch_(dispatch),
+        onUnlocked_(std::move(onUnlocked)),
+        thread_("keyring", [this] { service_.reset(); }) {}
+
+  /// Runs `work` on the thread; each of its steps ends before `deadline`.
+  void post(Deadline deadline, std::function<void(KeyringService&)> work) {
+    thread_.post([this, deadline, work = std::move(work)] {
+      if (!service_) {
+        service_ = std::make_unique<SecretServiceBus>(thread_, [this] { lookAgain(); });
+      }
+      service_->begin(deadline - margin);
+      work(*service_);
+    });
+  }
+
+  [[nodiscard]] KeychainResult find(KeyringService& service, const KeychainQuery& query) {
+    auto result = findKeyringItem(service, query);
+    foundLocked_ = result.status == keychainStatus::userCanceled;
+    return result;
+  }
+
+ private:
+  /// Something may have been unlocked: if it is what a lookup found locked, tells the program.
+  void lookAgain() {
+    if (!foundLocked_ || announced_) return;
+    post(Clock::now() + timeLimit, [this](KeyringService& service) {
+      if (!foundLocked_ || announced_) return;
+      const auto collection = service.collectionNamed("default");
+      if (!collection || collection->empty()) return;
+      const auto locked = service.isLocked(*collection);
+      if (!locked || *locked) return;
+      announced_ = true;
+      dispatch_.async([token = onUnlocked_] {
+        const auto handler = token.lock();
+        if (handler && *handler) (*handler)();
+      });
+    });
+  }
+
+  Dispatch& dispatch_;
+  std::weak_ptr<std::function<void()>> onUnlocked_;
+  std::unique_ptr<SecretServiceBus> service_;
+  bool foundLocked_ = false;  // by the last lookup
+  bool announced_ = false;
+  GlibThread thread_;  // last: it ends before what it uses
+};
+
+struct SecretServiceKeychain::Prepared {
+  KeychainQuery query;
+  Deadline deadline;
+  std::shared_ptr<KeyringCall<KeychainResult>> call;
+};
+
+SecretServiceKeychain::SecretServiceKeychain(Dispatch& dispatch)
+    : dispatch_(dispatch),
+      onUnlocked_(std::make_shared<std::function<void()>>()),
+      worker_(std::make_unique<Worker>(dispatch, onUnlocked_)) {}
+
+SecretServiceKeychain::~SecretServiceKeychain() = default;
+
+void SecretServiceKeychain::onUnlocked(std::function<void()> handler) {
+  *onUnlocked_ = std::move(handler);
+}
+
+void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,
+                                    std::function<void()> ready) {
+  const Deadline deadline = Clock::now() + timeLimit;
+  for (KeychainQuery& query : queries) {
+    if (query.useDataProtectionKeychain) continue;
+    std::erase_if(prepared_, [&](const Prepared& entry) { return same(entry.query, query); });
+    auto call = std::make_shared<KeyringCall<KeychainResult>>();
+    worker_->post(deadline, [worker = worker_.get(), query, call](KeyringService& service) {
+      call->deliver(worker->find(service, query));
+    });
+    prepared_.push_back({std::move(query), deadline, std::move(call)});
+  }
+  // The thread works in order, and no step goes past the deadline: by then all are answered.
+  worker_->post(deadline, [this, ready = std::move(ready),
+                           token = std::weak_ptr(onUnlocked_)](KeyringService& /*service*/) {
+    dispatch_.async([ready, token] {
+      if (!token.expired() && ready) ready();
+    });
+  });
+}
+
+std::optional<KeychainResult> SecretServiceKeychain::takePrepared(const KeychainQuery& query) {
+  const auto found = std::find_if(prepared_.begin(), prepared_.end(),
+                                  [&](const Prepared& entry) { return same(entry.query, query); });
+  if (found == prepared_.end()) return std::nullopt;
+  const Prepared entry = std::move(*found);
+  prepared_.erase(found);
+  auto result = entry.call->wait(entry.deadline);
+  if (!result) result.emplace(KeychainResult{keychainStatus::notAvailable, std::nullopt});
+  return result;
+}
+
+KeychainResult SecretServiceKeychain::copyMatching(const KeychainQuery& query) {
+  if (query.useDataProtectionKeychain) return {keychainStatus::missingEntitlement, std::nullopt};
+  if (auto result = takePrepared(query)) return std::move(*result);
+  const Deadline deadline = Clock::now() + timeLimit;
+  const auto call = std::make_shared<KeyringCall<KeychainResult>>();
+  worker_->post(deadline, [worker = worker_.get(), query, call](KeyringService& service) {
+    call->deliver(worker->find(service, query));
+  });
+  auto result = call->wait(deadline);
+  if (!result) return {keychainStatus::notAvailable, std::nullopt};
+  return std::move(*result);
+}
+
+OSStatus SecretServiceKeychain::add(const KeychainQuery& query,
+                                    const KeychainAttributes& attributes, const SecretBytes& data) {
+  if (query.useDataProtectionKeychain) return keychainStatus::missingEntitlement;
+  const Deadline deadline = Clock::now() + timeLimit;
+  const auto call = std::make_shared<KeyringCall<OSStatus>>();
+  worker_->post(deadline, [query, label = attributes.label, secret = shared(data),
+                           call](KeyringService& service) {
+    call->deliver(addKeyringItem(service, query, label, *secret));
+  });
+  return call->wait(deadline).value_or(keychainStatus::notAvailable);
+}
+
+OSStatus SecretServiceKeychain::update(const KeychainQuery& query, const SecretBytes& data) {
+  if (query.useDataProtectionKeychain) return keychainStatus::missingEntitlement;
+  const Deadline deadline = Clock::now() + timeLimit;
+  const auto call = std::make_shared<KeyringCall<OSStatus>>();
+  worker_->post(deadline, [query, secret = shared(data), call](KeyringService& service) {
+    const OSStatus status = updateKeyringItem(
+        service, query, *secret, [&] { return call->deliver(keychainStatus::success); });
+    if (status != keychainStatus::success) call->deliver(status);
+  });
+  return call->wait(deadline).value_or(keychainStatus::notAvailable);
+}
+
+}  // namespace vantorel

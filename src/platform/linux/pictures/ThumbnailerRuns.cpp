@@ -1,0 +1,84 @@
+#include "platform/linux/pictures/ThumbnailerRuns.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/pictures/PictureReading.h"
+#include "platform/linux/pictures/PrivateDirectory.h"
+#include "platform/linux/pictures/ThumbnailNames.h"
+
+namespace vantorel {
+
+ThumbnailerRuns::ThumbnailerRuns(Services services, std::filesystem::path temporary, Limits limits)
+    : services_(services),
+      temporary_(std::move(temporary)),
+      limits_(limits),
+      patient_(services.dispatch.serialQueue("com.vantorel.slow-thumbs")),
+      hasty_(services.dispatch.serialQueue("com.vantorel.thumbnailers")) {}
+
+ThumbnailerRuns::~ThumbnailerRuns() { stop(); }
+
+void ThumbnailerRuns::stop() { stop_.raise(); }
+
+void ThumbnailerRuns::make(const Request& request, const ThumbnailerEntry& thumbnailer,
+                           const Completion& completion) {
+  if (isHopeless(request)) return completion(nullptr);
+  {
+    const std::lock_guard lock(mutex_);
+    auto& waiting = waiting_[Key(request.file.string(), request.most.width, request.most.height)];
+    waiting.push_back(completion);
+    if (waiting.size() > 1) return;
+  }
+  hasty_->async([this, request, thumbnailer] { tryForAMoment(request, thumbnailer); });
+}
+
+bool ThumbnailerRuns::isHopeless(const Request& request) const {
+  const std::lock_guard lock(mutex_);
+  const auto known = hopeless_.find(request.file.string());
+  return known != hopeless_.end() && known->second == request.changeTime;
+}
+
+void ThumbnailerRuns::tryForAMoment(const Request& request, const ThumbnailerEntry& thumbnailer) {
+  const bool mayTakeLonger = limits_.moment < limits_.process.time;
+  const auto first = attempt(request, thumbnailer, std::min(limits_.moment, limits_.process.time));
+  if (first.end != ProcessEnd::tookTooLong || !mayTakeLonger) return finish(request, first);
+  patient_->async([this, request, thumbnailer] {
+    finish(request, attempt(request, thumbnailer, limits_.process.time));
+  });
+}
+
+ThumbnailerRuns::Attempt ThumbnailerRuns::attempt(const Request& request,
+                                                  const ThumbnailerEntry& thumbnailer,
+                                                  std::chrono::milliseconds time) const {
+  const PrivateDirectory directory(temporary_);
+  if (directory.path().empty()) return {};
+  const auto output = directory.path() / "thumbnail.png";
+  const auto command =
+      thumbnailerCommand(thumbnailer, {request.file, thumbnailUri(request.file), output,
+                                       std::max(request.most.width, request.most.height)});
+  auto limits = limits_.process;
+  limits.time = time;
+  Attempt result;
+  result.end = runLimited(command, directory.path(), limits, stop_);
+  if (result.end != ProcessEnd::success) return result;
+  const auto bytes = services_.files.readFile(output, limits.fileSize);
+  if (bytes) result.picture = pixelsWithin(services_.decoder, *bytes, request.most);
+  return result;
+}
+
+void ThumbnailerRuns::finish(const Request& request, const Attempt& attempt) {
+  const auto file = request.file.string();
+  std::vector<Completion> waiting;
+  {
+    const std::lock_guard lock(mutex_);
+    if (attempt.end == ProcessEnd::tookTooLong || attempt.end == ProcessEnd::crashed) {
+      hopeless_[file] = request.changeTime;
+    }
+    const auto found = waiting_.find(Key(file, request.most.width, request.most.height));
+    waiting = std::move(found->second);
+    waiting_.erase(found);
+  }
+  for (const auto& each : waiting) each(attempt.picture);
+}
+
+}  // namespace vantorel

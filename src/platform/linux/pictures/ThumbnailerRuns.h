@@ -1,0 +1,88 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "base/FileSystem.h"
+#include "platform/Bitmap.h"
+#include "platform/Dispatch.h"
+#include "platform/Image.h"
+#include "platform/linux/pictures/LimitedProcess.h"
+#include "platform/linux/pictures/ThumbnailerEntry.h"
+
+namespace vantorel {
+
+/// Runs installed thumbnailers, one file after the other. One that is not done within a moment is
+/// begun anew on a queue for patience, where it may take its time limit: files that hang do not add
+/// up for those that do not. A file whose thumbnailer took too long even there, or crashed, is not
+/// tried again before it changes, as long as the program runs.
+class ThumbnailerRuns {
+ public:
+  using Completion = std::function<void(SharedBitmap)>;
+  struct Limits {
+    ProcessLimits process;
+    std::chrono::milliseconds moment{2'000};
+  };
+  /// All outlive this.
+  struct Services {
+    Dispatch& dispatch;
+    FileSystem& files;
+    const ImageDecoder& decoder;
+  };
+  struct Request {
+    std::filesystem::path file;
+    std::int64_t changeTime = 0;  // seconds since 1970
+    PixelSize most;
+  };
+
+  /// `temporary`: where thumbnailers leave their pictures for a moment.
+  ThumbnailerRuns(Services services, std::filesystem::path temporary, Limits limits);
+  ~ThumbnailerRuns();
+  ThumbnailerRuns(const ThumbnailerRuns&) = delete;
+  ThumbnailerRuns& operator=(const ThumbnailerRuns&) = delete;
+
+  /// `completion` is called once, on a thread of this one's choosing, with null when no picture
+  /// could be made; at once when there is no hope for the file. Who asks while a thumbnailer is at
+  /// it waits for the same picture. Any thread.
+  void make(const Request& request, const ThumbnailerEntry& thumbnailer,
+            const Completion& completion);
+
+  /// Kills the running thumbnailers and starts none any more. Any thread.
+  void stop();
+
+ private:
+  using Key = std::tuple<std::string, int, int>;
+  struct Attempt {
+    ProcessEnd end = ProcessEnd::notStarted;
+    SharedBitmap picture;
+  };
+
+  [[nodiscard]] bool isHopeless(const Request& request) const;
+  void tryForAMoment(const Request& request, const ThumbnailerEntry& thumbnailer);
+  [[nodiscard]] Attempt attempt(const Request& request, const ThumbnailerEntry& thumbnailer,
+                                std::chrono::milliseconds time) const;
+  void finish(const Request& request, const Attempt& attempt);
+
+  Services services_;
+  const std::filesystem::path temporary_;
+  const Limits limits_;
+  StopSignal stop_;
+
+  mutable std::mutex mutex_;                        // the two below
+  std::map<Key, std::vector<Completion>> waiting_;  // by file and size
+  std::map<std::string, std::int64_t> hopeless_;    // by path, when it had changed last
+
+  // Last, as they use what is above; the hasty one feeds the patient one and so ends first.
+  std::unique_ptr<SerialQueue> patient_;
+  std::unique_ptr<SerialQueue> hasty_;
+};
+
+}  // namespace vantorel

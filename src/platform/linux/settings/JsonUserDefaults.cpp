@@ -1,0 +1,129 @@
+#include "platform/linux/settings/JsonUserDefaults.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/settings/IsoDate.h"
+
+namespace vantorel {
+namespace {
+
+constexpr unsigned filePermissions = 0600;
+constexpr unsigned directoryPermissions = 0700;
+
+std::filesystem::path withSuffix(const std::filesystem::path& path, const std::string& suffix) {
+  return path.parent_path() / (path.filename().string() + suffix);
+}
+
+}  // namespace
+
+JsonUserDefaults::JsonUserDefaults(FileSystem& files, std::filesystem::path path)
+    : files_(files), path_(std::move(path)) {
+  switch (read()) {
+    case Reading::understood:
+      break;
+    case Reading::damaged:
+      memoryOnly_ = !setAside();
+      break;
+    case Reading::refused:
+      memoryOnly_ = true;
+      break;
+  }
+}
+
+JsonUserDefaults::Reading JsonUserDefaults::read() {
+  if (!files_.exists(path_)) return Reading::understood;
+  const auto size = files_.fileSize(path_);
+  if (!size) return Reading::refused;
+  if (*size > maximumFileSize) return Reading::damaged;
+  const auto bytes = files_.readFile(path_, maximumFileSize);
+  if (!bytes) return Reading::refused;
+  auto members = parseJsonObject(textOf(*bytes));
+  if (!members) return Reading::damaged;
+  members_ = std::move(*members);
+  return Reading::understood;
+}
+
+bool JsonUserDefaults::setAside() {
+  std::filesystem::path aside;
+  int number = 0;
+  do {
+    aside = withSuffix(path_, ".damaged-" + std::to_string(++number));
+  } while (files_.exists(aside) && number < 1000);
+  return !files_.exists(aside) && !files_.rename(path_, aside);
+}
+
+const JsonMember* JsonUserDefaults::find(std::string_view key) const {
+  const auto found = std::find_if(members_.begin(), members_.end(),
+                                  [&](const JsonMember& member) { return member.key == key; });
+  return found == members_.end() ? nullptr : &*found;
+}
+
+bool JsonUserDefaults::contains(std::string_view key) const {
+  const JsonMember* member = find(key);
+  return member && member->text != "null";
+}
+
+std::optional<bool> JsonUserDefaults::boolean(std::string_view key) const {
+  const JsonMember* member = find(key);
+  return member ? jsonBoolean(member->text) : std::nullopt;
+}
+
+std::optional<std::int64_t> JsonUserDefaults::integer(std::string_view key) const {
+  const JsonMember* member = find(key);
+  return member ? jsonInteger(member->text) : std::nullopt;
+}
+
+std::optional<std::string> JsonUserDefaults::string(std::string_view key) const {
+  const JsonMember* member = find(key);
+  return member ? jsonString(member->text) : std::nullopt;
+}
+
+std::optional<Date> JsonUserDefaults::date(std::string_view key) const {
+  const auto text = string(key);
+  return text ? dateFromIsoText(*text) : std::nullopt;
+}
+
+std::optional<std::vector<std::string>> JsonUserDefaults::stringArray(std::string_view key) const {
+  const JsonMember* member = find(key);
+  return member ? jsonStringArray(member->text) : std::nullopt;
+}
+
+void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
+  auto text = jsonText(value);
+  if (!text || !isJsonKey(key)) return;
+  const auto found = std::find_if(members_.begin(), members_.end(),
+                                  [&](const JsonMember& member) { return member.key == key; });
+  if (found == members_.end()) {
+    members_.push_back({std::string(key), std::move(*text)});
+  } else {
+    found->text = std::move(*text);
+  }
+  write();
+}
+
+void JsonUserDefaults::remove(std::string_view key) {
+  const auto removed =
+      std::erase_if(members_, [&](const JsonMember& member) { return member.key == key; });
+  if (removed > 0) write();
+}
+
+void JsonUserDefaults::write() {
+  if (memoryOnly_) return;
+  const auto directory = path_.parent_path();
+  if (files_.createDirectories(directory, directoryPermissions)) return;
+  // A directory that others made with wider permissions is narrowed as far as we may; the file is
+  // closed to others either way.
+  static_cast<void>(files_.setPermissions(directory, directoryPermissions));
+  const auto temporary = withSuffix(path_, ".new");
+  if (files_.exists(temporary) && files_.remove(temporary)) return;
+  const std::string text = jsonObjectText(members_);
+  if (files_.writeNewFile(temporary, bytesOf(text), filePermissions) ||
+      files_.rename(temporary, path_)) {
+    static_cast<void>(files_.remove(temporary));
+    return;
+  }
+  static_cast<void>(files_.syncDirectory(directory));
+}
+
+}  // namespace vantorel

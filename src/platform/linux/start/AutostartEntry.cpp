@@ -1,0 +1,177 @@
+#include "platform/linux/start/AutostartEntry.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vantorel {
+namespace {
+
+constexpr std::string_view groupHeader = "[Desktop Entry]";
+constexpr std::string_view blanks = " \t\r";
+
+std::string_view stripped(std::string_view text) {
+  const auto first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::vector<std::string> linesOf(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const auto end = text.find('\n');
+    lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
+  return lines;
+}
+
+bool isHeader(std::string_view line) {
+  const auto content = stripped(line);
+  return !content.empty() && content.front() == '[';
+}
+
+bool hasKey(std::string_view line, std::string_view key) {
+  const auto content = stripped(line);
+  const auto equals = content.find('=');
+  return equals != std::string_view::npos && stripped(content.substr(0, equals)) == key;
+}
+
+std::vector<std::string> listOf(std::string_view value) {
+  std::vector<std::string> parts;
+  while (!value.empty()) {
+    const auto end = value.find(';');
+    if (const auto part = stripped(value.substr(0, end)); !part.empty()) parts.emplace_back(part);
+    value.remove_prefix(end == std::string_view::npos ? value.size() : end + 1);
+  }
+  return parts;
+}
+
+bool shareOne(const std::vector<std::string>& some, const std::vector<std::string>& others) {
+  return std::find_first_of(some.begin(), some.end(), others.begin(), others.end()) != some.end();
+}
+
+/// As every text value of a key file is written.
+std::string escapedValue(std::string_view value) {
+  std::string escaped;
+  for (const char character : value) {
+    switch (character) {
+      case '\\':
+        escaped += "\\\\";
+        break;
+      case '\n':
+        escaped += "\\n";
+        break;
+      case '\r':
+        escaped += "\\r";
+        break;
+      case '\t':
+        escaped += "\\t";
+        break;
+      default:
+        escaped += character;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace
+
+std::string desktopEntryCommand(const std::filesystem::path& program) {
+  const std::string& path = program.native();
+  const bool isPlain = path.find_first_of(" \t\n\r\"'\\><~|&;$*?#()`%") == std::string::npos;
+  if (isPlain) return path;
+  std::string quoted = "\"";
+  for (const char character : path) {
+    if (character == '"' || character == '`' || character == '$' || character == '\\') {
+      quoted += '\\';
+    }
+    quoted += character;
+    if (character == '%') quoted += '%';
+  }
+  return escapedValue(quoted + '"');
+}
+
+AutostartEntry::AutostartEntry(std::string_view text) {
+  auto* part = &before_;
+  for (auto& line : linesOf(text)) {
+    const bool begins = part == &before_ && stripped(line) == groupHeader;
+    if (part == &group_ && isHeader(line)) part = &behind_;
+    part->push_back(std::move(line));
+    if (begins) part = &group_;
+  }
+  if (part != &before_) return;
+  before_ = {std::string(groupHeader)};
+}
+
+bool AutostartEntry::startsAtLogin(const AutostartSurroundings& surroundings) const {
+  // Desktops that switch entries off by a key of their own leave the convention's alone.
+  return isApplication() && value("Hidden") != "true" &&
+         value("X-GNOME-Autostart-enabled") != "false" && isHere(surroundings);
+}
+
+bool AutostartEntry::isApplication() const {
+  return value("Type") == "Application" && !value("Exec").empty();
+}
+
+bool AutostartEntry::isHere(const AutostartSurroundings& surroundings) const {
+  const auto only = listOf(value("OnlyShowIn"));
+  if (!only.empty() && !shareOne(only, surroundings.currentDesktops)) return false;
+  if (shareOne(listOf(value("NotShowIn")), surroundings.currentDesktops)) return false;
+  const auto tried = value("TryExec");
+  return tried.empty() || surroundings.programExists(tried);
+}
+
+void AutostartEntry::enable(const std::filesystem::path& program,
+                            const AutostartSurroundings& surroundings) {
+  set("Type", "Application");
+  if (value("Name").empty()) set("Name", "Vantorel");
+  if (value("Icon").empty()) set("Icon", "com.vantorel.Vantorel");
+  set("Exec", desktopEntryCommand(program));
+  remove("Hidden");
+  if (value("X-GNOME-Autostart-enabled") == "false") set("X-GNOME-Autostart-enabled", "true");
+  if (isHere(surroundings)) return;
+  remove("OnlyShowIn");
+  remove("NotShowIn");
+  remove("TryExec");
+}
+
+void AutostartEntry::disable() { set("Hidden", "true"); }
+
+std::string AutostartEntry::text() const {
+  std::string text;
+  for (const auto* part : {&before_, &group_, &behind_}) {
+    for (const auto& line : *part) text.append(line).append("\n");
+  }
+  return text;
+}
+
+std::string AutostartEntry::value(std::string_view key) const {
+  const auto found = std::find_if(group_.begin(), group_.end(),
+                                  [key](const auto& line) { return hasKey(line, key); });
+  if (found == group_.end()) return {};
+  return std::string(stripped(std::string_view(*found).substr(found->find('=') + 1)));
+}
+
+std::vector<std::string>::iterator AutostartEntry::lineOf(std::string_view key) {
+  return std::find_if(group_.begin(), group_.end(),
+                      [key](const auto& line) { return hasKey(line, key); });
+}
+
+void AutostartEntry::set(std::string_view key, std::string_view value) {
+  auto line = std::string(key).append("=").append(value);
+  const auto found = lineOf(key);
+  if (found != group_.end()) {
+    *found = std::move(line);
+    return;
+  }
+  // Blank lines part the group from the next one.
+  auto end = group_.end();
+  while (end != group_.begin() && stripped(*(end - 1)).empty()) --end;
+  group_.insert(end, std::move(line));
+}
+
+void AutostartEntry::remove(std::string_view key) {
+  std::erase_if(group_, [key](const auto& line) { return hasKey(line, key); });
+}
+
+}  // namespace vantorel

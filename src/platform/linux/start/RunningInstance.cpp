@@ -1,0 +1,101 @@
+#include "platform/linux/start/RunningInstance.h"
+
+#include <climits>
+#include <string_view>
+#include <utility>
+
+#include "platform/ApplicationId.h"
+#include "platform/linux/glib/BusConnection.h"
+#include "platform/linux/glib/SessionBusAddress.h"
+
+namespace vantorel {
+namespace {
+
+/// What the window system wants to know about the user's action behind a request.
+GVariant* platformData(const EnvironmentLookup& lookup) {
+  GVariantBuilder builder;
+  g_variant_builder_init(&builder, G_VARIANT_TYPE("a{sv}"));
+  for (const auto& [variable, key] : {std::pair("DESKTOP_STARTUP_ID", "desktop-startup-id"),
+                                      std::pair("XDG_ACTIVATION_TOKEN", "activation-token")}) {
+    const auto value = lookup(variable);
+    if (!value || g_utf8_validate(value->c_str(), -1, nullptr) == FALSE) continue;
+    g_variant_builder_add(&builder, "{sv}", key, g_variant_new_string(value->c_str()));
+  }
+  return g_variant_builder_end(&builder);
+}
+
+struct Request {
+  const char* method;
+  VariantPointer arguments;
+};
+
+/// What goes with the action: one text, or nothing.
+GVariant* parametersOf(Command command, const std::string& argument) {
+  if (!takesArgument(command)) {
+    return g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0);
+  }
+  GVariant* parameter = g_variant_new_variant(g_variant_new_string(argument.c_str()));
+  return g_variant_new_array(G_VARIANT_TYPE_VARIANT, &parameter, 1);
+}
+
+std::optional<Request> requestFor(Command command, const std::string& argument,
+                                  const EnvironmentLookup& lookup) {
+  if (command == Command::open) {
+    GVariant* data = platformData(lookup);
+    return Request{"Activate", VariantPointer(g_variant_ref_sink(g_variant_new_tuple(&data, 1)))};
+  }
+  const auto action = actionName(command);
+  if (!action || g_utf8_validate(argument.c_str(), -1, nullptr) == FALSE) return std::nullopt;
+  GVariant* arguments = g_variant_new("(s@av@a{sv})", std::string(*action).c_str(),
+                                      parametersOf(command, argument), platformData(lookup));
+  return Request{"ActivateAction", VariantPointer(g_variant_ref_sink(arguments))};
+}
+
+ForwardResult meaningOf(const GError* error) {
+  if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE ||
+      g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE) {
+    return ForwardResult::forwarded;  // it lies in the queue of somebody busy
+  }
+  const TextPointer text(g_dbus_error_get_remote_error(error));
+  const std::string_view name(text ? text.get() : "");
+  if (name == "org.freedesktop.DBus.Error.ServiceUnknown" ||
+      name == "org.freedesktop.DBus.Error.NameHasNoOwner" ||
+      name == "org.freedesktop.DBus.Error.NoReply") {
+    return ForwardResult::notRunning;
+  }
+  return name.empty() ? ForwardResult::noBus : ForwardResult::refused;
+}
+
+ForwardResult send(GlibLoop& loop, Deadline deadline, GDBusConnection* connection,
+                   const Request& request) {
+  const auto result =
+      loop.await(deadline, [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
+        g_dbus_connection_call(connection, applicationId::name, applicationId::objectPath,
+                               applicationId::interface, request.method, request.arguments.get(),
+                               nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, INT_MAX, cancellable, done,
+                               slot);
+      });
+  GError* error = nullptr;
+  const VariantPointer reply(g_dbus_connection_call_finish(connection, result.get(), &error));
+  const ErrorPointer failed(error);
+  return failed ? meaningOf(failed.get()) : ForwardResult::forwarded;
+}
+
+}  // namespace
+
+ForwardResult forwardToRunningInstance(Command command, const std::string& argument,
+                                       const EnvironmentLookup& lookup) {
+  const Deadline deadline = std::chrono::steady_clock::now() + forwardTimeLimit;
+  const auto address = sessionBusAddress(lookup);
+  if (!address) return ForwardResult::noBus;
+  const auto request = requestFor(command, argument, lookup);
+  if (!request) return ForwardResult::refused;
+  GlibLoop loop;
+  const GlibLoop::Served served(loop);
+  const auto connection = openBusConnection(
+      *address, [&](const GlibLoop::Start& start) { return loop.await(deadline, start); });
+  if (!connection) return ForwardResult::noBus;
+  return send(loop, deadline, connection.get(), *request);
+}
+
+}  // namespace vantorel

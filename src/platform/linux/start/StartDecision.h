@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/linux/start/CommandLine.h"
+#include "platform/linux/start/InstanceLock.h"
+#include "platform/linux/start/RunningInstance.h"
+
+namespace vantorel {
+
+/// Who has the program's name on the session bus after asking for it.
+enum class NameClaim { owned, taken, noBus };
+
+/// How a start of the program goes on: as the one instance, or to its end with an exit status and
+/// perhaps a line for stderr.
+struct StartDecision {
+  enum class Course { run, exit };
+  Course course = Course::run;
+  int exitStatus = 0;
+  std::string message;
+};
+
+/// What a start may ask its surroundings.
+struct StartSteps {
+  std::function<ForwardResult(Command)> forward;
+  std::function<NameClaim()> claim;
+  std::function<InstanceLock::Result()> lock;
+};
+
+/// First, before the toolkit is made ready, since most second starts end here: asks the running
+/// instance. Uses `forward` alone.
+[[nodiscard]] StartDecision decideBeforeToolkit(Command command, const StartSteps& steps);
+
+/// Then, once there is an application object: becomes the one instance, or hands `command` to
+/// whoever became it at the same moment. A lock file keeps a second instance away from the history
+/// of one that the session bus does not know of; where a lock is not to be had the program runs
+/// without. A start that runs with a
+/// command other than `open` does it once it has started.
+[[nodiscard]] StartDecision decideWithToolkit(Command command, const StartSteps& steps);
+
+}  // namespace vantorel

@@ -1,0 +1,180 @@
+#include "platform/linux/textinpictures/TextWorkerProcess.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <condition_variable>
+#include <csignal>
+#include <ctime>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "base/ArgumentPointers.h"
+
+namespace vantorel {
+namespace {
+
+/// What a new process starts with: no open file but the socket as its input, and signals as if
+/// nobody had ever changed them.
+class SpawnSetup {
+ public:
+  explicit SpawnSetup(int socket) {
+    posix_spawn_file_actions_init(&files_);
+    posix_spawn_file_actions_adddup2(&files_, socket, STDIN_FILENO);
+    posix_spawn_file_actions_addopen(&files_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&files_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&files_, STDERR_FILENO + 1);
+    posix_spawnattr_init(&attributes_);
+    sigset_t none;
+    sigset_t all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_setsigmask(&attributes_, &none);
+    posix_spawnattr_setsigdefault(&attributes_, &all);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  ~SpawnSetup() {
+    posix_spawn_file_actions_destroy(&files_);
+    posix_spawnattr_destroy(&attributes_);
+  }
+  SpawnSetup(const SpawnSetup&) = delete;
+  SpawnSetup& operator=(const SpawnSetup&) = delete;
+
+  [[nodiscard]] const posix_spawn_file_actions_t* files() const { return &files_; }
+  [[nodiscard]] const posix_spawnattr_t* attributes() const { return &attributes_; }
+
+ private:
+  posix_spawn_file_actions_t files_{};
+  posix_spawnattr_t attributes_{};
+};
+
+/// 0 when it cannot be started.
+pid_t spawn(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+            int socket) {
+  std::vector<std::string> words{program.string()};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  words.push_back(std::to_string(::getpid()));
+  // One thread reads a line faster than several: they would mostly wait for each other.
+  std::vector<std::string> variables{"OMP_THREAD_LIMIT=1", "OMP_NUM_THREADS=1", "LC_ALL=C",
+                                     "TMPDIR=/nonexistent"};
+  const SpawnSetup setup(socket);
+  pid_t pid = 0;
+  const int error =
+      ::posix_spawn(&pid, program.c_str(), setup.files(), setup.attributes(),
+                    argumentPointers(words).data(), argumentPointers(variables).data());
+  return error == 0 ? pid : 0;
+}
+
+}  // namespace
+
+/// The process itself, until it has been waited for.
+class TextWorkerProcess::Life {
+ public:
+  explicit Life(pid_t pid) : pid_(pid) {}
+
+  [[nodiscard]] pid_t processId() const { return pid_; }
+
+  void kill() {
+    const std::lock_guard lock(mutex_);
+    if (!isGone_) ::kill(pid_, SIGKILL);
+  }
+
+  [[nodiscard]] bool isGone() {
+    const std::lock_guard lock(mutex_);
+    return isGone_;
+  }
+
+  [[nodiscard]] bool wentIdle(const std::stop_token& stop, Deadline deadline) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_until(lock, stop, deadline, [this] { return isGone_; }) && wentIdle_;
+  }
+
+  /// Waits for the end of the process first and takes its number back afterwards, under the lock:
+  /// nobody ever kills another process that got the same number.
+  void reap() {
+    siginfo_t end{};
+    (void)retryingInterrupted(
+        [&] { return ::waitid(P_PID, static_cast<id_t>(pid_), &end, WEXITED | WNOWAIT); });
+    const std::lock_guard lock(mutex_);
+    (void)retryingInterrupted([&] { return ::waitpid(pid_, nullptr, 0); });
+    isGone_ = true;
+    wentIdle_ = end.si_code == CLD_EXITED && end.si_status == 0;
+    changed_.notify_all();
+  }
+
+ private:
+  const pid_t pid_;
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  bool isGone_ = false;  // guarded, as is what follows; the number may be another process's then
+  bool wentIdle_ = false;
+};
+
+std::unique_ptr<TextWorkerProcess> TextWorkerProcess::start(
+    const std::filesystem::path& program, const std::vector<std::string>& arguments) {
+  std::array<int, 2> ends{-1, -1};
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return nullptr;
+  FileDescriptor ours(ends[0]);
+  const FileDescriptor theirs(ends[1]);
+  const pid_t pid = spawn(program, arguments, theirs.get());
+  if (pid == 0) return nullptr;
+  auto life = std::make_shared<Life>(pid);
+  try {
+    std::thread reaper([life] { life->reap(); });
+    pthread_setname_np(reaper.native_handle(), "text-reaper");
+    reaper.detach();
+  } catch (const std::system_error&) {  // no more threads
+    life->kill();
+    life->reap();
+    return nullptr;
+  }
+  return std::unique_ptr<TextWorkerProcess>(
+      new TextWorkerProcess(std::move(life), std::move(ours)));
+}
+
+TextWorkerProcess::TextWorkerProcess(std::shared_ptr<Life> life, FileDescriptor socket)
+    : life_(std::move(life)), socket_(std::move(socket)) {}
+
+TextWorkerProcess::~TextWorkerProcess() { life_->kill(); }
+
+bool TextWorkerProcess::send(ByteView picture, Deadline deadline) {
+  return sendPicture(socket_.get(), picture, deadline);
+}
+
+std::optional<TextReply> TextWorkerProcess::receive(Deadline deadline) {
+  return receiveReply(socket_.get(), deadline);
+}
+
+bool TextWorkerProcess::hasReply(Deadline deadline) const {
+  return hasInput(socket_.get(), deadline);
+}
+
+std::chrono::nanoseconds TextWorkerProcess::processorTime() const {
+  clockid_t clock{};
+  timespec time{};
+  if (::clock_getcpuclockid(life_->processId(), &clock) != 0 || ::clock_gettime(clock, &time) != 0)
+    return {};
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+void TextWorkerProcess::terminate() {
+  life_->kill();
+  ::shutdown(socket_.get(), SHUT_RDWR);
+}
+
+bool TextWorkerProcess::isRunning() const { return !life_->isGone(); }
+
+bool TextWorkerProcess::wentIdle(const std::stop_token& stop, Deadline deadline) const {
+  return life_->wentIdle(stop, deadline);
+}
+
+pid_t TextWorkerProcess::processId() const { return life_->processId(); }
+
+}  // namespace vantorel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Bytes.h"
+
+namespace vantorel {
+
+// What the program and the worker that reads its pictures say to each other over a socket: a
+// picture there, its text back. Both are built together, so there are no versions.
+
+struct TextReply {
+  enum class Status : std::uint32_t { read = 1, unreadable = 2, noEngine = 3 };
+  Status status = Status::unreadable;
+  std::vector<std::string> lines;
+};
+
+/// How much of the processors a worker gets: what nobody else wants, or a small part in any case.
+enum class Share { leftOver, small };
+
+inline constexpr std::size_t largestRequest = std::size_t{1} << 28U;
+inline constexpr std::size_t largestReply = std::size_t{1} << 20U;
+
+using Deadline = std::chrono::steady_clock::time_point;
+
+/// Waits until something comes, be it the end of the other side. False at the deadline.
+[[nodiscard]] bool hasInput(int socket, Deadline deadline);
+
+/// Each sends or receives one whole message over a stream socket. False or absent when the other
+/// end is gone, the deadline passes, or what comes is no message.
+[[nodiscard]] bool sendPicture(int socket, ByteView picture, Deadline deadline);
+[[nodiscard]] std::optional<Bytes> receivePicture(int socket, Deadline deadline);
+[[nodiscard]] bool sendReply(int socket, const TextReply& reply, Deadline deadline);
+[[nodiscard]] std::optional<TextReply> receiveReply(int socket, Deadline deadline);
+
+}  // namespace vantorel

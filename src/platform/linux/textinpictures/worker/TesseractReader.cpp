@@ -1,0 +1,82 @@
+#include "platform/linux/textinpictures/worker/TesseractReader.h"
+
+#include <tesseract/resultiterator.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace vantorel {
+namespace {
+
+constexpr int bytesPerPixel = 1;
+constexpr int resolution = 300;  // of a line at the size it is read at
+
+/// Without the invisible marks of direction, which would keep a search from finding the word, and
+/// without white space.
+std::string cleaned(std::string_view text) {
+  constexpr std::string_view leftToRight = "\u200E";
+  constexpr std::string_view rightToLeft = "\u200F";
+  std::string result;
+  while (!text.empty()) {
+    if (text.starts_with(leftToRight) || text.starts_with(rightToLeft)) {
+      text.remove_prefix(leftToRight.size());
+      continue;
+    }
+    if (text.front() != '\n' && text.front() != ' ') result += text.front();
+    text.remove_prefix(1);
+  }
+  return result;
+}
+
+ReadWord wordAt(const tesseract::ResultIterator& place) {
+  ReadWord word;
+  const std::unique_ptr<char[]> text(place.GetUTF8Text(tesseract::RIL_WORD));
+  if (text) word.text = cleaned(text.get());
+  word.confidence = place.Confidence(tesseract::RIL_WORD);
+  int top = 0;
+  int bottom = 0;
+  place.BoundingBox(tesseract::RIL_WORD, &word.left, &top, &word.right, &bottom);
+  return word;
+}
+
+}  // namespace
+
+TesseractReader::TesseractReader(std::filesystem::path modelDirectory, std::string model)
+    : modelDirectory_(std::move(modelDirectory)), model_(std::move(model)) {}
+
+TesseractReader::~TesseractReader() = default;
+
+bool TesseractReader::load() {
+  if (state_ != State::asleep) return state_ == State::loaded;
+  const bool loaded =
+      engine_.Init(modelDirectory_.c_str(), model_.c_str(), tesseract::OEM_LSTM_ONLY) == 0;
+  state_ = loaded ? State::loaded : State::failed;
+  if (!loaded) return false;
+  engine_.SetPageSegMode(tesseract::PSM_SINGLE_LINE);
+  // Every line comes as dark on light; a second try on its negative would find nothing.
+  engine_.SetVariable("tessedit_do_invert", "0");
+  engine_.SetVariable("debug_file", "/dev/null");
+  return true;
+}
+
+std::optional<LineReading> TesseractReader::read(const GreyPicture& line) {
+  if (!load()) return std::nullopt;
+  LineReading reading{model_ == "heb" ? Script::hebrew : Script::latin, {}};
+  engine_.SetImage(line.pixels.data(), line.width, line.height, bytesPerPixel,
+                   line.width * bytesPerPixel);
+  engine_.SetSourceResolution(resolution);
+  if (engine_.Recognize(nullptr) != 0) return std::nullopt;
+  const std::unique_ptr<tesseract::ResultIterator> place(engine_.GetIterator());
+  if (place && !place->Empty(tesseract::RIL_WORD)) {
+    do {
+      ReadWord word = wordAt(*place);
+      if (!word.text.empty()) reading.words.push_back(std::move(word));
+    } while (place->Next(tesseract::RIL_WORD));
+  }
+  engine_.Clear();
+  std::sort(reading.words.begin(), reading.words.end(),
+            [](const ReadWord& a, const ReadWord& b) { return a.left < b.left; });
+  return reading;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,117 @@
+// Reads the text in pictures that come over its standard input, a socket, and answers there.
+// Started by the program itself:
+//   vantorel-text MODEL-DIRECTORY MODEL,MODEL... IDLE-SECONDS left-over|small PARENT
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <span>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/textinpictures/TextWorkerProtocol.h"
+#include "platform/linux/textinpictures/worker/TesseractReader.h"
+#include "platform/linux/textinpictures/worker/WorkerConfinement.h"
+#include "platform/linux/textinpictures/worker/WorkerLimits.h"
+
+namespace vantorel {
+namespace {
+
+using Status = TextReply::Status;
+using std::chrono::steady_clock;
+
+constexpr double mostReadingSeconds = 15;  // of the processor, for one picture
+// Decoding cannot be interrupted, but it can be killed.
+constexpr double mostProcessorSeconds = 20;
+constexpr std::chrono::seconds transferLimit{600};  // a busy machine leaves little time
+
+std::vector<std::string> namesIn(const std::string& list) {
+  std::vector<std::string> names;
+  std::istringstream in(list);
+  for (std::string name; std::getline(in, name, ',');) names.push_back(name);
+  return names;
+}
+
+class Worker {
+ public:
+  Worker(const std::string& directory, const std::vector<std::string>& models)
+      : page_(readers(directory, models), [this] { return processorSeconds() > timeUp_; }) {}
+
+  [[nodiscard]] TextReply read(const Bytes& picture) {
+    if (!hasEngine_) return {Status::noEngine, {}};
+    allowProcessorSeconds(mostProcessorSeconds);
+    timeUp_ = processorSeconds() + mostReadingSeconds;
+    try {
+      const auto rows = openPicture(picture);
+      auto lines = rows ? page_.read(*rows) : std::nullopt;
+      if (lines) return {Status::read, std::move(*lines)};
+    } catch (const std::exception&) {  // no memory for it, and who knows where it was missing
+      isSpoilt_ = true;
+    }
+    return {Status::unreadable, {}};
+  }
+
+  /// Whether the next picture deserves an engine that is in a known state.
+  [[nodiscard]] bool isSpoilt() const { return isSpoilt_; }
+
+ private:
+  /// Readers of digits come first, and only the first that works is loaded before it is needed.
+  std::vector<std::unique_ptr<LineReader>> readers(const std::string& directory,
+                                                   const std::vector<std::string>& models) {
+    std::vector<std::unique_ptr<LineReader>> all;
+    for (const std::string& model : models) {
+      auto reader = std::make_unique<TesseractReader>(directory, model);
+      if (model == "heb" || all.empty()) {
+        all.push_back(std::move(reader));
+      } else {
+        all.insert(all.begin(), std::move(reader));
+      }
+    }
+    while (!all.empty() && !static_cast<TesseractReader&>(*all.front()).load())
+      all.erase(all.begin());
+    hasEngine_ = !all.empty();
+    return all;
+  }
+
+  bool hasEngine_ = false;
+  bool isSpoilt_ = false;
+  double timeUp_ = 0;
+  PageReader page_;
+};
+
+int run(std::span<const char* const> arguments) {
+  constexpr std::size_t expected = 6;
+  if (arguments.size() != expected) return EXIT_FAILURE;
+  const Share share = std::string_view(arguments[4]) == "small" ? Share::small : Share::leftOver;
+  const auto parent = static_cast<pid_t>(std::strtol(arguments[5], nullptr, 10));
+  if (!becomeUnnoticed(parent, share) || !confine()) return EXIT_FAILURE;
+  Worker worker(arguments[1], namesIn(arguments[2]));
+  const std::chrono::seconds idleLimit{std::strtol(arguments[3], nullptr, 10)};
+  while (hasInput(STDIN_FILENO, steady_clock::now() + idleLimit)) {
+    const auto picture = receivePicture(STDIN_FILENO, steady_clock::now() + transferLimit);
+    if (!picture) break;
+    const TextReply reply = worker.read(*picture);
+    if (!sendReply(STDIN_FILENO, reply, steady_clock::now() + transferLimit)) break;
+    if (worker.isSpoilt()) break;
+  }
+  return EXIT_SUCCESS;
+}
+
+}  // namespace
+}  // namespace vantorel
+
+int main(int argc, char** argv) {
+  int status = EXIT_FAILURE;
+  try {
+    status = vantorel::run({argv, static_cast<std::size_t>(argc)});
+  } catch (const std::exception&) {  // no memory to start in
+  }
+  // Nothing is worth tidying up, and the engine takes its time over it.
+  _exit(status);
+}

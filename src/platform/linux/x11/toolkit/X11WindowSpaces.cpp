@@ -1,0 +1,66 @@
+#include "platform/linux/x11/toolkit/X11WindowSpaces.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+#include "platform/linux/x11/toolkit/ToolkitConnection.h"
+
+namespace vantorel {
+namespace {
+
+constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
+constexpr std::uint32_t mostStates = 32;
+
+template <class Reply>
+using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
+
+xcb_intern_atom_cookie_t askAtom(xcb_connection_t* connection, std::string_view name) {
+  return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+}
+
+xcb_atom_t atomIn(xcb_connection_t* connection, xcb_intern_atom_cookie_t question) {
+  const Answer<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(connection, question, nullptr),
+                                               &std::free);
+  return answer ? answer->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+/// The states that the toolkit, or an earlier showing, has put there stay.
+void addState(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t states,
+              xcb_atom_t added) {
+  const Answer<xcb_get_property_reply_t> present(
+      xcb_get_property_reply(
+          connection, xcb_get_property(connection, 0, window, states, XCB_ATOM_ATOM, 0, mostStates),
+          nullptr),
+      &std::free);
+  if (!present) return;
+  const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(present.get()));
+  const auto* last = first + xcb_get_property_value_length(present.get()) / sizeof(xcb_atom_t);
+  if (std::find(first, last, added) != last) return;
+  xcb_change_property(connection, XCB_PROP_MODE_APPEND, window, states, XCB_ATOM_ATOM, 32, 1,
+                      &added);
+}
+
+}  // namespace
+
+void X11WindowSpaces::joinAll(WindowNumber window) const {
+  auto* connection = toolkitConnection();
+  if (connection == nullptr) return;
+  if (desktop_ == XCB_ATOM_NONE) {
+    const auto desktop = askAtom(connection, "_NET_WM_DESKTOP");
+    const auto states = askAtom(connection, "_NET_WM_STATE");
+    const auto sticky = askAtom(connection, "_NET_WM_STATE_STICKY");
+    desktop_ = atomIn(connection, desktop);
+    states_ = atomIn(connection, states);
+    sticky_ = atomIn(connection, sticky);
+  }
+  if (desktop_ == XCB_ATOM_NONE) return;
+  const auto number = static_cast<xcb_window_t>(window);
+  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, number, desktop_, XCB_ATOM_CARDINAL, 32, 1,
+                      &everyDesktop);
+  // Some take that number for the last desktop, unless the window says it in this way too.
+  addState(connection, number, states_, sticky_);
+}
+
+}  // namespace vantorel

@@ -1,0 +1,53 @@
+#include "platform/linux/bus/StatusNotifierTray.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fakes/FakeScreens.h"
+#include "fakes/ManualDispatch.h"
+
+namespace vantorel {
+namespace {
+
+const EnvironmentLookup nothing = [](const char* /*name*/) { return std::nullopt; };
+
+TEST(StatusNotifierTray, WithoutABusNothingIsSeenAndNothingFails) {
+  ManualDispatch dispatch;
+  FakeScreens screens;
+  SessionBus bus(dispatch, nothing);
+  StatusNotifierTray tray({dispatch, screens, bus}, {});
+  int questions = 0;
+  StatusItem::Handlers handlers;
+  handlers.menuRows = [&] {
+    ++questions;
+    return std::vector<MenuRow>{{.title = "Quit", .tag = 1}};
+  };
+  tray.setImage({"name", {nullptr}});
+  tray.setToolTip("Vantorel");
+  tray.show(handlers);
+  tray.menuChanged();
+  tray.hide();
+  tray.show(handlers);
+  dispatch.runQueued();
+  EXPECT_GT(questions, 0);
+}
+
+TEST(TrayPixmap, KeepsTheShapeInAGreyOfItsOwn) {
+  const Bitmap picture{{2, 1}, {2, 1}, {0xff000000, 0x40000000}};
+  const auto pixmap = trayPixmap(picture);
+  EXPECT_EQ(pixmap.width, 2);
+  EXPECT_EQ(pixmap.height, 1);
+  EXPECT_EQ(pixmap.pixels, QByteArray("\xff\x80\x80\x80\x40\x80\x80\x80", 8));
+}
+
+TEST(PointOfPixel, CountsTheScreensOwnScale) {
+  FakeScreens screens;
+  screens.setScreens({{{0, 0, 1920, 1080}, {0, 0, 1920, 1080}, 1},
+                      {{1920, 0, 1280, 800}, {1920, 0, 1280, 800}, 2}});
+  EXPECT_EQ(pointOfPixel(screens, 100, 200), (Point{100, 200}));
+  EXPECT_EQ(pointOfPixel(screens, 1920 + 200, 100), (Point{1920 + 100, 50}));
+  EXPECT_EQ(pointOfPixel(screens, -50, 5000), (Point{-50, 5000}));
+}
+
+}  // namespace
+}  // namespace vantorel
