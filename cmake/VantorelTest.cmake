@@ -1,15 +1,47 @@
-include(GoogleTest)
 find_package(GTest REQUIRED)
 
+# vantorel_test_suites(PROGRAM SOURCES ... [PREFIX p] [ONLY regex] [LABELS ...] [ENVIRONMENT NAME=VALUE]
+#                      [TIMEOUT s])
+# Each suite in the sources is a test of CTest: a process for each single test would take longer to
+# start than to run.
+function(vantorel_test_suites name)
+  cmake_parse_arguments(T "" "PREFIX;ONLY;ENVIRONMENT;TIMEOUT" "SOURCES;LABELS" ${ARGN})
+  set(suites)
+  foreach(source ${T_SOURCES})
+    # A suite that comes or goes configures the build anew.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${source}")
+    file(STRINGS "${source}" lines REGEX "^(TEST|TEST_F|TEST_P|TYPED_TEST)\\(")
+    foreach(line ${lines})
+      if(line MATCHES "^[A-Z_]+\\(([A-Za-z0-9_]+)")
+        list(APPEND suites ${CMAKE_MATCH_1})
+      endif()
+    endforeach()
+  endforeach()
+  list(REMOVE_DUPLICATES suites)
+  if(T_ONLY)
+    list(FILTER suites INCLUDE REGEX "${T_ONLY}")
+  endif()
+  foreach(suite ${suites})
+    set(test "${VANTOREL_TEST_PREFIX}${T_PREFIX}${suite}")
+    # Plain tests, those with parameters, and those with types.
+    add_test(NAME ${test}
+      COMMAND ${name} "--gtest_filter=${suite}.*:*/${suite}.*:${suite}/*:*/${suite}/*")
+    set_tests_properties(${test} PROPERTIES
+      TIMEOUT ${T_TIMEOUT} LABELS "${T_LABELS}" FAIL_REGULAR_EXPRESSION "Running 0 tests from")
+    if(T_ENVIRONMENT)
+      set_tests_properties(${test} PROPERTIES ENVIRONMENT "${T_ENVIRONMENT}")
+    endif()
+  endforeach()
+endfunction()
+
 # vantorel_test(NAME SOURCES ... LIBRARIES ... [LABELS ...] [ENVIRONMENT NAME=VALUE] [TIMEOUT s] [MAIN])
-# One test program; every test in it is a test of CTest. With MAIN the sources bring their own main.
-# What all have in their environment is in tests/environment/OwnEnvironment.cpp, which holds for the
-# discovery of the tests and for a program started by hand too. ENVIRONMENT takes one variable: the
-# discovery flattens lists, and of a second one CTest would silently make another property.
+# One test program. With MAIN the sources bring their own main.
+# What all have in their environment is in tests/environment/OwnEnvironment.cpp, which holds for a
+# program started by hand too. TIMEOUT is that of a suite.
 function(vantorel_test name)
   cmake_parse_arguments(T "MAIN" "TIMEOUT;ENVIRONMENT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   if(NOT T_TIMEOUT)
-    set(T_TIMEOUT 60)
+    set(T_TIMEOUT 300)
   endif()
   if(NOT T_LABELS)
     set(T_LABELS unit)
@@ -20,16 +52,11 @@ function(vantorel_test name)
   add_executable(${name} ${T_SOURCES} $<TARGET_OBJECTS:vantorel_own_environment>)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${name} PRIVATE ${T_LIBRARIES} GTest::gmock GTest::gtest)
+  # A test's own code runs once: to optimise it takes longer than to run it.
+  target_compile_options(${name} PRIVATE -O0)
   if(NOT T_MAIN)
     target_link_libraries(${name} PRIVATE GTest::gmock_main)
   endif()
-  set(properties TIMEOUT ${T_TIMEOUT} LABELS "${T_LABELS}")
-  if(T_ENVIRONMENT)
-    list(APPEND properties ENVIRONMENT "${T_ENVIRONMENT}")
-  endif()
-  gtest_discover_tests(${name}
-    TEST_PREFIX "${VANTOREL_TEST_PREFIX}"
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 60
-    PROPERTIES ${properties})
+  vantorel_test_suites(${name} SOURCES ${T_SOURCES} LABELS ${T_LABELS} TIMEOUT ${T_TIMEOUT}
+    ENVIRONMENT "${T_ENVIRONMENT}")
 endfunction()

@@ -1,4 +1,4 @@
-#include "ClipboardOwner.h"
+#include "program/ClipboardOwner.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@ namespace vantorel::bench {
 
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{256} * 1024;
+constexpr std::size_t pieceSize = std::size_t{256} * 1024;
 
 }  // namespace
 
@@ -65,7 +65,7 @@ void ClipboardOwner::answerTargets(const xcb_selection_request_event_t& request)
 }
 
 void ClipboardOwner::answerContents(const xcb_selection_request_event_t& request) {
-  if (contents_.size() <= kPiece) {
+  if (contents_.size() <= pieceSize) {
     xcb_change_property(screen_.connection(), XCB_PROP_MODE_REPLACE, request.requestor,
                         request.property, request.target, 8,
                         static_cast<std::uint32_t>(contents_.size()), contents_.data());
@@ -86,7 +86,7 @@ void ClipboardOwner::proceed(const xcb_property_notify_event_t& event) {
   const auto found = transfers_.find({event.window, event.atom});
   if (found == transfers_.end()) return;
   auto& [contents, sent] = found->second;
-  const auto size = std::min(kPiece, contents.size() - sent);
+  const auto size = std::min(pieceSize, contents.size() - sent);
   xcb_change_property(screen_.connection(), XCB_PROP_MODE_REPLACE, event.window, event.atom,
                       target_, 8, static_cast<std::uint32_t>(size), contents.data() + sent);
   xcb_flush(screen_.connection());

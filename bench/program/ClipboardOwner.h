@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "Screen.h"
+#include "program/Screen.h"
 
 namespace vantorel::bench {
 

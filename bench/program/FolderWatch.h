@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "Screen.h"
+#include "program/Screen.h"
 
 namespace vantorel::bench {
 

@@ -1,4 +1,4 @@
-#include "PaintWatch.h"
+#include "program/PaintWatch.h"
 
 #include <xcb/damage.h>
 
@@ -11,18 +11,18 @@ namespace vantorel::bench {
 
 namespace {
 
-constexpr auto kQuiet = std::chrono::milliseconds(150);
-constexpr auto kLimit = std::chrono::seconds(5);
+constexpr auto quietTime = std::chrono::milliseconds(150);
+constexpr auto longestWait = std::chrono::seconds(5);
 // A blinking caret or the end of a fade does not make a picture unfinished: up to two pixels of a
 // thousand may differ by more than a shade.
-constexpr double kTolerated = 0.002;
-constexpr int kShade = 24;
+constexpr double toleratedShare = 0.002;
+constexpr int visibleShade = 24;
 
 bool differs(std::uint32_t one, std::uint32_t other) {
   for (int shift = 0; shift < 24; shift += 8) {
     const int left = static_cast<int>((one >> shift) & 0xffU);
     const int right = static_cast<int>((other >> shift) & 0xffU);
-    if (std::abs(left - right) > kShade) return true;
+    if (std::abs(left - right) > visibleShade) return true;
   }
   return false;
 }
@@ -31,7 +31,7 @@ bool sameToTheEye(const std::vector<std::uint32_t>& one, const std::vector<std::
   if (one.size() != other.size() || one.empty()) return false;
   std::size_t different = 0;
   for (std::size_t i = 0; i < one.size(); ++i) different += differs(one[i], other[i]) ? 1 : 0;
-  return static_cast<double>(different) <= kTolerated * static_cast<double>(one.size());
+  return static_cast<double>(different) <= toleratedShare * static_cast<double>(one.size());
 }
 
 }  // namespace
@@ -67,7 +67,7 @@ double PaintWatch::measure(const std::function<Clock::time_point()>& act) {
   std::vector<Painting> paintings;
   xcb_window_t window = XCB_WINDOW_NONE;
   const auto beginning = act();
-  auto deadline = beginning + kLimit;
+  auto deadline = beginning + longestWait;
   while (const auto event = screen_.nextEvent(deadline)) {
     const auto moment = Clock::now();
     const auto type = event->response_type & 0x7fU;
@@ -80,7 +80,7 @@ double PaintWatch::measure(const std::function<Clock::time_point()>& act) {
       // Of a stroke in many rectangles the last one finishes the picture.
       const bool more = (damage->level & 0x80U) != 0;
       if (!more) paintings.push_back({moment, screen_.pixels(window)});
-      deadline = moment + kQuiet;
+      deadline = moment + quietTime;
     }
   }
   if (paintings.empty()) throw std::runtime_error("nothing was painted in " + title_);

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "Screen.h"
+#include "program/Screen.h"
 
 namespace vantorel::bench {
 

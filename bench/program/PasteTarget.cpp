@@ -1,4 +1,4 @@
-#include "PasteTarget.h"
+#include "program/PasteTarget.h"
 
 #include <xcb/xcb_icccm.h>
 
@@ -16,8 +16,8 @@ PasteTarget::PasteTarget(const Screen& screen)
   xcb_create_window(screen.connection(), XCB_COPY_FROM_PARENT, window_, screen.root(), 60, 60, 300,
                     200, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
                     &events);
-  static constexpr char kClass[] = "bench-target\0BenchTarget";
-  xcb_icccm_set_wm_class(screen.connection(), window_, sizeof kClass, kClass);
+  static constexpr char windowClass[] = "bench-target\0BenchTarget";
+  xcb_icccm_set_wm_class(screen.connection(), window_, sizeof windowClass, windowClass);
   xcb_icccm_set_wm_name(screen.connection(), window_, XCB_ATOM_STRING, 8, 12, "bench target");
   xcb_icccm_wm_hints_t hints{};
   xcb_icccm_wm_hints_set_input(&hints, 1);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Screen.h"
+#include "program/Screen.h"
 
 namespace vantorel::bench {
 

@@ -1,4 +1,4 @@
-#include "PauseWatch.h"
+#include "program/PauseWatch.h"
 
 #include <algorithm>
 #include <deque>

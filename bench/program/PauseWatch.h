@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-#include "Screen.h"
+#include "program/Screen.h"
 
 namespace vantorel::bench {
 

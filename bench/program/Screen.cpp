@@ -1,4 +1,4 @@
-#include "Screen.h"
+#include "program/Screen.h"
 
 #include <poll.h>
 #include <xcb/damage.h>

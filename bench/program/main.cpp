@@ -17,12 +17,12 @@
 #include <span>
 #include <stdexcept>
 
-#include "ClipboardOwner.h"
-#include "FolderWatch.h"
-#include "PaintWatch.h"
-#include "PasteTarget.h"
-#include "PauseWatch.h"
-#include "Screen.h"
+#include "program/ClipboardOwner.h"
+#include "program/FolderWatch.h"
+#include "program/PaintWatch.h"
+#include "program/PasteTarget.h"
+#include "program/PauseWatch.h"
+#include "program/Screen.h"
 
 namespace vantorel::bench {
 
@@ -31,7 +31,7 @@ namespace {
 using Samples = std::map<std::string, std::vector<double>>;
 using Arguments = std::span<char* const>;
 
-constexpr auto kPanel = "Vantorel";
+constexpr auto panelTitle = "Vantorel";
 
 std::size_t count(Arguments arguments, std::size_t place) {
   if (place >= arguments.size()) throw std::runtime_error("an argument is missing");
@@ -39,14 +39,14 @@ std::size_t count(Arguments arguments, std::size_t place) {
 }
 
 void waitUntilHidden(const Screen& screen) {
-  waitFor("the panel to be hidden", [&] { return !screen.visibleWindow(kPanel); });
+  waitFor("the panel to be hidden", [&] { return !screen.visibleWindow(panelTitle); });
 }
 
 xcb_window_t showPanel(const Screen& screen) {
   screen.pressShortcut();
   std::optional<xcb_window_t> panel;
   waitFor("the panel", [&] {
-    panel = screen.visibleWindow(kPanel);
+    panel = screen.visibleWindow(panelTitle);
     return panel.has_value() && screen.focus() != XCB_WINDOW_NONE;
   });
   return *panel;
@@ -59,7 +59,7 @@ void hidePanel(const Screen& screen) {
 
 // open COUNT: shortcut pressed to panel painted.
 Samples measureOpening(const Screen& screen, Arguments arguments) {
-  PaintWatch watch(screen, kPanel);
+  PaintWatch watch(screen, panelTitle);
   watch.begin();
   Samples samples;
   for (std::size_t i = 0; i < count(arguments, 0); ++i) {
@@ -72,7 +72,7 @@ Samples measureOpening(const Screen& screen, Arguments arguments) {
 // type COUNT: key typed in the search field to list painted; the field is shown already.
 Samples measureTyping(const Screen& screen, Arguments arguments) {
   showPanel(screen);
-  PaintWatch watch(screen, kPanel);
+  PaintWatch watch(screen, panelTitle);
   watch.begin();
   const auto press = [&](std::uint8_t keycode) {
     return watch.measure([&] {
@@ -198,7 +198,7 @@ Samples measureStarting(const Screen& screen, Arguments arguments) {
   if (arguments.size() < 2) throw std::runtime_error("start COUNT PROGRAM");
   Samples samples;
   for (std::size_t i = 0; i < count(arguments, 0); ++i) {
-    PaintWatch watch(screen, kPanel);
+    PaintWatch watch(screen, panelTitle);
     watch.begin();
     const auto beginning = Clock::now();
     const auto program = startProgram(arguments[1]);

@@ -6,10 +6,10 @@
 
 namespace vantorel {
 
-/// Makes callbacks that do nothing once their owner is gone. A member of the owner, declared last so
-/// that it ends first. What leaves the owner goes through `guard` (what is delayed or queued, and
-/// what somebody keeps who may live longer); what its own members call needs none.
-/// Guarded callbacks are made and called on the owner's thread; they may travel through others.
+/// Makes callbacks that do nothing once their owner is gone. A member of the owner, declared last
+/// so that it ends first. What leaves the owner goes through `guard` (what is delayed or queued,
+/// and what somebody keeps who may live longer); what its own members call needs none. Guarded
+/// callbacks are made and called on the owner's thread; they may travel through others.
 class Lifetime {
  public:
   Lifetime() = default;
@@ -25,7 +25,8 @@ class Lifetime {
       if constexpr (std::is_void_v<Answer>) {
         if (!alive.expired()) function(std::forward<decltype(arguments)>(arguments)...);
       } else {
-        return alive.expired() ? Answer() : function(std::forward<decltype(arguments)>(arguments)...);
+        return alive.expired() ? Answer()
+                               : function(std::forward<decltype(arguments)>(arguments)...);
       }
     };
   }

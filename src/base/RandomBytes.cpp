@@ -2,7 +2,7 @@
 
 #include <openssl/rand.h>
 
-#include "security/SecureStorageError.h"
+#include "base/CipherError.h"
 
 namespace vantorel {
 namespace {

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "base/CipherError.h"
 #include "platform/Keychain.h"
 
 namespace vantorel {
@@ -25,12 +26,6 @@ class SecureStorageError : public std::runtime_error {
  private:
   Kind kind_;
   OSStatus status_;
-};
-
-/// The cipher refused: too short for nonce and tag, or not authentic under this key.
-class CipherError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
 };
 
 }  // namespace vantorel
