@@ -266,11 +266,8 @@ std::optional<ClipItem> ClipboardWatcher::entryOf(Pasteboard::ChangeCount change
   // Anything newer, whoever wrote it and whether or not it was kept, has the higher number.
   if (!newestCapture_ || newestCapture_->first != change) return std::nullopt;
   if (services_.pasteboard.changeCount() != change) return std::nullopt;
-  const auto& items = store_.items();
-  const auto found = std::find_if(items.begin(), items.end(), [&](const auto& item) {
-    return item.id == newestCapture_->second;
-  });
-  if (found == items.end()) return std::nullopt;
+  const ClipItem* const found = findById(store_.items(), newestCapture_->second);
+  if (found == nullptr) return std::nullopt;
   return *found;  // a copy: the history may change meanwhile
 }
 

@@ -48,4 +48,8 @@ struct ClipItem {
   friend bool operator==(const ClipItem&, const ClipItem&) = default;
 };
 
+/// The entry of that identity, or null. Good until the list changes.
+[[nodiscard]] const ClipItem* findById(const std::vector<ClipItem>& items, Uuid id);
+[[nodiscard]] ClipItem* findById(std::vector<ClipItem>& items, Uuid id);
+
 }  // namespace vantorel

@@ -133,9 +133,4 @@ std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {
   return openedIfSealed(secureStorage_.get(), std::move(*bytes));
 }
 
-std::vector<ClipItem>::iterator ClipStore::find(Uuid id) {
-  return std::find_if(items_.begin(), items_.end(),
-                      [&id](const ClipItem& item) { return item.id == id; });
-}
-
 }  // namespace vantorel

@@ -153,7 +153,6 @@ class ClipStore {
   void stopNeedlessRecognition();
   void setRecognizedText(const std::string& text, Uuid id,
                          const std::optional<std::string>& contentHash);
-  std::vector<ClipItem>::iterator find(Uuid id);
 
   ClipStoreServices services_;
   ClipStoreLimits limits_;

@@ -14,8 +14,8 @@ namespace vantorel {
 bool ClipStore::canPinMore() const { return pinnedCount(items_) < maxPinnedItems; }
 
 PinResult ClipStore::togglePinned(Uuid id) {
-  const auto item = find(id);
-  if (item == items_.end()) return PinResult::notFound;
+  ClipItem* const item = findById(items_, id);
+  if (item == nullptr) return PinResult::notFound;
   if (!item->pinned() && !canPinMore()) return PinResult::limitReached;
   item->isPinned = !item->pinned();
   item->pinOrder.reset();
@@ -28,8 +28,8 @@ PinResult ClipStore::togglePinned(Uuid id) {
 
 bool ClipStore::renamePinned(Uuid id, std::string_view name) {
   constexpr std::size_t longestName = 80;  // characters
-  const auto item = find(id);
-  if (item == items_.end() || !item->pinned()) return false;
+  ClipItem* const item = findById(items_, id);
+  if (item == nullptr || !item->pinned()) return false;
   const std::string customName(prefixOfCharacters(trimmed(name), longestName));
   item->customName.reset();
   if (!customName.empty()) item->customName = customName;

@@ -1,5 +1,4 @@
 // How the text in pictures comes into the history.
-#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -61,26 +60,24 @@ void ClipStore::finishRecognition(Uuid id, const std::optional<std::string>& con
   if (text) return setRecognizedText(*text, id, contentHash);
   if (!wasStopped) return;
   // It was given up since its entry was gone. Is there one again?
-  const auto item = std::find_if(items_.begin(), items_.end(),
-                                 [&](const ClipItem& entry) { return entry.id == id; });
-  if (item != items_.end()) scheduleRecognition(*item);
+  const ClipItem* const item = findById(items_, id);
+  if (item != nullptr) scheduleRecognition(*item);
 }
 
 /// Of entries that are gone: a cleared picture is let go at once, and the next one's turn comes.
 void ClipStore::stopNeedlessRecognition() {
   for (auto& [id, stop] : scheduledRecognition_) {
-    const bool isKept = std::any_of(items_.begin(), items_.end(),
-                                    [&id = id](const ClipItem& entry) { return entry.id == id; });
-    if (!isKept) stop.request_stop();
+    if (findById(items_, id) == nullptr) stop.request_stop();
   }
 }
 
 void ClipStore::setRecognizedText(const std::string& text, Uuid id,
                                   const std::optional<std::string>& contentHash) {
-  const auto item = std::find_if(items_.begin(), items_.end(), [&](const ClipItem& entry) {
-    return entry.id == id && entry.kind == ClipKind::image && entry.contentHash == contentHash;
-  });
-  if (item == items_.end() || item->recognizedText) return;
+  ClipItem* const item = findById(items_, id);
+  if (item == nullptr || item->kind != ClipKind::image || item->contentHash != contentHash ||
+      item->recognizedText) {
+    return;
+  }
   item->recognizedText = text;
   saveAndNotify();
   if (onSearchIndexChange) onSearchIndexChange();
