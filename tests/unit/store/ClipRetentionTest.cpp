@@ -69,6 +69,11 @@ TEST(Pruned, AnAgeWithoutBoundKeepsEverything) {
   }
 }
 
+TEST(Pruned, AnAgeThatReachesBeforeTheBeginningOfTimeKeepsEverything) {
+  const Date now(Date::duration::min() / 4);
+  EXPECT_EQ(pruned({textItem("a", now)}, now, Seconds(9e12), 50).kept.size(), 1U);
+}
+
 TEST(Pruned, NothingFitsIntoAHistoryOfNone) {
   EXPECT_TRUE(pruned({textItem("a")}, testDate(), week, 0).kept.empty());
 }

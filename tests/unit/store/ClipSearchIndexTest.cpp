@@ -1,6 +1,7 @@
 #include "store/ClipSearchIndex.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <random>
 #include <string>
@@ -120,6 +121,19 @@ TEST(SearchIndex, ForgetsAndBeginsAgain) {
   EXPECT_EQ(found(index, items, "one").size(), 1U);
   index.clear();
   EXPECT_EQ(found(index, items, "one").size(), 1U);
+}
+
+/// Bytes that the allocator has taken from the system for large blocks, each by itself.
+std::size_t largeBlocks() { return mallinfo2().hblkhd; }
+
+TEST(SearchIndex, LetsGoOfTheTextsOfEntriesThatAreGone) {
+  constexpr std::size_t size = 40'000'000;  // too large to be kept for reuse
+  const auto before = largeBlocks();
+  ClipSearchIndex index;
+  index.prepare(textItem(std::string(size, 'a')));
+  if (largeBlocks() < before + size) GTEST_SKIP() << "this allocator does not tell";
+  EXPECT_TRUE(found(index, {}, "").empty());
+  EXPECT_LT(largeBlocks(), before + size);
 }
 
 TEST(SearchIndex, AnswersAsTheFilterDoesWhateverIsTyped) {

@@ -486,25 +486,51 @@ TEST(ClipStoreSaving, ASuccessfulChangeMakesTheRetryNeedless) {
   EXPECT_EQ(store.savedItems()->size(), 2U);
 }
 
+std::size_t attempts(TestStore& store) {
+  std::size_t count = 0;
+  for (const auto& call : store.files().calls()) {
+    count += call.operation == FaultyFileSystem::Operation::writeNewFile ? 1 : 0;
+  }
+  return count;
+}
+
 TEST(ClipStoreSaving, TriesLessOftenTheLongerItFails) {
   TestStore store;
   store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
   store.addText("a");
-  const auto attempts = [&] {
-    std::size_t count = 0;
-    for (const auto& call : store.files().calls()) {
-      count += call.operation == FaultyFileSystem::Operation::writeNewFile ? 1 : 0;
-    }
-    return count;
-  };
-  const std::size_t before = attempts();
+  const std::size_t before = attempts(store);
   store.dispatch().advance(Seconds(4.9));
-  EXPECT_EQ(attempts(), before);
+  EXPECT_EQ(attempts(store), before);
   store.dispatch().advance(Seconds(0.1));
-  EXPECT_EQ(attempts(), before + 1);
+  EXPECT_EQ(attempts(store), before + 1);
   store.dispatch().advance(Seconds(24 * 3600));
-  EXPECT_GT(attempts(), before + 250);
-  EXPECT_LT(attempts(), before + 310);
+  EXPECT_GT(attempts(store), before + 250);
+  EXPECT_LT(attempts(store), before + 310);
+}
+
+TEST(ClipStoreSaving, TriesAgainSoonAfterTheFirstFailureOfAnotherOutage) {
+  TestStore store;
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store.addText("a");
+  store.dispatch().advance(Seconds(3600));
+  store.files().recover();
+  store.addText("b");
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store.addText("c");
+  const std::size_t before = attempts(store);
+  store.dispatch().advance(Seconds(5));
+  EXPECT_EQ(attempts(store), before + 1);
+}
+
+TEST(ClipStoreSaving, ChangesDuringAnOutageDoNotPutTheNextTryOff) {
+  TestStore store;
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store.addText("a");
+  store.dispatch().advance(Seconds(4));
+  store->insert(textItem("b", store.dispatch().now()));
+  const std::size_t before = attempts(store);
+  store.dispatch().advance(Seconds(1));
+  EXPECT_EQ(attempts(store), before + 1);
 }
 
 TEST(ClipStoreSaving, AStoreThatIsGoneTriesNothing) {

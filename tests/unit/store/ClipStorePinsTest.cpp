@@ -249,6 +249,15 @@ TEST(ClipStoreClear, KeepsThePinsAndTheKey) {
   EXPECT_EQ(store->assetData(store->items()[0]), toBytes("pinned picture"));
 }
 
+TEST(ClipStoreClear, AlsoRemovesALegacyHistoryWhenPinsStay) {
+  TestStore store;
+  store->togglePinned(store.addText("a"));
+  ASSERT_FALSE(store.disk().writeNewFile(store->legacyIndexUrl(), toBytes("[]"), 0600));
+  store->clear(false);
+  EXPECT_FALSE(std::filesystem::exists(store->legacyIndexUrl()));
+  EXPECT_EQ(store.texts(), Texts{"a"});
+}
+
 TEST(ClipStoreClear, OfEverythingReplacesTheKeyAndWritesAnEmptyHistory) {
   TestStore store;
   store->togglePinned(store.addText("a"));

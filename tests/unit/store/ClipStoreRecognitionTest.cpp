@@ -195,6 +195,24 @@ TEST(ClipStoreRecognition, AnEntryThatComesBackUnderItsIdentityIsRead) {
   EXPECT_EQ(scene.store.item(id).recognizedText, "word") << "its identity was not free again";
 }
 
+TEST(ClipStoreRecognition, AReadingThatWasGivenUpBeginsAgainWhenItsEntryIsBackByThen) {
+  Scene scene;
+  scene.introduce("a", {"word"});
+  const Uuid id = scene.copy("a");
+  const ClipItem before = scene.store.item(id);
+  ClipItem keepsTheFile = imageItem(*before.assetFilename, "another hash");
+  keepsTheFile.recognizedText = "known";
+  scene.store->insert(keepsTheFile);
+  scene.store.recognition().duringReading([&] {
+    if (scene.imagesRead().size() > 1) return;
+    scene.store->remove(id);
+    scene.store->insert(before);
+  });
+  scene.store.dispatch().runQueued();
+  EXPECT_EQ(scene.imagesRead(), (Lines{"a", "a"}));
+  EXPECT_EQ(scene.store.item(id).recognizedText, "word");
+}
+
 TEST(ClipStoreRecognition, ATextIsOnlyForTheContentThatWasRead) {
   const std::optional<std::string> hashes[] = {"of another picture", std::nullopt};
   for (const auto& hash : hashes) {

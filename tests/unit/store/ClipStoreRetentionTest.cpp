@@ -138,5 +138,19 @@ TEST(ClipStoreRetention, DeletesWhatWasDroppedOnlyAfterTheListIsSaved) {
                                                 Operation::syncDirectory, Operation::remove}));
 }
 
+TEST(ClipStoreRetention, DeletesNothingWhileTheHistoryCouldNotBeRead) {
+  ClipStoreLimits limits;
+  limits.maxItems = 1;
+  TestStore store(limits);
+  store->captureImage(image("one", 10), {});
+  const Texts files = store.assetNames();
+  store.restartWithAnotherKey();
+  ASSERT_FALSE(store->persistenceIsReady());
+  store->insert(imageItem(files.at(0), "of an entry that is about to be dropped"));
+  store.addText("a");
+  EXPECT_EQ(store.texts(), Texts{"a"});
+  EXPECT_EQ(store.assetNames(), files);
+}
+
 }  // namespace
 }  // namespace vantorel

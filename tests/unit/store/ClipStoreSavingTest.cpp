@@ -80,6 +80,26 @@ TEST_F(SavingALongHistory, NothingComesBackThatWasClearedMeanwhile) {
   EXPECT_THAT(store_.savedItems(), Optional(IsEmpty()));
 }
 
+TEST_F(SavingALongHistory, WhatIsBeingWrittenIsGivenUpByAClear) {
+  store_.addText(longText('a'));
+  store_->clear(true);
+  do {
+    EXPECT_THAT(store_.savedItems(), Optional(IsEmpty()));
+  } while (store_.dispatch().runOne());
+}
+
+TEST_F(SavingALongHistory, RichTextCountsLikeText) {
+  for (const auto form : {&ClipItem::rtfData, &ClipItem::htmlData}) {
+    TestStore store;
+    ClipItem item = textItem("short");
+    item.*form = toBytes(longText('a'));
+    store->insert(item);
+    EXPECT_THAT(store.savedItems(), Optional(IsEmpty()));
+    store.dispatch().runQueued();
+    EXPECT_THAT(store.savedItems(), Optional(SizeIs(1)));
+  }
+}
+
 TEST_F(SavingALongHistory, PinsThatSurviveAClearAreWritten) {
   store_->togglePinned(store_.addText(longText('a')));
   store_.addText("b");
@@ -98,6 +118,20 @@ TEST_F(SavingALongHistory, APictureIsDeletedOnlyWhenTheDiskNoLongerNamesIt) {
   EXPECT_THAT(store_.assetNames(), SizeIs(1));
   store_.dispatch().runQueued();
   EXPECT_THAT(store_.assetNames(), IsEmpty());
+}
+
+TEST(SavingAFullLongHistory, APictureThatMakesRoomIsDeletedOnlyWhenTheDiskNoLongerNamesIt) {
+  ClipStoreLimits limits;
+  limits.maxItems = 2;
+  TestStore store(limits);
+  store->captureImage(FakeImage({1, 1}, "picture"), {});
+  store.addText(longText('a'));
+  store.dispatch().runQueued();
+  store.addText("b");
+  ASSERT_THAT(store->items(), SizeIs(2));
+  EXPECT_THAT(store.assetNames(), SizeIs(1));
+  store.dispatch().runQueued();
+  EXPECT_THAT(store.assetNames(), IsEmpty());
 }
 
 TEST_F(SavingALongHistory, AShortListIsWrittenAtOnce) {

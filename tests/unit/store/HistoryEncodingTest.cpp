@@ -103,6 +103,21 @@ TEST(HistoryEncoding, EscapesWhatJsonMustAndNothingElse) {
             std::string::npos);
 }
 
+TEST(HistoryEncoding, EveryByteIsReadBackWhereverItStandsAmongPlainOnes) {
+  constexpr std::size_t length = 24;
+  std::vector<ClipItem> items;
+  for (char byte = 0; byte >= 0 && byte < 0x7F; ++byte) {
+    for (std::size_t offset = 0; offset < length; ++offset) {
+      std::string text(length, 'x');
+      text[offset] = byte;
+      ClipItem item = bareItem();
+      item.text = std::move(text);
+      items.push_back(std::move(item));
+    }
+  }
+  EXPECT_EQ(decodeHistory(encodeHistory(items)), items);
+}
+
 TEST(HistoryEncoding, IsReadBackAsItWas) {
   const std::vector<ClipItem> items = {fullItem(), bareItem()};
   EXPECT_EQ(decodeHistory(encodeHistory(items)), items);
