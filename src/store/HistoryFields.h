@@ -1,61 +1,45 @@
 #pragma once
 
 #include <array>
-#include <optional>
 #include <string_view>
+#include <variant>
+
+#include "store/ClipItem.h"
 
 namespace vantorel {
 
-/// The keys of an entry's JSON object, in alphabetical order, as they are written.
-enum class HistoryKey {
-  assetFilename,
-  contentHash,
-  createdAt,
-  customName,
-  filePaths,
-  htmlData,
-  id,
-  isPinned,
-  kind,
-  lastCopiedAt,
-  pinOrder,
-  preview,
-  recognizedText,
-  rtfData,
-  sourceAppName,
-  sourceBundleIdentifier,
-  text,
-  title,
+/// One key of an entry's JSON object, and where its value stands. What is no `optional` must be
+/// there.
+struct HistoryField {
+  std::string_view key;
+  std::variant<Uuid ClipItem::*, ClipKind ClipItem::*, Date ClipItem::*, std::string ClipItem::*,
+               std::vector<std::string> ClipItem::*, std::optional<std::string> ClipItem::*,
+               std::optional<SharedText> ClipItem::*, std::optional<SharedBytes> ClipItem::*,
+               std::optional<bool> ClipItem::*, std::optional<std::int64_t> ClipItem::*,
+               std::optional<Date> ClipItem::*>
+      member;
 };
 
-inline constexpr std::array<std::string_view, 18> historyKeyNames = {"assetFilename",
-                                                                     "contentHash",
-                                                                     "createdAt",
-                                                                     "customName",
-                                                                     "filePaths",
-                                                                     "htmlData",
-                                                                     "id",
-                                                                     "isPinned",
-                                                                     "kind",
-                                                                     "lastCopiedAt",
-                                                                     "pinOrder",
-                                                                     "preview",
-                                                                     "recognizedText",
-                                                                     "rtfData",
-                                                                     "sourceAppName",
-                                                                     "sourceBundleIdentifier",
-                                                                     "text",
-                                                                     "title"};
-
-[[nodiscard]] constexpr std::string_view name(HistoryKey key) {
-  return historyKeyNames[static_cast<std::size_t>(key)];
-}
-
-[[nodiscard]] constexpr std::optional<HistoryKey> historyKey(std::string_view name) {
-  for (std::size_t i = 0; i < historyKeyNames.size(); ++i) {
-    if (historyKeyNames[i] == name) return static_cast<HistoryKey>(i);
-  }
-  return std::nullopt;
-}
+/// In alphabetical order, as they are written.
+inline constexpr std::array historyFields = {
+    HistoryField{"assetFilename", &ClipItem::assetFilename},
+    HistoryField{"contentHash", &ClipItem::contentHash},
+    HistoryField{"createdAt", &ClipItem::createdAt},
+    HistoryField{"customName", &ClipItem::customName},
+    HistoryField{"filePaths", &ClipItem::filePaths},
+    HistoryField{"htmlData", &ClipItem::htmlData},
+    HistoryField{"id", &ClipItem::id},
+    HistoryField{"isPinned", &ClipItem::isPinned},
+    HistoryField{"kind", &ClipItem::kind},
+    HistoryField{"lastCopiedAt", &ClipItem::lastCopiedAt},
+    HistoryField{"pinOrder", &ClipItem::pinOrder},
+    HistoryField{"preview", &ClipItem::preview},
+    HistoryField{"recognizedText", &ClipItem::recognizedText},
+    HistoryField{"rtfData", &ClipItem::rtfData},
+    HistoryField{"sourceAppName", &ClipItem::sourceAppName},
+    HistoryField{"sourceBundleIdentifier", &ClipItem::sourceBundleIdentifier},
+    HistoryField{"text", &ClipItem::text},
+    HistoryField{"title", &ClipItem::title},
+};
 
 }  // namespace vantorel

@@ -41,7 +41,8 @@ std::size_t expectedSize(const std::vector<ClipItem>& items) {
   for (const ClipItem& item : items) {
     size += 1024 + item.preview.size() + item.recognizedText.value_or("").size();
     for (const std::string& path : item.filePaths) size += path.size() + 16;
-    if (item.text) size += HistoryWriter::escapedLengthAtMost(item.text->get());
+    // A prose's quotes and ends of lines are one byte in thirty or so, and take two.
+    if (item.text) size += item.text->get().size() + item.text->get().size() / 16;
     if (item.rtfData) size += base64Length(item.rtfData->get().size());
     if (item.htmlData) size += base64Length(item.htmlData->get().size());
   }

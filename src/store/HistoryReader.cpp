@@ -1,6 +1,9 @@
 #include "store/HistoryReader.h"
 
+#include <algorithm>
 #include <limits>
+#include <type_traits>
+#include <utility>
 
 #include "base/Base64.h"
 #include "base/Iso8601.h"
@@ -9,58 +12,62 @@
 namespace vantorel {
 namespace {
 
-constexpr std::array requiredKeys = {HistoryKey::id,    HistoryKey::kind,    HistoryKey::createdAt,
-                                     HistoryKey::title, HistoryKey::preview, HistoryKey::filePaths};
+template <class T>
+constexpr bool isOptional = false;
+template <class T>
+constexpr bool isOptional<std::optional<T>> = true;
 
-constexpr bool isRequired(HistoryKey key) {
-  for (const HistoryKey required : requiredKeys) {
-    if (required == key) return true;
+/// What a JSON string says of a value of that kind; absent when it says nothing.
+template <class Value>
+std::optional<Value> valueIn(std::string_view text) {
+  if constexpr (std::is_same_v<Value, std::string> || std::is_same_v<Value, SharedText>) {
+    return std::string(text);
+  } else if constexpr (std::is_same_v<Value, SharedBytes>) {
+    return bytesFromBase64(text);
+  } else if constexpr (std::is_same_v<Value, Date>) {
+    return dateFromIso8601(text);
+  } else if constexpr (std::is_same_v<Value, Uuid>) {
+    return Uuid::parse(text);
+  } else if constexpr (std::is_same_v<Value, ClipKind>) {
+    return clipKind(text);
+  } else {
+    return std::nullopt;
   }
-  return false;
 }
 
-void clearOptional(ClipItem& item, HistoryKey key) {
-  switch (key) {
-    case HistoryKey::assetFilename:
-      return item.assetFilename.reset();
-    case HistoryKey::contentHash:
-      return item.contentHash.reset();
-    case HistoryKey::customName:
-      return item.customName.reset();
-    case HistoryKey::htmlData:
-      return item.htmlData.reset();
-    case HistoryKey::isPinned:
-      return item.isPinned.reset();
-    case HistoryKey::lastCopiedAt:
-      return item.lastCopiedAt.reset();
-    case HistoryKey::pinOrder:
-      return item.pinOrder.reset();
-    case HistoryKey::recognizedText:
-      return item.recognizedText.reset();
-    case HistoryKey::rtfData:
-      return item.rtfData.reset();
-    case HistoryKey::sourceAppName:
-      return item.sourceAppName.reset();
-    case HistoryKey::sourceBundleIdentifier:
-      return item.sourceBundleIdentifier.reset();
-    case HistoryKey::text:
-      return item.text.reset();
-    case HistoryKey::createdAt:
-    case HistoryKey::filePaths:
-    case HistoryKey::id:
-    case HistoryKey::kind:
-    case HistoryKey::preview:
-    case HistoryKey::title:
-      return;  // required: never absent
-  }
+template <class Value>
+bool setFromText(Value& to, std::string_view text) {
+  auto value = valueIn<Value>(text);
+  if (!value) return false;
+  to = std::move(*value);
+  return true;
+}
+
+template <class Value>
+bool setFromText(std::optional<Value>& to, std::string_view text) {
+  to = valueIn<Value>(text);
+  return to.has_value();
+}
+
+/// True when the place is one for exactly such values.
+template <class Value>
+bool setExactly(auto& to, Value value) {
+  if constexpr (std::is_same_v<decltype(to), std::optional<Value>&>) to = value;
+  return std::is_same_v<decltype(to), std::optional<Value>&>;
 }
 
 }  // namespace
 
-bool HistoryReader::done() {
-  present_.set(static_cast<std::size_t>(key_));
+/// Passes the place of the value that is expected to `set`, which answers whether it could be set.
+template <class Set>
+bool HistoryReader::setField(Set set) {
+  if (state_ == State::skipping) return scalarWhileSkipping();
+  if (state_ != State::value) return false;
+  const bool isSet =
+      std::visit([&](auto place) { return set(item_.*place); }, historyFields[field_].member);
+  if (isSet) present_.set(field_);
   state_ = State::keys;
-  return true;
+  return isSet;
 }
 
 bool HistoryReader::scalarWhileSkipping() {
@@ -76,24 +83,21 @@ bool HistoryReader::containerEndWhileSkipping() {
 }
 
 bool HistoryReader::Null() {
-  if (state_ == State::skipping) return scalarWhileSkipping();
-  if (state_ != State::value || isRequired(key_)) return false;
-  clearOptional(item_, key_);
-  return done();
+  return setField([](auto& value) {
+    if constexpr (isOptional<std::remove_reference_t<decltype(value)>>) {
+      value.reset();
+      return true;
+    }
+    return false;
+  });
 }
 
 bool HistoryReader::Bool(bool value) {
-  if (state_ == State::skipping) return scalarWhileSkipping();
-  if (state_ != State::value || key_ != HistoryKey::isPinned) return false;
-  item_.isPinned = value;
-  return done();
+  return setField([value](auto& place) { return setExactly(place, value); });
 }
 
 bool HistoryReader::number(std::int64_t value) {
-  if (state_ == State::skipping) return scalarWhileSkipping();
-  if (state_ != State::value || key_ != HistoryKey::pinOrder) return false;
-  item_.pinOrder = value;
-  return done();
+  return setField([value](auto& place) { return setExactly(place, value); });
 }
 
 bool HistoryReader::Uint64(std::uint64_t value) {
@@ -123,82 +127,11 @@ bool HistoryReader::String(const char* text, rapidjson::SizeType length, bool /*
 }
 
 bool HistoryReader::string(std::string_view text) {
-  if (state_ == State::skipping) return scalarWhileSkipping();
-  if (state_ == State::paths) {
-    item_.filePaths.emplace_back(text);
-    return true;
+  if (state_ != State::paths) {
+    return setField([text](auto& place) { return setFromText(place, text); });
   }
-  if (state_ != State::value) return false;
-  switch (key_) {
-    case HistoryKey::assetFilename:
-      item_.assetFilename.emplace(text);
-      return done();
-    case HistoryKey::contentHash:
-      item_.contentHash.emplace(text);
-      return done();
-    case HistoryKey::createdAt: {
-      const auto date = dateFromIso8601(text);
-      if (!date) return false;
-      item_.createdAt = *date;
-      return done();
-    }
-    case HistoryKey::customName:
-      item_.customName.emplace(text);
-      return done();
-    case HistoryKey::htmlData:
-      return bytes(text, item_.htmlData);
-    case HistoryKey::id: {
-      const auto id = Uuid::parse(text);
-      if (!id) return false;
-      item_.id = *id;
-      return done();
-    }
-    case HistoryKey::kind: {
-      const auto kind = clipKind(text);
-      if (!kind) return false;
-      item_.kind = *kind;
-      return done();
-    }
-    case HistoryKey::lastCopiedAt:
-      return date(text, item_.lastCopiedAt);
-    case HistoryKey::preview:
-      item_.preview = text;
-      return done();
-    case HistoryKey::recognizedText:
-      item_.recognizedText.emplace(text);
-      return done();
-    case HistoryKey::rtfData:
-      return bytes(text, item_.rtfData);
-    case HistoryKey::sourceAppName:
-      item_.sourceAppName.emplace(text);
-      return done();
-    case HistoryKey::sourceBundleIdentifier:
-      item_.sourceBundleIdentifier.emplace(text);
-      return done();
-    case HistoryKey::text:
-      item_.text = std::string(text);
-      return done();
-    case HistoryKey::title:
-      item_.title = text;
-      return done();
-    case HistoryKey::filePaths:
-    case HistoryKey::isPinned:
-    case HistoryKey::pinOrder:
-      return false;
-  }
-  return false;
-}
-
-bool HistoryReader::date(std::string_view text, std::optional<Date>& field) {
-  field = dateFromIso8601(text);
-  return field && done();
-}
-
-bool HistoryReader::bytes(std::string_view text, std::optional<SharedBytes>& field) {
-  auto bytes = bytesFromBase64(text);
-  if (!bytes) return false;
-  field = std::move(*bytes);
-  return done();
+  item_.filePaths.emplace_back(text);
+  return true;
 }
 
 bool HistoryReader::StartObject() {
@@ -214,17 +147,22 @@ bool HistoryReader::Key(const char* text, rapidjson::SizeType length, bool /*cop
   const std::string_view view(text, length);
   if (!isValidUtf8(view)) return false;
   if (state_ == State::skipping) return true;
-  const auto key = historyKey(view);
-  state_ = key ? State::value : State::skipping;
+  const auto* const field =
+      std::find_if(historyFields.begin(), historyFields.end(),
+                   [view](const HistoryField& each) { return each.key == view; });
+  field_ = static_cast<std::size_t>(field - historyFields.begin());
+  state_ = field_ < historyFields.size() ? State::value : State::skipping;
   skippedDepth_ = 0;
-  if (key) key_ = *key;
   return true;
 }
 
 bool HistoryReader::EndObject(rapidjson::SizeType /*members*/) {
   if (state_ == State::skipping) return containerEndWhileSkipping();
-  for (const HistoryKey required : requiredKeys) {
-    if (!present_.test(static_cast<std::size_t>(required))) return false;
+  for (std::size_t i = 0; i < historyFields.size(); ++i) {
+    const bool isRequired = std::visit(
+        [this](auto place) { return !isOptional<std::remove_reference_t<decltype(item_.*place)>>; },
+        historyFields[i].member);
+    if (isRequired && !present_.test(i)) return false;
   }
   items_.push_back(std::move(item_));
   state_ = State::entries;
@@ -237,16 +175,17 @@ bool HistoryReader::StartArray() {
     state_ = State::entries;
     return true;
   }
-  if (state_ != State::value || key_ != HistoryKey::filePaths) return false;
-  item_.filePaths.clear();
-  state_ = State::paths;
-  return true;
+  const bool isList = setField([](auto& place) {
+    if constexpr (std::is_same_v<decltype(place), std::vector<std::string>&>) place.clear();
+    return std::is_same_v<decltype(place), std::vector<std::string>&>;
+  });
+  if (isList) state_ = State::paths;
+  return isList;
 }
 
 bool HistoryReader::EndArray(rapidjson::SizeType /*elements*/) {
   if (state_ == State::skipping) return containerEndWhileSkipping();
-  if (state_ == State::paths) return done();
-  state_ = State::root;
+  state_ = state_ == State::paths ? State::keys : State::root;
   return true;
 }
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "store/ClipItem.h"
-#include "store/HistoryKeys.h"
+#include "store/HistoryFields.h"
 
 namespace vantorel {
 
@@ -43,7 +43,7 @@ class HistoryReader {
     root,     // before the history's array
     entries,  // in it, between entries
     keys,     // in an entry, before a key or its end
-    value,    // after `key_`
+    value,    // after the key of `field_`
     paths,    // in the array of file paths
     skipping  // in the value of an unknown key, `skippedDepth_` containers deep
   };
@@ -53,15 +53,14 @@ class HistoryReader {
   bool scalarWhileSkipping();
   bool containerWhileSkipping();
   bool containerEndWhileSkipping();
-  bool done();
-  bool date(std::string_view text, std::optional<Date>& field);
-  bool bytes(std::string_view text, std::optional<SharedBytes>& field);
+  template <class Set>
+  bool setField(Set set);
 
   std::vector<ClipItem> items_;
   ClipItem item_;
-  std::bitset<historyKeyNames.size()> present_;  // keys of the entry under way that had a value
+  std::bitset<historyFields.size()> present_;  // of the entry under way: what had a value
   State state_ = State::root;
-  HistoryKey key_ = HistoryKey::id;
+  std::size_t field_ = 0;  // its place in `historyFields`
   int skippedDepth_ = 0;
 };
 

@@ -6,7 +6,6 @@
 
 #include "base/Bytes.h"
 #include "store/ClipItem.h"
-#include "store/HistoryKeys.h"
 
 namespace vantorel {
 
@@ -18,36 +17,36 @@ class BytesStream {
 
   void Put(char c) { bytes_.push_back(static_cast<std::byte>(c)); }
   void Flush() {}
-  void append(std::string_view text) {
-    const ByteView view = bytesOf(text);
-    bytes_.insert(bytes_.end(), view.begin(), view.end());
-  }
   Bytes& bytes() { return bytes_; }
 
  private:
   Bytes& bytes_;
 };
 
-/// Writes entries as JSON. RapidJSON keeps the structure; strings, which are nearly all of a
-/// history, are copied in runs rather than character by character.
+/// Writes entries as JSON.
 class HistoryWriter : private rapidjson::PrettyWriter<BytesStream> {
  public:
   explicit HistoryWriter(BytesStream& stream);
 
   void write(const std::vector<ClipItem>& items);
-  /// The room that the text takes in the JSON, without its quotes; perhaps less.
-  [[nodiscard]] static std::size_t escapedLengthAtMost(std::string_view text);
 
  private:
-  void item(const ClipItem& item);
-  void key(HistoryKey key);
-  void textField(HistoryKey key, std::string_view text);
-  void field(HistoryKey key, const std::optional<std::string>& text);
-  void field(HistoryKey key, const std::optional<SharedText>& text);
-  void field(HistoryKey key, const std::optional<SharedBytes>& bytes);
-  void field(HistoryKey key, const std::optional<Date>& date);
+  void entry(const ClipItem& item);
+  template <class Value>
+  void field(std::string_view key, const Value& value);
+  template <class Value>
+  void field(std::string_view key, const std::optional<Value>& value);
+
   void string(std::string_view text);
-  void escaped(std::string_view validText);
+  void value(const std::string& text) { string(text); }
+  void value(bool truth) { Bool(truth); }
+  void value(std::int64_t number) { Int64(number); }
+  void value(Uuid id) { string(id.string()); }
+  void value(ClipKind kind) { string(rawValue(kind)); }
+  void value(Date date);
+  void value(const SharedText& text) { string(text.get()); }
+  void value(const SharedBytes& bytes);
+  void value(const std::vector<std::string>& texts);
 
   BytesStream& stream_;
 };
