@@ -14,15 +14,21 @@ class ChildProcess {
   enum class Input { none, pipe };
 
   ChildProcess() = default;
-  /// Starts `arguments[0]` from the search path with the environment of this process.
-  explicit ChildProcess(const std::vector<std::string>& arguments, Input input = Input::none);
+  /// Starts `arguments[0]` from the search path with the environment of this process, but for the
+  /// variables in `environment`, each "NAME=value".
+  explicit ChildProcess(const std::vector<std::string>& arguments, Input input = Input::none,
+                        const std::vector<std::string>& environment = {});
   ChildProcess(ChildProcess&& other) noexcept;
   ChildProcess& operator=(ChildProcess&& other) noexcept;
   ~ChildProcess();
 
   [[nodiscard]] bool running() const { return pid_ > 0; }
   [[nodiscard]] pid_t pid() const { return pid_; }
-  /// What it wrote to its standard output so far, up to the first line end.
+  /// Whether it has ended, by itself or by a signal from here. Does not wait.
+  [[nodiscard]] bool ended();
+  /// What it has written to its standard output by now. Does not wait.
+  [[nodiscard]] const std::string& output();
+  /// The next line of its standard output. Waits for it.
   [[nodiscard]] std::string readLine();
   /// Everything it writes to its standard output until it closes it.
   [[nodiscard]] std::string readAll();
@@ -40,6 +46,7 @@ class ChildProcess {
   pid_t pid_ = -1;
   int output_ = -1;
   int input_ = -1;
+  std::string text_;  // of `output`
 };
 
 /// Runs a program to its end and answers what it printed; `status` gets its exit status.

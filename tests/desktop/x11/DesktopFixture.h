@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "desktop/x11/ChildProcess.h"
+#include "desktop/session/ChildProcess.h"
 #include "desktop/x11/Fingers.h"
 #include "desktop/x11pasteboard/PrivateXServer.h"
 #include "fakes/ManualDispatch.h"

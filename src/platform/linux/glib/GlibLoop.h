@@ -2,14 +2,12 @@
 
 #include <gio/gio.h>
 
-#include <chrono>
 #include <functional>
 
+#include "base/Deadline.h"
 #include "platform/linux/glib/GlibPointers.h"
 
 namespace vantorel {
-
-using Deadline = std::chrono::steady_clock::time_point;
 
 /// A main context of its own, in which asynchronous operations of GIO run while somebody serves it.
 /// Everything but `wake` on one thread, between a `Served` on it.

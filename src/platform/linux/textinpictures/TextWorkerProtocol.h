@@ -1,12 +1,12 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/Bytes.h"
+#include "base/Deadline.h"
 
 namespace vantorel {
 
@@ -24,8 +24,6 @@ enum class Share { leftOver, small };
 
 inline constexpr std::size_t largestRequest = std::size_t{1} << 28U;
 inline constexpr std::size_t largestReply = std::size_t{1} << 20U;
-
-using Deadline = std::chrono::steady_clock::time_point;
 
 /// Waits until something comes, be it the end of the other side. False at the deadline.
 [[nodiscard]] bool hasInput(int socket, Deadline deadline);

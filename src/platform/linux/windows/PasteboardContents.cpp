@@ -13,7 +13,7 @@ namespace {
 
 using Contents = std::shared_ptr<const PasteboardContents>;
 
-SharedBytes sharing(std::string text) {
+OfferedBytes sharing(std::string text) {
   auto owner = std::make_shared<const std::string>(std::move(text));
   const ByteView bytes = bytesOf(*owner);
   return {std::move(owner), bytes};
@@ -21,9 +21,9 @@ SharedBytes sharing(std::string text) {
 
 void addText(SelectionOffer& offer, const Contents& contents) {
   if (!contents->string) return;
-  const auto utf8 = [contents] { return SharedBytes{contents, bytesOf(*contents->string)}; };
+  const auto utf8 = [contents] { return OfferedBytes{contents, bytesOf(*contents->string)}; };
   const auto add = [&offer](const char* target, const char* type,
-                            std::function<SharedBytes()> encode) {
+                            std::function<OfferedBytes()> encode) {
     offer.forms.push_back({target, type, EncodingCost::instant, std::move(encode)});
   };
   add(targets::utf8String, targets::utf8String, utf8);
@@ -36,7 +36,7 @@ void addText(SelectionOffer& offer, const Contents& contents) {
   offer.forms.push_back(
       {targets::compoundText, targets::compoundText, EncodingCost::slow, [contents] {
          auto text = compoundText(*contents->string);
-         return text ? sharing(std::move(*text)) : SharedBytes();
+         return text ? sharing(std::move(*text)) : OfferedBytes();
        }});
 }
 
@@ -44,7 +44,7 @@ void addData(SelectionOffer& offer, const Contents& contents,
              std::optional<Bytes> PasteboardContents::*data, const char* target) {
   if (!((*contents).*data)) return;
   offer.forms.push_back({target, target, EncodingCost::instant, [contents, data] {
-                           return SharedBytes{contents, *((*contents).*data)};
+                           return OfferedBytes{contents, *((*contents).*data)};
                          }});
 }
 
@@ -63,7 +63,7 @@ void addImage(SelectionOffer& offer, const Contents& contents) {
   offer.forms.push_back({targets::png, targets::png, EncodingCost::slow, [contents] {
                            auto png = contents->image->pngData();
                            const ByteView bytes = png ? ByteView(*png) : ByteView();
-                           return SharedBytes{std::move(png), bytes};
+                           return OfferedBytes{std::move(png), bytes};
                          }});
 }
 

@@ -11,7 +11,7 @@
 namespace vantorel {
 
 /// Bytes and what keeps them alive. Without an owner there are none to be had.
-struct SharedBytes {
+struct OfferedBytes {
   std::shared_ptr<const void> owner;
   ByteView bytes;
 };
@@ -24,7 +24,7 @@ struct OfferedForm {
   std::string target;
   std::string type;  // what the answer is labelled with
   EncodingCost cost = EncodingCost::instant;
-  std::function<SharedBytes()> encode;  // any thread
+  std::function<OfferedBytes()> encode;  // any thread
 };
 
 /// What a selection owner has to give; immutable.

@@ -34,7 +34,7 @@ void IncrementalSender::watch(xcb_window_t window, std::uint32_t events) const {
   xcb_change_window_attributes(connection_.xcb(), window, XCB_CW_EVENT_MASK, &events);
 }
 
-void IncrementalSender::send(PropertyAddress address, xcb_atom_t type, SharedBytes bytes) {
+void IncrementalSender::send(PropertyAddress address, xcb_atom_t type, OfferedBytes bytes) {
   if (const auto previous = transfers_.find(address); previous != transfers_.end()) end(previous);
   if (bytes.bytes.size() <= pieceBytes_) {
     put(address, type, bytes.bytes);

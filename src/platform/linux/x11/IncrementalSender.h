@@ -30,7 +30,7 @@ class IncrementalSender {
   explicit IncrementalSender(X11Thread& thread);
 
   /// Answers at `address`; takes the place of an answer still under way there.
-  void send(PropertyAddress address, xcb_atom_t type, SharedBytes bytes);
+  void send(PropertyAddress address, xcb_atom_t type, OfferedBytes bytes);
   /// Whether any receiver still takes pieces.
   [[nodiscard]] bool idle() const { return transfers_.empty(); }
   /// Forgets every receiver.
@@ -42,7 +42,7 @@ class IncrementalSender {
  private:
   struct Transfer {
     xcb_atom_t type = XCB_ATOM_NONE;
-    SharedBytes data;
+    OfferedBytes data;
     std::size_t sent = 0;
     X11Thread::TimerId stallTimer = 0;
   };

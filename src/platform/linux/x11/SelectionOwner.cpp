@@ -168,7 +168,7 @@ void SelectionOwner::save(const std::shared_ptr<Request>& request, std::size_t i
 }
 
 void SelectionOwner::deliver(const std::shared_ptr<Request>& request, std::size_t index,
-                             const OfferedForm& form, SharedBytes bytes) {
+                             const OfferedForm& form, OfferedBytes bytes) {
   Conversion& conversion = request->conversions[index];
   if (!bytes.owner) {
     conversion.property = XCB_ATOM_NONE;

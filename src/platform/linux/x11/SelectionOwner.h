@@ -59,7 +59,7 @@ class SelectionOwner {
   void convertForm(const std::shared_ptr<Request>& request, std::size_t index);
   void save(const std::shared_ptr<Request>& request, std::size_t index);
   void deliver(const std::shared_ptr<Request>& request, std::size_t index, const OfferedForm& form,
-               SharedBytes bytes);
+               OfferedBytes bytes);
   void settle(const std::shared_ptr<Request>& request);
   void putTargets(PropertyAddress address, const SelectionOffer& offer);
   void put32(PropertyAddress address, xcb_atom_t type, const std::vector<std::uint32_t>& values);

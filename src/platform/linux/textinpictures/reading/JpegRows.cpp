@@ -25,16 +25,16 @@ std::uint32_t packed(unsigned red, unsigned green, unsigned blue) {
   return red << 16U | green << 8U | blue;
 }
 
-class JpegRows : public PictureRows {
+class JpegPictureRows : public PictureRows {
  public:
-  explicit JpegRows(ByteView bytes) : bytes_(bytes) {
+  explicit JpegPictureRows(ByteView bytes) : bytes_(bytes) {
     jpeg_.err = jpeg_std_error(&errors_.manager);
     errors_.manager.error_exit = leave;
     errors_.manager.output_message = ignore;
   }
-  ~JpegRows() override { jpeg_destroy_decompress(&jpeg_); }
-  JpegRows(const JpegRows&) = delete;
-  JpegRows& operator=(const JpegRows&) = delete;
+  ~JpegPictureRows() override { jpeg_destroy_decompress(&jpeg_); }
+  JpegPictureRows(const JpegPictureRows&) = delete;
+  JpegPictureRows& operator=(const JpegPictureRows&) = delete;
 
   /// False when the head cannot be read or says that the picture is too large.
   [[nodiscard]] bool open() {
@@ -110,7 +110,7 @@ std::unique_ptr<PictureRows> openJpeg(ByteView bytes) {
   constexpr std::byte marker{0xFF};
   constexpr std::byte startOfImage{0xD8};
   if (bytes.size() < 4 || bytes[0] != marker || bytes[1] != startOfImage) return nullptr;
-  auto rows = std::make_unique<JpegRows>(bytes);
+  auto rows = std::make_unique<JpegPictureRows>(bytes);
   if (!rows->open()) return nullptr;
   return rows;
 }

@@ -30,15 +30,15 @@ void readFromMemory(png_structp png, png_bytep to, std::size_t count) {
 
 void ignore(png_structp /*png*/, png_const_charp /*message*/) {}
 
-class PngRows : public PictureRows {
+class PngPictureRows : public PictureRows {
  public:
-  explicit PngRows(ByteView bytes) : source_{bytes} {
+  explicit PngPictureRows(ByteView bytes) : source_{bytes} {
     png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, leave, ignore);
     if (png_ != nullptr) info_ = png_create_info_struct(png_);
   }
-  ~PngRows() override { png_destroy_read_struct(&png_, &info_, nullptr); }
-  PngRows(const PngRows&) = delete;
-  PngRows& operator=(const PngRows&) = delete;
+  ~PngPictureRows() override { png_destroy_read_struct(&png_, &info_, nullptr); }
+  PngPictureRows(const PngPictureRows&) = delete;
+  PngPictureRows& operator=(const PngPictureRows&) = delete;
 
   /// False when the head cannot be read or says that the picture is too large.
   [[nodiscard]] bool open() {
@@ -131,7 +131,7 @@ std::unique_ptr<PictureRows> openPng(ByteView bytes) {
   if (bytes.size() < signatureSize ||
       png_sig_cmp(reinterpret_cast<png_const_bytep>(bytes.data()), 0, signatureSize) != 0)
     return nullptr;
-  auto rows = std::make_unique<PngRows>(bytes);
+  auto rows = std::make_unique<PngPictureRows>(bytes);
   if (!rows->open()) return nullptr;
   return rows;
 }
