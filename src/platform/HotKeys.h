@@ -8,6 +8,8 @@
 
 namespace vantorel {
 
+/// Names a shortcut to whoever registered it; comes back with each press, and no desktop here looks
+/// inside. The signature is four characters that stand for the program.
 struct HotKeyId {
   std::uint32_t signature = 0;
   std::uint32_t id = 0;

@@ -8,6 +8,8 @@
 
 namespace vantorel {
 
+/// How a keychain answers: a number of the desktop that the program was first described for. An
+/// implementation maps its own failures to the ones below; messages and logs show the number.
 using OSStatus = std::int32_t;
 
 namespace keychainStatus {
@@ -23,9 +25,13 @@ inline constexpr OSStatus missingEntitlement = -34018;  // this kind of keychain
 struct KeychainQuery {
   std::string service;
   std::string account;
+  /// Asks for a second keychain, which only some desktops have; without it every operation answers
+  /// `missingEntitlement`, and the caller turns to the login keychain.
   bool useDataProtectionKeychain = false;
 };
 
+/// When the item can be read, where a desktop lets a program choose. The Secret Service does not:
+/// there it is ignored, and an item is as open as its collection.
 enum class KeychainAccessibility { unspecified, afterFirstUnlockThisDeviceOnly };
 
 /// What a new item is given beside its query.

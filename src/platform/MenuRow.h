@@ -17,7 +17,7 @@ struct MenuRow {
   std::string representedObject = {};  // and what it is done to
   MenuState state = MenuState::none;
   bool enabled = true;
-  std::string keyEquivalent = {};  // a lower-case letter, pressed with Command; empty: none
+  std::string keyEquivalent = {};  // a lower-case letter, with Command (Ctrl here); empty: none
   std::vector<MenuRow> submenu = {};
 
   [[nodiscard]] bool isSeparator() const { return title.empty(); }

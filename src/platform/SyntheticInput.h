@@ -8,10 +8,12 @@
 
 namespace vantorel {
 
+/// Whether the user may be asked. A desktop that never asks ignores it.
 enum class TrustPrompt { none, ask };
 enum class KeyDirection { down, up };
 
-/// State that synthetic events are derived from: the hardware's.
+/// State that synthetic events are derived from: 1 is the hardware's. X11 knows no other and
+/// ignores it; that there is one says that keys can be pressed.
 struct EventSource {
   int stateId = 1;
 };
@@ -25,7 +27,8 @@ struct SyntheticKeyEvent {
 /// What became of an event.
 enum class KeyDelivery { delivered, failed };
 
-/// Key presses made by this program for another one. Main thread.
+/// Key presses made by this program for another one. A paste comes as four events, each with its
+/// own answer: Command down, V down and V up with Command in their flags, Command up. Main thread.
 class SyntheticInput {
  public:
   virtual ~SyntheticInput() = default;

@@ -25,6 +25,8 @@ enum class ActivationPolicy { regular, accessory, prohibited };
 /// One running application, as it was when asked.
 struct RunningApplication {
   ProcessId processIdentifier = 0;
+  /// What the desktop knows the application by: here the id of its desktop entry, or for want of
+  /// one the class of its windows.
   std::optional<std::string> bundleIdentifier;
   std::optional<std::string> localizedName;
   ActivationPolicy activationPolicy = ActivationPolicy::regular;

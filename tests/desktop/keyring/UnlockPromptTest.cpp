@@ -17,6 +17,7 @@ using std::chrono::seconds;
 using Clock = std::chrono::steady_clock;
 
 const KeychainQuery query{.service = "the.service", .account = "the-account"};
+const std::string lockedStatus = std::to_string(keychainStatus::userCanceled);
 
 /// A session that begins with a locked keyring which holds the item, and with somebody to ask.
 class UnlockPromptTest : public testing::Test {
@@ -71,8 +72,8 @@ TEST_F(UnlockPromptTest, AUserWhoDismissesTheQuestionIsNotAskedAgain) {
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
   ASSERT_TRUE(PromptDisplay::dismiss());
   ASSERT_TRUE(waitUntil([this] { return ready_; }));
-  EXPECT_EQ(found(), "-128");
-  EXPECT_EQ(found(), "-128");
+  EXPECT_EQ(found(), lockedStatus);
+  EXPECT_EQ(found(), lockedStatus);
   EXPECT_EQ(keychain_->add(query, {}, SecretBytes(32)), keychainStatus::userCanceled);
   EXPECT_FALSE(PromptDisplay::asks());
   EXPECT_EQ(PrivateKeyring::itemCount(query.service, query.account), 1);
@@ -85,7 +86,7 @@ TEST_F(UnlockPromptTest, AUserWhoUnlocksLateIsAnnouncedOnce) {
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
   ASSERT_TRUE(waitUntil([this] { return ready_; }));
   EXPECT_GT(Clock::now() - begin, seconds(4));
-  EXPECT_EQ(found(), "-128");
+  EXPECT_EQ(found(), lockedStatus);
   EXPECT_TRUE(PromptDisplay::asks()) << "the question stays open";
   EXPECT_EQ(unlockedCalls_, 0);
 
@@ -97,21 +98,21 @@ TEST_F(UnlockPromptTest, AUserWhoUnlocksLateIsAnnouncedOnce) {
   EXPECT_EQ(found(), "the secret");
 
   keyring_->lock();
-  EXPECT_EQ(found(), "-128");
+  EXPECT_EQ(found(), lockedStatus);
   EXPECT_FALSE(PromptDisplay::asks()) << "asked once in a start";
   dispatch_.runQueued();
   EXPECT_EQ(unlockedCalls_, 1);
 }
 
 TEST_F(UnlockPromptTest, AnotherQuestionIsNotPutWhileOneIsOpen) {
-  EXPECT_EQ(found(), "-128");
+  EXPECT_EQ(found(), lockedStatus);
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
   const auto begin = Clock::now();
-  EXPECT_EQ(found(), "-128");
+  EXPECT_EQ(found(), lockedStatus);
   EXPECT_EQ(keychain_->update(query, SecretBytes(32)), keychainStatus::userCanceled);
   EXPECT_LT(Clock::now() - begin, milliseconds(4000));
   ASSERT_TRUE(PromptDisplay::dismiss());
-  EXPECT_EQ(found(), "-128");
+  EXPECT_EQ(found(), lockedStatus);
   EXPECT_FALSE(PromptDisplay::asks());
 }
 
@@ -120,7 +121,7 @@ TEST_F(UnlockPromptTest, UnlockingByAnotherProgramIsAnnouncedToo) {
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
   ASSERT_TRUE(PromptDisplay::dismiss());
   ASSERT_TRUE(waitUntil([this] { return ready_; }));
-  ASSERT_EQ(found(), "-128");
+  ASSERT_EQ(found(), lockedStatus);
 
   ChildProcess other({"secret-tool", "lookup", "service", query.service, "account", query.account});
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));

@@ -115,8 +115,8 @@ TEST_F(AppWindowsTest, WelcomesFromTheStartUntilTheWelcomeIsClosed) {
 }
 
 TEST_F(AppWindowsTest, TheHelpIsShownWithoutAKeyringToo) {
-  desktop.keychain.fail(FakeKeychain::Backend::login, -25291);
-  desktop.keychain.fail(FakeKeychain::Backend::dataProtection, -34018);
+  desktop.keychain.fail(FakeKeychain::Backend::login, keychainStatus::notAvailable);
+  desktop.keychain.fail(FakeKeychain::Backend::dataProtection, keychainStatus::missingEntitlement);
   start();
   desktop.dispatch.advance(Seconds(0.31));
   EXPECT_EQ(windows<HelpPanel>().size(), 1U);

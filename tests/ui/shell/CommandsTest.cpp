@@ -351,7 +351,7 @@ TEST_F(Commands, AKeyThatCannotBeReplacedStays) {
   copyOneToKeepAndOneToDrop();
   const auto key = desktop.keychain.key(FakeKeychain::Backend::dataProtection);
   desktop.keychain.failOnce(FakeKeychain::Operation::update, FakeKeychain::Backend::dataProtection,
-                            -25291);
+                            keychainStatus::notAvailable);
   choose("Clear History…");
   pinnedToo()->setChecked(true);
   press(question, Qt::Key_Return);

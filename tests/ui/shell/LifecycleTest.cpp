@@ -15,8 +15,9 @@ constexpr auto storageUnavailable =
 class Lifecycle : public AppDelegateTest {
  protected:
   void loseTheKeyring() {
-    desktop.keychain.fail(FakeKeychain::Backend::login, -25291);
-    desktop.keychain.fail(FakeKeychain::Backend::dataProtection, -34018);
+    desktop.keychain.fail(FakeKeychain::Backend::login, keychainStatus::notAvailable);
+    desktop.keychain.fail(FakeKeychain::Backend::dataProtection,
+                          keychainStatus::missingEntitlement);
   }
 };
 

@@ -161,9 +161,8 @@ TEST_F(ThumbnailProviderTest, WithoutAKeyWhatIsSealedYieldsNothingAndPlainFilesA
   const auto bitmap = picture(5);
   images_.introduce(toBytes("plain"), bitmap);
   std::ofstream(assetOf(plain), std::ios::binary | std::ios::trunc) << "plain";
-  constexpr OSStatus notAvailable = -25291;
-  store_.keychain().fail(FakeKeychain::Backend::dataProtection, notAvailable);
-  store_.keychain().fail(FakeKeychain::Backend::login, notAvailable);
+  store_.keychain().fail(FakeKeychain::Backend::dataProtection, keychainStatus::notAvailable);
+  store_.keychain().fail(FakeKeychain::Backend::login, keychainStatus::notAvailable);
   const ClipStore keyless(store_.services(), std::nullopt, nullptr, {});
   ASSERT_EQ(keyless.secureStorage(), nullptr);
   ASSERT_EQ(keyless.assetsUrl(), store_.assets());

@@ -9,7 +9,9 @@ namespace vantorel {
 namespace {
 
 bool isModifier(KeyCode keyCode) {
-  constexpr std::array<KeyCode, 9> modifiers = {54, 55, 56, 57, 58, 59, 60, 61, 62};
+  constexpr std::array modifiers = {keys::rightCommand, keys::command,     keys::shift,
+                                    keys::capsLock,     keys::option,      keys::control,
+                                    keys::rightShift,   keys::rightOption, keys::rightControl};
   return std::find(modifiers.begin(), modifiers.end(), keyCode) != modifiers.end();
 }
 
