@@ -49,7 +49,7 @@ TEST_F(FileThumbnailsOnThreadsTest, AHangingThumbnailerHoldsNoImageUp) {
 
 TEST_F(FileThumbnailsOnThreadsTest, HangingThumbnailersDoNotAddUpForOthers) {
   ThumbnailerRuns::Limits limits;
-  limits.moment = std::chrono::milliseconds(1'000);
+  limits.firstTry = std::chrono::milliseconds(1'000);
   limits.process.time = std::chrono::hours(1);
   open(dispatch, limits);
   install("video/mp4", "exec sleep 1000");
@@ -71,7 +71,7 @@ TEST_F(FileThumbnailsOnThreadsTest, HangingThumbnailersDoNotAddUpForOthers) {
 
 TEST_F(FileThumbnailsOnThreadsTest, TheRunningThumbnailerEndsWithIt) {
   ThumbnailerRuns::Limits limits;
-  limits.moment = limits.process.time;
+  limits.firstTry = limits.process.time;
   open(dispatch, limits);
   install("video/mp4",
           "echo x >>$root/starts; echo $$ >$root/starting; mv $root/starting $root/running; exec "

@@ -35,10 +35,10 @@ class FileThumbnailsTest : public FileThumbnailsFixture {
     EXPECT_TRUE(std::filesystem::is_empty(files / "temporary")) << "nothing is left behind";
     return result;
   }
-  /// With so much patience: for a moment, and at most.
-  void openWith(std::chrono::milliseconds moment, std::chrono::milliseconds most) {
+  /// With so much patience: for the first try, and at most.
+  void openWith(std::chrono::milliseconds firstTry, std::chrono::milliseconds most) {
     ThumbnailerRuns::Limits limits;
-    limits.moment = moment;
+    limits.firstTry = firstTry;
     limits.process.time = most;
     open(dispatch, limits);
   }

@@ -12,7 +12,8 @@
 namespace vantorel {
 
 /// An icon theme with those it inherits from, as they were installed when they were read.
-/// Immutable, for any thread; every look-up asks the disk.
+/// Immutable, for any thread; every look-up asks the disk. The toolkit's own look-up belongs to the
+/// main thread, which must not wait for a disk.
 class IconThemes {
  public:
   /// The theme called `name` comes first, then what it inherits from, then "hicolor", which every

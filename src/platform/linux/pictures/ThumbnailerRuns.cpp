@@ -13,8 +13,8 @@ ThumbnailerRuns::ThumbnailerRuns(Services services, std::filesystem::path tempor
     : services_(services),
       temporary_(std::move(temporary)),
       limits_(limits),
-      patient_(services.dispatch.serialQueue("com.vantorel.slow-thumbs")),
-      hasty_(services.dispatch.serialQueue("com.vantorel.thumbnailers")) {}
+      slowQueue_(services.dispatch.serialQueue("com.vantorel.slow-thumbs")),
+      quickQueue_(services.dispatch.serialQueue("com.vantorel.thumbnailers")) {}
 
 ThumbnailerRuns::~ThumbnailerRuns() { stop(); }
 
@@ -22,27 +22,28 @@ void ThumbnailerRuns::stop() { stop_.raise(); }
 
 void ThumbnailerRuns::make(const Request& request, const ThumbnailerEntry& thumbnailer,
                            const Completion& completion) {
-  if (isHopeless(request)) return completion(nullptr);
+  if (hasFailed(request)) return completion(nullptr);
   {
     const std::lock_guard lock(mutex_);
     auto& waiting = waiting_[Key(request.file.string(), request.most.width, request.most.height)];
     waiting.push_back(completion);
     if (waiting.size() > 1) return;
   }
-  hasty_->async([this, request, thumbnailer] { tryForAMoment(request, thumbnailer); });
+  quickQueue_->async([this, request, thumbnailer] { tryWithTimeout(request, thumbnailer); });
 }
 
-bool ThumbnailerRuns::isHopeless(const Request& request) const {
+bool ThumbnailerRuns::hasFailed(const Request& request) const {
   const std::lock_guard lock(mutex_);
-  const auto known = hopeless_.find(request.file.string());
-  return known != hopeless_.end() && known->second == request.changeTime;
+  const auto known = failed_.find(request.file.string());
+  return known != failed_.end() && known->second == request.changeTime;
 }
 
-void ThumbnailerRuns::tryForAMoment(const Request& request, const ThumbnailerEntry& thumbnailer) {
-  const bool mayTakeLonger = limits_.moment < limits_.process.time;
-  const auto first = attempt(request, thumbnailer, std::min(limits_.moment, limits_.process.time));
+void ThumbnailerRuns::tryWithTimeout(const Request& request, const ThumbnailerEntry& thumbnailer) {
+  const bool mayTakeLonger = limits_.firstTry < limits_.process.time;
+  const auto first =
+      attempt(request, thumbnailer, std::min(limits_.firstTry, limits_.process.time));
   if (first.end != ProcessEnd::tookTooLong || !mayTakeLonger) return finish(request, first);
-  patient_->async([this, request, thumbnailer] {
+  slowQueue_->async([this, request, thumbnailer] {
     finish(request, attempt(request, thumbnailer, limits_.process.time));
   });
 }
@@ -72,7 +73,7 @@ void ThumbnailerRuns::finish(const Request& request, const Attempt& attempt) {
   {
     const std::lock_guard lock(mutex_);
     if (attempt.end == ProcessEnd::tookTooLong || attempt.end == ProcessEnd::crashed) {
-      hopeless_[file] = request.changeTime;
+      failed_[file] = request.changeTime;
     }
     const auto found = waiting_.find(Key(file, request.most.width, request.most.height));
     waiting = std::move(found->second);

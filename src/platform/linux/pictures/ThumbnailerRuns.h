@@ -20,16 +20,18 @@
 
 namespace vantorel {
 
-/// Runs installed thumbnailers, one file after the other. One that is not done within a moment is
-/// begun anew on a queue for patience, where it may take its time limit: files that hang do not add
-/// up for those that do not. A file whose thumbnailer took too long even there, or crashed, is not
-/// tried again before it changes, as long as the program runs.
+/// Runs installed thumbnailers, one file after the other. One that is not done within `firstTry` is
+/// begun anew on a queue for slow ones, with its whole time limit, so that files that hang do not
+/// hold up the others. A file whose thumbnailer took too long even there, or crashed, is not tried
+/// again before it changes, as long as the program runs.
+///
+/// Made by hand, for the one library that runs thumbnailers belongs to a single desktop.
 class ThumbnailerRuns {
  public:
   using Completion = std::function<void(SharedBitmap)>;
   struct Limits {
     ProcessLimits process;
-    std::chrono::milliseconds moment{2'000};
+    std::chrono::milliseconds firstTry{2'000};
   };
   /// All outlive this.
   struct Services {
@@ -50,8 +52,8 @@ class ThumbnailerRuns {
   ThumbnailerRuns& operator=(const ThumbnailerRuns&) = delete;
 
   /// `completion` is called once, on a thread of this one's choosing, with null when no picture
-  /// could be made; at once when there is no hope for the file. Who asks while a thumbnailer is at
-  /// it waits for the same picture. Any thread.
+  /// could be made; at once when the file is not to be tried again. Who asks while a thumbnailer is
+  /// at work on it waits for the same picture. Any thread.
   void make(const Request& request, const ThumbnailerEntry& thumbnailer,
             const Completion& completion);
 
@@ -65,8 +67,8 @@ class ThumbnailerRuns {
     SharedBitmap picture;
   };
 
-  [[nodiscard]] bool isHopeless(const Request& request) const;
-  void tryForAMoment(const Request& request, const ThumbnailerEntry& thumbnailer);
+  [[nodiscard]] bool hasFailed(const Request& request) const;
+  void tryWithTimeout(const Request& request, const ThumbnailerEntry& thumbnailer);
   [[nodiscard]] Attempt attempt(const Request& request, const ThumbnailerEntry& thumbnailer,
                                 std::chrono::milliseconds time) const;
   void finish(const Request& request, const Attempt& attempt);
@@ -78,11 +80,11 @@ class ThumbnailerRuns {
 
   mutable std::mutex mutex_;                        // the two below
   std::map<Key, std::vector<Completion>> waiting_;  // by file and size
-  std::map<std::string, std::int64_t> hopeless_;    // by path, when it had changed last
+  std::map<std::string, std::int64_t> failed_;      // by path: the change time it failed with
 
-  // Last, as they use what is above; the hasty one feeds the patient one and so ends first.
-  std::unique_ptr<SerialQueue> patient_;
-  std::unique_ptr<SerialQueue> hasty_;
+  // Last, as they use what is above; the quick one feeds the slow one and so ends first.
+  std::unique_ptr<SerialQueue> slowQueue_;
+  std::unique_ptr<SerialQueue> quickQueue_;
 };
 
 }  // namespace vantorel

@@ -29,7 +29,7 @@ rlim_t mappedMemory() {
 
 }  // namespace
 
-bool becomeUnnoticed(pid_t parent, Share share) {
+bool limitThisProcess(pid_t parent, Share share) {
   (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (::getppid() != parent) return false;
   constexpr int leastUrgent = 19;

@@ -6,11 +6,11 @@
 
 namespace vantorel {
 
-/// Makes this process one that nobody notices: it gets only a `share` of the time, lets no
-/// file grow and leaves no core, cannot be traced, gains no privileges, takes a bounded amount of
-/// memory, is the first to go when memory runs out, and ends with the thread of process `parent`
-/// that started it. False when that is gone already.
-[[nodiscard]] bool becomeUnnoticed(pid_t parent, Share share);
+/// Lowers this process to a `share` of the processor's time and bounds what it may take: it writes
+/// no file and leaves no core, cannot be traced, gains no privileges, has a limit of memory and is
+/// the first to go when memory runs out. It ends with the thread of process `parent` that started
+/// it. False when that is gone already.
+[[nodiscard]] bool limitThisProcess(pid_t parent, Share share);
 
 /// From now on this process may use so much more processor time; then the system kills it, whatever
 /// it is in the middle of. Counts whole seconds, rounded up.

@@ -90,7 +90,7 @@ int run(std::span<const char* const> arguments) {
   if (arguments.size() != expected) return EXIT_FAILURE;
   const Share share = std::string_view(arguments[4]) == "small" ? Share::small : Share::leftOver;
   const auto parent = static_cast<pid_t>(std::strtol(arguments[5], nullptr, 10));
-  if (!becomeUnnoticed(parent, share) || !confine()) return EXIT_FAILURE;
+  if (!limitThisProcess(parent, share) || !confine()) return EXIT_FAILURE;
   Worker worker(arguments[1], namesIn(arguments[2]));
   const std::chrono::seconds idleLimit{std::strtol(arguments[3], nullptr, 10)};
   while (hasInput(STDIN_FILENO, steady_clock::now() + idleLimit)) {
