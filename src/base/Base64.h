@@ -16,7 +16,8 @@ namespace vantorel {
 void appendBase64(Bytes& out, ByteView bytes);
 
 /// Reads exactly what `appendBase64` writes: absent for white space, missing or misplaced padding,
-/// foreign characters, or stray bits before the padding.
+/// foreign characters, or stray bits before the padding. Made by hand, since what libraries read is
+/// wider: other padding, or none, and two texts for the same bytes.
 [[nodiscard]] std::optional<Bytes> bytesFromBase64(std::string_view text);
 
 }  // namespace vantorel

@@ -11,7 +11,7 @@
 
 namespace vantorel {
 
-/// A 128-bit identifier.
+/// A 128-bit identifier. The toolkit's is out of reach here, below the core.
 class Uuid {
  public:
   /// All zero.

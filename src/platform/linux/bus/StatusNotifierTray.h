@@ -15,7 +15,8 @@ namespace vantorel {
 
 /// An item in the trays that speak StatusNotifierItem, registered with every watcher that appears
 /// on the session bus, and again when the bus itself was gone for a while. Without a bus, or a tray
-/// on it, nothing is seen and nothing fails.
+/// on it, nothing is seen and nothing fails. The toolkit's own tray icon looks for a tray only
+/// once.
 class StatusNotifierTray : public StatusItem {
  public:
   struct Services {

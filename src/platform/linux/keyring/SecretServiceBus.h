@@ -12,7 +12,9 @@ namespace vantorel {
 
 class KeyringSession;
 
-/// The user's keyring by the desktop's Secret Service protocol. On the keyring's thread.
+/// The user's keyring by the desktop's Secret Service protocol, call by call: libsecret's simple
+/// functions do not tell a locked keyring from one without the item, and wait without a limit. Only
+/// the encryption of a session is taken from it. On the keyring's thread.
 class SecretServiceBus : public KeyringService {
  public:
   /// `unlockedLater` is called whenever something may have been unlocked that was found locked

@@ -13,7 +13,8 @@
 
 namespace vantorel {
 
-/// The CLIPBOARD selection as the pasteboard, on a connection and a thread of its own.
+/// The CLIPBOARD selection as the pasteboard, on a connection and a thread of its own: the
+/// toolkit's clipboard would keep the main thread waiting for whoever owns the selection.
 class X11Pasteboard : public Pasteboard {
  public:
   struct Services {

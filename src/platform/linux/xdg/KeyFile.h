@@ -15,7 +15,8 @@ using KeyGroup = std::map<std::string, std::string, std::less<>>;
 using KeyFile = std::map<std::string, KeyGroup, std::less<>>;
 
 // The files of desktops: "[Group]" lines, each followed by "key=value" lines. Comments, lines that
-// make no sense and values that are not UTF-8 are passed over. Pure, any thread.
+// make no sense and values that are not UTF-8 are passed over: a library's parser refuses a whole
+// file for one bad line, and installed files have such lines. Pure, any thread.
 
 [[nodiscard]] KeyFile parseKeyFile(std::string_view text);
 
