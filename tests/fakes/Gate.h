@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -10,12 +12,15 @@ namespace vantorel {
 /// Threads that nobody joins share it.
 class Gate {
  public:
-  /// Waits until the gate is open. The limit only bounds a failure.
+  /// Waits until the gate is open. The limit only bounds a failure: a test that needs it to go on
+  /// has not shown what it says.
   void pass() {
     std::unique_lock lock(mutex_);
     ++waiting_;
     changed_.notify_all();
-    changed_.wait_for(lock, limit, [this] { return open_; });
+    if (!changed_.wait_for(lock, limit, [this] { return open_; })) {
+      ADD_FAILURE() << "nobody has opened the gate";
+    }
     --waiting_;
     ++passed_;
     changed_.notify_all();

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
+#include <memory>
 #include <thread>
+#include <utility>
 
 #include "base/DetachedThread.h"
 #include "fakes/ManualDispatch.h"
@@ -15,7 +18,10 @@ class ThreadedDispatch : public ManualDispatch {
  public:
   void detach(Work work) override {
     ++detached_;
-    ASSERT_TRUE(runDetached(std::move(work)));
+    ASSERT_TRUE(runDetached([work = std::move(work), ended = ended_] {
+      work();
+      ++*ended;
+    }));
   }
 
   // The test's side.
@@ -42,9 +48,13 @@ class ThreadedDispatch : public ManualDispatch {
   }
   /// Threads started so far.
   [[nodiscard]] int detachedCount() const { return detached_; }
+  /// How many of them have done their work.
+  [[nodiscard]] int endedCount() const { return *ended_; }
 
  private:
   int detached_ = 0;
+  // Shared with threads that may outlive this.
+  std::shared_ptr<std::atomic<int>> ended_ = std::make_shared<std::atomic<int>>(0);
 };
 
 }  // namespace vantorel

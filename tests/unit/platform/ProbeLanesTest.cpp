@@ -95,6 +95,31 @@ TEST_F(ProbeLanesTest, WhileOneIsStuckNewQuestionsNeedNotWait) {
   ASSERT_TRUE(areAnswered(2)) << "and no time had to pass";
 }
 
+TEST_F(ProbeLanesTest, AThreadThatCameBackIsNotTakenForStuck) {
+  const auto askAt = [&](const std::shared_ptr<Gate>& gate) {
+    lanes_->ask([gate]() -> Work {
+      gate->pass();
+      return {};
+    });
+  };
+  const auto first = std::make_shared<Gate>();
+  const auto second = std::make_shared<Gate>();
+  askAt(first);
+  askAt(second);
+  askStuck();
+  ASSERT_TRUE(first->isReachedBy(1));
+  losePatience();
+  ASSERT_TRUE(second->isReachedBy(1)) << "by another thread";
+  first->open();
+  ASSERT_TRUE(gate_->isReachedBy(1)) << "by the first, which has come back";
+  second->open();
+  ASSERT_TRUE(ThreadedDispatch::waitUntil([&] { return dispatch_.endedCount() == 1; }));
+  ask(1);
+  EXPECT_EQ(dispatch_.detachedCount(), 2) << "the one left has not used up its time";
+  losePatience();
+  ASSERT_TRUE(areAnswered(1));
+}
+
 TEST_F(ProbeLanesTest, ManyWithoutAnswerAreSoonBehindIt) {
   for (int i = 0; i < 50; ++i) askStuck();
   ask(1);
