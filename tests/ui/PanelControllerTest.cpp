@@ -5,6 +5,7 @@
 
 #include "chrome/ElasticScrollView.h"
 #include "chrome/VantorelPanel.h"
+#include "fakes/FakeImage.h"
 #include "panel/ClipListView.h"
 #include "panel/ClipRowView.h"
 #include "panel/SearchField.h"
@@ -261,14 +262,25 @@ TEST_F(PanelController, ARefreshRevealsTheSelection) {
   EXPECT_LE(row->geometry().bottom(), scrollView().offset() + listHeight());
 }
 
-TEST_F(PanelController, RecognisedTextOnlyMattersWhileSearching) {
-  addTexts({"a"});
+TEST_F(PanelController, TextRecognisedDuringASearchIsFoundEvenUnderThePointer) {
+  store_.recognition().introduce(toBytes("picture"), {"Invoice 2024"});
+  store_.tick();
+  store_->captureImage(FakeImage({10, 10}, "picture"), {});
   open();
+  type("invoice");
+  EXPECT_THAT(titles(), IsEmpty());
+  screens_.setMouseLocation({960, 540});
+  dispatch_.runQueued();
+  EXPECT_THAT(titles(), ElementsAre("Image"));
+}
+
+TEST_F(PanelController, RecognisedTextOnlyMattersWhileSearching) {
+  addTexts({"old"});
+  open();
+  screens_.setMouseLocation({960, 555});
+  store_.addText("new");
   controller_->refreshSearchIfVisible();
-  EXPECT_THAT(titles(), ElementsAre("a"));
-  controller_->hide();
-  controller_->refreshSearchIfVisible();
-  EXPECT_FALSE(controller_->isVisible());
+  EXPECT_THAT(titles(), ElementsAre("old"));
 }
 
 TEST_F(PanelController, TypingSelectsTheFirstMatch) {
