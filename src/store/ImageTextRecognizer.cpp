@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/CaptureLimits.h"
 #include "text/Unicode.h"
 
 namespace vantorel::ImageTextRecognizer {
@@ -29,7 +30,7 @@ std::optional<std::string> recognize(TextRecognition& recognition, ByteView data
     if (&line != &recognized.lines.front()) text += '\n';
     text += line;
   }
-  text.resize(prefixOfCharacters(text, longestText).size());
+  text.resize(prefixOfCharacters(text, longestRecognizedText).size());
   return text;
 }
 

@@ -14,9 +14,6 @@ namespace vantorel::ImageTextRecognizer {
 /// In order of priority.
 inline constexpr std::array<std::string_view, 2> preferredLanguages = {"he-IL", "en-US"};
 
-/// Characters, as a reader counts them; more would only burden the history and the search.
-inline constexpr std::size_t longestText = 8000;
-
 /// The text in an encoded image, its lines joined with "\n"; empty when it shows none, absent when
 /// it could not be read or the reading was stopped. Recognises the preferred languages as far as
 /// they are supported, else whatever the recogniser reads by default. On a background queue.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 
+#include "platform/CaptureLimits.h"
 #include "platform/Image.h"
 
 namespace vantorel {
@@ -13,7 +14,5 @@ namespace vantorel {
 [[nodiscard]] std::shared_ptr<const Image> preparedImage(const ImageDecoder& decoder,
                                                          std::shared_ptr<const Bytes> bytes,
                                                          std::size_t largestPng);
-
-inline constexpr double jpegCompression = 0.86;
 
 }  // namespace vantorel

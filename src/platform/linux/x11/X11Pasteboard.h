@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/CaptureLimits.h"
 #include "platform/Dispatch.h"
 #include "platform/Pasteboard.h"
 #include "platform/linux/x11/SelectionService.h"
@@ -23,7 +24,7 @@ class X11Pasteboard : public Pasteboard {
   };
   struct Limits {
     /// The largest image that the program keeps in its PNG form.
-    std::size_t largestPngBytes = 12'582'912;
+    std::size_t largestPngBytes = largestEncodedImage;
     /// How long another program may be silent while it is read.
     std::chrono::milliseconds patience = SelectionReader::usualPatience;
   };

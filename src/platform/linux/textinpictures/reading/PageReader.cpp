@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/CaptureLimits.h"
 #include "platform/linux/textinpictures/reading/InkOnPaper.h"
 #include "text/Unicode.h"
 
@@ -12,9 +13,8 @@ namespace {
 
 constexpr int pixelsAtOnce = 3'000'000;
 constexpr int fewestRowsAtOnce = 300;
-constexpr int softEdge = 4;                    // rows around letters
-constexpr std::size_t mostCharacters = 8'000;  // a history keeps no more
-constexpr std::size_t mostText = 100'000;      // bytes, however many marks its characters carry
+constexpr int softEdge = 4;                // rows around letters
+constexpr std::size_t mostText = 100'000;  // bytes, however many marks its characters carry
 
 std::size_t codePointsIn(const std::string& text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
@@ -56,9 +56,9 @@ struct PageReader::Page {
     text += '\n';
     codePoints += codePointsIn(line) + 1;
     lines.push_back(std::move(line));
-    const bool mayBeFull = codePoints > mostCharacters;  // a character has at least one
+    const bool mayBeFull = codePoints > longestRecognizedText;  // a character has at least one
     isFull = text.size() > mostText ||
-             (mayBeFull && prefixOfCharacters(text, mostCharacters).size() < text.size());
+             (mayBeFull && prefixOfCharacters(text, longestRecognizedText).size() < text.size());
   }
 };
 
