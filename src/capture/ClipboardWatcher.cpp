@@ -2,54 +2,12 @@
 
 #include <algorithm>
 
-#include "base/ContentFingerprint.h"
 #include "platform/OwnApplication.h"
 #include "platform/RestingTimer.h"
+#include "store/CapturedEntries.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
-namespace {
-
-constexpr std::size_t previewCharacters = 500;
-
-ClipItem textItem(std::string text, std::optional<Bytes> rtf, std::optional<Bytes> html,
-                  const SourceApp& source, Date now) {
-  ClipItem item;
-  item.id = Uuid::random();
-  item.kind = ClipKind::text;
-  item.createdAt = now;
-  item.title = "Text";
-  item.preview = prefixOfCharacters(trimmed(text), previewCharacters);
-  item.contentHash = ContentFingerprint::data(bytesOf(text));
-  item.text = SharedText(std::move(text));
-  item.sourceAppName = source.name;
-  item.sourceBundleIdentifier = source.bundleIdentifier;
-  if (rtf) item.rtfData = SharedBytes(std::move(*rtf));
-  if (html) item.htmlData = SharedBytes(std::move(*html));
-  item.isPinned = false;
-  return item;
-}
-
-/// When an entry was last copied again; what a capture changes in an entry that it merges with.
-using CopyDates = std::vector<std::pair<Uuid, std::optional<Date>>>;
-
-CopyDates copyDates(const std::vector<ClipItem>& items) {
-  CopyDates dates;
-  dates.reserve(items.size());
-  for (const auto& item : items) dates.emplace_back(item.id, item.lastCopiedAt);
-  return dates;
-}
-
-/// The entry that was added or copied again since `before`; absent when nothing was taken in.
-std::optional<Uuid> capturedEntry(const CopyDates& before, const std::vector<ClipItem>& items) {
-  const auto found = std::find_if(items.begin(), items.end(), [&](const ClipItem& item) {
-    const std::pair entry(item.id, item.lastCopiedAt);
-    return std::find(before.begin(), before.end(), entry) == before.end();
-  });
-  return found != items.end() ? std::optional(found->id) : std::nullopt;
-}
-
-}  // namespace
 
 /// One change on its way into the history.
 struct ClipboardWatcher::Reading {
@@ -76,28 +34,23 @@ void ClipboardWatcher::start() {
   timer_.reset();
   timer_ = std::make_unique<RestingTimer>(services_.dispatch, services_.pasteboard, pollInterval,
                                           [this] { poll(); });
-  if (!listening_) listening_ = std::make_shared<bool>(true);
-  const std::weak_ptr<bool> listening = listening_;
-  services_.pasteboard.setChangeHandler([this, listening] {
-    if (!listening.expired()) poll();
-  });
-  services_.pasteboard.setOwnerExitHandler([this, listening](Pasteboard::ChangeCount change) {
-    if (!listening.expired()) ownerExited(change);
-  });
+  services_.pasteboard.setChangeHandler(life_.guard([this] { poll(); }));
+  services_.pasteboard.setOwnerExitHandler(
+      life_.guard([this](Pasteboard::ChangeCount change) { ownerExited(change); }));
   services_.pasteboard.setSaveHandler(
-      [this, listening](Pasteboard::ChangeCount change, std::function<void()> done) {
-        if (!listening.expired()) saveAsked(change, std::move(done));
-      });
+      life_.guard([this](Pasteboard::ChangeCount change, std::function<void()> done) {
+        saveAsked(change, std::move(done));
+      }));
 }
 
 void ClipboardWatcher::stop() {
-  timer_.reset();
+  const bool wasStarted = std::exchange(timer_, nullptr) != nullptr;
   endReading();
-  if (!listening_) return;
+  if (!wasStarted) return;
   services_.pasteboard.setChangeHandler({});
   services_.pasteboard.setOwnerExitHandler({});
   services_.pasteboard.setSaveHandler({});
-  listening_.reset();
+  life_.end();
 }
 
 template <class Value, class Next>
@@ -150,7 +103,7 @@ void ClipboardWatcher::filesRead(Reading& reading,
     return;
   }
   if (!paths.empty()) {
-    finish([&] { store_.captureFiles(paths, reading.source); });
+    finish([&] { return store_.captureFiles(paths, reading.source); });
     return;
   }
   services_.pasteboard.readString(
@@ -187,12 +140,14 @@ void ClipboardWatcher::dataRead(Reading& reading, PasteboardDataType type,
                                 std::optional<Bytes> data) {
   (type == PasteboardDataType::rtf ? reading.rtf : reading.html) = std::move(data);
   if (--reading.formsAwaited > 0) return;
-  finish([&] { insertText(reading); });
+  finish([&] { return insertText(reading); });
 }
 
-void ClipboardWatcher::insertText(Reading& reading) {
-  store_.insert(textItem(std::move(reading.text), std::move(reading.rtf), std::move(reading.html),
-                         reading.source, services_.dispatch.now()));
+ClipStore::Capture ClipboardWatcher::insertText(Reading& reading) {
+  ClipItem item = textEntry(std::move(reading.text), reading.source, services_.dispatch.now());
+  if (reading.rtf) item.rtfData = std::move(*reading.rtf);
+  if (reading.html) item.htmlData = std::move(*reading.html);
+  return store_.insert(item);
 }
 
 void ClipboardWatcher::imageRead(Reading& reading, const std::shared_ptr<const Image>& image) {
@@ -216,18 +171,13 @@ void ClipboardWatcher::compared(Reading& reading, const std::shared_ptr<const Im
     endReading();
     return;
   }
-  finish([&] {
-    if (image) store_.captureImage(*image, reading.source);
-  });
+  finish([&] { return image ? store_.captureImage(*image, reading.source) : std::nullopt; });
 }
 
-void ClipboardWatcher::finish(const std::function<void()>& capture) {
+void ClipboardWatcher::finish(const std::function<std::optional<ClipStore::Capture>()>& capture) {
   const auto reading = std::exchange(reading_, nullptr);
   ownWrite_.reset();
-  const auto before = copyDates(store_.items());
-  capture();
-  const auto entry = capturedEntry(before, store_.items());
-  if (entry) newestCapture_ = {reading->change, *entry};
+  if (const auto captured = capture()) newestCapture_ = {reading->change, captured->id};
   answerSaves(*reading);
 }
 
@@ -252,7 +202,7 @@ void ClipboardWatcher::supersedeReading() {
   const auto reading = reading_;
   // Its text is here, and only a richer form is late: nothing is lost over that.
   if (reading && !reading->text.empty() && !privacy_.shouldIgnore({}, reading->source)) {
-    finish([&] { insertText(*reading); });
+    finish([&] { return insertText(*reading); });
   } else {
     endReading();
   }

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/Lifetime.h"
 #include "capture/OwnWrite.h"
 #include "capture/PrivacyPreferences.h"
 #include "platform/Dispatch.h"
@@ -78,12 +79,12 @@ class ClipboardWatcher {
   template <class Value, class Next>
   [[nodiscard]] Pasteboard::Completion<Value> whileReading(Next next);
   /// Ends the reading by what `capture` hands to the store.
-  void finish(const std::function<void()>& capture);
+  void finish(const std::function<std::optional<ClipStore::Capture>()>& capture);
   /// What may have been taken over with that change, `front` being in front at that moment.
   [[nodiscard]] std::shared_ptr<const OwnWrite> ownWriteTakenOver(
       Pasteboard::ChangeCount change, const std::optional<RunningApplication>& front) const;
   [[nodiscard]] SourceApp sourceAppOf(const std::optional<RunningApplication>& front) const;
-  void insertText(Reading& reading);
+  ClipStore::Capture insertText(Reading& reading);
   void endTakenOver(const std::function<bool(const ClipItem&)>& isTheEntry);
   /// Ends the reading of contents that are nobody's new copy and not our own either.
   void endUncaptured();
@@ -103,12 +104,12 @@ class ClipboardWatcher {
   ClipboardServices services_;
   Pasteboard::ChangeCount lastChangeCount_;
   std::unique_ptr<Timer> timer_;
-  std::shared_ptr<bool> listening_;   // announcements on their way hold it weakly
   std::shared_ptr<Reading> reading_;  // under way; queued steps hold it weakly
   std::shared_ptr<const OwnWrite> ownWrite_;
   std::unique_ptr<SerialQueue> pictures_;  // compares them; made when first needed
   /// The change that was captured last, and its entry.
   std::optional<std::pair<Pasteboard::ChangeCount, Uuid>> newestCapture_;
+  Lifetime life_;  // of what listens to the pasteboard
 };
 
 }  // namespace vantorel

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/ContentFingerprint.h"
+#include "platform/CaptureLimits.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -61,6 +62,16 @@ std::string wholePoints(double length) {
 
 }  // namespace
 
+ClipItem textEntry(std::string text, const SourceApp& source, Date now) {
+  constexpr std::size_t previewCharacters = 500;
+  ClipItem item = newEntry(ClipKind::text, source, now);
+  item.title = "Text";
+  item.preview = prefixOfCharacters(trimmed(text), previewCharacters);
+  item.contentHash = ContentFingerprint::data(bytesOf(text));
+  item.text = std::move(text);
+  return item;
+}
+
 ClipItem filesEntry(std::vector<std::string> paths, const SourceApp& source, Date now) {
   ClipItem item = newEntry(ClipKind::files, source, now);
   item.title = title(paths);
@@ -72,6 +83,17 @@ ClipItem filesEntry(std::vector<std::string> paths, const SourceApp& source, Dat
   item.contentHash = ContentFingerprint::data(bytesOf(joined(paths, std::string_view("\0", 1))));
   item.filePaths = std::move(paths);
   return item;
+}
+
+std::optional<EncodedImage> encodedImage(const Image& image, std::size_t mostBytes) {
+  const auto fits = [mostBytes](const std::shared_ptr<const Bytes>& bytes) {
+    return bytes && bytes->size() <= mostBytes;
+  };
+  if (auto png = image.pngData(); fits(png)) return EncodedImage{std::move(png), "png"};
+  if (auto jpeg = image.jpegData(jpegCompression); fits(jpeg)) {
+    return EncodedImage{std::move(jpeg), "jpg"};
+  }
+  return std::nullopt;
 }
 
 ClipItem imageEntry(Size size, std::string assetFilename, std::string contentHash,

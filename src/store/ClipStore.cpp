@@ -4,13 +4,18 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 #include "base/AtomicFile.h"
+#include "base/ContentFingerprint.h"
+#include "store/CapturedEntries.h"
 #include "store/ClipDuplicates.h"
 #include "store/ClipOrder.h"
+#include "store/ClipRetention.h"
 #include "store/HistoryFile.h"
 #include "store/SealedFile.h"
+#include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
@@ -51,7 +56,16 @@ ClipStore::ClipStore(ClipStoreServices services,
       legacyIndexUrl_(baseUrl_ / legacyHistoryName),
       assets_(services_.files, baseUrl_ / "Assets"),
       secureStorage_(secureStorage ? std::move(secureStorage)
-                                   : storageFor(services_.keychain, !baseUrl.has_value())) {
+                                   : storageFor(services_.keychain, !baseUrl.has_value())),
+      saver_(services_.dispatch, services_.files, indexUrl_, assets_, secureStorage_, items_),
+      readings_({.dispatch = services_.dispatch,
+                 .recognition = services_.recognition,
+                 .queue = services_.recognitionQueue,
+                 .assets = assets_,
+                 .storage = secureStorage_},
+                items_, [this](Uuid id, const auto& contentHash, const std::string& text) {
+                  setRecognizedText(id, contentHash, text);
+                }) {
   prepareStorageDirectories();
   if (persistenceIsReady_) persistenceIsReady_ = load();
   if (persistenceIsReady_) tidyLoadedHistory();
@@ -89,7 +103,7 @@ bool ClipStore::migrateLegacy() {
   auto items = decodeHistory(std::move(*json));
   if (!items || !secureStorage_) return false;
   items_ = std::move(*items);
-  if (!encryptLegacyAssets() || !save()) return false;
+  if (!encryptLegacyAssets() || !saver_.saveAtOnce()) return false;
   (void)services_.files.remove(legacyIndexUrl_);
   return true;
 }
@@ -109,13 +123,9 @@ bool ClipStore::encryptLegacyAssets() {
 void ClipStore::tidyLoadedHistory() {
   separateIdentities(items_);
   items_ = coalesced(std::move(items_));
-  prune();
-  numberPins(items_);
-  saveNowOrLater();
-  removeDiscardedAssets();
-  removeOrphanedAssets();
+  commit(Upkeep::all);
   removeUnfinishedWrites();
-  for (const ClipItem& item : items_) scheduleRecognition(item);
+  for (const ClipItem& item : items_) readings_.begin(item);
 }
 
 void ClipStore::removeUnfinishedWrites() {
@@ -124,6 +134,162 @@ void ClipStore::removeUnfinishedWrites() {
     if (isUnfinishedWrite(name.string(), historyName))
       (void)services_.files.remove(baseUrl_ / name);
   }
+}
+
+/// The only way out for every change: tidied as far as it asks, saved, and told.
+void ClipStore::commit(Upkeep upkeep) {
+  if (upkeep == Upkeep::all) prune();
+  if (upkeep != Upkeep::none) numberPins(items_);
+  readings_.stopNeedless();
+  if (persistenceIsReady_) {
+    saver_.save();
+  } else {
+    saver_.deleteDiscarded();  // no save will ever succeed, and the user took them out
+  }
+  if (onChange) onChange();
+}
+
+void ClipStore::prune() {
+  const auto keep = [this](Retention retention) {
+    items_ = std::move(retention.kept);
+    // The history that could not be read may name the same files.
+    if (persistenceIsReady_) discardAssetsOf(retention.dropped);
+  };
+  keep(pruned(std::move(items_), services_.dispatch.now(), limits_.maxAge, limits_.maxItems));
+  keep(withinAssetBudget(std::move(items_), assets_.assetBytes(saver_.discarded()),
+                         limits_.maxAssetBytes,
+                         [this](const std::string& name) { return assets_.fileSize(name); }));
+}
+
+/// Answers whether there were such entries.
+bool ClipStore::takeOut(const std::function<bool(const ClipItem&)>& goes) {
+  const auto firstGone = std::stable_partition(items_.begin(), items_.end(), std::not_fn(goes));
+  const std::vector<ClipItem> gone(std::make_move_iterator(firstGone),
+                                   std::make_move_iterator(items_.end()));
+  items_.erase(firstGone, items_.end());
+  discardAssetsOf(gone);
+  return !gone.empty();
+}
+
+void ClipStore::discardAssetsOf(const std::vector<ClipItem>& dropped) {
+  auto names = namedAssets(dropped);
+  for (const std::string& stillNamed : namedAssets(items_)) names.erase(stillNamed);
+  saver_.discard(names);
+}
+
+ClipStore::Capture ClipStore::insert(const ClipItem& item) {
+  auto insertion = inserted(items_, item);
+  items_ = std::move(insertion.items);
+  const Capture capture{items_.front().id, insertion.isNews};
+  commit(Upkeep::all);
+  return capture;
+}
+
+std::optional<ClipStore::Capture> ClipStore::captureFiles(
+    const std::vector<std::filesystem::path>& urls, const SourceApp& source) {
+  if (urls.empty()) return std::nullopt;
+  std::vector<std::string> paths;
+  paths.reserve(urls.size());
+  for (const auto& url : urls) paths.push_back(url.string());
+  return insert(filesEntry(std::move(paths), source, services_.dispatch.now()));
+}
+
+std::optional<ClipStore::Capture> ClipStore::captureImage(const Image& image,
+                                                          const SourceApp& source) {
+  const auto encoded = encodedImage(image, limits_.maxSingleImageBytes);
+  if (!encoded || !secureStorage_) return std::nullopt;
+  std::string hash = ContentFingerprint::data(*encoded->bytes);
+  std::string name = Uuid::random().string() + "." + encoded->extension;
+  if (const ClipItem* const stored = storedImage(hash)) {
+    name = *stored->assetFilename;
+  } else if (!writeSealed(services_.files, assetsUrl() / name, *secureStorage_, *encoded->bytes)) {
+    return std::nullopt;
+  }
+  const Capture capture = insert(
+      imageEntry(image.size(), std::move(name), std::move(hash), source, services_.dispatch.now()));
+  if (const ClipItem* const item = findById(items_, capture.id)) readings_.begin(*item);
+  return capture;
+}
+
+/// An entry with these contents whose file is there and can be opened.
+const ClipItem* ClipStore::storedImage(const std::string& contentHash) const {
+  const auto found = std::find_if(items_.begin(), items_.end(), [&](const ClipItem& item) {
+    return item.kind == ClipKind::image && item.contentHash == contentHash && assetData(item);
+  });
+  return found == items_.end() ? nullptr : &*found;
+}
+
+void ClipStore::setRecognizedText(Uuid id, const std::optional<std::string>& contentHash,
+                                  const std::string& text) {
+  ClipItem* const item = findById(items_, id);
+  if (item == nullptr || item->kind != ClipKind::image || item->contentHash != contentHash ||
+      item->recognizedText) {
+    return;
+  }
+  item->recognizedText = text;
+  commit(Upkeep::none);
+  if (onSearchIndexChange) onSearchIndexChange();
+}
+
+bool ClipStore::canPinMore() const { return pinnedCount(items_) < maxPinnedItems; }
+
+PinResult ClipStore::togglePinned(Uuid id) {
+  ClipItem* const item = findById(items_, id);
+  if (item == nullptr) return PinResult::notFound;
+  if (!item->pinned() && !canPinMore()) return PinResult::limitReached;
+  item->isPinned = !item->pinned();
+  item->pinOrder.reset();
+  if (item->pinned()) item->pinOrder = static_cast<std::int64_t>(pinnedCount(items_)) - 1;
+  commit(Upkeep::all);
+  return PinResult::toggled;
+}
+
+bool ClipStore::renamePinned(Uuid id, std::string_view name) {
+  constexpr std::size_t longestName = 80;  // characters
+  ClipItem* const item = findById(items_, id);
+  if (item == nullptr || !item->pinned()) return false;
+  const std::string customName(prefixOfCharacters(trimmed(name), longestName));
+  item->customName.reset();
+  if (!customName.empty()) item->customName = customName;
+  commit(Upkeep::none);
+  return true;
+}
+
+bool ClipStore::movePinned(Uuid id, Uuid relativeTo, bool before) {
+  auto moved = withMovedPin(items_, id, relativeTo, before);
+  if (!moved) return false;
+  items_ = std::move(*moved);
+  commit(Upkeep::numbers);
+  return true;
+}
+
+void ClipStore::remove(Uuid id) {
+  if (takeOut([id](const ClipItem& item) { return item.id == id; })) commit(Upkeep::none);
+}
+
+void ClipStore::clear(bool includingPinned) {
+  takeOut([&](const ClipItem& item) { return includingPinned || !item.pinned(); });
+  // A history that could not be read may hold pins: it goes only with everything.
+  if (persistenceIsReady_ || includingPinned) clearDisk();
+  commit(Upkeep::none);
+}
+
+/// Takes away what the list on the disk has besides the pins that are left.
+void ClipStore::clearDisk() {
+  // Nothing may bring back what is being taken away.
+  saver_.giveUpSave();
+  // The legacy history first: left alone without the other, it would be taken up again.
+  (void)services_.files.remove(legacyIndexUrl_);
+  if (!items_.empty()) return;
+  (void)services_.files.remove(indexUrl_);
+  try {
+    // So that no copy of what was cleared can be opened.
+    if (secureStorage_) secureStorage_->rotateKey();
+  } catch (const std::exception&) {
+    // The keychain did not take the new key: the old one stays, and the next clear tries again.
+  }
+  // The disk names no picture any more, and may have no room to say so.
+  if (!services_.files.exists(indexUrl_)) assets_.removeOrphans({});
 }
 
 std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {

@@ -3,15 +3,14 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
-#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/FileSystem.h"
+#include "platform/CaptureLimits.h"
 #include "platform/Dispatch.h"
 #include "platform/Image.h"
 #include "platform/Keychain.h"
@@ -19,16 +18,18 @@
 #include "security/SecureStorage.h"
 #include "store/AssetFolder.h"
 #include "store/ClipItem.h"
+#include "store/HistorySaver.h"
+#include "store/PictureReadings.h"
 #include "store/PinResult.h"
 #include "store/SourceApp.h"
 
 namespace vantorel {
 
 struct ClipStoreLimits {
-  std::size_t maxItems = 50;                     // pins included; pins themselves are never cut
-  Seconds maxAge{604'800};                       // of unpinned entries
-  std::uint64_t maxAssetBytes = 157'286'400;     // all image files together
-  std::size_t maxSingleImageBytes = 12'582'912;  // one encoded image
+  std::size_t maxItems = 50;                  // pins included; pins themselves are never cut
+  Seconds maxAge{604'800};                    // of unpinned entries
+  std::uint64_t maxAssetBytes = 157'286'400;  // all image files together
+  std::size_t maxSingleImageBytes = largestEncodedImage;
 };
 
 /// What the store needs of its surroundings. All outlive the store.
@@ -62,7 +63,7 @@ class ClipStore {
   /// directory nor an Application Support.
   ClipStore(ClipStoreServices services, const std::optional<std::filesystem::path>& baseUrl,
             std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits);
-  ~ClipStore();
+  ~ClipStore() = default;
   ClipStore(const ClipStore&) = delete;
   ClipStore& operator=(const ClipStore&) = delete;
 
@@ -85,14 +86,18 @@ class ClipStore {
   /// not written for the rest of the process.
   [[nodiscard]] bool persistenceIsReady() const { return persistenceIsReady_; }
 
-  /// Merges the entry with what it duplicates and puts it at the front. False when it repeats the
-  /// entry that was copied last; it is inserted in both cases.
-  bool insert(const ClipItem& item);
-  /// False when the image is too large in every form, could not be stored, or repeats the entry
-  /// that was copied last.
-  bool captureImage(const Image& image, const SourceApp& source);
-  /// False for an empty list, or one that repeats the entry that was copied last.
-  bool captureFiles(const std::vector<std::filesystem::path>& urls, const SourceApp& source);
+  /// What was taken in. The entry may have had to go again at once.
+  struct Capture {
+    Uuid id;
+    bool isNews = true;  // false when it repeats the entry that was copied last
+  };
+  /// Merges the entry with what it duplicates and puts it at the front.
+  Capture insert(const ClipItem& item);
+  /// Absent when the image is too large in every form or could not be stored.
+  std::optional<Capture> captureImage(const Image& image, const SourceApp& source);
+  /// Absent for an empty list.
+  std::optional<Capture> captureFiles(const std::vector<std::filesystem::path>& urls,
+                                      const SourceApp& source);
 
   [[nodiscard]] bool canPinMore() const;
   PinResult togglePinned(Uuid id);
@@ -111,10 +116,13 @@ class ClipStore {
   [[nodiscard]] std::optional<Bytes> assetData(const ClipItem& item) const;
 
  private:
-  // A full disk is usually noticed and freed within minutes.
-  static constexpr Seconds firstSaveRetry{5};
+  /// What a change of the list asks for before it is saved.
+  enum class Upkeep { none, numbers, all };
 
-  struct EncodedImage;
+  void commit(Upkeep upkeep);
+  void prune();
+  bool takeOut(const std::function<bool(const ClipItem&)>& goes);
+  void discardAssetsOf(const std::vector<ClipItem>& dropped);
 
   void prepareStorageDirectories();
   [[nodiscard]] bool load();
@@ -123,36 +131,11 @@ class ClipStore {
   [[nodiscard]] bool encryptLegacyAssets();
   void tidyLoadedHistory();
   void removeUnfinishedWrites();
+  void clearDisk();
 
-  struct BackgroundSave {
-    std::unique_ptr<SerialQueue> queue;
-    bool again = false;  // the list has changed since
-    // Dies with this; an end that finds it dead is not told.
-    std::shared_ptr<const bool> underWay = std::make_shared<const bool>(true);
-  };
-  [[nodiscard]] bool save();
-  void saveNowOrLater();
-  void saveInBackground();
-  void finishBackgroundSave(bool saved);
-  void endBackgroundSave();
-  void settleSave(bool saved);
-  void saveAndNotify();
-
-  [[nodiscard]] std::optional<EncodedImage> encodedImage(const Image& image) const;
   [[nodiscard]] const ClipItem* storedImage(const std::string& contentHash) const;
-
-  void prune();
-  void pruneAssetsBySize();
-  void discardAssetsOf(const std::vector<ClipItem>& dropped);
-  void removeDiscardedAssets();
-  void removeOrphanedAssets();
-  void replaceStorageKey();
-  void scheduleRecognition(const ClipItem& item);
-  void finishRecognition(Uuid id, const std::optional<std::string>& contentHash,
-                         const std::optional<std::string>& text);
-  void stopNeedlessRecognition();
-  void setRecognizedText(const std::string& text, Uuid id,
-                         const std::optional<std::string>& contentHash);
+  void setRecognizedText(Uuid id, const std::optional<std::string>& contentHash,
+                         const std::string& text);
 
   ClipStoreServices services_;
   ClipStoreLimits limits_;
@@ -162,15 +145,9 @@ class ClipStore {
   AssetFolder assets_;
   std::shared_ptr<SecureStorage> secureStorage_;
   std::vector<ClipItem> items_;
-  std::set<std::string> discardedAssets_;  // to be deleted once the list is saved
   bool persistenceIsReady_ = true;
-  Seconds saveRetryDelay_ = firstSaveRetry;
-  std::unique_ptr<Timer> saveRetry_;
-  /// Pictures that are being read or wait for it, and how to give that up.
-  std::map<Uuid, std::stop_source> scheduledRecognition_;
-  /// What comes back from another thread holds it weakly and does nothing once it is gone.
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
-  std::unique_ptr<BackgroundSave> backgroundSave_;  // while one is under way
+  HistorySaver saver_;
+  PictureReadings readings_;
 };
 
 }  // namespace vantorel

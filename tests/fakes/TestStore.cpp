@@ -44,26 +44,18 @@ void TestStore::restartWithAnotherKey() {
 
 Uuid TestStore::addText(std::string_view text) {
   tick();
-  store_->insert(textItem(text, dispatch_.now()));
-  const auto& items = store_->items();
-  const auto found = std::find_if(items.begin(), items.end(), [&](const ClipItem& item) {
-    return item.text && item.text->get() == text;
-  });
-  if (found == items.end()) throw std::logic_error("the text did not stay in the history");
-  return found->id;
+  const Uuid id = store_->insert(textItem(text, dispatch_.now())).id;
+  if (!has(id)) throw std::logic_error("the text did not stay in the history");
+  return id;
 }
 
 ClipItem TestStore::item(Uuid id) const {
-  for (const ClipItem& item : store_->items()) {
-    if (item.id == id) return item;
-  }
-  throw std::out_of_range("no such entry");
+  const ClipItem* const found = findById(store_->items(), id);
+  if (found == nullptr) throw std::out_of_range("no such entry");
+  return *found;
 }
 
-bool TestStore::has(Uuid id) const {
-  const auto& items = store_->items();
-  return std::any_of(items.begin(), items.end(), [&](const auto& item) { return item.id == id; });
-}
+bool TestStore::has(Uuid id) const { return findById(store_->items(), id) != nullptr; }
 
 std::vector<std::string> TestStore::texts() const {
   std::vector<std::string> texts;

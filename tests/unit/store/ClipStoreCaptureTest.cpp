@@ -17,8 +17,8 @@ std::filesystem::path onlyAsset(TestStore& store) {
 
 TEST(ClipStoreInsert, PutsTheNewestFirst) {
   TestStore store;
-  EXPECT_TRUE(store->insert(textItem("a", testDate(1))));
-  EXPECT_TRUE(store->insert(textItem("b", testDate(2))));
+  EXPECT_TRUE(store->insert(textItem("a", testDate(1))).isNews);
+  EXPECT_TRUE(store->insert(textItem("b", testDate(2))).isNews);
   EXPECT_EQ(store.texts(), (Texts{"b", "a"}));
 }
 
@@ -26,7 +26,7 @@ TEST(ClipStoreInsert, TheLatestTextAgainIsNoNews) {
   TestStore store;
   const ClipItem first = textItem("a", testDate(0));
   store->insert(first);
-  EXPECT_FALSE(store->insert(textItem("a", testDate(5))));
+  EXPECT_FALSE(store->insert(textItem("a", testDate(5))).isNews);
   ASSERT_EQ(store->items().size(), 1U);
   EXPECT_EQ(store->items()[0].id, first.id);
   EXPECT_EQ(store->items()[0].createdAt, testDate(0));
@@ -39,7 +39,9 @@ TEST(ClipStoreInsert, AnOlderTextAgainComesToTheTopUnderItsIdentity) {
   const Uuid a = store.addText("a");
   store.addText("b");
   store.tick();
-  EXPECT_TRUE(store->insert(textItem("a", store.dispatch().now())));
+  const auto capture = store->insert(textItem("a", store.dispatch().now()));
+  EXPECT_TRUE(capture.isNews);
+  EXPECT_EQ(capture.id, a);
   EXPECT_EQ(store.texts(), (Texts{"a", "b"}));
   EXPECT_EQ(store->items()[0].id, a);
 }
@@ -63,7 +65,7 @@ TEST(ClipStoreInsert, TakesAnEntryOfItsOwnList) {
   TestStore store;
   store.addText("a");
   store.addText("b");
-  EXPECT_TRUE(store->insert(store->items()[1]));
+  EXPECT_TRUE(store->insert(store->items()[1]).isNews);
   EXPECT_EQ(store->items().size(), 2U);
 }
 
@@ -84,8 +86,11 @@ TEST(ClipStoreFiles, AnEmptyListIsRefused) {
 
 TEST(ClipStoreFiles, CarryTheirPathsAndTheirSource) {
   TestStore store;
-  EXPECT_TRUE(store->captureFiles({"/home/u/a.txt", "/home/u/b.txt"}, {"Files", "org.files"}));
-  const ClipItem item = store->items().at(0);
+  const auto capture =
+      store->captureFiles({"/home/u/a.txt", "/home/u/b.txt"}, {"Files", "org.files"});
+  ASSERT_TRUE(capture);
+  EXPECT_TRUE(capture->isNews);
+  const ClipItem item = store.item(capture->id);
   EXPECT_EQ(item.kind, ClipKind::files);
   EXPECT_EQ(item.title, "2 files");
   EXPECT_EQ(item.preview, "a.txt, b.txt");
@@ -95,8 +100,8 @@ TEST(ClipStoreFiles, CarryTheirPathsAndTheirSource) {
   EXPECT_EQ(item.createdAt, testDate());
   EXPECT_EQ(item.isPinned, false);
   EXPECT_EQ(item.lastCopiedAt, std::nullopt);
-  EXPECT_FALSE(store->captureFiles({"/home/u/a.txt", "/home/u/b.txt"}, {}));
-  EXPECT_TRUE(store->captureFiles({"/home/u/b.txt", "/home/u/a.txt"}, {}));
+  EXPECT_FALSE(store->captureFiles({"/home/u/a.txt", "/home/u/b.txt"}, {}).value().isNews);
+  EXPECT_TRUE(store->captureFiles({"/home/u/b.txt", "/home/u/a.txt"}, {}).value().isNews);
   EXPECT_EQ(store->items().size(), 2U);
 }
 
@@ -111,8 +116,11 @@ TEST(ClipStoreFiles, ANameThatIsNoTextDoesNotSpoilTheHistory) {
 
 TEST(ClipStoreImages, AreSealedUnderANameOfTheirOwn) {
   TestStore store;
-  EXPECT_TRUE(store->captureImage(FakeImage({1920, 1080}, "pixels"), {"Shots", "org.shots"}));
-  const ClipItem item = store->items().at(0);
+  const auto capture =
+      store->captureImage(FakeImage({1920, 1080}, "pixels"), {"Shots", "org.shots"});
+  ASSERT_TRUE(capture);
+  EXPECT_TRUE(capture->isNews);
+  const ClipItem item = store.item(capture->id);
   EXPECT_EQ(item.kind, ClipKind::image);
   EXPECT_EQ(item.title, "Image");
   EXPECT_EQ(item.preview, "1920 × 1080 px");
@@ -138,7 +146,10 @@ TEST(ClipStoreImages, TheSameAgainWritesNoSecondFile) {
   const auto name = store->items()[0].assetFilename;
   const Uuid id = store->items()[0].id;
   store.tick();
-  EXPECT_FALSE(store->captureImage(FakeImage({1, 1}, "one"), {}));
+  const auto capture = store->captureImage(FakeImage({1, 1}, "one"), {});
+  ASSERT_TRUE(capture);
+  EXPECT_FALSE(capture->isNews);
+  EXPECT_EQ(capture->id, id);
   EXPECT_EQ(store->items().size(), 1U);
   EXPECT_EQ(store->items()[0].id, id);
   EXPECT_EQ(store->items()[0].assetFilename, name);
@@ -259,7 +270,7 @@ TEST(ClipStoreImages, WithoutAKeyAreNotCapturedWhileTextsAndFilesAre) {
       std::nullopt, nullptr, {});
   EXPECT_FALSE(keyless.captureImage(FakeImage({1, 1}, "one"), {}));
   EXPECT_TRUE(keyless.captureFiles({"/a"}, {}));
-  EXPECT_TRUE(keyless.insert(textItem("a")));
+  EXPECT_TRUE(keyless.insert(textItem("a")).isNews);
   EXPECT_EQ(keyless.items().size(), 2U);
   EXPECT_TRUE(std::filesystem::is_empty(keyless.assetsUrl()));
 }

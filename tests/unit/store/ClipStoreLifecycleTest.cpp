@@ -119,7 +119,7 @@ TEST(ClipStoreStart, IsWithoutPersistenceWhenTheKeychainRefuses) {
   EXPECT_FALSE(store.persistenceIsReady());
   int changes = 0;
   store.onChange = [&] { ++changes; };
-  EXPECT_TRUE(store.insert(textItem("in memory")));
+  EXPECT_TRUE(store.insert(textItem("in memory")).isNews);
   EXPECT_EQ(changes, 1);
   EXPECT_EQ(store.items().size(), 1U);
   EXPECT_FALSE(fs::exists(place.index()));

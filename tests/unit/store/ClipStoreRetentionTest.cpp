@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
 
@@ -150,6 +152,61 @@ TEST(ClipStoreRetention, DeletesNothingWhileTheHistoryCouldNotBeRead) {
   store.addText("a");
   EXPECT_EQ(store.texts(), Texts{"a"});
   EXPECT_EQ(store.assetNames(), files);
+}
+
+/// The list on the disk is an older one, which names a picture that the list has dropped since.
+class ClipStoreOutage : public ::testing::Test {
+ protected:
+  ClipStoreOutage() {
+    store->captureImage(image("one", 10), {});
+    store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  }
+  static ClipStoreLimits limits() {
+    ClipStoreLimits limits;
+    limits.maxItems = 1;
+    return limits;
+  }
+  void expectDeletedOnceSaved() {
+    EXPECT_EQ(store.assetNames().size(), 1U);
+    EXPECT_EQ(store.savedItems()->size(), 1U);
+    store.files().recover();
+    store.dispatch().advance(Seconds(5));
+    EXPECT_TRUE(store.assetNames().empty());
+  }
+  TestStore store{limits()};
+};
+
+TEST_F(ClipStoreOutage, APictureThatHadToGoIsDeletedOnceTheListIsSaved) {
+  store.addText("a");
+  expectDeletedOnceSaved();
+}
+
+TEST_F(ClipStoreOutage, APictureThatWasRemovedIsDeletedOnceTheListIsSaved) {
+  store->remove(store->items()[0].id);
+  expectDeletedOnceSaved();
+}
+
+TEST_F(ClipStoreOutage, AClearOfEverythingDeletesAtOnceAndSoFreesTheDisk) {
+  store->clear(true);
+  EXPECT_TRUE(store.assetNames().empty());
+  EXPECT_FALSE(store.savedItems());
+}
+
+TEST_F(ClipStoreBudget, WhatIsToBeDeletedOnceTheListIsSavedNoLongerCounts) {
+  for (const auto& [name, size] :
+       {std::pair("1.png", 600), std::pair("2.png", 300), std::pair("3.png", 300)}) {
+    const auto bytes = static_cast<std::size_t>(size);
+    ASSERT_FALSE(store.disk().writeNewFile(store.assets() / name, Bytes(bytes), 0600));
+    if (name[0] == '3') {
+      store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+    }
+    store.tick();
+    store->insert(imageItem(name, name, store.dispatch().now()));
+  }
+  ASSERT_EQ(store->items().size(), 2U);
+  ASSERT_EQ(store.assetNames().size(), 3U);
+  store.addText("a");
+  EXPECT_EQ(store->items().size(), 3U);
 }
 
 }  // namespace

@@ -134,6 +134,20 @@ TEST(SavingAFullLongHistory, APictureThatMakesRoomIsDeletedOnlyWhenTheDiskNoLong
   EXPECT_THAT(store.assetNames(), IsEmpty());
 }
 
+TEST_F(SavingALongHistory, APictureStaysWhileTheListThatDropsItCannotBeWritten) {
+  store_->captureImage(FakeImage({1, 1}, "picture"), {});
+  const auto image = store_->items().front().id;
+  store_.addText(longText('a'));
+  store_.dispatch().runQueued();
+  store_.files().fail(Operation::writeNewFile, std::errc::no_space_on_device);
+  store_->remove(image);
+  store_.dispatch().runQueued();
+  EXPECT_THAT(store_.assetNames(), SizeIs(1));
+  store_.files().recover();
+  store_.dispatch().advance(std::chrono::seconds(5));
+  EXPECT_THAT(store_.assetNames(), IsEmpty());
+}
+
 TEST_F(SavingALongHistory, AShortListIsWrittenAtOnce) {
   store_.addText("a");
   EXPECT_EQ(savedCount(), 1U);

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "base/FileSystem.h"
+#include "base/Lifetime.h"
+#include "platform/Dispatch.h"
+#include "security/SecureStorage.h"
+#include "store/AssetFolder.h"
+#include "store/ClipItem.h"
+
+namespace vantorel {
+
+/// Brings the history onto the disk. A save that failed is tried again by itself. A list of some
+/// megabytes is written on a queue of its own, and once more if it has changed meanwhile, so that a
+/// long text stops nothing. Until a save has succeeded the list on the disk may name files that the
+/// list in memory no longer does: only then are they deleted. Main thread.
+class HistorySaver {
+ public:
+  /// Saves `items`, as it then is, to the file at `path`; the list, the dispatch and the files
+  /// outlive this. Without a storage nothing may be saved.
+  HistorySaver(Dispatch& dispatch, FileSystem& files, std::filesystem::path path,
+               AssetFolder assets, std::shared_ptr<const SecureStorage> storage,
+               const std::vector<ClipItem>& items);
+  /// Waits for a save under way, and then saves what has changed since it began.
+  ~HistorySaver();
+  HistorySaver(const HistorySaver&) = delete;
+  HistorySaver& operator=(const HistorySaver&) = delete;
+
+  /// Saves before it returns, or fails without trying again.
+  [[nodiscard]] bool saveAtOnce();
+  void save();
+  /// Returns when nothing writes any more. Whether the last save came to its end is not known then.
+  void giveUpSave() { background_.reset(); }
+
+  /// Asset files that the list names no longer, and the disk perhaps still does.
+  void discard(const std::set<std::string>& names) { discarded_.insert(names.begin(), names.end()); }
+  [[nodiscard]] const std::set<std::string>& discarded() const { return discarded_; }
+  /// Deletes them although no save has succeeded.
+  void deleteDiscarded();
+
+ private:
+  // A full disk is usually noticed and freed within minutes.
+  static constexpr Seconds firstRetry{5};
+
+  struct Background {
+    std::unique_ptr<SerialQueue> queue;
+    bool again = false;  // the list has changed since
+    Lifetime life;
+  };
+
+  void saveInBackground();
+  void settle(bool saved);
+
+  Dispatch& dispatch_;
+  FileSystem& files_;
+  std::filesystem::path path_;
+  AssetFolder assets_;
+  std::shared_ptr<const SecureStorage> storage_;
+  const std::vector<ClipItem>& items_;
+  std::set<std::string> discarded_;
+  Seconds retryDelay_ = firstRetry;
+  std::unique_ptr<Timer> retry_;
+  std::unique_ptr<Background> background_;  // while a save is under way
+};
+
+}  // namespace vantorel
