@@ -1,34 +1,22 @@
 #include "panel/HistoryPanelController.h"
 
-#include <QApplication>
-#include <algorithm>
-#include <cmath>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <utility>
 
 #include "chrome/AccompanyingWindow.h"
 #include "chrome/KeyTranslation.h"
-#include "chrome/SheetWindow.h"
-#include "chrome/VantorelMenu.h"
-#include "panel/ClipRowView.h"
+#include "panel/FilterMenuPresenter.h"
 #include "panel/HistoryPanelView.h"
 #include "panel/ListGeometry.h"
+#include "panel/ListPresenter.h"
+#include "panel/OutsideClicks.h"
 #include "panel/PanelAccessibility.h"
+#include "panel/PinNaming.h"
 
 namespace vantorel {
 
 using ListGeometry::SearchBar;
-
-namespace {
-
-/// Whether the pointer is over any window of this program that it can press something in, such as
-/// a preview.
-bool isOnOwnWindow(Point point) {
-  const QPoint place(static_cast<int>(std::floor(point.x)), static_cast<int>(std::floor(point.y)));
-  // Asks the window system, which knows what lies on top.
-  const auto* window = QApplication::topLevelAt(place);
-  return window != nullptr && !window->windowFlags().testFlag(Qt::WindowTransparentForInput);
-}
-
-}  // namespace
 
 HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController& pasteController,
                                                PanelServices services)
@@ -36,39 +24,77 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
       pasteController_(pasteController),
       services_(std::move(services)),
       toast_(services_.chrome()),
-      dateText_(DateText::forUser()),
-      availability_(services_.dispatch),
-      thumbnails_(store, ThumbnailServices{services_.dispatch, services_.files, services_.images,
-                                           services_.fileThumbnails, services_.icons,
-                                           services_.screens, [this](const ClipItem& item) {
-                                             return availability_.of(item) ==
-                                                    Availability::unavailable;
-                                           }}) {
+      pins_(store, services_.dispatch) {
   installPanelAccessibility();
-  view_ = std::make_unique<HistoryPanelView>(services_.chrome());
+  const auto chrome = services_.chrome();
+  view_ = std::make_unique<HistoryPanelView>(chrome);
+  outsideClicks_ = std::make_unique<OutsideClicks>(services_, *view_);
+  list_ = std::make_unique<ListPresenter>(store_, services_, clips_, *view_);
+  filterMenus_ = std::make_unique<FilterMenuPresenter>(
+      store_, clips_.filter,
+      FilterMenuPresenter::Buttons{view_->typeFilterButton, view_->sourceFilterButton}, chrome);
+  naming_ = std::make_unique<PinNaming>(store_, chrome, view_->panel);
+  connectParts();
+  services_.dispatch.async(life_.guard([this] { view_->warmUp(); }));
+}
+
+HistoryPanelController::~HistoryPanelController() = default;
+
+void HistoryPanelController::connectParts() {
+  // A click beside a menu is the menu's alone.
+  const auto menuOpened = [this] { outsideClicks_->rest(); };
+  const auto menuClosed = [this] {
+    if (isVisible()) outsideClicks_->watch();
+  };
   view_->panel.onCloseRequested = [this] { hide(); };
   view_->panel.onKeyPress = [this](const QKeyEvent& event) {
-    return !sheet_ && handleKey(translated(event, services_.keyCodeForScanCode));
+    return !naming_->isUnderWay() && handleKey(translated(event, services_.keyCodeForScanCode));
   };
   view_->searchField.onEdit = [this] {
-    selectedIndex_ = 0;
+    clips_.select(0);
     refresh(Selection::keepIndex);
   };
   view_->list.commands = rowCommands();
   view_->list.onComposed = [this](const QString& text) { typeComposed(text); };
-  view_->list.onMenuOpened = [this] { menuOpened(); };
-  view_->list.onMenuClosed = [this] { menuClosed(); };
-  QObject::connect(&view_->typeFilterButton, &QAbstractButton::clicked, &view_->panel,
-                   [this] { showTypeFilters(); });
-  QObject::connect(&view_->sourceFilterButton, &QAbstractButton::clicked, &view_->panel,
-                   [this] { showSourceFilters(); });
-  availability_.onAnswer = [this](Uuid id, Availability) { updateRow(id); };
-  services_.dispatch.async([this, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired()) view_->warmUp();
-  });
+  view_->list.onMenuOpened = menuOpened;
+  view_->list.onMenuClosed = menuClosed;
+  filterMenus_->onMenuOpened = menuOpened;
+  filterMenus_->onMenuClosed = menuClosed;
+  filterMenus_->onChange = [this] { refresh(Selection::keepEntry); };
+  pins_.onChange = [this](Uuid id) {
+    if (isVisible()) refreshAndSelect(id);
+  };
+  pins_.onLimitReached = [this] { toast_.show(pinLimitText()); };
+  naming_->onNamed = [this](Uuid id) { refreshAndSelect(id); };
+  outsideClicks_->onClick = [this] {
+    if (naming_->isUnderWay()) return;
+    forgetPredecessor(view_->panel);
+    hide();
+  };
 }
 
-HistoryPanelController::~HistoryPanelController() = default;
+RowCommands HistoryPanelController::rowCommands() {
+  RowCommands commands;
+  commands.entry = [this](Uuid id) -> std::optional<ClipItem> {
+    const auto* item = clips_.find(id);
+    return item != nullptr ? std::optional(*item) : std::nullopt;
+  };
+  commands.onChoose = [this](Uuid id) {
+    if (clips_.select(id)) paste(clips_.selected(), PasteStyle::asCopied);
+  };
+  commands.onPastePlain = [this](Uuid id) { paste(clips_.find(id), PasteStyle::plainText); };
+  commands.onDelete = [this](Uuid id) {
+    store_.remove(id);
+    refresh(Selection::keepEntry);
+  };
+  commands.onTogglePin = [this](Uuid id) { pins_.toggle(id); };
+  commands.onRename = [this](Uuid id) { rename(id); };
+  commands.onMovePin = [this](Uuid id, int step) { pins_.move(id, step); };
+  commands.onDropPin = [this](Uuid dragged, Uuid onto, DropPlace place) {
+    pins_.drop(dragged, onto, place);
+  };
+  return commands;
+}
 
 bool HistoryPanelController::isVisible() const { return view_->panel.isVisible(); }
 
@@ -85,16 +111,14 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
   view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
   clearFilters();
-  selectedIndex_ = 0;
-  availability_.lookAfresh(store_.items());
-  requestedImages_.clear();
+  clips_.select(0);
+  list_->lookAfresh();
   refresh(Selection::keepIndex);
   positionOnCurrentScreen();
   view_->list.setFocus();
   accompanyUser(view_->panel, services_.spaces);
   view_->panel.makeKeyAndOrderFront();
-  startOutsideClickMonitor();
-  showing_ = std::make_shared<const bool>(true);
+  outsideClicks_->watch();
   warmSearchIndex(0);
 }
 
@@ -107,24 +131,23 @@ void HistoryPanelController::openSearch(
 
 void HistoryPanelController::hide() {
   view_->list.hidePreviews();
-  if (sheet_) sheet_->end(SheetWindow::Answer::cancelled);
-  if (menu_) menu_->close();
+  naming_->cancel();
+  filterMenus_->closeMenu();
   takeLeave(view_->panel);
   view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
-  outsideClickMonitor_.reset();
-  showing_.reset();
+  outsideClicks_->rest();
+  showing_.end();
   // Nothing of the history stays here longer than it is looked at.
-  displayedItems_.clear();
-  searchIndex_.clear();
+  clips_.clear();
 }
 
 void HistoryPanelController::refreshIfVisible() {
   if (!isVisible() || view_->frame().contains(services_.screens.mouseLocation())) return;
   if (isLookedAtClosely()) return;
-  updateFilterButtons();  // the last entry of a source may have gone
+  filterMenus_->updateButtons();  // the last entry of a source may have gone
   refresh(Selection::keepEntry);
-  scrollSelectionIntoView();
+  list_->scrollToSelection();
 }
 
 void HistoryPanelController::refreshSearchIfVisible() {
@@ -134,74 +157,89 @@ void HistoryPanelController::refreshSearchIfVisible() {
 
 /// Something of the list is open beside it: the list must not change under it.
 bool HistoryPanelController::isLookedAtClosely() const {
-  return sheet_ != nullptr || view_->list.previewShown();
+  return naming_->isUnderWay() || view_->list.previewShown();
+}
+
+bool HistoryPanelController::handleKey(const KeyEvent& event) {
+  const auto decision = decideKey(event, keyState());
+  perform(decision);
+  return decision.handling == KeyHandling::consumed;
+}
+
+PanelKeyState HistoryPanelController::keyState() const {
+  const auto* item = clips_.selected();
+  PanelKeyState state;
+  state.searchBarShown = view_->searchBar() == SearchBar::shown;
+  state.searchFieldFocused = view_->panel.focusWidget() == &view_->searchField;
+  state.searchTextEmpty = view_->searchField.text().isEmpty();
+  state.filtered = clips_.isFiltered();
+  state.displayedCount = clips_.items().size();
+  state.selection = clips_.selection();
+  state.selectionPinned = item != nullptr && item->pinned();
+  state.selectionHasRow = state.selection && view_->list.row(*state.selection) != nullptr;
+  return state;
+}
+
+/// Decisions about the selected entry are made only while there is one.
+void HistoryPanelController::perform(const PanelKeyDecision& decision) {
+  const auto* item = clips_.selected();
+  switch (decision.action) {
+    case PanelAction::none:
+      return;
+    case PanelAction::showPreview:
+      return view_->list.showPreview(clips_.selection().value());
+    case PanelAction::renameSelected:
+      return rename(item->id);
+    case PanelAction::moveSelectedPin:
+      return pins_.move(item->id, decision.step);
+    case PanelAction::openSearch:
+      return openSearch(std::nullopt);
+    case PanelAction::pasteAt:
+      clips_.select(decision.index);
+      list_->markSelection();
+      return paste(clips_.selected(), decision.style);
+    case PanelAction::togglePin:
+      return pins_.toggle(item->id);
+    case PanelAction::pasteSelected:
+      return paste(item, decision.style);
+    case PanelAction::moveSelection:
+      clips_.moveSelection(decision.step);
+      list_->markSelection();
+      return list_->scrollToSelection();
+    case PanelAction::deleteSelected:
+      return deleteSelected();
+    case PanelAction::clearSearch:
+      view_->searchField.clear();
+      return refresh(Selection::keepEntry);
+    case PanelAction::clearFilters:
+      clearFilters();
+      return refresh(Selection::keepEntry);
+    case PanelAction::hide:
+      return hide();
+    case PanelAction::typeIntoSearch:
+      return showSearchBar();
+  }
+}
+
+/// What an input method makes of keys in the list opens the search as a letter does.
+void HistoryPanelController::typeComposed(const QString& text) {
+  if (view_->searchBar() == SearchBar::shown) return;
+  // It cannot go on composing in another place: what has been begun is handed over, and comes here.
+  if (text.isEmpty()) QGuiApplication::inputMethod()->commit();
+  showSearchBar();
+  if (!text.isEmpty()) view_->searchField.insert(text);
+}
+
+void HistoryPanelController::showSearchBar() {
+  view_->setSearchBar(SearchBar::shown);
+  list_->fitPanel();
+  view_->searchField.setFocus();
 }
 
 void HistoryPanelController::refresh(Selection selection) {
-  std::optional<Uuid> selectedId;
-  if (const auto* item = selectedItem(); item != nullptr && selection == Selection::keepEntry) {
-    selectedId = item->id;
-  }
-  const ClipSearchFilter filter{view_->searchField.text().toStdString(), selectedType_,
-                                selectedSourceId_};
-  displayedItems_ = searchIndex_.matching(store_.items(), filter);
-  const auto selected =
-      std::find_if(displayedItems_.begin(), displayedItems_.end(),
-                   [&](const ClipItem& item) { return selectedId && item.id == *selectedId; });
-  if (selected != displayedItems_.end()) {
-    selectedIndex_ = static_cast<std::size_t>(selected - displayedItems_.begin());
-  } else if (selectedIndex_ >= displayedItems_.size()) {
-    selectedIndex_ = displayedItems_.empty() ? 0 : displayedItems_.size() - 1;
-  }
-  rebuildDocument();
-  resizeForCurrentContent();
-}
-
-void HistoryPanelController::rebuildDocument() {
-  if (displayedItems_.empty()) {
-    const bool everything = view_->searchField.text().isEmpty() &&
-                            selectedType_ == ClipTypeFilter::all && !selectedSourceId_;
-    view_->list.setEmpty(everything ? QStringLiteral("No clips yet")
-                                    : QStringLiteral("No matching clips"));
-    return;
-  }
-  std::vector<RowContent> rows;
-  rows.reserve(displayedItems_.size());
-  for (std::size_t index = 0; index < displayedItems_.size(); ++index) {
-    rows.push_back(contentAt(index));
-  }
-  view_->list.setRows(rows, ListGeometry::pinBoundary(displayedItems_));
-  requestPictures();
-  updateSelection();
-  view_->listScrollView.scrollTo(0);
-}
-
-RowContent HistoryPanelController::contentAt(std::size_t index) {
-  const ClipItem& item = displayedItems_[index];
-  const auto date = dateText_.text(item.recency(), services_.dispatch.now());
-  auto content = rowContent(item, availability_.of(item), date, store_.canPinMore());
-  // The line below the pins parts them from the rest, and nothing follows the last row.
-  content.divided =
-      index + 1 < displayedItems_.size() && item.pinned() == displayedItems_[index + 1].pinned();
-  return content;
-}
-
-/// What is known of an entry's files has changed.
-void HistoryPanelController::updateRow(Uuid id) {
-  const auto* shown = displayed(id);
-  if (shown == nullptr) return;
-  const auto index = static_cast<std::size_t>(shown - displayedItems_.data());
-  if (auto* row = view_->list.row(index)) row->setContent(contentAt(index));
-  requestThumbnail(*shown);
-}
-
-void HistoryPanelController::resizeForCurrentContent() {
-  const auto searchBar = view_->searchBar();
-  const double height = ListGeometry::listHeight(
-      displayedItems_.size(), ListGeometry::pinBoundary(displayedItems_), searchBar);
-  view_->setListHeight(height);
-  view_->setFrame(
-      ListGeometry::resized(view_->frame(), ListGeometry::panelHeight(height, searchBar)));
+  clips_.filter.query = view_->searchField.text().toStdString();
+  clips_.refresh(store_.items(), selection);
+  list_->show();
 }
 
 void HistoryPanelController::positionOnCurrentScreen() {
@@ -210,34 +248,49 @@ void HistoryPanelController::positionOnCurrentScreen() {
   }
 }
 
-void HistoryPanelController::showSearchBar() {
-  view_->setSearchBar(SearchBar::shown);
-  resizeForCurrentContent();
-  view_->searchField.setFocus();
-}
-
-void HistoryPanelController::startOutsideClickMonitor() {
-  outsideClickMonitor_ =
-      services_.eventMonitors.addGlobalMouseDownMonitor([this, alive = std::weak_ptr(alive_)] {
-        if (alive.expired() || !isVisible() || sheet_) return;
-        const Point mouse = services_.screens.mouseLocation();
-        if (view_->frame().contains(mouse) || isOnOwnWindow(mouse)) return;
-        services_.dispatch.async([this, alive] {
-          if (alive.expired()) return;
-          forgetPredecessor(view_->panel);
-          hide();
-        });
-      });
+void HistoryPanelController::clearFilters() {
+  clips_.clearFilters();
+  filterMenus_->updateButtons();
 }
 
 /// Prepares one entry in each turn of the main queue, so that the first key typed finds the work
 /// done and no key waits for it.
 void HistoryPanelController::warmSearchIndex(std::size_t nextItem) {
-  services_.dispatch.async([this, nextItem, showing = std::weak_ptr(showing_)] {
-    if (showing.expired() || nextItem >= store_.items().size()) return;
-    searchIndex_.prepare(store_.items()[nextItem]);
+  services_.dispatch.async(showing_.guard([this, nextItem] {
+    if (nextItem >= store_.items().size()) return;
+    clips_.prepareSearch(store_.items()[nextItem]);
     warmSearchIndex(nextItem + 1);
-  });
+  }));
+}
+
+void HistoryPanelController::refreshAndSelect(Uuid id) {
+  refresh(Selection::keepEntry);
+  if (!clips_.select(id)) return;
+  list_->markSelection();
+  list_->scrollToSelection();
+}
+
+void HistoryPanelController::paste(const ClipItem* item, PasteStyle style) {
+  if (item == nullptr) return;
+  const ClipItem pasted = *item;
+  hide();
+  pasteController_.paste(pasted, style == PasteStyle::plainText);
+}
+
+void HistoryPanelController::deleteSelected() {
+  const auto* selected = clips_.selected();
+  if (selected == nullptr) return;
+  const auto index = clips_.selection().value();
+  // The store tells of the removal at once, and that may refresh the list already.
+  store_.remove(selected->id);
+  clips_.select(index > 0 ? index - 1 : 0);
+  refresh(Selection::keepEntry);
+  list_->scrollToSelection();
+}
+
+void HistoryPanelController::rename(Uuid id) {
+  view_->list.hidePreviews();
+  naming_->begin(id);
 }
 
 }  // namespace vantorel

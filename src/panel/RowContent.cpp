@@ -6,6 +6,7 @@
 
 #include "base/PathName.h"
 #include "chrome/TextPresentation.h"
+#include "store/ClipStore.h"
 
 namespace vantorel {
 namespace {
@@ -72,8 +73,11 @@ std::string accessibilityText(const ClipItem& item, Availability availability,
 std::string pinTitle(const RowContent& row) { return row.pinned ? "Unpin" : "Pin"; }
 
 std::string pinToolTip(const RowContent& row) {
-  if (!row.canPin) return "Up to 5 pins. Unpin an item first.";
-  return pinTitle(row) + " (⌘P)";
+  return row.canPin ? pinTitle(row) + " (⌘P)" : pinLimitText();
+}
+
+std::string pinLimitText() {
+  return "Up to " + std::to_string(ClipStore::maxPinnedItems) + " pins. Unpin an item first.";
 }
 
 RowContent rowContent(const ClipItem& item, Availability availability, std::string_view date,

@@ -50,6 +50,8 @@ enum class Availability { available, incomplete, unavailable };
 /// What the pin of a row does, and what is said about it; key symbols are not spelled out.
 [[nodiscard]] std::string pinTitle(const RowContent& row);
 [[nodiscard]] std::string pinToolTip(const RowContent& row);
+/// What the user is told when there are as many pins as there may be.
+[[nodiscard]] std::string pinLimitText();
 
 /// `date`: the entry's recency in words.
 [[nodiscard]] RowContent rowContent(const ClipItem& item, Availability availability,
