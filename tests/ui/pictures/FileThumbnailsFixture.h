@@ -13,13 +13,10 @@
 
 namespace vantorel {
 
-/// A desktop of one directory, with a cache, a few types, and thumbnailers that the test writes.
+/// A desktop of one directory, with a cache, and thumbnailers that the test writes.
 class FileThumbnailsFixture : public ::testing::Test {
  protected:
   FileThumbnailsFixture() {
-    files.write("mime/globs2",
-                "50:image/png:*.png\n50:image/svg+xml:*.svg\n50:video/mp4:*.mp4\n"
-                "50:application/pdf:*.pdf\n");
     std::filesystem::create_directories(files / "temporary");
     // What a thumbnailer of these tests would make when all goes well.
     files.write("made.png", encodedPicture(480, 480, made));
@@ -54,7 +51,7 @@ class FileThumbnailsFixture : public ::testing::Test {
   WrittenFiles files;
   std::shared_ptr<FileSystem> userFiles = std::make_shared<PosixFileSystem>();
   QtImageDecoder decoder;
-  MimeTypeDatabase types{files.system, {files / "mime"}};
+  MimeTypeDatabase types{{files / "mime"}};
   std::unique_ptr<LinuxFileThumbnails> thumbnails;
 
  private:

@@ -17,7 +17,7 @@ class InstalledThumbnailerTest : public FileThumbnailsFixture {
   }
 
   ManualDispatch dispatch;
-  MimeTypeDatabase installedTypes{files.system, MimeTypeDatabase::directories(processEnvironment)};
+  MimeTypeDatabase installedTypes{MimeTypeDatabase::directories(processEnvironment)};
   LinuxFileThumbnails thumbnails{
       dispatch,
       {files.system, decoder, installedTypes, files / "cache",

@@ -34,7 +34,6 @@ class ThemeIconsTest : public ::testing::Test {
   ThemeIconsTest() {
     files.write("icons/t/index.theme", index);
     files.write("icons/other/index.theme", index);
-    files.write("mime/globs2", "50:application/pdf:*.pdf\n50:text/plain:*.txt\n");
     icon("t", "editor", "red");
     icon("t", "application-pdf", "blue");
     icon("t", "text-x-generic", "green");
@@ -87,7 +86,7 @@ class ThemeIconsTest : public ::testing::Test {
   std::vector<DesktopEntry> entries;
   std::string theme = "t";
   IconThemeSource themes{files.system, {{{files / "icons"}, {}}, {}}, [this] { return theme; }};
-  MimeTypeDatabase types{files.system, {files / "mime"}};
+  MimeTypeDatabase types{{files / "mime"}};
   std::unique_ptr<ThemeIcons> icons;
 };
 

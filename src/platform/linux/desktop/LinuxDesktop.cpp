@@ -65,7 +65,7 @@ struct LinuxDesktop::Ports {
   std::unique_ptr<X11Pasteboard> pasteboard = X11Pasteboard::open({dispatch, images});
   std::unique_ptr<X11Workspace> workspace =
       X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));
-  MimeTypeDatabase types{files, MimeTypeDatabase::directories(processEnvironment)};
+  MimeTypeDatabase types{MimeTypeDatabase::directories(processEnvironment)};
   LinuxFileThumbnails fileThumbnails{
       dispatch,
       {files, images, types, directories.cacheHome ? *directories.cacheHome / "thumbnails" : "",

@@ -60,7 +60,7 @@ void LinuxFileThumbnails::answer(const Request& request, const Completion& compl
     return cache_.find(uri, *changeTime, request.most, fit);
   };
   if (const auto picture = cached(ThumbnailFit::largeEnough)) return completion(picture);
-  const std::string type(types_.types()->typeOf(request.file.filename().string()));
+  const auto type = types_.typeOf(request.file.filename().string());
   if (const auto picture = decoded(request, type)) return completion(picture);
   if (const auto picture = cached(ThumbnailFit::any)) return completion(picture);
   if (const auto thumbnailer = thumbnailers_.forType(type)) {

@@ -1,12 +1,15 @@
 #include "platform/linux/pictures/MimeTypeDatabase.h"
 
+#include <QMimeDatabase>
+#include <algorithm>
 #include <utility>
 
 namespace vantorel {
 
-MimeTypeDatabase::MimeTypeDatabase(FileSystem& files,
-                                   std::vector<std::filesystem::path> directories)
-    : files_(files), directories_(std::move(directories)) {}
+MimeTypeDatabase::MimeTypeDatabase(const std::vector<std::filesystem::path>& directories) {
+  for (const auto& directory : directories) caches_.push_back(directory / "mime.cache");
+  times_ = ChangeTimes(caches_);
+}
 
 std::vector<std::filesystem::path> MimeTypeDatabase::directories(const EnvironmentLookup& lookup) {
   auto result = dataDirectories(lookup);
@@ -14,32 +17,41 @@ std::vector<std::filesystem::path> MimeTypeDatabase::directories(const Environme
   return result;
 }
 
-std::shared_ptr<const MimeTypeDatabase::State> MimeTypeDatabase::read() const {
-  std::vector<std::filesystem::path> watched;
-  for (const auto& directory : directories_) watched.push_back(directory / "globs2");
-  // The times first: what changes while it is read is read again the next time.
-  ChangeTimes times(watched);
-  return std::make_shared<const State>(
-      State{std::move(times), MimeTypes::read(files_, directories_)});
+std::string MimeTypeDatabase::typeOf(const std::string& fileName) const {
+  const auto type = QMimeDatabase().mimeTypeForFile(QString::fromStdString(fileName),
+                                                    QMimeDatabase::MatchExtension);
+  return type.isDefault() ? std::string() : type.name().toStdString();
 }
 
-std::shared_ptr<const MimeTypes> MimeTypeDatabase::types() {
-  const std::lock_guard lock(mutex_);
-  if (!state_) state_ = read();
-  return {state_, &state_->types};
-}
-
-bool MimeTypeDatabase::refresh() {
-  std::shared_ptr<const State> state;
-  {
-    const std::lock_guard lock(mutex_);
-    state = state_;
+std::vector<std::string> MimeTypeDatabase::iconsOf(const std::string& type) const {
+  std::vector<std::string> names;
+  const auto add = [&names](std::string name) {
+    if (name.empty() || name.find('/') != std::string::npos) return;
+    if (std::find(names.begin(), names.end(), name) == names.end()) {
+      names.push_back(std::move(name));
+    }
+  };
+  const auto known = QMimeDatabase().mimeTypeForName(QString::fromStdString(type));
+  if (known.isValid()) add(known.iconName().toStdString());
+  std::string own = type;
+  std::replace(own.begin(), own.end(), '/', '-');
+  add(std::move(own));
+  if (known.isValid()) add(known.genericIconName().toStdString());
+  if (type == directoryType) add("folder");
+  if (const auto slash = type.find('/'); slash != std::string::npos) {
+    add(type.substr(0, slash) + "-x-generic");
   }
-  if (!state || !state->times.haveChanged()) return false;
-  state = read();
-  const std::lock_guard lock(mutex_);
-  state_ = std::move(state);
-  return true;
+  add("text-x-generic");
+  add("unknown");
+  return names;
+}
+
+// The toolkit looks for changes only every five seconds, and what was asked for since may be old:
+// therefore once more the next time.
+bool MimeTypeDatabase::refresh() {
+  const bool changed = times_.haveChanged();
+  if (changed) times_ = ChangeTimes(caches_);
+  return std::exchange(changedBefore_, changed) || changed;
 }
 
 }  // namespace vantorel

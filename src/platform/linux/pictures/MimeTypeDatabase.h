@@ -1,44 +1,43 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
-#include <mutex>
+#include <string>
+#include <string_view>
 #include <vector>
 
-#include "base/FileSystem.h"
 #include "platform/linux/applications/ChangeTimes.h"
-#include "platform/linux/pictures/MimeTypes.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 
 namespace vantorel {
 
-/// The installed MIME types, read when they are first asked for.
+/// What a directory counts as.
+inline constexpr std::string_view directoryType = "inode/directory";
+
+/// The installed MIME types, as far as names of files and pictures of types go. The toolkit reads
+/// them when they are first asked for, and again some seconds after they changed. Any thread,
+/// except where it says otherwise.
 class MimeTypeDatabase {
  public:
-  /// `directories` are the "mime" directories, the most important first. `files` outlives this.
-  MimeTypeDatabase(FileSystem& files, std::vector<std::filesystem::path> directories);
+  /// `directories` are the "mime" directories, to notice that they changed; which ones are read is
+  /// the toolkit's matter.
+  explicit MimeTypeDatabase(const std::vector<std::filesystem::path>& directories);
 
   [[nodiscard]] static std::vector<std::filesystem::path> directories(
       const EnvironmentLookup& lookup);
 
-  /// Any thread. The first call reads some tens of kilobytes; who comes meanwhile waits for it.
-  [[nodiscard]] std::shared_ptr<const MimeTypes> types();
+  /// The type of a file by its name alone; empty when the name tells nothing.
+  [[nodiscard]] std::string typeOf(const std::string& fileName) const;
 
-  /// Reads again when what was read has changed; answers whether it did. Nobody waits for it. On
-  /// one thread at a time.
+  /// The icons that may stand for the type, the best first, down to a plain document.
+  [[nodiscard]] std::vector<std::string> iconsOf(const std::string& type) const;
+
+  /// Whether answers may be others than at the last call. On one thread at a time.
   bool refresh();
 
  private:
-  struct State {
-    ChangeTimes times;
-    MimeTypes types;
-  };
-  [[nodiscard]] std::shared_ptr<const State> read() const;
-
-  FileSystem& files_;
-  const std::vector<std::filesystem::path> directories_;
-  std::mutex mutex_;
-  std::shared_ptr<const State> state_;  // guarded
+  std::vector<std::filesystem::path> caches_;
+  ChangeTimes times_;
+  bool changedBefore_ = false;  // at the last call
 };
 
 }  // namespace vantorel

@@ -36,10 +36,7 @@ ThemeIcons::ThemeIcons(Dispatch& dispatch, Sources sources, Sides sides)
       typeIcons_(mostTypeIcons),
       extensionIcons_(mostExtensions),
       queue_(dispatch.serialQueue("com.vantorel.icons")) {
-  queue_->async([this] {
-    (void)sources_.themes.themes();
-    (void)sources_.types.types();
-  });
+  queue_->async([this] { (void)sources_.themes.themes(); });
 }
 
 ThemeIcons::~ThemeIcons() { questions_.stop(); }
@@ -87,8 +84,7 @@ SharedBitmap ThemeIcons::pictureOfApplication(const std::string& icon) {
 
 SharedBitmap ThemeIcons::pictureOfType(const std::string& type) {
   return kept(typeIcons_, type, [&]() -> SharedBitmap {
-    const auto file =
-        sources_.themes.themes()->find(sources_.types.types()->iconsOf(type), sides_.file);
+    const auto file = sources_.themes.themes()->find(sources_.types.iconsOf(type), sides_.file);
     return file ? picture(*file, sides_.file) : nullptr;
   });
 }
@@ -96,13 +92,13 @@ SharedBitmap ThemeIcons::pictureOfType(const std::string& type) {
 SharedBitmap ThemeIcons::pictureOfExtension(const std::string& extension) {
   return kept(extensionIcons_, extension, [&] {
     const std::string name = extension.empty() ? "file" : "file." + extension;
-    return pictureOfType(std::string(sources_.types.types()->typeOf(name)));
+    return pictureOfType(sources_.types.typeOf(name));
   });
 }
 
 SharedBitmap ThemeIcons::pictureOfFile(const std::filesystem::path& file) {
   if (questions_.isDirectory(file)) return pictureOfType(std::string(directoryType));
-  return pictureOfType(std::string(sources_.types.types()->typeOf(file.filename().string())));
+  return pictureOfType(sources_.types.typeOf(file.filename().string()));
 }
 
 void ThemeIcons::applicationIcon(const std::string& bundleIdentifier, Completion completion) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/pictures/MimeTypeDatabase.h"
 #include "unit/platform/linux/pictures/WrittenFiles.h"
 
 namespace vantorel {
@@ -64,20 +63,6 @@ TEST_F(IconThemeSourceTest, NothingIsReadBeforeItIsNeeded) {
   managersWord = "two";
   EXPECT_FALSE(source.refresh());
   EXPECT_TRUE(hasIcon());
-}
-
-TEST(MimeTypeDatabase, IsReadAgainWhenItChanges) {
-  WrittenFiles files;
-  MimeTypeDatabase database(files.system, {files / "mime"});
-  EXPECT_EQ(database.types()->typeOf("a.txt"), "");
-  EXPECT_FALSE(database.refresh());
-  files.write("mime/globs2", "50:text/plain:*.txt\n");
-  EXPECT_TRUE(database.refresh());
-  EXPECT_EQ(database.types()->typeOf("a.txt"), "text/plain");
-  files.write("mime/globs2", "50:text/other:*.txt\n");
-  files.touch("mime/globs2");
-  EXPECT_TRUE(database.refresh());
-  EXPECT_EQ(database.types()->typeOf("a.txt"), "text/other");
 }
 
 }  // namespace
