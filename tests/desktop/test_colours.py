@@ -84,6 +84,16 @@ class PortalColours(ColoursCase):
         portal.change(DARK)
         self.wait_for_panel_in(dark=True)
 
+    def test_the_open_panel_follows_the_portal_of_a_bus_that_came_back(self):
+        self.vantorel.open_panel()
+        self.desktop.bus.stop()
+        self.desktop.bus.start(self.desktop.env)
+        self.vantorel.wait_until_on_bus()
+        portal = Portal(self.desktop, DARK)
+        self.wait_for_panel_in(dark=True)
+        portal.change(LIGHT)
+        self.wait_for_panel_in(dark=False)
+
 
 if __name__ == "__main__":
     unittest.main()

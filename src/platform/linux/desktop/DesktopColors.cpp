@@ -7,6 +7,7 @@
 #include <QPalette>
 #include <utility>
 
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/settings/ColorScheme.h"
 
 namespace vantorel {
@@ -57,29 +58,41 @@ std::optional<std::uint32_t> number(const QVariant& value) {
 
 }  // namespace
 
-DesktopColors::DesktopColors(const X11DesktopSettings& preferences, std::string environmentTheme)
+DesktopColors::DesktopColors(const X11DesktopSettings& preferences, SessionBus& bus,
+                             std::string environmentTheme)
     : preferences_(preferences),
+      bus_(bus),
       environmentTheme_(std::move(environmentTheme)),
       toolkitColors_(QGuiApplication::palette()),
-      bus_(QDBusConnection::sessionBus()),
-      portalWatcher_(portalService, bus_, QDBusServiceWatcher::WatchForRegistration),
       observation_(preferences.observe([this] { apply(); })) {
+  portalWatcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+  portalWatcher_.addWatchedService(portalService);
   connect(&portalWatcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { askPortal(); });
-  bus_.connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
-               SLOT(settingChanged(QDBusMessage)));
-  askPortal();
+  connect(&bus_, &SessionBus::rejoined, this, [this] { joinBus(); });
+  joinBus();
   apply();
 }
 
 DesktopColors::~DesktopColors() = default;
 
+void DesktopColors::joinBus() {
+  auto bus = bus_.connection();
+  if (!bus) return;
+  portalWatcher_.setConnection(*bus);
+  bus->connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
+               SLOT(settingChanged(QDBusMessage)));
+  askPortal();
+}
+
 /// Without starting a portal for it: where there is one, it runs or will.
 void DesktopColors::askPortal() {
+  const auto bus = bus_.connection();
+  if (!bus) return;
   auto call = QDBusMessage::createMethodCall(portalService, portalPath, portalInterface,
                                              QStringLiteral("Read"));
   call.setAutoStartService(false);
   call << QString::fromLatin1(appearance) << QString::fromLatin1(scheme);
-  auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+  auto* pending = new QDBusPendingCallWatcher(bus->asyncCall(call), this);
   connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
     const QDBusPendingReply<QVariant> reply = *pending;
     pending->deleteLater();

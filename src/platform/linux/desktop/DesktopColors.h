@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
@@ -15,14 +14,17 @@
 
 namespace vantorel {
 
+class SessionBus;
+
 /// Draws the program dark on a dark desktop, from its start and when the desktop changes. Where the
 /// toolkit has the desktop's own colours, those stay. Main thread; needs an application object.
 class DesktopColors : public QObject {
   Q_OBJECT
 
  public:
-  /// `preferences` outlive this. `environmentTheme` is the theme that GTK_THEME names.
-  DesktopColors(const X11DesktopSettings& preferences, std::string environmentTheme);
+  /// `preferences` and `bus` outlive this. `environmentTheme` is the theme that GTK_THEME names.
+  DesktopColors(const X11DesktopSettings& preferences, SessionBus& bus,
+                std::string environmentTheme);
   ~DesktopColors() override;
   DesktopColors(const DesktopColors&) = delete;
   DesktopColors& operator=(const DesktopColors&) = delete;
@@ -31,15 +33,16 @@ class DesktopColors : public QObject {
   void settingChanged(const QDBusMessage& signal);
 
  private:
+  void joinBus();
   void askPortal();
   void apply();
 
   const X11DesktopSettings& preferences_;
+  SessionBus& bus_;
   std::string environmentTheme_;
   std::optional<std::uint32_t> portal_;  // what it answered last
   QPalette toolkitColors_;               // as they were at the start
   bool applied_ = false;                 // our own dark colours
-  QDBusConnection bus_;
   QDBusServiceWatcher portalWatcher_;
   std::unique_ptr<Observation> observation_;
 };

@@ -114,7 +114,7 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
   }
   if (!ports->areComplete()) return nullptr;
   ports->backdrops.emplace(*ports->accessibility);
-  ports->colors.emplace(*ports->accessibility,
+  ports->colors.emplace(*ports->accessibility, bus,
                         processEnvironment("GTK_THEME").value_or(std::string()));
   ports->openIcons();
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));
