@@ -4,6 +4,7 @@
 #include <cstring>
 #include <span>
 
+#include "base/Ascii.h"
 #include "base/RandomBytes.h"
 
 namespace vantorel {
@@ -13,13 +14,6 @@ constexpr std::size_t textLength = 36;
 
 bool hasHyphenAt(std::size_t position) {
   return position == 8 || position == 13 || position == 18 || position == 23;
-}
-
-int hexValue(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return -1;
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #include "panel/PanelKeys.h"
 
-#include <algorithm>
 #include <charconv>
 #include <string>
+
+#include "base/Ascii.h"
 
 namespace vantorel {
 namespace {
@@ -23,14 +24,6 @@ PasteStyle styleOf(const KeyEvent& event) {
 
 bool leavesSearchField(KeyCode key) {
   return key == keys::escape || key == keys::returnKey || key == keys::keypadEnter;
-}
-
-/// The letters that commands are made of are Latin; others stay as they are.
-std::string lowercased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return text;
 }
 
 std::optional<int> decimal(const std::string& text) {
@@ -55,7 +48,7 @@ bool printable(const std::string& characters) {
 }
 
 std::optional<PanelKeyDecision> commandKey(const KeyEvent& event, const PanelKeyState& state) {
-  const auto key = lowercased(event.charactersIgnoringModifiers);
+  const auto key = asciiLowerCased(event.charactersIgnoringModifiers);
   if (key == "r" && state.selection && state.selectionPinned) {
     return consume(PanelAction::renameSelected);
   }

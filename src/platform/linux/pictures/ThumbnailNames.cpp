@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 
+#include "base/PercentCoding.h"
+
 namespace vantorel {
 
 namespace {
@@ -13,29 +15,10 @@ using namespace std::string_view_literals;
 constexpr std::array<ThumbnailSize, 4> sizes = {
     {{"normal", 128}, {"large", 256}, {"x-large", 512}, {"xx-large", 1024}}};
 
-bool standsForItself(char character) {
-  const bool isLetterOrDigit = (character >= 'a' && character <= 'z') ||
-                               (character >= 'A' && character <= 'Z') ||
-                               (character >= '0' && character <= '9');
-  return isLetterOrDigit || "!$&'()*+,-./:=@_~"sv.find(character) != std::string_view::npos;
-}
-
 }  // namespace
 
 std::string thumbnailUri(const std::filesystem::path& file) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string uri = "file://";
-  for (const char character : file.native()) {
-    if (standsForItself(character)) {
-      uri += character;
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(character);
-    uri += '%';
-    uri += digits[byte >> 4U];
-    uri += digits[byte & 0xFU];
-  }
-  return uri;
+  return "file://" + percentEncoded(file.native(), "!$&'()*+,-./:=@_~");
 }
 
 std::vector<ThumbnailSize> thumbnailSizes(int pixels, ThumbnailFit fit) {

@@ -6,8 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <set>
-#include <sstream>
 #include <utility>
+
+#include "base/SplitText.h"
 
 namespace vantorel {
 
@@ -25,8 +26,7 @@ Thumbnailers::Places Thumbnailers::Places::fromEnvironment(const EnvironmentLook
   for (const auto& directory : dataDirectories(lookup)) {
     places.entries.push_back(directory / "thumbnailers");
   }
-  std::istringstream list(lookup("PATH").value_or("/usr/local/bin:/usr/bin:/bin"));
-  for (std::string part; std::getline(list, part, ':');) {
+  for (const auto& part : splitList(lookup("PATH").value_or("/usr/local/bin:/usr/bin:/bin"), ':')) {
     // A relative place would be another one in every directory.
     if (Path(part).is_absolute()) places.programs.emplace_back(part);
   }

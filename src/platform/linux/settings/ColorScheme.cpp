@@ -1,7 +1,6 @@
 #include "platform/linux/settings/ColorScheme.h"
 
-#include <algorithm>
-#include <string>
+#include "base/Ascii.h"
 
 namespace vantorel {
 namespace {
@@ -11,10 +10,7 @@ constexpr std::uint32_t portalLight = 2;
 
 /// Themes that come in both are called "…-dark", "…:dark" or "…Dark".
 bool isDarkTheme(std::string_view name) {
-  std::string lower(name);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
+  const auto lower = asciiLowerCased(name);
   constexpr std::string_view mark = "dark";
   const auto place = lower.rfind(mark);
   return place != std::string::npos && place > 0 &&

@@ -3,47 +3,23 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/SplitText.h"
+#include "platform/linux/xdg/KeyFile.h"
+
 namespace vantorel {
 namespace {
 
 constexpr std::string_view groupHeader = "[Desktop Entry]";
-constexpr std::string_view blanks = " \t\r";
-
-std::string_view stripped(std::string_view text) {
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-std::vector<std::string> linesOf(std::string_view text) {
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    const auto end = text.find('\n');
-    lines.emplace_back(text.substr(0, end));
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  }
-  return lines;
-}
 
 bool isHeader(std::string_view line) {
-  const auto content = stripped(line);
+  const auto content = withoutBlanksAround(line);
   return !content.empty() && content.front() == '[';
 }
 
 bool hasKey(std::string_view line, std::string_view key) {
-  const auto content = stripped(line);
+  const auto content = withoutBlanksAround(line);
   const auto equals = content.find('=');
-  return equals != std::string_view::npos && stripped(content.substr(0, equals)) == key;
-}
-
-std::vector<std::string> listOf(std::string_view value) {
-  std::vector<std::string> parts;
-  while (!value.empty()) {
-    const auto end = value.find(';');
-    if (const auto part = stripped(value.substr(0, end)); !part.empty()) parts.emplace_back(part);
-    value.remove_prefix(end == std::string_view::npos ? value.size() : end + 1);
-  }
-  return parts;
+  return equals != std::string_view::npos && withoutBlanksAround(content.substr(0, equals)) == key;
 }
 
 bool shareOne(const std::vector<std::string>& some, const std::vector<std::string>& others) {
@@ -94,7 +70,7 @@ std::string desktopEntryCommand(const std::filesystem::path& program) {
 AutostartEntry::AutostartEntry(std::string_view text) {
   auto* part = &before_;
   for (auto& line : linesOf(text)) {
-    const bool begins = part == &before_ && stripped(line) == groupHeader;
+    const bool begins = part == &before_ && withoutBlanksAround(line) == groupHeader;
     if (part == &group_ && isHeader(line)) part = &behind_;
     part->push_back(std::move(line));
     if (begins) part = &group_;
@@ -114,9 +90,9 @@ bool AutostartEntry::isApplication() const {
 }
 
 bool AutostartEntry::isHere(const AutostartSurroundings& surroundings) const {
-  const auto only = listOf(value("OnlyShowIn"));
+  const auto only = listOf(value("OnlyShowIn"), ';');
   if (!only.empty() && !shareOne(only, surroundings.currentDesktops)) return false;
-  if (shareOne(listOf(value("NotShowIn")), surroundings.currentDesktops)) return false;
+  if (shareOne(listOf(value("NotShowIn"), ';'), surroundings.currentDesktops)) return false;
   const auto tried = value("TryExec");
   return tried.empty() || surroundings.programExists(tried);
 }
@@ -149,7 +125,7 @@ std::string AutostartEntry::value(std::string_view key) const {
   const auto found = std::find_if(group_.begin(), group_.end(),
                                   [key](const auto& line) { return hasKey(line, key); });
   if (found == group_.end()) return {};
-  return std::string(stripped(std::string_view(*found).substr(found->find('=') + 1)));
+  return std::string(withoutBlanksAround(std::string_view(*found).substr(found->find('=') + 1)));
 }
 
 std::vector<std::string>::iterator AutostartEntry::lineOf(std::string_view key) {
@@ -166,7 +142,7 @@ void AutostartEntry::set(std::string_view key, std::string_view value) {
   }
   // Blank lines part the group from the next one.
   auto end = group_.end();
-  while (end != group_.begin() && stripped(*(end - 1)).empty()) --end;
+  while (end != group_.begin() && withoutBlanksAround(*(end - 1)).empty()) --end;
   group_.insert(end, std::move(line));
 }
 

@@ -6,23 +6,13 @@
 #include <utility>
 
 #include "base/AtomicFile.h"
+#include "base/SplitText.h"
 #include "platform/ApplicationId.h"
 
 namespace vantorel {
 namespace {
 
 constexpr std::string_view replacedMark = " (deleted)";
-
-std::vector<std::string> parts(const std::string& list) {
-  std::vector<std::string> result;
-  std::size_t begin = 0;
-  while (begin <= list.size()) {
-    const auto end = std::min(list.find(':', begin), list.size());
-    if (end > begin) result.push_back(list.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return result;
-}
 
 bool canBeStarted(const std::string& program, const std::vector<std::string>& searchPath) {
   const auto isExecutable = [](const std::string& path) { return access(path.c_str(), X_OK) == 0; };
@@ -45,14 +35,14 @@ AutostartPlaces AutostartPlaces::fromEnvironment(const EnvironmentLookup& lookup
   }
   auto machines = lookup("XDG_CONFIG_DIRS").value_or("");
   if (machines.empty()) machines = "/etc/xdg";
-  for (const auto& directory : parts(machines)) {
+  for (const auto& directory : splitList(machines, ':')) {
     if (directory.front() == '/') {
       places.systems.push_back(std::filesystem::path(directory) / "autostart");
     }
   }
-  places.surroundings.currentDesktops = parts(lookup("XDG_CURRENT_DESKTOP").value_or(""));
+  places.surroundings.currentDesktops = splitList(lookup("XDG_CURRENT_DESKTOP").value_or(""), ':');
   places.surroundings.programExists =
-      [searchPath = parts(lookup("PATH").value_or(""))](const std::string& program) {
+      [searchPath = splitList(lookup("PATH").value_or(""), ':')](const std::string& program) {
         return canBeStarted(program, searchPath);
       };
   return places;

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/SplitText.h"
+
 namespace vantorel {
 namespace {
 
@@ -77,16 +79,6 @@ std::optional<std::pair<Head, Bytes>> receiveMessage(int socket, std::size_t lar
   Bytes body(head.size);
   if (!receiveAll(socket, body, deadline)) return std::nullopt;
   return std::pair(head, std::move(body));
-}
-
-std::vector<std::string> linesOf(std::string_view text) {
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    lines.emplace_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return lines;
 }
 
 }  // namespace

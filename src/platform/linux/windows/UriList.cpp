@@ -1,6 +1,10 @@
 #include "platform/linux/windows/UriList.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "base/Ascii.h"
+#include "base/PercentCoding.h"
 
 namespace vantorel {
 
@@ -8,42 +12,13 @@ namespace {
 
 constexpr std::string_view scheme = "file:";
 
-char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
-  return text.size() >= prefix.size() &&
-         std::equal(prefix.begin(), prefix.end(), text.begin(),
-                    [](char a, char b) { return lowered(a) == lowered(b); });
-}
-
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  const char letter = lowered(c);
-  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
-
-std::optional<std::string> percentDecoded(std::string_view text) {
-  std::string decoded;
-  decoded.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool escape = text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 &&
-                        hexValue(text[i + 2]) >= 0;
-    if (!escape) {
-      if (text[i] == '\0') return std::nullopt;
-      decoded += text[i];
-      continue;
-    }
-    const auto value = static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]));
-    if (value == '\0' || value == '/') return std::nullopt;
-    decoded += value;
-    i += 2;
-  }
-  return decoded;
-}
-
-bool isUnreserved(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
-         c == '.' || c == '_' || c == '~';
+/// Absent for what no path holds: a NUL, or a slash that is written as an escape.
+std::optional<std::string> decodedPath(std::string_view text) {
+  auto path = percentDecoded(text);
+  const bool isPath =
+      path.find('\0') == std::string::npos &&
+      std::count(path.begin(), path.end(), '/') == std::count(text.begin(), text.end(), '/');
+  return isPath ? std::optional(std::move(path)) : std::nullopt;
 }
 
 /// Cuts the first line off `rest`.
@@ -54,7 +29,7 @@ std::string_view nextLine(std::string_view& rest) {
   return line;
 }
 
-std::string_view withoutBlanksAround(std::string_view line) {
+std::string_view stripped(std::string_view line) {
   constexpr std::string_view blanks(" \t\0", 3);
   const auto first = line.find_first_not_of(blanks);
   if (first == std::string_view::npos) return {};
@@ -78,32 +53,20 @@ std::optional<std::filesystem::path> localFile(std::string_view uri) {
     uri.remove_prefix(slash);
   }
   if (uri.empty() || uri.front() != '/') return std::nullopt;
-  auto decoded = percentDecoded(uri);
+  auto decoded = decodedPath(uri);
   if (!decoded) return std::nullopt;
   while (decoded->size() > 1 && decoded->back() == '/') decoded->pop_back();
   return std::filesystem::path(std::move(*decoded));
 }
 
 std::string fileUri(const std::filesystem::path& path) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string uri = "file://";
-  for (const char c : path.native()) {
-    if (isUnreserved(c) || c == '/') {
-      uri += c;
-      continue;
-    }
-    const auto value = static_cast<unsigned char>(c);
-    uri += '%';
-    uri += digits[value >> 4U];
-    uri += digits[value & 15U];
-  }
-  return uri;
+  return "file://" + percentEncoded(path.native(), "-._~/");
 }
 
 std::vector<std::filesystem::path> filesFromUriList(std::string_view text) {
   std::vector<std::filesystem::path> files;
   while (!text.empty()) {
-    const auto line = withoutBlanksAround(nextLine(text));
+    const auto line = stripped(nextLine(text));
     if (line.empty() || line.front() == '#') continue;
     if (auto file = localFile(line)) files.push_back(std::move(*file));
   }

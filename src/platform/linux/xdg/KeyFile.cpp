@@ -1,16 +1,11 @@
 #include "platform/linux/xdg/KeyFile.h"
 
+#include "base/SplitText.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
 
 namespace {
-
-std::string_view stripped(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\r");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
 
 enum class Next { readOn, stop };
 
@@ -20,9 +15,7 @@ template <class OnGroup, class OnKey>
 void readLines(std::string_view text, OnGroup onGroup, OnKey onKey) {
   bool inside = false;
   while (!text.empty()) {
-    const auto end = text.find('\n');
-    const auto line = stripped(text.substr(0, end));
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    const auto line = withoutBlanksAround(takePart(text, '\n'));
     if (line.empty() || line.front() == '#') continue;
     if (line.front() == '[') {
       inside = line.size() > 2 && line.back() == ']';
@@ -32,8 +25,8 @@ void readLines(std::string_view text, OnGroup onGroup, OnKey onKey) {
     }
     const auto equals = line.find('=');
     if (!inside || equals == std::string_view::npos) continue;
-    const auto value = stripped(line.substr(equals + 1));
-    if (isValidUtf8(value)) onKey(stripped(line.substr(0, equals)), value);
+    const auto value = withoutBlanksAround(line.substr(equals + 1));
+    if (isValidUtf8(value)) onKey(withoutBlanksAround(line.substr(0, equals)), value);
   }
 }
 
@@ -76,10 +69,8 @@ std::string_view valueOf(const KeyGroup& keys, std::string_view key) {
 std::vector<std::string> listOf(std::string_view value, char separator) {
   std::vector<std::string> parts;
   while (!value.empty()) {
-    const auto end = value.find(separator);
-    const auto part = stripped(value.substr(0, end));
+    const auto part = withoutBlanksAround(takePart(value, separator));
     if (!part.empty()) parts.emplace_back(part);
-    value.remove_prefix(end == std::string_view::npos ? value.size() : end + 1);
   }
   return parts;
 }

@@ -5,8 +5,9 @@
 
 #include <array>
 #include <cstdlib>
-#include <sstream>
 #include <string_view>
+
+#include "base/SplitText.h"
 
 namespace vantorel {
 namespace {
@@ -46,8 +47,7 @@ std::vector<Path> searchPath(const std::optional<Path>& own, const EnvironmentLo
   if (own) result.push_back(*own);
   auto list = lookup(variable).value_or("");
   if (list.empty()) list = standard;
-  std::istringstream stream(list);
-  for (std::string part; std::getline(stream, part, ':');) {
+  for (const auto& part : splitList(list, ':')) {
     if (Path(part).is_absolute()) result.emplace_back(part);
   }
   return result;

@@ -9,12 +9,12 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "base/SplitText.h"
 #include "platform/linux/textinpictures/TextWorkerProtocol.h"
 #include "platform/linux/textinpictures/worker/TesseractReader.h"
 #include "platform/linux/textinpictures/worker/WorkerConfinement.h"
@@ -30,13 +30,6 @@ constexpr double mostReadingSeconds = 15;  // of the processor, for one picture
 // Decoding cannot be interrupted, but it can be killed.
 constexpr double mostProcessorSeconds = 20;
 constexpr std::chrono::seconds transferLimit{600};  // a busy machine leaves little time
-
-std::vector<std::string> namesIn(const std::string& list) {
-  std::vector<std::string> names;
-  std::istringstream in(list);
-  for (std::string name; std::getline(in, name, ',');) names.push_back(name);
-  return names;
-}
 
 class Worker {
  public:
@@ -91,7 +84,7 @@ int run(std::span<const char* const> arguments) {
   const Share share = std::string_view(arguments[4]) == "small" ? Share::small : Share::leftOver;
   const auto parent = static_cast<pid_t>(std::strtol(arguments[5], nullptr, 10));
   if (!limitThisProcess(parent, share) || !confine()) return EXIT_FAILURE;
-  Worker worker(arguments[1], namesIn(arguments[2]));
+  Worker worker(arguments[1], splitList(arguments[2], ','));
   const std::chrono::seconds idleLimit{std::strtol(arguments[3], nullptr, 10)};
   while (hasInput(STDIN_FILENO, steady_clock::now() + idleLimit)) {
     const auto picture = receivePicture(STDIN_FILENO, steady_clock::now() + transferLimit);

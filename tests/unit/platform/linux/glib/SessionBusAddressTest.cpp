@@ -49,7 +49,7 @@ TEST_F(SessionBusAddressTest, IsTheSocketOfTheRuntimeDirectoryElse) {
   listen();
   std::string escaped = (runtime_ / "bus").string();
   escaped.replace(escaped.find(' '), 1, "%20");
-  escaped.replace(escaped.find(','), 1, "%2c");
+  escaped.replace(escaped.find(','), 1, "%2C");
   EXPECT_EQ(addressIn({{"XDG_RUNTIME_DIR", runtime_.string()}}), "unix:path=" + escaped);
   EXPECT_EQ(addressIn({{"DBUS_SESSION_BUS_ADDRESS", ""}, {"XDG_RUNTIME_DIR", runtime_.string()}}),
             "unix:path=" + escaped);
