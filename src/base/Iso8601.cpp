@@ -2,25 +2,28 @@
 
 #include <algorithm>
 
+#include "base/Ascii.h"
+
 namespace vantorel {
 namespace {
 
 using std::chrono::days;
 using std::chrono::hours;
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
 using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::sys_days;
 using std::chrono::sys_seconds;
 
 constexpr sys_seconds firstSecond = sys_days(std::chrono::year(0) / 1 / 1);
-constexpr sys_seconds lastSecond =
-    sys_days(std::chrono::year(9999) / 12 / 31) + hours(23) + minutes(59) + seconds(59);
+constexpr sys_seconds lastSecond = sys_days(std::chrono::year(10000) / 1 / 1) - seconds(1);
 
 /// A decimal number of exactly as many digits as `text` is long; -1 for anything else.
 int number(std::string_view text) {
   int value = 0;
   for (const char digit : text) {
-    if (digit < '0' || digit > '9') return -1;
+    if (!isAsciiDigit(digit)) return -1;
     value = value * 10 + (digit - '0');
   }
   return value;
@@ -34,7 +37,20 @@ void append(std::string& text, int value, int digits) {
   text.append(reversed.rbegin(), reversed.rend());
 }
 
-/// What follows the seconds: "Z", or a sign, hours, a colon and minutes.
+/// Takes a decimal point and what follows it off `text`; none counts as zero.
+std::optional<microseconds> takeFraction(std::string_view& text) {
+  microseconds fraction(0);
+  if (!text.starts_with('.')) return fraction;
+  text.remove_prefix(1);
+  if (text.empty() || !isAsciiDigit(text.front())) return std::nullopt;
+  for (int unit = 100'000; !text.empty() && isAsciiDigit(text.front()); unit /= 10) {
+    fraction += microseconds(unit * (text.front() - '0'));
+    text.remove_prefix(1);
+  }
+  return fraction;
+}
+
+/// What comes last: "Z", or a sign, hours, a colon and minutes.
 std::optional<minutes> offset(std::string_view text) {
   if (text == "Z") return minutes(0);
   if (text.size() != 6 || (text[0] != '+' && text[0] != '-') || text[3] != ':') return std::nullopt;
@@ -47,7 +63,9 @@ std::optional<minutes> offset(std::string_view text) {
 
 }  // namespace
 
-std::string iso8601(Date date) {
+bool fitsIso8601(Date date) { return date >= firstSecond && date < lastSecond + seconds(1); }
+
+std::string iso8601(Date date, DateFraction fraction) {
   const sys_seconds second = std::clamp(std::chrono::floor<seconds>(date), firstSecond, lastSecond);
   const sys_days day = std::chrono::floor<days>(second);
   const std::chrono::year_month_day ymd(day);
@@ -64,16 +82,20 @@ std::string iso8601(Date date) {
   append(text, static_cast<int>(time.minutes().count()), 2);
   text.push_back(':');
   append(text, static_cast<int>(time.seconds().count()), 2);
+  const auto rest = std::chrono::floor<milliseconds>(date - second).count();
+  if (fraction == DateFraction::kept && fitsIso8601(date) && rest != 0) {
+    text.push_back('.');
+    append(text, static_cast<int>(rest), 3);
+  }
   text.push_back('Z');
   return text;
 }
 
-std::optional<Date> dateFromIso8601(std::string_view text) {
+std::optional<Date> dateFromIso8601(std::string_view text, DateFraction fraction) {
   constexpr std::string_view pattern = "0000-00-00T00:00:00";
   if (text.size() <= pattern.size()) return std::nullopt;
   for (std::size_t i = 0; i < pattern.size(); ++i) {
-    const bool isDigit = text[i] >= '0' && text[i] <= '9';
-    if (pattern[i] == '0' ? !isDigit : text[i] != pattern[i]) return std::nullopt;
+    if (pattern[i] == '0' ? !isAsciiDigit(text[i]) : text[i] != pattern[i]) return std::nullopt;
   }
   const std::chrono::year_month_day ymd(
       std::chrono::year(number(text.substr(0, 4))),
@@ -82,12 +104,13 @@ std::optional<Date> dateFromIso8601(std::string_view text) {
   const int hour = number(text.substr(11, 2));
   const int minute = number(text.substr(14, 2));
   const int second = number(text.substr(17, 2));
-  const auto zone = offset(text.substr(pattern.size()));
-  if (!ymd.ok() || hour > 23 || minute > 59 || second > 59 || !zone) return std::nullopt;
-  const sys_seconds moment =
-      sys_days(ymd) + hours(hour) + minutes(minute) + seconds(second) - *zone;
-  if (moment < firstSecond || moment > lastSecond) return std::nullopt;
-  return Date(moment);
+  text.remove_prefix(pattern.size());
+  const auto part = fraction == DateFraction::kept ? takeFraction(text) : microseconds(0);
+  const auto zone = offset(text);
+  if (!ymd.ok() || hour > 23 || minute > 59 || second > 59 || !part || !zone) return std::nullopt;
+  const Date moment =
+      sys_days(ymd) + hours(hour) + minutes(minute) + seconds(second) + *part - *zone;
+  return fitsIso8601(moment) ? std::optional(moment) : std::nullopt;
 }
 
 }  // namespace vantorel

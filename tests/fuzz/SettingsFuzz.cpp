@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/linux/settings/IsoDate.h"
+#include "base/Iso8601.h"
 #include "platform/linux/settings/JsonObjectText.h"
 
 namespace {
@@ -28,12 +28,10 @@ bool same(const std::vector<JsonMember>& a, const std::vector<JsonMember>& b) {
 /// again, to the letter; and every value can be asked for as any type.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  if (const auto date = vantorel::dateFromIsoText(text)) {
-    const auto written = vantorel::isoDateText(*date);
-    if (written) {
-      const auto again = vantorel::dateFromIsoText(*written);
-      require(again && *date - *again < std::chrono::milliseconds(1) && *again <= *date);
-    }
+  constexpr auto kept = vantorel::DateFraction::kept;
+  if (const auto date = vantorel::dateFromIso8601(text, kept)) {
+    const auto again = vantorel::dateFromIso8601(vantorel::iso8601(*date, kept), kept);
+    require(again && *date - *again < std::chrono::milliseconds(1) && *again <= *date);
   }
   const auto members = vantorel::parseJsonObject(text);
   if (!members) return 0;

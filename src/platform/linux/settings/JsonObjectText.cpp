@@ -8,7 +8,7 @@
 
 #include <set>
 
-#include "platform/linux/settings/IsoDate.h"
+#include "base/Iso8601.h"
 
 namespace vantorel {
 namespace {
@@ -102,8 +102,7 @@ bool write(ValidatingWriter& writer, const std::string& value) {
   return writeString(writer, value);
 }
 bool write(ValidatingWriter& writer, Date value) {
-  const auto text = isoDateText(value);
-  return text && writeString(writer, *text);
+  return fitsIso8601(value) && writeString(writer, iso8601(value, DateFraction::kept));
 }
 bool write(ValidatingWriter& writer, const std::vector<std::string>& values) {
   writer.StartArray();

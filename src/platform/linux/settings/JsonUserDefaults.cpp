@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/settings/IsoDate.h"
+#include "base/Iso8601.h"
 
 namespace vantorel {
 namespace {
@@ -81,7 +81,7 @@ std::optional<std::string> JsonUserDefaults::string(std::string_view key) const 
 
 std::optional<Date> JsonUserDefaults::date(std::string_view key) const {
   const auto text = string(key);
-  return text ? dateFromIsoText(*text) : std::nullopt;
+  return text ? dateFromIso8601(*text, DateFraction::kept) : std::nullopt;
 }
 
 std::optional<std::vector<std::string>> JsonUserDefaults::stringArray(std::string_view key) const {
