@@ -24,8 +24,8 @@ std::string percentDecoded(std::string_view text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool isEscape = text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 &&
                           hexValue(text[i + 2]) >= 0;
-    bytes += isEscape ? static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]))
-                      : text[i];
+    bytes +=
+        isEscape ? static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2])) : text[i];
     if (isEscape) i += 2;
   }
   return bytes;

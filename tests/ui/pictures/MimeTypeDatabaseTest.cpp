@@ -59,9 +59,8 @@ TEST_F(MimeTypeDatabaseTest, NamesIconsFromATypesOwnToAPlainDocument) {
   EXPECT_THAT(
       types.iconsOf(std::string(directoryType)),
       ElementsAre("inode-directory", "folder", "inode-x-generic", "text-x-generic", "unknown"));
-  EXPECT_THAT(
-      types.iconsOf("odd/../type"),
-      ElementsAre("odd-..-type", "odd-x-generic", "text-x-generic", "unknown"));
+  EXPECT_THAT(types.iconsOf("odd/../type"),
+              ElementsAre("odd-..-type", "odd-x-generic", "text-x-generic", "unknown"));
   EXPECT_THAT(types.iconsOf(""), ElementsAre("text-x-generic", "unknown"));
 }
 
