@@ -2,38 +2,31 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <string>
+#include <utility>
+
+#include "base/ContentFingerprint.h"
 
 namespace vantorel {
 
-InstanceLock::~InstanceLock() {
-  if (descriptor_ >= 0) close(descriptor_);
-}
-
 InstanceLock::Result InstanceLock::take(const std::filesystem::path& path) {
-  const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-  if (descriptor < 0) return Result::unavailable;
-  int status = 0;
-  do {
-    status = flock(descriptor, LOCK_EX | LOCK_NB);
-  } while (status != 0 && errno == EINTR);
-  if (status == 0) {
-    if (descriptor_ >= 0) close(descriptor_);
-    descriptor_ = descriptor;
+  FileDescriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (!file.isOpen()) return Result::unavailable;
+  if (retryingInterrupted([&file] { return flock(file.get(), LOCK_EX | LOCK_NB); }) == 0) {
+    file_.emplace(std::move(file));
     return Result::taken;
   }
-  const int reason = errno;
-  close(descriptor);
-  return reason == EWOULDBLOCK ? Result::heldByAnother : Result::unavailable;
+  return errno == EWOULDBLOCK ? Result::heldByAnother : Result::unavailable;
 }
 
 std::optional<std::filesystem::path> instanceLockPath(const XdgDirectories& directories) {
   if (!directories.runtime) return std::nullopt;
-  const auto history = std::filesystem::hash_value(directories.dataHome.value_or(""));
-  return *directories.runtime / ("vantorel-" + std::to_string(history) + ".lock");
+  constexpr std::size_t digits = 16;
+  const auto history = directories.dataHome.value_or("").native();
+  const auto name = ContentFingerprint::data(bytesOf(history)).substr(0, digits);
+  return *directories.runtime / ("vantorel-" + name + ".lock");
 }
 
 }  // namespace vantorel

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "base/FileDescriptor.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 
 namespace vantorel {
@@ -13,20 +14,15 @@ class InstanceLock {
  public:
   enum class Result { taken, heldByAnother, unavailable };
 
-  InstanceLock() = default;
-  ~InstanceLock();
-  InstanceLock(const InstanceLock&) = delete;
-  InstanceLock& operator=(const InstanceLock&) = delete;
-
   /// Takes the lock on the file `path`, which is created; its directory must exist.
   [[nodiscard]] Result take(const std::filesystem::path& path);
 
  private:
-  int descriptor_ = -1;
+  std::optional<FileDescriptor> file_;
 };
 
 /// The lock of the history that belongs to these directories, in the runtime directory; absent
-/// where there is none.
+/// where there is none. Whatever a build was made with, the same history has the same lock.
 [[nodiscard]] std::optional<std::filesystem::path> instanceLockPath(
     const XdgDirectories& directories);
 

@@ -34,12 +34,9 @@ bool isIgnored(int signal) {
   return (current.sa_flags & SA_SIGINFO) == 0 && current.sa_handler == SIG_IGN;
 }
 
-char readByte(int descriptor) {
+char readByte(const FileDescriptor& file) {
   char byte = ending;
-  ssize_t count = 0;
-  do {
-    count = read(descriptor, &byte, 1);
-  } while (count < 0 && errno == EINTR);
+  const auto count = retryingInterrupted([&] { return read(file.get(), &byte, 1); });
   return count == 1 ? byte : ending;
 }
 
@@ -55,10 +52,9 @@ TerminationSignals::TerminationSignals(Dispatch& dispatch, std::function<void()>
   std::array<int, 2> ends{};
   // Without descriptors left, the signals keep their default effect: the process ends.
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
-  readEnd_ = ends[0];
-  writeEnd_ = ends[1];
-  fcntl(writeEnd_, F_SETFL, O_NONBLOCK);
-  wakeDescriptor = writeEnd_;
+  pipe_.emplace(Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])});
+  fcntl(ends[1], F_SETFL, O_NONBLOCK);
+  wakeDescriptor = ends[1];
   thread_ = std::thread([this] { waitForSignal(); });
   install(SIGTERM);
   install(SIGINT);
@@ -69,11 +65,9 @@ TerminationSignals::TerminationSignals(Dispatch& dispatch, std::function<void()>
 TerminationSignals::~TerminationSignals() {
   for (const Previous& previous : previous_) sigaction(previous.signal, &previous.action, nullptr);
   wakeDescriptor = -1;
-  if (!thread_.joinable()) return;
-  [[maybe_unused]] const auto written = write(writeEnd_, &ending, 1);
+  if (!pipe_) return;
+  [[maybe_unused]] const auto written = write(pipe_->writeEnd.get(), &ending, 1);
   thread_.join();
-  close(readEnd_);
-  close(writeEnd_);
 }
 
 void TerminationSignals::install(int signal) {
@@ -87,11 +81,11 @@ void TerminationSignals::install(int signal) {
 }
 
 void TerminationSignals::waitForSignal() {
-  if (readByte(readEnd_) != signalArrived) return;
+  if (readByte(pipe_->readEnd) != signalArrived) return;
   dispatch_.async([token = std::weak_ptr(handler_)] {
     if (const auto handler = token.lock(); handler && *handler) (*handler)();
   });
-  while (readByte(readEnd_) == signalArrived) {
+  while (readByte(pipe_->readEnd) == signalArrived) {
   }
 }
 

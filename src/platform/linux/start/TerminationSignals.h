@@ -3,9 +3,11 @@
 #include <csignal>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <vector>
 
+#include "base/FileDescriptor.h"
 #include "platform/Dispatch.h"
 
 namespace vantorel {
@@ -30,14 +32,18 @@ class TerminationSignals {
     struct sigaction action {};
   };
 
+  struct Pipe {
+    FileDescriptor readEnd;
+    FileDescriptor writeEnd;
+  };
+
   void install(int signal);
   void waitForSignal();
 
   Dispatch& dispatch_;
   std::shared_ptr<std::function<void()>> handler_;  // its life is the weak token
   std::vector<Previous> previous_;
-  int readEnd_ = -1;
-  int writeEnd_ = -1;
+  std::optional<Pipe> pipe_;  // absent where none was to be had: nobody listens then
   std::thread thread_;
 };
 

@@ -44,6 +44,15 @@ TEST_F(InstanceLockTest, FollowsNoLink) {
   EXPECT_FALSE(std::filesystem::exists(directory_ / "elsewhere"));
 }
 
+// Two builds that share a history meet here, whatever they were made with. A version that called
+// its lock otherwise is met on the session bus only, which is asked first.
+TEST(InstanceLockPath, HasTheSameNameInEveryBuild) {
+  XdgDirectories directories;
+  directories.runtime = "/run/user/1000";
+  directories.dataHome = "/home/one/.local/share";
+  EXPECT_EQ(instanceLockPath(directories), "/run/user/1000/vantorel-9b4098df90f3f50f.lock");
+}
+
 TEST(InstanceLockPath, IsOneForEachHistory) {
   XdgDirectories directories;
   EXPECT_EQ(instanceLockPath(directories), std::nullopt);

@@ -34,7 +34,34 @@ class AnnouncingDispatch : public ManualDispatch {
   bool arrived_ = false;
 };
 
-class TerminationSignalsTest : public testing::TestWithParam<int> {};
+/// What a signal does to this process as if it had been started so, while this lives.
+class Disposition {
+ public:
+  Disposition(int signal, void (*handler)(int)) : signal_(signal) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    sigaction(signal_, &action, &before_);
+  }
+  ~Disposition() { sigaction(signal_, &before_, nullptr); }
+  Disposition(const Disposition&) = delete;
+  Disposition& operator=(const Disposition&) = delete;
+
+  [[nodiscard]] bool ignores() const {
+    struct sigaction current {};
+    sigaction(signal_, nullptr, &current);
+    return current.sa_handler == SIG_IGN;
+  }
+
+ private:
+  int signal_;
+  struct sigaction before_ {};
+};
+
+/// Also where whoever runs the tests ignores hang-ups.
+class TerminationSignalsTest : public testing::TestWithParam<int> {
+ private:
+  Disposition default_{GetParam(), SIG_DFL};
+};
 
 TEST_P(TerminationSignalsTest, CallTheHandlerOnTheMainQueue) {
   AnnouncingDispatch dispatch;
@@ -77,40 +104,17 @@ TEST_P(TerminationSignalsTest, AreRestoredAtTheEnd) {
 
 INSTANTIATE_TEST_SUITE_P(Each, TerminationSignalsTest, testing::Values(SIGTERM, SIGINT, SIGHUP));
 
-/// Ignores a signal while it lives, as a process that was started with it ignored does.
-class Ignored {
- public:
-  explicit Ignored(int signal) : signal_(signal) {
-    struct sigaction ignore {};
-    ignore.sa_handler = SIG_IGN;
-    sigaction(signal_, &ignore, &before_);
-  }
-  ~Ignored() { sigaction(signal_, &before_, nullptr); }
-  Ignored(const Ignored&) = delete;
-  Ignored& operator=(const Ignored&) = delete;
-
-  [[nodiscard]] bool still() const {
-    struct sigaction current {};
-    sigaction(signal_, nullptr, &current);
-    return current.sa_handler == SIG_IGN;
-  }
-
- private:
-  int signal_;
-  struct sigaction before_ {};
-};
-
 TEST(TerminationSignals, AHangUpThatWasIgnoredAtTheStartStaysIgnored) {
-  const Ignored ignored(SIGHUP);
+  const Disposition ignored(SIGHUP, SIG_IGN);
   ManualDispatch dispatch;
   const TerminationSignals signals(dispatch, [] {});
-  EXPECT_TRUE(ignored.still());
+  EXPECT_TRUE(ignored.ignores());
 }
 
 // A shell without job control starts what runs in its background with interrupts ignored.
 TEST(TerminationSignals, AnInterruptIsHeardAlsoWhenTheProgramWasStartedInTheBackground) {
   for (const int signal : {SIGINT, SIGTERM}) {
-    const Ignored ignored(signal);
+    const Disposition ignored(signal, SIG_IGN);
     {
       AnnouncingDispatch dispatch;
       int calls = 0;
@@ -120,7 +124,7 @@ TEST(TerminationSignals, AnInterruptIsHeardAlsoWhenTheProgramWasStartedInTheBack
       dispatch.runQueued();
       EXPECT_EQ(calls, 1);
     }
-    EXPECT_TRUE(ignored.still());
+    EXPECT_TRUE(ignored.ignores());
   }
 }
 
