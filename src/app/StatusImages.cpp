@@ -4,8 +4,10 @@
 #include <QPixmap>
 #include <array>
 #include <cstring>
+#include <string>
 
 #include "chrome/Symbols.h"
+#include "platform/ApplicationId.h"
 
 namespace vantorel {
 namespace {
@@ -40,8 +42,8 @@ QImage drawn(std::string_view symbol, int side) {
 
 StatusImage statusImage(bool isPaused) {
   const std::string_view symbol = isPaused ? "clipmb-template-paused" : "clipmb-template";
-  StatusImage image{isPaused ? "com.vantorel.Vantorel-paused-symbolic"
-                             : "com.vantorel.Vantorel-symbolic"};
+  StatusImage image{std::string(applicationId::name) +
+                    (isPaused ? "-paused-symbolic" : "-symbolic")};
   for (const int side : pixelSides) image.pictures.push_back(bitmap(drawn(symbol, side)));
   return image;
 }

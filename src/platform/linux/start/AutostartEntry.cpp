@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/SplitText.h"
+#include "platform/ApplicationId.h"
 #include "platform/linux/xdg/KeyFile.h"
 
 namespace vantorel {
@@ -24,6 +25,12 @@ bool hasKey(std::string_view line, std::string_view key) {
 
 bool shareOne(const std::vector<std::string>& some, const std::vector<std::string>& others) {
   return std::find_first_of(some.begin(), some.end(), others.begin(), others.end()) != some.end();
+}
+
+/// The first line with that key; the end when there is none.
+auto lineOf(auto& lines, std::string_view key) {
+  return std::find_if(lines.begin(), lines.end(),
+                      [key](const auto& line) { return hasKey(line, key); });
 }
 
 /// As every text value of a key file is written.
@@ -101,7 +108,7 @@ void AutostartEntry::enable(const std::filesystem::path& program,
                             const AutostartSurroundings& surroundings) {
   set("Type", "Application");
   if (value("Name").empty()) set("Name", "Vantorel");
-  if (value("Icon").empty()) set("Icon", "com.vantorel.Vantorel");
+  if (value("Icon").empty()) set("Icon", applicationId::name);
   set("Exec", desktopEntryCommand(program));
   remove("Hidden");
   if (value("X-GNOME-Autostart-enabled") == "false") set("X-GNOME-Autostart-enabled", "true");
@@ -122,20 +129,14 @@ std::string AutostartEntry::text() const {
 }
 
 std::string AutostartEntry::value(std::string_view key) const {
-  const auto found = std::find_if(group_.begin(), group_.end(),
-                                  [key](const auto& line) { return hasKey(line, key); });
+  const auto found = lineOf(group_, key);
   if (found == group_.end()) return {};
   return std::string(withoutBlanksAround(std::string_view(*found).substr(found->find('=') + 1)));
 }
 
-std::vector<std::string>::iterator AutostartEntry::lineOf(std::string_view key) {
-  return std::find_if(group_.begin(), group_.end(),
-                      [key](const auto& line) { return hasKey(line, key); });
-}
-
 void AutostartEntry::set(std::string_view key, std::string_view value) {
   auto line = std::string(key).append("=").append(value);
-  const auto found = lineOf(key);
+  const auto found = lineOf(group_, key);
   if (found != group_.end()) {
     *found = std::move(line);
     return;

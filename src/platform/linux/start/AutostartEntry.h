@@ -15,8 +15,8 @@ struct AutostartSurroundings {
   std::function<bool(const std::string&)> programExists;
 };
 
-/// The text of an autostart entry, read and changed as the convention has it. Lines that are not
-/// touched stay as they are, whatever they hold; a text that is no desktop entry counts as empty.
+/// The text of an autostart entry. Lines that need no change stay as they are, whatever they hold; a
+/// text that is no desktop entry counts as empty.
 class AutostartEntry {
  public:
   explicit AutostartEntry(std::string_view text);
@@ -33,7 +33,6 @@ class AutostartEntry {
   [[nodiscard]] bool isApplication() const;
   [[nodiscard]] std::string value(std::string_view key) const;
   [[nodiscard]] bool isHere(const AutostartSurroundings& surroundings) const;
-  [[nodiscard]] std::vector<std::string>::iterator lineOf(std::string_view key);
   void set(std::string_view key, std::string_view value);
   void remove(std::string_view key);
 

@@ -8,6 +8,7 @@
 #include "base/AtomicFile.h"
 #include "base/SplitText.h"
 #include "platform/ApplicationId.h"
+#include "platform/linux/xdg/KeyFile.h"
 
 namespace vantorel {
 namespace {
@@ -30,15 +31,12 @@ std::filesystem::path entryIn(const std::filesystem::path& directory) {
 
 AutostartPlaces AutostartPlaces::fromEnvironment(const EnvironmentLookup& lookup) {
   AutostartPlaces places;
-  if (const auto config = XdgDirectories::fromEnvironment(lookup).configHome) {
-    places.own = *config / "autostart";
+  for (const auto& directory : configDirectories(lookup)) {
+    places.systems.push_back(directory / "autostart");
   }
-  auto machines = lookup("XDG_CONFIG_DIRS").value_or("");
-  if (machines.empty()) machines = "/etc/xdg";
-  for (const auto& directory : splitList(machines, ':')) {
-    if (directory.front() == '/') {
-      places.systems.push_back(std::filesystem::path(directory) / "autostart");
-    }
+  if (XdgDirectories::fromEnvironment(lookup).configHome) {
+    places.own = places.systems.front();
+    places.systems.erase(places.systems.begin());
   }
   places.surroundings.currentDesktops = splitList(lookup("XDG_CURRENT_DESKTOP").value_or(""), ':');
   places.surroundings.programExists =

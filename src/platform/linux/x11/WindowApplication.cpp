@@ -13,6 +13,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/ApplicationId.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -108,7 +109,7 @@ RunningApplication applicationOf(const WindowFacts& facts, WindowHistory history
   application.processIdentifier = processOf(facts, host);
   application.activationPolicy = ActivationPolicy::accessory;
   if (application.processIdentifier == host.ownPid) {
-    application.bundleIdentifier = ownApplicationId;
+    application.bundleIdentifier = applicationId::name;
     application.localizedName = ownApplicationName;
     return application;
   }

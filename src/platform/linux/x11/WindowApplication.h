@@ -10,8 +10,7 @@
 
 namespace vantorel {
 
-/// The identifier of this program, and what it is called.
-inline constexpr const char* ownApplicationId = "com.vantorel.Vantorel";
+/// What this program is called.
 inline constexpr const char* ownApplicationName = "Vantorel";
 
 /// What tells processes of this machine from others.

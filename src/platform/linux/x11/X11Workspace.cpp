@@ -4,6 +4,8 @@
 #include <set>
 #include <utility>
 
+#include "platform/ApplicationId.h"
+
 namespace vantorel {
 
 namespace {
@@ -78,7 +80,7 @@ X11Applications::Observer X11Workspace::observer() const {
   };
 }
 
-std::optional<std::string> X11Workspace::ownBundleIdentifier() const { return ownApplicationId; }
+std::optional<std::string> X11Workspace::ownBundleIdentifier() const { return applicationId::name; }
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() {
   std::optional<RunningApplication> front;
