@@ -2,16 +2,16 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <optional>
 #include <set>
 #include <system_error>
 #include <utility>
+
+#include "base/FileDescriptor.h"
 
 namespace vantorel {
 
@@ -23,34 +23,19 @@ constexpr std::size_t maximumFileSize = std::size_t{1} << 20U;  // bytes; usual 
 constexpr std::size_t maximumFiles = 20000;                     // in all
 constexpr int maximumDepth = 8;                                 // subdirectories within each other
 
-class Descriptor {
- public:
-  explicit Descriptor(const fs::path& path)
-      // A pipe in the place of a file must not hold the reader up.
-      : value_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
-  ~Descriptor() {
-    if (value_ >= 0) ::close(value_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  [[nodiscard]] int get() const { return value_; }
-
- private:
-  int value_;
-};
-
 std::optional<std::string> contents(const fs::path& path) {
-  const Descriptor file(path);
+  // A pipe in the place of a file must not hold the reader up.
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
-  if (file.get() < 0 || ::fstat(file.get(), &status) != 0) return std::nullopt;
+  if (!file.isOpen() || ::fstat(file.get(), &status) != 0) return std::nullopt;
   if (!S_ISREG(status.st_mode) || status.st_size > static_cast<off_t>(maximumFileSize)) {
     return std::nullopt;
   }
   std::string text;
   std::array<char, 8192> buffer{};
   while (text.size() <= maximumFileSize) {
-    const auto count = ::read(file.get(), buffer.data(), buffer.size());
-    if (count < 0 && errno == EINTR) continue;
+    const auto count =
+        retryingInterrupted([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
     if (count < 0) return std::nullopt;
     if (count == 0) return text;
     text.append(buffer.data(), static_cast<std::size_t>(count));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/FileDescriptor.h"
+
 namespace vantorel {
 
 /// Says once and for all that it is time to stop, to a thread that waits for something else too.
@@ -7,17 +9,14 @@ namespace vantorel {
 class StopSignal {
  public:
   StopSignal();
-  ~StopSignal();
-  StopSignal(const StopSignal&) = delete;
-  StopSignal& operator=(const StopSignal&) = delete;
 
   void raise() const;
   [[nodiscard]] bool isRaised() const;
   /// Readable for ever once raised; -1 when the system had none to give, and nobody is woken.
-  [[nodiscard]] int descriptor() const { return descriptor_; }
+  [[nodiscard]] int descriptor() const { return event_.get(); }
 
  private:
-  int descriptor_;
+  const FileDescriptor event_;
 };
 
 }  // namespace vantorel

@@ -27,12 +27,7 @@ xcb_window_t SelectionReader::freshWindow() {
     idle_.pop_front();
     return window;
   }
-  const xcb_window_t window = xcb_generate_id(connection_.xcb());
-  const std::uint32_t values[] = {1, XCB_EVENT_MASK_PROPERTY_CHANGE};
-  xcb_create_window(connection_.xcb(), 0, window, connection_.root(), -10, -10, 1, 1, 0,
-                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-                    XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-  return window;
+  return connection_.createHiddenWindow();
 }
 
 void SelectionReader::read(const SelectionQuery& query, Completion completion) {

@@ -12,15 +12,6 @@ namespace {
 
 constexpr std::uint8_t sentEventBit = 0x80;
 
-xcb_window_t createWindow(const X11Connection& connection) {
-  const xcb_window_t window = xcb_generate_id(connection.xcb());
-  const std::uint32_t values[] = {1, XCB_EVENT_MASK_PROPERTY_CHANGE};
-  xcb_create_window(connection.xcb(), 0, window, connection.root(), -10, -10, 1, 1, 0,
-                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-                    XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-  return window;
-}
-
 bool enableOwnerChanges(const X11Connection& connection) {
   return connection.reply(xcb_xfixes_query_version_reply,
                           xcb_xfixes_query_version(connection.xcb(), 1, 0)) != nullptr;
@@ -79,7 +70,7 @@ SelectionService::SelectionService(X11Thread& thread, Observer observer,
       ownerChangeEvent_(ownerChangeEvent),
       clipboard_(connection_.atom("CLIPBOARD")),
       timeProperty_(connection_.atom("VANTOREL_TIME")),
-      window_(createWindow(connection_)),
+      window_(connection_.createHiddenWindow()),
       reader_(thread, patience),
       owner_(thread, window_, std::move(runElsewhere)),
       role_(thread, owner_, window_),
@@ -250,11 +241,7 @@ void SelectionService::handleNotify(const xcb_selection_notify_event_t& event) {
 xcb_timestamp_t SelectionService::serverTime() {
   xcb_change_property(connection_.xcb(), XCB_PROP_MODE_APPEND, window_, timeProperty_,
                       XCB_ATOM_INTEGER, 32, 0, nullptr);
-  // Any answer will do: the event has come before it.
-  const auto answer =
-      connection_.reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection_.xcb()));
-  thread_.handleArrivedEvents();
-  return answer ? serverTime_ : XCB_CURRENT_TIME;
+  return thread_.catchUp() ? serverTime_ : XCB_CURRENT_TIME;
 }
 
 bool SelectionService::take(Own contents, Counting counting) {

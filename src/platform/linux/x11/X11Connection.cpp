@@ -64,6 +64,14 @@ void X11Connection::remember(const std::string& name, xcb_atom_t atom) {
   names_.insert_or_assign(atom, name);
 }
 
+xcb_window_t X11Connection::createHiddenWindow() const {
+  const xcb_window_t window = xcb_generate_id(connection_);
+  const std::uint32_t values[] = {1, XCB_EVENT_MASK_PROPERTY_CHANGE};
+  xcb_create_window(connection_, 0, window, root(), -10, -10, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                    XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+  return window;
+}
+
 xcb_atom_t X11Connection::atom(std::string_view name) {
   {
     const std::lock_guard lock(mutex_);

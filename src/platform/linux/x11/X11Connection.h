@@ -45,6 +45,8 @@ class X11Connection {
   /// Whether the connection is lost for good.
   [[nodiscard]] bool broken() const { return xcb_connection_has_error(connection_) != 0; }
   void flush() const { xcb_flush(connection_); }
+  /// A window that is never shown and gets the changes of its properties; the caller's to destroy.
+  [[nodiscard]] xcb_window_t createHiddenWindow() const;
   /// What the numbers of all windows of one client have in common. Asks nobody.
   [[nodiscard]] std::uint32_t clientOf(xcb_window_t window) const;
   /// Whether that window was made through this connection. Asks nobody.

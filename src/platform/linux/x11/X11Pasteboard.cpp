@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
+#include <future>
 #include <utility>
 
 #include "platform/linux/windows/ImagePreparation.h"
@@ -15,25 +14,6 @@ namespace {
 
 using Own = SelectionService::Own;
 using Foreign = SelectionService::Foreign;
-
-/// Lets one thread wait for another, but not for ever.
-class Signal {
- public:
-  void give() {
-    const std::lock_guard lock(mutex_);
-    given_ = true;
-    condition_.notify_all();
-  }
-  void waitFor(std::chrono::milliseconds limit) {
-    std::unique_lock lock(mutex_);
-    condition_.wait_for(lock, limit, [this] { return given_; });
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable condition_;
-  bool given_ = false;
-};
 
 /// Does its work once: when told to, or else when nobody is left to tell it.
 class Once {
@@ -94,9 +74,9 @@ bool X11Pasteboard::start() {
 X11Pasteboard::~X11Pasteboard() {
   main_.reset();
   if (service_) {
-    const auto done = std::make_shared<Signal>();
-    thread_.post([this, done] { service_->handOver([done] { done->give(); }); });
-    done->waitFor(SelectionService::handOverLimit * 2);
+    const auto done = std::make_shared<std::promise<void>>();
+    thread_.post([this, done] { service_->handOver([done] { done->set_value(); }); });
+    (void)done->get_future().wait_for(SelectionService::handOverLimit * 2);
   }
   // In this order: the queue posts to the thread, and the thread queues on it.
   thread_.stop();

@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <condition_variable>
 #include <csignal>
+#include <future>
 #include <utility>
 
 namespace vantorel {
@@ -19,51 +19,16 @@ namespace {
 // Events handled in one turn, so that a flood of them keeps neither posted work nor timers waiting.
 constexpr int eventsInOneTurn = 256;
 
-/// Tells a waiting thread that work has run, or that it was dropped and never will.
-class Outcome {
- public:
-  void settle(bool ran) {
-    const std::lock_guard lock(mutex_);
-    if (settled_) return;
-    settled_ = true;
-    ran_ = ran;
-    condition_.notify_all();
-  }
-  bool wait() {
-    std::unique_lock lock(mutex_);
-    condition_.wait(lock, [this] { return settled_; });
-    return ran_;
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable condition_;
-  bool settled_ = false;
-  bool ran_ = false;
-};
-
-/// Lives in the posted work: when that is dropped unrun, the waiting thread goes on.
-struct OutcomeGuard {
-  explicit OutcomeGuard(std::shared_ptr<Outcome> shared) : outcome(std::move(shared)) {}
-  ~OutcomeGuard() { outcome->settle(false); }
-  OutcomeGuard(const OutcomeGuard&) = delete;
-  OutcomeGuard& operator=(const OutcomeGuard&) = delete;
-  std::shared_ptr<Outcome> outcome;
-};
-
 }  // namespace
 
 X11Thread::X11Thread(std::unique_ptr<X11Connection> connection, std::string name)
     : connection_(std::move(connection)),
       name_(std::move(name)),
-      wakeDescriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+      wakeUp_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   name_.resize(std::min<std::size_t>(name_.size(), 15));
 }
 
-X11Thread::~X11Thread() {
-  stop();
-  close(wakeDescriptor_);
-}
+X11Thread::~X11Thread() { stop(); }
 
 void X11Thread::start(EventHandler onEvent, Work onLost) {
   onEvent_ = std::move(onEvent);
@@ -102,12 +67,17 @@ bool X11Thread::post(Work work) {
 }
 
 bool X11Thread::runAndWait(const Work& work) {
-  const auto outcome = std::make_shared<Outcome>();
-  post([&work, guard = std::make_shared<OutcomeGuard>(outcome)] {
+  bool ran = false;
+  auto promise = std::make_shared<std::promise<void>>();
+  const auto settled = promise->get_future();
+  post([&, promise = std::move(promise)] {
     work();
-    guard->outcome->settle(true);
+    ran = true;
+    promise->set_value();
   });
-  return outcome->wait();
+  // Ends too when the work is dropped unrun, and the promise with it.
+  settled.wait();
+  return ran;
 }
 
 X11Thread::TimerId X11Thread::after(Clock::duration delay, Work work) {
@@ -123,6 +93,14 @@ void X11Thread::cancel(TimerId timer) {
 }
 
 void X11Thread::handleArrivedEvents() { handleEvents(INT_MAX); }
+
+bool X11Thread::catchUp() {
+  // Any answer will do: whatever happened has come before it.
+  const auto answer =
+      connection_->reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection_->xcb()));
+  handleArrivedEvents();
+  return answer != nullptr;
+}
 
 void X11Thread::run() {
   for (;;) {
@@ -186,19 +164,19 @@ int X11Thread::sleepMilliseconds() const {
 
 void X11Thread::sleep(bool moreEvents) {
   std::array<pollfd, 2> descriptors{
-      pollfd{wakeDescriptor_, POLLIN, 0},
+      pollfd{wakeUp_.get(), POLLIN, 0},
       // A negative descriptor is left out.
       pollfd{server_ == Server::lost ? -1 : connection_->fileDescriptor(), POLLIN, 0}};
   poll(descriptors.data(), descriptors.size(), moreEvents ? 0 : sleepMilliseconds());
   std::uint64_t count = 0;
   // Empties the counter; there is nothing to do about a counter that was empty.
-  if (read(wakeDescriptor_, &count, sizeof count) < 0) return;
+  if (read(wakeUp_.get(), &count, sizeof count) < 0) return;
 }
 
 void X11Thread::wake() const {
   const std::uint64_t one = 1;
   // Fails only when the counter is full, and then the thread is awake.
-  if (write(wakeDescriptor_, &one, sizeof one) < 0) return;
+  if (write(wakeUp_.get(), &one, sizeof one) < 0) return;
 }
 
 }  // namespace vantorel

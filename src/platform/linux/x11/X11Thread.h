@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/FileDescriptor.h"
 #include "platform/Dispatch.h"
 #include "platform/linux/x11/X11Connection.h"
 
@@ -54,6 +55,8 @@ class X11Thread {
   /// Hands out the events that have arrived by now, without waiting. For posted work and timers,
   /// never from within the event handler.
   void handleArrivedEvents();
+  /// The same for all that happened until now: waits for the server. False when it has no answer.
+  bool catchUp();
 
   [[nodiscard]] X11Connection& connection() const { return *connection_; }
 
@@ -74,7 +77,7 @@ class X11Thread {
 
   std::unique_ptr<X11Connection> connection_;
   std::string name_;
-  int wakeDescriptor_;
+  const FileDescriptor wakeUp_;
   EventHandler onEvent_;
   Work onLost_;
   std::thread thread_;

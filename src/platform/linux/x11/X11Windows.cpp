@@ -1,7 +1,6 @@
 #include "platform/linux/x11/X11Windows.h"
 
 #include <algorithm>
-#include <array>
 #include <ctime>
 #include <utility>
 
@@ -31,14 +30,10 @@ X11Windows::X11Windows(X11Thread& thread)
     : thread_(thread),
       connection_(thread.connection()),
       queries_(connection_),
-      clock_(xcb_generate_id(connection_.xcb())),
+      clock_(connection_.createHiddenWindow()),
       activeWindow_(connection_.atom("_NET_ACTIVE_WINDOW")),
       managerCheck_(connection_.atom("_NET_SUPPORTING_WM_CHECK")),
       supported_(connection_.atom("_NET_SUPPORTED")) {
-  const std::array<std::uint32_t, 2> values{1, XCB_EVENT_MASK_PROPERTY_CHANGE};
-  xcb_create_window(connection_.xcb(), 0, clock_, connection_.root(), -1, -1, 1, 1, 0,
-                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
-                    XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
   watch(connection_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
 }
 
@@ -119,11 +114,7 @@ void X11Windows::handleLoss() {
 }
 
 void X11Windows::catchUp() {
-  // Any answer will do: whatever happened has come before it.
-  const auto answer =
-      connection_.reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection_.xcb()));
-  thread_.handleArrivedEvents();
-  if (!answer && connection_.broken()) handleLoss();
+  if (!thread_.catchUp() && connection_.broken()) handleLoss();
 }
 
 X11Windows::Entry* X11Windows::take(xcb_window_t window, std::optional<WindowFacts> facts) {

@@ -143,15 +143,15 @@ TEST(ThisHost, KnowsThisProcessAsTheServerDoes) {
 }
 
 TEST(ExecutableOfProcess, IsTheProgramsFileName) {
-  EXPECT_EQ(executableOf(::getpid()), "x11_unit_tests");
+  EXPECT_EQ(executableOf(::getpid()), "x11_test");
   EXPECT_EQ(executableOf(0), "");
   EXPECT_EQ(executableOf(-5), "");
 }
 
 TEST(IdentityOfWindow, NamesTheProgramOfLocalWindowsOnly) {
   const auto own = ::getpid();
-  EXPECT_EQ(identityOf(windowOf(7, own), host).executable, "x11_unit_tests");
-  EXPECT_EQ(identityOf(windowOf(2, own), host).executable, "x11_unit_tests")
+  EXPECT_EQ(identityOf(windowOf(7, own), host).executable, "x11_test");
+  EXPECT_EQ(identityOf(windowOf(2, own), host).executable, "x11_test")
       << "a container's own number says nothing here";
   EXPECT_EQ(identityOf(windowOf(7, own, "elsewhere"), host).executable, "");
 }
