@@ -50,9 +50,9 @@ void HotKeyRegistration::ensureHotKeyHandler() {
 
 void HotKeyRegistration::handlePress(HotKeyId id) {
   if (id != clipHotKeyId) return;
-  dispatch_.async([this, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired() && onPressed) onPressed();
-  });
+  dispatch_.async(life_.guard([this] {
+    if (onPressed) onPressed();
+  }));
 }
 
 std::optional<HotKeyRef> HotKeyRegistration::take(const HotKeyShortcut& shortcut) {

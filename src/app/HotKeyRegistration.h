@@ -2,18 +2,18 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string_view>
 
 #include "app/HotKeyShortcut.h"
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/HotKeys.h"
 #include "platform/UserDefaults.h"
 
 namespace vantorel {
 
-/// The bytes of a four-character code, the first one the most significant.
+/// Four letters as a number, the first one its most significant byte.
 [[nodiscard]] constexpr std::uint32_t fourCharacterCode(std::string_view characters) {
   std::uint32_t code = 0;
   for (const char character : characters) {
@@ -22,6 +22,7 @@ namespace vantorel {
   return code;
 }
 
+/// Tells this program's hot keys from those of others.
 inline constexpr std::uint32_t clipHotKeySignature = fourCharacterCode("VNTL");
 inline constexpr HotKeyId clipHotKeyId{clipHotKeySignature, 1};
 
@@ -70,8 +71,7 @@ class HotKeyRegistration {
   HotKeyShortcut shortcut_;
   std::optional<HotKeyRef> reference_;
   bool handlerInstalled_ = false;
-  /// Queued presses hold it weakly.
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  Lifetime life_;
 };
 
 }  // namespace vantorel

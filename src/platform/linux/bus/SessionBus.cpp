@@ -39,11 +39,9 @@ void SessionBus::lost() {
 void SessionBus::lookForIt() {
   const auto address = sessionBusAddress(environment_);
   if (!address) return;
-  looking_ = std::make_unique<BusReturn>(*address, [this, alive = std::weak_ptr(alive_)] {
-    dispatch_.async([this, alive] {
-      if (!alive.expired()) rejoin();
-    });
-  });
+  looking_ = std::make_unique<BusReturn>(
+      *address,
+      [&dispatch = dispatch_, back = life_.guard([this] { rejoin(); })] { dispatch.async(back); });
 }
 
 // It has just answered, so that joining it holds nobody up.

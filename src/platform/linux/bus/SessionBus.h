@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/linux/glib/BusReturn.h"
 #include "platform/linux/xdg/XdgDirectories.h"
@@ -44,8 +45,8 @@ class SessionBus : public QObject {
   std::optional<QDBusConnection> connection_;
   bool tried_ = false;
   int joined_ = 0;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  // weakly held by what is queued
   std::unique_ptr<BusReturn> looking_;  // while there is something to look for
+  Lifetime life_;
 };
 
 }  // namespace vantorel
