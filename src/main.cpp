@@ -208,6 +208,6 @@ int main(int argc, char** argv) {
     std::fputs(CommandLine::helpText().data(), stdout);
     return 0;
   }
-  vantorel::keepLargeBlocksApart();
+  vantorel::returnFreedLargeBlocks();
   return vantorel::run(argc, argv, {commandLine.command, commandLine.argument});
 }

@@ -4,7 +4,7 @@
 
 namespace vantorel {
 
-void keepLargeBlocksApart() {
+void returnFreedLargeBlocks() {
   constexpr int large = 1 << 20;
   // Called before there is a second thread. A fixed threshold also ends the learning.
   // NOLINTBEGIN(concurrency-mt-unsafe)

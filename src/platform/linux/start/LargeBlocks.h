@@ -2,10 +2,9 @@
 
 namespace vantorel {
 
-/// Has the allocator give every block of a megabyte or more back to the system as soon as it is
-/// freed. Left alone it learns from the first block of some size that such are wanted again, takes
-/// them from its heaps from then on, and each thread's heap keeps what one picture once needed.
-/// Called once, before the first large block.
-void keepLargeBlocksApart();
+/// Has the allocator return every block of a megabyte or more to the system as soon as it is freed.
+/// Left alone, it takes blocks of a size that was freed once from its heaps from then on, and each
+/// thread's heap keeps what one picture needed. To be called once, before the first large block.
+void returnFreedLargeBlocks();
 
 }  // namespace vantorel

@@ -8,8 +8,8 @@
 namespace vantorel {
 namespace {
 
-TEST(LargeBlocks, StayApartAfterOthersWereFreed) {
-  keepLargeBlocksApart();
+TEST(LargeBlocks, AreReturnedAlsoAfterOthersWereFreed) {
+  returnFreedLargeBlocks();
   constexpr std::size_t megabyte = 1'048'576;
   { const std::vector<char> freed(9 * megabyte); }
   const auto before = mallinfo2().hblks;
