@@ -1,7 +1,6 @@
 #include "app/HelpPanel.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <algorithm>
 
 #include "app/AppIconFactory.h"
@@ -22,7 +21,6 @@ constexpr int firstLaunchSpacing = 11;
 constexpr int aboutSpacing = 8;
 constexpr int topInset = 22;
 constexpr int bottomInset = 20;
-constexpr double cornerRadius = 22;
 constexpr int textWidth = 390;
 constexpr int iconSide = 62;
 
@@ -34,35 +32,23 @@ QSize sizeFor(HelpPanel::Occasion occasion) {
           occasion == HelpPanel::Occasion::firstLaunch ? firstLaunchHeight : aboutHeight};
 }
 
-bool closes(const QKeyEvent& event) {
-  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
 }  // namespace
 
 HelpPanel::HelpPanel(const ChromeServices& services, Occasion occasion, const Facts& facts)
-    : VantorelPanel(QStringLiteral("About Vantorel"), sizeFor(occasion), cornerRadius,
-                    services.accessibility, services.backdrops) {
-  setLayoutDirection(Qt::RightToLeft);
+    : DocumentPanel(QStringLiteral("About Vantorel"), sizeFor(occasion), services) {
   // No control is marked before the user asks for one with Tab.
   setFocusPolicy(Qt::ClickFocus);
   setFocus();
   build(occasion, facts);
   layOut(occasion);
-  onKeyPress = [this](const QKeyEvent& event) {
-    if (!closes(event)) return false;
-    if (onClose) onClose();
-    return true;
-  };
-  onCloseRequested = [this] {
-    if (onClose) onClose();
-  };
 }
 
 void HelpPanel::build(Occasion occasion, const Facts& facts) {
   const bool welcomes = occasion == Occasion::firstLaunch;
   addIcon();
-  addTitle(welcomes ? QStringLiteral("ברוכים הבאים ל־Vantorel") : QStringLiteral("Vantorel"));
+  add(new TextBlock(
+      welcomes ? QStringLiteral("ברוכים הבאים ל־Vantorel") : QStringLiteral("Vantorel"),
+      {.points = 19, .weight = QFont::Bold}, &glass()));
   addText(QStringLiteral(
       "היסטוריית ההעתקות נשמרת מקומית במק שלך.\nטקסטים, תמונות וקבצים זמינים עד שבוע."));
   addHeading(QStringLiteral("פתיחת החלון"));
@@ -106,27 +92,17 @@ void HelpPanel::addIcon() {
   add(icon);
 }
 
-void HelpPanel::addTitle(const QString& title) {
-  TextBlock::Style style;
-  style.points = 19;
-  style.weight = QFont::Bold;
-  add(new TextBlock(title, style, &glass()));
-}
-
 void HelpPanel::addHeading(const QString& heading) {
-  TextBlock::Style style;
-  style.points = 12.5;
-  style.weight = QFont::DemiBold;
-  style.importance = TextBlock::Importance::secondary;
-  add(new TextBlock(heading, style, &glass()), true);
+  add(new TextBlock(heading,
+                    {.points = 12.5,
+                     .weight = QFont::DemiBold,
+                     .importance = TextBlock::Importance::secondary},
+                    &glass()),
+      true);
 }
 
 void HelpPanel::addText(const QString& text) {
-  TextBlock::Style style;
-  style.alignment = Qt::AlignRight;
-  style.lines = 3;
-  style.width = textWidth;
-  add(new TextBlock(text, style, &glass()));
+  add(new TextBlock(text, {.alignment = Qt::AlignRight, .lines = 3, .width = textWidth}, &glass()));
 }
 
 void HelpPanel::addShortcut(const std::string& display) {
@@ -147,20 +123,18 @@ void HelpPanel::addShortcut(const std::string& display) {
 }
 
 void HelpPanel::addVersion(const std::string& version) {
-  TextBlock::Style style;
-  style.points = 11.5;
-  style.importance = TextBlock::Importance::secondary;
-  style.direction = Qt::LeftToRight;
   const auto line = QStringLiteral("Version %1  ·  Made by the Vantorel authors")
                         .arg(QString::fromStdString(version));
-  add(new TextBlock(line, style, &glass()), true);
+  add(new TextBlock(line,
+                    {.points = 11.5,
+                     .importance = TextBlock::Importance::secondary,
+                     .direction = Qt::LeftToRight},
+                    &glass()),
+      true);
 }
 
 PushButton* HelpPanel::addButton(PushButton* button, std::function<void()> HelpPanel::*action) {
-  QFont font = button->font();
-  font.setFamilies(documentFont(1).families());
-  button->setFont(font);
-  connect(button, &PushButton::clicked, this, [this, action] {
+  setUp(*button, [this, action] {
     if (this->*action) (this->*action)();
   });
   add(button);

@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "app/ColumnLayout.h"
-#include "chrome/ChromeServices.h"
-#include "chrome/VantorelPanel.h"
+#include "app/DocumentPanel.h"
 
 namespace vantorel {
 
@@ -18,7 +17,7 @@ class ShortcutPill;
 
 /// What the program does and how it is used, in Hebrew: at the first start to welcome, later to
 /// look things up. Main thread.
-class HelpPanel : public VantorelPanel {
+class HelpPanel : public DocumentPanel {
   Q_OBJECT
 
  public:
@@ -38,8 +37,6 @@ class HelpPanel : public VantorelPanel {
   /// The check box was pressed; what it has to show comes by `setLaunchAtLogin`.
   std::function<void()> onLaunchAtLoginChanged;
   std::function<void()> onPrivacyPolicy;
-  /// The receiver may hide the panel and let it go by `deleteLater`.
-  std::function<void()> onClose;
 
   void setShortcut(std::string_view display);
   void setAutomaticPaste(bool possible);
@@ -48,7 +45,6 @@ class HelpPanel : public VantorelPanel {
  private:
   void build(Occasion occasion, const Facts& facts);
   void addIcon();
-  void addTitle(const QString& title);
   void addHeading(const QString& heading);
   void addText(const QString& text);
   void addShortcut(const std::string& display);

@@ -75,7 +75,7 @@ QTextCharFormat charFormat(LineKind kind) {
 PolicyTextView::PolicyTextView(const QString& text, QWidget* parent) : QTextEdit(parent) {
   setUp();
   showText(text);
-  dressScroller();
+  styleScrollBar();
 }
 
 void PolicyTextView::setUp() {
@@ -113,7 +113,7 @@ void PolicyTextView::showText(const QString& text) {
 }
 
 /// A slim thumb without a groove, in the colour of the text.
-void PolicyTextView::dressScroller() {
+void PolicyTextView::styleScrollBar() {
   const auto rgba = [this](double alpha) {
     return VantorelTheme::labelWash(palette(), alpha).name(QColor::HexArgb);
   };
@@ -184,7 +184,7 @@ void PolicyTextView::scrollContentsBy(int dx, int dy) {
 
 void PolicyTextView::changeEvent(QEvent* event) {
   QTextEdit::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) dressScroller();
+  if (event->type() == QEvent::PaletteChange) styleScrollBar();
 }
 
 }  // namespace vantorel

@@ -27,7 +27,7 @@ class PolicyTextView : public QTextEdit {
  private:
   void setUp();
   void showText(const QString& text);
-  void dressScroller();
+  void styleScrollBar();
 };
 
 }  // namespace vantorel

@@ -1,7 +1,6 @@
 #include "app/PrivacyPolicyPanel.h"
 
 #include <QFile>
-#include <QKeyEvent>
 
 #include "app/BundledResources.h"
 #include "app/PolicyTextView.h"
@@ -12,7 +11,6 @@ namespace vantorel {
 namespace {
 
 constexpr QSize panelSize(520, 590);
-constexpr double cornerRadius = 22;
 constexpr int margin = 24;
 constexpr int titleTop = 22;
 constexpr int subtitleGap = 6;
@@ -24,10 +22,6 @@ constexpr const char* title = "מדיניות הפרטיות";
 constexpr const char* fallback =
     "Vantorel שומרת את היסטוריית הלוח באופן מקומי ומוצפן ואינה מעבירה מידע לצד שלישי.";
 
-bool closes(const QKeyEvent& event) {
-  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
 }  // namespace
 
 std::string bundledPrivacyPolicy() {
@@ -37,47 +31,28 @@ std::string bundledPrivacyPolicy() {
 }
 
 PrivacyPolicyPanel::PrivacyPolicyPanel(const ChromeServices& services, const std::string& policy)
-    : VantorelPanel(QString::fromUtf8(title), panelSize, cornerRadius, services.accessibility,
-                    services.backdrops) {
+    : DocumentPanel(QString::fromUtf8(title), panelSize, services) {
   setFixedSize(panelSize);
-  setLayoutDirection(Qt::RightToLeft);
   build(policy);
-  onKeyPress = [this](const QKeyEvent& event) {
-    if (!closes(event)) return false;
-    if (onClose) onClose();
-    return true;
-  };
-  onCloseRequested = [this] {
-    if (onClose) onClose();
-  };
 }
 
 void PrivacyPolicyPanel::build(const std::string& policy) {
   const int across = width() - 2 * margin;
-  TextBlock::Style titleStyle;
-  titleStyle.points = 20;
-  titleStyle.weight = QFont::Bold;
-  auto* heading = new TextBlock(QString::fromUtf8(title), titleStyle, &glass());
+  auto* heading =
+      new TextBlock(QString::fromUtf8(title), {.points = 20, .weight = QFont::Bold}, &glass());
   heading->setGeometry(margin, titleTop, across, heading->sizeHint().height());
 
-  TextBlock::Style subtitleStyle;
-  subtitleStyle.points = 12.5;
-  subtitleStyle.importance = TextBlock::Importance::secondary;
   auto* subtitle =
-      new TextBlock(QStringLiteral("מקומי  ·  מוצפן  ·  ללא מעקב"), subtitleStyle, &glass());
+      new TextBlock(QStringLiteral("מקומי  ·  מוצפן  ·  ללא מעקב"),
+                    {.points = 12.5, .importance = TextBlock::Importance::secondary}, &glass());
   subtitle->setGeometry(margin, heading->geometry().bottom() + 1 + subtitleGap, across,
                         subtitle->sizeHint().height());
 
   auto* close = new PushButton(QStringLiteral("סגור"), &glass(), PushButton::Prominence::primary);
-  QFont font = close->font();
-  font.setFamilies(documentFont(1).families());
-  close->setFont(font);
+  setUp(*close, [this] { askToClose(); });
   const int closeHeight = close->sizeHint().height();
   close->setGeometry((width() - closeWidth) / 2, height() - closeBottom - closeHeight, closeWidth,
                      closeHeight);
-  connect(close, &PushButton::clicked, this, [this] {
-    if (onClose) onClose();
-  });
 
   auto* text = new PolicyTextView(QString::fromStdString(policy), &glass());
   const int textTop = subtitle->geometry().bottom() + 1 + textGap;

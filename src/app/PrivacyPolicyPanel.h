@@ -1,10 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
-#include "chrome/ChromeServices.h"
-#include "chrome/VantorelPanel.h"
+#include "app/DocumentPanel.h"
 
 namespace vantorel {
 
@@ -12,14 +10,11 @@ namespace vantorel {
 [[nodiscard]] std::string bundledPrivacyPolicy();
 
 /// The whole privacy policy, in Hebrew. Main thread.
-class PrivacyPolicyPanel : public VantorelPanel {
+class PrivacyPolicyPanel : public DocumentPanel {
   Q_OBJECT
 
  public:
   PrivacyPolicyPanel(const ChromeServices& services, const std::string& policy);
-
-  /// The receiver may hide the panel and let it go by `deleteLater`.
-  std::function<void()> onClose;
 
  private:
   void build(const std::string& policy);

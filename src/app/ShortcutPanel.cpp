@@ -24,12 +24,10 @@ constexpr std::string_view refusedPrompt = "Use two modifiers and a letter, numb
 
 TextBlock* text(const QString& words, double points, QFont::Weight weight,
                 TextBlock::Importance importance, QWidget* parent) {
-  TextBlock::Style style;
-  style.points = points;
-  style.weight = weight;
-  style.importance = importance;
-  style.direction = Qt::LeftToRight;
-  return new TextBlock(words, style, parent);
+  return new TextBlock(
+      words,
+      {.points = points, .weight = weight, .importance = importance, .direction = Qt::LeftToRight},
+      parent);
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ class ShortcutPanel : public VantorelPanel {
   Q_OBJECT
 
  public:
-  /// The keyboard is taken and given back in these steps while another program has it.
+  /// While another program has the keyboard, it is tried for this often, and so many times.
   static constexpr Seconds grabRetryInterval{0.05};
   static constexpr int grabAttempts = 40;
   /// A panel that is forgotten gives the keyboard back, or the screen could not be locked.
