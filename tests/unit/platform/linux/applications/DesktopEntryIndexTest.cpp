@@ -75,6 +75,16 @@ TEST(DesktopEntryIndex, OfTwoThatClaimAClassTheVisibleOneIsMeant) {
   EXPECT_EQ(found(index, window("desk", "Desk")), "b");
 }
 
+TEST(DesktopEntryIndex, OfTwoThatClaimAClassTheOneThatSpellsItAlikeIsMeant) {
+  const DesktopEntryIndex classes({entry("a", "desk"), entry("b", "Desk")});
+  EXPECT_EQ(found(classes, window("x", "Desk")), "b");
+  EXPECT_EQ(found(classes, window("x", "desk")), "a");
+  EXPECT_EQ(found(classes, window("x", "DESK")), "a") << "the more important one";
+  const DesktopEntryIndex ids({entry("desk"), entry("Desk")});
+  EXPECT_EQ(found(ids, window("x", "Desk")), "Desk");
+  EXPECT_EQ(found(ids, window("x", "desk")), "desk");
+}
+
 TEST(DesktopEntryIndex, AnEntryThatMenusDoNotShowStillNamesItsWindow) {
   auto hidden = entry("a", "Desk");
   hidden.noDisplay = true;

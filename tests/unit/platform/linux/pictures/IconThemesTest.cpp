@@ -101,8 +101,25 @@ TEST_F(IconThemesTest, SurvivesThemesThatInheritFromEachOther) {
 TEST_F(IconThemesTest, SurvivesAnEndlessLineOfParents) {
   for (int i = 0; i < 100; ++i) theme("t" + std::to_string(i), "t" + std::to_string(i + 1), {32});
   files.write("system/t5/32/a.png");
-  files.write("system/t90/32/b.png");
+  files.write("system/t16/32/b.png");
+  files.write("system/t17/32/c.png");
   EXPECT_EQ(found("t0", {"a"}, 32), "system/t5/32/a.png");
+  EXPECT_EQ(found("t0", {"b"}, 32), "system/t16/32/b.png");
+  EXPECT_EQ(found("t0", {"c"}, 32), "(none)");
+}
+
+TEST_F(IconThemesTest, SurvivesThemesWithMoreAndMoreParents) {
+  const auto called = [](int number) { return "t" + std::to_string(number); };
+  for (int i = 0; i < 40; ++i) {
+    std::string parents;
+    if (i % 10 == 0) {
+      for (int parent = i + 1; parent <= i + 10; ++parent) parents += called(parent) + ",";
+    }
+    theme(called(i), parents, {32});
+  }
+  files.write("system/t31/32/a.png");
+  files.write("system/t32/32/b.png");
+  EXPECT_EQ(found("t0", {"a"}, 32), "system/t31/32/a.png") << "the last of 32 themes";
   EXPECT_EQ(found("t0", {"b"}, 32), "(none)");
 }
 

@@ -2,17 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace vantorel {
 namespace {
 
-XdgDirectories directoriesIn(const std::map<std::string, std::string>& environment) {
-  return XdgDirectories::fromEnvironment([&](const char* name) -> std::optional<std::string> {
+using Paths = std::vector<std::filesystem::path>;
+
+EnvironmentLookup lookupIn(const std::map<std::string, std::string>& environment) {
+  return [environment](const char* name) -> std::optional<std::string> {
     const auto found = environment.find(name);
     if (found == environment.end()) return std::nullopt;
     return found->second;
-  });
+  };
+}
+
+XdgDirectories directoriesIn(const std::map<std::string, std::string>& environment) {
+  return XdgDirectories::fromEnvironment(lookupIn(environment));
 }
 
 TEST(XdgDirectories, FollowTheVariables) {
@@ -53,6 +63,26 @@ TEST(XdgDirectories, AreAbsentWithoutAnAbsoluteHome) {
     EXPECT_EQ(directories.cacheHome, "/k");
   }
   EXPECT_FALSE(directoriesIn({}).dataHome);
+}
+
+TEST(SearchPath, IsTheUsersOwnThenWhatTheVariableLists) {
+  const auto lookup =
+      lookupIn({{"HOME", "/home/u"}, {"XDG_DATA_DIRS", "/d1:/d2"}, {"XDG_CONFIG_DIRS", "/c1:/c2"}});
+  EXPECT_EQ(dataDirectories(lookup), (Paths{"/home/u/.local/share", "/d1", "/d2"}));
+  EXPECT_EQ(configDirectories(lookup), (Paths{"/home/u/.config", "/c1", "/c2"}));
+}
+
+TEST(SearchPath, PassesOverRelativeAndEmptyParts) {
+  const auto lookup = lookupIn({{"HOME", "/home/u"}, {"XDG_DATA_DIRS", ":data:/d1:./d2::/d3:"}});
+  EXPECT_EQ(dataDirectories(lookup), (Paths{"/home/u/.local/share", "/d1", "/d3"}));
+}
+
+TEST(SearchPath, IsTheStandardOneWhenTheVariableSaysNothing) {
+  for (const auto& lookup :
+       {lookupIn({}), lookupIn({{"XDG_DATA_DIRS", ""}, {"XDG_CONFIG_DIRS", ""}})}) {
+    EXPECT_EQ(dataDirectories(lookup), (Paths{"/usr/local/share", "/usr/share"}));
+    EXPECT_EQ(configDirectories(lookup), Paths{"/etc/xdg"});
+  }
 }
 
 TEST(XdgDirectories, TakeAMissingHomeFromTheUserDatabase) {
