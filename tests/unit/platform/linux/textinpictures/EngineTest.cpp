@@ -1,22 +1,26 @@
 // The real engine with the installed models, in its own process, as the program uses it.
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sched.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QGuiApplication>
 #include <QPainter>
+#include <cerrno>
 #include <chrono>
+#include <cmath>
 #include <csignal>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <thread>
 
 #include "fakes/TemporaryDirectory.h"
 #include "fakes/TestStore.h"
+#include "fakes/ThreadedDispatch.h"
 #include "pictures/LabelledPictures.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
@@ -43,14 +47,21 @@ void hurry(WorkerTextRecognition& recognition) {
   (void)::sched_setscheduler(recognition.workerProcessId(), SCHED_OTHER, &none);
 }
 
-/// Waits until it does, half a minute at most.
-bool comesTrue(const std::function<bool()>& condition) {
-  const auto limit = steady_clock::now() + std::chrono::seconds(30);
-  while (!condition()) {
-    if (steady_clock::now() > limit) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
+/// Waits until the process has ended. The limit only bounds a failure.
+bool hasEnded(int process) {
+  // The header of this system call cannot be used from C++.
+  const auto descriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+  if (descriptor < 0) return errno == ESRCH;
+  pollfd end{descriptor, POLLIN, 0};
+  const int answer = ::poll(&end, 1, 30'000);
+  ::close(descriptor);
+  return answer == 1;
+}
+
+/// The same, and until its parent has taken notice.
+bool isGone(int process) {
+  return hasEnded(process) &&
+         ThreadedDispatch::waitUntil([process] { return ::kill(process, 0) != 0; });
 }
 
 /// What a process has used; 0 when there is none.
@@ -59,6 +70,19 @@ double processorSeconds(int process) {
   timespec time{};
   if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0) return 0;
   return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+/// Waits until a process has used so much from now on, without taking any from it.
+bool hasUsed(int process, double seconds) {
+  clockid_t clock{};
+  timespec time{};
+  if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0)
+    return false;
+  constexpr long second = 1'000'000'000;
+  time.tv_nsec += std::lround(seconds * second);
+  time.tv_sec += time.tv_nsec / second;
+  time.tv_nsec %= second;
+  return ::clock_nanosleep(clock, TIMER_ABSTIME, &time, nullptr) == 0;
 }
 
 Bytes pictureOf(const QString& text, int size = 24) {
@@ -179,7 +203,8 @@ TEST_F(Engine, AWorkerThatWasKilledIsFollowedByAnother) {
   const int first = recognition.workerProcessId();
   ASSERT_GT(first, 0);
   ::kill(first, SIGKILL);
-  EXPECT_TRUE(comesTrue([&] { return recognition.workerProcessId() == 0; }));
+  EXPECT_TRUE(hasEnded(first));
+  EXPECT_TRUE(ThreadedDispatch::waitUntil([this] { return recognition.workerProcessId() == 0; }));
   EXPECT_EQ(read(pictureOf("two")), "two");
   EXPECT_NE(recognition.workerProcessId(), first);
 }
@@ -213,9 +238,8 @@ class LongReading {
 TEST_F(Engine, APictureThatKillsItsWorkerIsGivenUpAndTheNextIsRead) {
   EXPECT_EQ(read(pictureOf("one")), "one");
   const int worker = recognition.workerProcessId();
-  const double before = processorSeconds(worker);
   LongReading reading(recognition);
-  EXPECT_TRUE(comesTrue([&] { return processorSeconds(worker) > before + 0.05; }));
+  EXPECT_TRUE(hasUsed(worker, 0.05));
   ::kill(worker, SIGSEGV);
   EXPECT_EQ(reading.end().outcome, Outcome::unreadable) << "another worker was set on it";
   EXPECT_EQ(read(pictureOf("two")), "two");
@@ -245,7 +269,7 @@ TEST_F(Engine, AWorkerThatGetsNoTimeIsFollowedByOneThatGetsALittle) {
   EXPECT_NE(second, first);
   EXPECT_EQ(::sched_getscheduler(second), SCHED_BATCH);
   EXPECT_EQ(::getpriority(PRIO_PROCESS, static_cast<id_t>(second)), 19);
-  EXPECT_TRUE(comesTrue([&] { return ::kill(first, 0) != 0; }));
+  EXPECT_TRUE(isGone(first));
 }
 
 TEST_F(Engine, AWorkerThatGetsNoTimeToTakeALargePictureIsReplacedToo) {
@@ -262,17 +286,15 @@ TEST_F(Engine, AWorkerThatGetsNoTimeToTakeALargePictureIsReplacedToo) {
 TEST_F(Engine, StoppingEndsTheReadingAtOnce) {
   EXPECT_EQ(read(pictureOf("one")), "one");
   const int worker = recognition.workerProcessId();
-  const double before = processorSeconds(worker);
   LongReading reading(recognition);
-  EXPECT_TRUE(comesTrue([&] { return processorSeconds(worker) > before + 0.05; }))
-      << "the page is not being read";
+  EXPECT_TRUE(hasUsed(worker, 0.05)) << "the page is not being read";
   const auto start = steady_clock::now();
   reading.requestStop();
   const Recognition result = reading.end();
   EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));
   EXPECT_EQ(result.outcome, Outcome::stopped);
   EXPECT_TRUE(result.lines.empty());
-  EXPECT_TRUE(comesTrue([&] { return ::kill(worker, 0) != 0; })) << "the worker still runs";
+  EXPECT_TRUE(isGone(worker)) << "the worker still runs";
   std::stop_source stopped;
   stopped.request_stop();
   EXPECT_EQ(recognition.recognize(pictureOf("one"), {}, stopped.get_token()).outcome,
@@ -286,7 +308,8 @@ TEST_F(Engine, TheWorkerIsGoneWhenNoPictureFollows) {
   EXPECT_EQ(idle.recognize(pictureOf("one"), {"en-US"}, {}).lines, Languages{"one"});
   const int worker = idle.workerProcessId();
   ASSERT_GT(worker, 0);
-  EXPECT_TRUE(comesTrue([&] { return idle.workerProcessId() == 0; }));
+  EXPECT_TRUE(hasEnded(worker));
+  EXPECT_TRUE(ThreadedDispatch::waitUntil([&] { return idle.workerProcessId() == 0; }));
   EXPECT_EQ(::waitpid(worker, nullptr, WNOHANG), -1) << "it was left as a zombie";
   EXPECT_EQ(idle.recognize(pictureOf("two"), {"en-US"}, {}).lines, Languages{"two"});
 }
@@ -299,7 +322,7 @@ TEST_F(Engine, TheWorkerIsGoneWithItsOwner) {
     worker = passing.workerProcessId();
     ASSERT_GT(worker, 0);
   }
-  EXPECT_TRUE(comesTrue([&] { return ::kill(worker, 0) != 0; }));
+  EXPECT_TRUE(isGone(worker));
 }
 
 std::string fieldOf(int pid, const std::string& file, const std::string& field) {
