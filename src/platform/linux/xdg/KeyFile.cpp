@@ -66,12 +66,6 @@ std::string_view valueOf(const KeyGroup& keys, std::string_view key) {
   return found == keys.end() ? std::string_view() : std::string_view(found->second);
 }
 
-std::string_view stripped(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\r");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
 std::vector<std::string> listOf(std::string_view value, char separator) {
   std::vector<std::string> parts;
   while (!value.empty()) {

@@ -26,10 +26,7 @@ using KeyFile = std::map<std::string, KeyGroup, std::less<>>;
 /// Empty when there is no such key.
 [[nodiscard]] std::string_view valueOf(const KeyGroup& keys, std::string_view key);
 
-/// The text without the white space around it.
-[[nodiscard]] std::string_view stripped(std::string_view text);
-
-/// The parts between separators, stripped; empty ones are left out.
+/// The parts between separators without the blanks around them; empty ones are left out.
 [[nodiscard]] std::vector<std::string> listOf(std::string_view value, char separator);
 
 }  // namespace vantorel
