@@ -7,7 +7,6 @@
 #include <iterator>
 #include <utility>
 
-#include "base/AtomicFile.h"
 #include "base/ContentFingerprint.h"
 #include "store/CapturedEntries.h"
 #include "store/ClipDuplicates.h"
@@ -109,7 +108,6 @@ bool ClipStore::migrateLegacy() {
 }
 
 bool ClipStore::encryptLegacyAssets() {
-  if (!secureStorage_) return false;
   for (const ClipItem& item : items_) {
     if (item.kind != ClipKind::image || !item.assetFilename) continue;
     const auto bytes = assets_.read(*item.assetFilename);
@@ -124,16 +122,8 @@ void ClipStore::tidyLoadedHistory() {
   separateIdentities(items_);
   items_ = coalesced(std::move(items_));
   commit(Upkeep::all);
-  removeUnfinishedWrites();
+  saver_.removeUnfinishedWrites();
   for (const ClipItem& item : items_) readings_.begin(item);
-}
-
-void ClipStore::removeUnfinishedWrites() {
-  for (const auto& name :
-       services_.files.list(baseUrl_).value_or(std::vector<FileSystem::Path>())) {
-    if (isUnfinishedWrite(name.string(), historyName))
-      (void)services_.files.remove(baseUrl_ / name);
-  }
 }
 
 /// The only way out for every change: tidied as far as it asks, saved, and told.

@@ -116,7 +116,8 @@ class ClipStore {
   [[nodiscard]] std::optional<Bytes> assetData(const ClipItem& item) const;
 
  private:
-  /// What a change of the list asks for before it is saved.
+  /// What a change of the list asks for before it is saved: new numbers for the pins, or these
+  /// after the order and the limits.
   enum class Upkeep { none, numbers, all };
 
   void commit(Upkeep upkeep);
@@ -130,7 +131,6 @@ class ClipStore {
   [[nodiscard]] bool migrateLegacy();
   [[nodiscard]] bool encryptLegacyAssets();
   void tidyLoadedHistory();
-  void removeUnfinishedWrites();
   void clearDisk();
 
   [[nodiscard]] const ClipItem* storedImage(const std::string& contentHash) const;

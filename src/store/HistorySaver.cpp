@@ -4,6 +4,7 @@
 #include <exception>
 #include <utility>
 
+#include "base/AtomicFile.h"
 #include "store/ClipRetention.h"
 #include "store/HistoryFile.h"
 #include "store/SealedFile.h"
@@ -98,6 +99,14 @@ void HistorySaver::settle(bool saved) {
     retryDelay_ = std::min(retryDelay_ * 2, longestRetry);
     save();
   });
+}
+
+void HistorySaver::removeUnfinishedWrites() {
+  const auto directory = path_.parent_path();
+  for (const auto& name : files_.list(directory).value_or(std::vector<FileSystem::Path>())) {
+    if (isUnfinishedWrite(name.string(), path_.filename().string()))
+      (void)files_.remove(directory / name);
+  }
 }
 
 void HistorySaver::deleteDiscarded() {

@@ -37,8 +37,13 @@ class HistorySaver {
   /// Returns when nothing writes any more. Whether the last save came to its end is not known then.
   void giveUpSave() { background_.reset(); }
 
+  /// Of saves that a sudden end cut short.
+  void removeUnfinishedWrites();
+
   /// Asset files that the list names no longer, and the disk perhaps still does.
-  void discard(const std::set<std::string>& names) { discarded_.insert(names.begin(), names.end()); }
+  void discard(const std::set<std::string>& names) {
+    discarded_.insert(names.begin(), names.end());
+  }
   [[nodiscard]] const std::set<std::string>& discarded() const { return discarded_; }
   /// Deletes them although no save has succeeded.
   void deleteDiscarded();

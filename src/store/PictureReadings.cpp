@@ -47,9 +47,8 @@ void PictureReadings::begin(const ClipItem& item) {
   });
   // What is read stands for itself: the entry may change or go meanwhile, and so may this.
   services_.queue.async([services = services_, name = *item.assetFilename,
-                         stop = reading->second.get_token(), post = std::move(post)] {
-    post(textOf(services, name, stop));
-  });
+                         stop = reading->second.get_token(),
+                         post = std::move(post)] { post(textOf(services, name, stop)); });
 }
 
 void PictureReadings::finish(Uuid id, const std::optional<std::string>& contentHash,

@@ -34,7 +34,7 @@ ThumbnailProvider::ThumbnailProvider(const ClipStore& store, ThumbnailServices s
 /// Whoever still waits is told that there will be no picture.
 ThumbnailProvider::~ThumbnailProvider() {
   imageQueue_.reset();
-  for (auto& [key, completions] : waiting_) {
+  for (auto& [id, completions] : waiting_) {
     for (auto& completion : completions) {
       services_.dispatch.async([completion = std::move(completion)] { completion(nullptr); });
     }
@@ -43,7 +43,7 @@ ThumbnailProvider::~ThumbnailProvider() {
 
 void ThumbnailProvider::requestThumbnail(const ClipItem& item, Completion completion) {
   if (!completion) completion = [](const SharedBitmap& /*picture*/) {};
-  if (auto picture = find(item.id.string())) return completion(std::move(picture));
+  if (auto picture = cached(item.id)) return completion(std::move(picture));
   switch (item.kind) {
     case ClipKind::text:
       return completion(nullptr);
@@ -54,25 +54,25 @@ void ThumbnailProvider::requestThumbnail(const ClipItem& item, Completion comple
   }
 }
 
-SharedBitmap ThumbnailProvider::cached(Uuid id) { return find(id.string()); }
+SharedBitmap ThumbnailProvider::cached(Uuid id) {
+  const SharedBitmap* const picture = kept_.find(id);
+  return picture != nullptr ? *picture : nullptr;
+}
 
 void ThumbnailProvider::requestImage(const ClipItem& item, Completion completion) {
-  const auto key = item.id.string();
-  if (!waitFor(key, std::move(completion))) return;
-  imageQueue_->async([this, key, name = item.assetFilename,
+  if (!waitFor(item.id, std::move(completion))) return;
+  auto made =
+      life_.guard([this, id = item.id](const SharedBitmap& picture) { finish(id, picture); });
+  imageQueue_->async([made = std::move(made), name = item.assetFilename,
                       folder = AssetFolder(services_.files, store_.assetsUrl()),
                       storage = store_.secureStorage(), fitting = largestPicture(),
-                      &images = services_.images, &main = services_.dispatch,
-                      alive = std::weak_ptr(alive_)] {
-    if (alive.expired()) return;
+                      &images = services_.images, &main = services_.dispatch] {
     SharedBitmap picture;
     if (auto sealed = name ? folder.read(*name) : std::nullopt) {
       const auto encoded = openedIfSealed(storage.get(), std::move(*sealed));
       if (encoded) picture = images.bitmap(*encoded, fitting);
     }
-    main.async([this, alive, key, picture = std::move(picture)] {
-      if (!alive.expired()) finish(key, picture);
-    });
+    main.async([made, picture = std::move(picture)] { made(picture); });
   });
 }
 
@@ -82,56 +82,40 @@ void ThumbnailProvider::requestFile(const ClipItem& item, Completion completion)
   if (services_.firstFileIsGone(item)) {
     return services_.icons.typeIcon(extensionOf(file), std::move(completion));
   }
-  const auto key = item.id.string();
-  if (waitFor(key, std::move(completion))) makeFileThumbnail(key, file);
+  if (waitFor(item.id, std::move(completion))) makeFileThumbnail(item.id, file);
 }
 
-void ThumbnailProvider::makeFileThumbnail(const std::string& key,
-                                          const std::filesystem::path& file) {
-  const auto store = [this, alive = std::weak_ptr(alive_), key](const SharedBitmap& picture) {
-    if (!alive.expired()) finish(key, picture);
-  };
+void ThumbnailProvider::makeFileThumbnail(Uuid id, const std::filesystem::path& file) {
+  auto store = life_.guard([this, id](const SharedBitmap& picture) { finish(id, picture); });
+  auto made = life_.guard([this, file, store = std::move(store)](const SharedBitmap& picture) {
+    if (picture) return store(picture);
+    services_.icons.fileIcon(file, store);
+  });
   services_.fileThumbnails.generateBestRepresentation(
       file, fileThumbnailSize, screenScale(),
-      [this, alive = std::weak_ptr(alive_), file, store,
-       &main = services_.dispatch](const SharedBitmap& picture) {
-        main.async([this, alive, file, store, picture] {
-          if (alive.expired()) return;
-          if (picture) return store(picture);
-          services_.icons.fileIcon(file, store);
-        });
+      [made = std::move(made), &main = services_.dispatch](const SharedBitmap& picture) {
+        main.async([made, picture] { made(picture); });
       });
 }
 
-bool ThumbnailProvider::waitFor(const std::string& key, Completion completion) {
-  auto& completions = waiting_[key];
+bool ThumbnailProvider::waitFor(Uuid id, Completion completion) {
+  auto& completions = waiting_[id];
   completions.push_back(std::move(completion));
   return completions.size() == 1;
 }
 
-void ThumbnailProvider::finish(const std::string& key, const SharedBitmap& picture) {
-  const auto waiting = waiting_.extract(key);
+void ThumbnailProvider::finish(Uuid id, const SharedBitmap& picture) {
+  const auto waiting = waiting_.extract(id);
   if (waiting.empty()) return;
-  if (picture) keep(key, picture);
+  if (picture) keep(id, picture);
   for (const auto& completion : waiting.mapped()) completion(picture);
 }
 
-void ThumbnailProvider::keep(const std::string& key, SharedBitmap picture) {
-  keptBytes_ += bytesOf(*picture);
-  kept_.push_front({key, std::move(picture)});
-  places_[key] = kept_.begin();
-  while (kept_.size() > countLimit || (keptBytes_ > byteLimit && kept_.size() > 1)) {
-    keptBytes_ -= bytesOf(*kept_.back().picture);
-    places_.erase(kept_.back().key);
-    kept_.pop_back();
+void ThumbnailProvider::keep(Uuid id, const SharedBitmap& picture) {
+  if (kept_.insert(id, picture)) keptBytes_ += bytesOf(*picture);
+  while (kept_.size() > countLimit || keptBytes_ > byteLimit) {
+    keptBytes_ -= bytesOf(*kept_.takeOldest());
   }
-}
-
-SharedBitmap ThumbnailProvider::find(const std::string& key) {
-  const auto place = places_.find(key);
-  if (place == places_.end()) return nullptr;
-  kept_.splice(kept_.begin(), kept_, place->second);
-  return kept_.front().picture;
 }
 
 double ThumbnailProvider::screenScale() const {

@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <functional>
-#include <list>
 #include <memory>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "base/FileSystem.h"
+#include "base/Lifetime.h"
+#include "base/Lru.h"
 #include "platform/Bitmap.h"
 #include "platform/Dispatch.h"
 #include "platform/FileThumbnails.h"
@@ -63,31 +63,23 @@ class ThumbnailProvider {
   [[nodiscard]] SharedBitmap cached(Uuid id);
 
  private:
-  struct Kept {
-    std::string key;
-    SharedBitmap picture;
-  };
-
   void requestImage(const ClipItem& item, Completion completion);
   void requestFile(const ClipItem& item, Completion completion);
-  void makeFileThumbnail(const std::string& key, const std::filesystem::path& file);
+  void makeFileThumbnail(Uuid id, const std::filesystem::path& file);
   /// Whether the caller is the first to wait, and has to begin.
-  [[nodiscard]] bool waitFor(const std::string& key, Completion completion);
-  void finish(const std::string& key, const SharedBitmap& picture);
-  void keep(const std::string& key, SharedBitmap picture);
-  SharedBitmap find(const std::string& key);
+  [[nodiscard]] bool waitFor(Uuid id, Completion completion);
+  void finish(Uuid id, const SharedBitmap& picture);
+  void keep(Uuid id, const SharedBitmap& picture);
   [[nodiscard]] double screenScale() const;
   [[nodiscard]] PixelSize largestPicture() const;
 
   const ClipStore& store_;
   ThumbnailServices services_;
-  std::list<Kept> kept_;  // the one looked at last comes first
-  std::unordered_map<std::string, std::list<Kept>::iterator> places_;
+  Lru<Uuid, SharedBitmap> kept_;
   std::size_t keptBytes_ = 0;
-  std::unordered_map<std::string, std::vector<Completion>> waiting_;
-  // Dies with this; results that find it dead are dropped.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  std::unordered_map<Uuid, std::vector<Completion>> waiting_;
   std::unique_ptr<SerialQueue> imageQueue_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

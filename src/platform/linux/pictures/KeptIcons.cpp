@@ -1,13 +1,13 @@
 #include "platform/linux/pictures/KeptIcons.h"
 
+#include <utility>
+
 namespace vantorel {
 
 std::optional<SharedBitmap> KeptIcons::find(const std::string& name) {
   const std::lock_guard lock(mutex_);
-  const auto found = places_.find(name);
-  if (found == places_.end()) return std::nullopt;
-  entries_.splice(entries_.begin(), entries_, found->second);
-  return found->second->second;
+  const SharedBitmap* const picture = pictures_.find(name);
+  return picture != nullptr ? std::optional(*picture) : std::nullopt;
 }
 
 std::uint64_t KeptIcons::generation() const {
@@ -17,18 +17,14 @@ std::uint64_t KeptIcons::generation() const {
 
 void KeptIcons::keep(const std::string& name, SharedBitmap picture, std::uint64_t generation) {
   const std::lock_guard lock(mutex_);
-  if (generation != generation_ || places_.contains(name)) return;
-  entries_.emplace_front(name, std::move(picture));
-  places_.emplace(name, entries_.begin());
-  if (entries_.size() <= most_) return;
-  places_.erase(entries_.back().first);
-  entries_.pop_back();
+  if (generation != generation_) return;
+  pictures_.insert(name, std::move(picture));
+  if (pictures_.size() > most_) (void)pictures_.takeOldest();
 }
 
 void KeptIcons::clear() {
   const std::lock_guard lock(mutex_);
-  places_.clear();
-  entries_.clear();
+  pictures_.clear();
   ++generation_;
 }
 

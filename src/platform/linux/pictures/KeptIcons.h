@@ -2,13 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <utility>
 
+#include "base/Lru.h"
 #include "platform/Bitmap.h"
 
 namespace vantorel {
@@ -29,12 +27,9 @@ class KeptIcons {
   void clear();
 
  private:
-  using Entry = std::pair<std::string, SharedBitmap>;
-
   const std::size_t most_;
   mutable std::mutex mutex_;  // all below
-  std::list<Entry> entries_;  // used last first
-  std::map<std::string, std::list<Entry>::iterator> places_;
+  Lru<std::string, SharedBitmap> pictures_;
   std::uint64_t generation_ = 0;
 };
 
