@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/ApplicationCommands.h"
 #include "app/FocusTracker.h"
 #include "app/HotKeyRegistration.h"
 #include "app/PauseExpiry.h"
@@ -27,12 +28,12 @@ class StatusMenuPopup;
 
 /// The application's one object: owns every long-lived service and wires them to one another.
 /// Main thread.
-class AppDelegate {
+class AppDelegate : public ApplicationCommands {
  public:
   /// Builds the store, which asks the keychain for its key; nothing else begins yet. The ports
   /// outlive this object.
   explicit AppDelegate(const Desktop& desktop);
-  ~AppDelegate();
+  ~AppDelegate() override;
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
 
@@ -47,36 +48,34 @@ class AppDelegate {
   /// The user asked the program to end.
   std::function<void()> onQuit;
 
-  void openHistory();
-  void openSearch();
+  void openHistory() override;
+  void openSearch() override;
 
   // What the status menu does beside that. Each tells its result by a toast.
-  void pauseFifteenMinutes();
-  void pauseOneHour();
-  void pauseUntilTomorrow();
-  void resumeHistory();
-  void togglePasswordManagerPrivacy();
+  void pauseFifteenMinutes() override;
+  void pauseOneHour() override;
+  void pauseUntilTomorrow() override;
+  void resumeHistory() override;
+  void togglePasswordManagerPrivacy() override;
   /// Excludes the application that a paste would go to; nothing happens when there is none.
-  void excludeCurrentApp();
-  void removeExcludedApp(const std::string& bundleIdentifier);
-  void toggleLaunchAtLogin();
+  void excludeCurrentApp() override;
+  void removeExcludedApp(const std::string& bundleIdentifier) override;
+  void toggleLaunchAtLogin() override;
   /// Asks first; a question that is open already comes to the front.
-  void confirmClearHistory();
-  void quit();
+  void confirmClearHistory() override;
+  void quit() override;
 
-  /// Does what the menu's row for that action does; `object` is what it is done to.
-  void perform(StatusAction action, const std::string& object = {});
   /// Pops the status menu up under the pointer, for desktops that show none.
-  void showStatusMenu();
+  void showStatusMenu() override;
 
   // The recorder of the shortcut. Each of these is the end of a window where it applies.
-  void showShortcutPanel();
+  void showShortcutPanel() override;
   void closeShortcutPanel();
   void resetShortcut();
   void applyShortcut(const HotKeyShortcut& candidate);
 
   // Help, and what it leads to. Showing one anew replaces the one that is open.
-  void showAbout() { showHelpPanel(false); }
+  void showAbout() override { showHelpPanel(false); }
   void showHelpPanel(bool isFirstLaunch);
   void closeHelpPanel();
   /// Whether the welcome of the first start is open or about to be: whoever starts the application

@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/Commands.h"
 #include "app/StatusImages.h"
 #include "app/StatusMenuPopup.h"
 
@@ -22,7 +23,7 @@ void AppDelegate::configureMenuBar() {
     return alive.expired() ? std::vector<MenuRow>() : statusMenuRows(statusMenuState());
   };
   handlers.onChosen = [this, alive](const MenuRow& row) {
-    if (!alive.expired()) perform(statusAction(row), row.representedObject);
+    if (!alive.expired()) performAction(row.action, row.representedObject, *this);
   };
   desktop_.statusItem.show(std::move(handlers));
 }
@@ -55,45 +56,10 @@ void AppDelegate::showStatusMenu(Point at) {
   if (!statusMenu_) {
     statusMenu_ = std::make_unique<StatusMenuPopup>(chromeServices());
     statusMenu_->onChosen = [this](const MenuRow& row) {
-      perform(statusAction(row), row.representedObject);
+      performAction(row.action, row.representedObject, *this);
     };
   }
   statusMenu_->popUp(statusMenuRows(statusMenuState()), at);
-}
-
-void AppDelegate::perform(StatusAction action, const std::string& object) {
-  switch (action) {
-    case StatusAction::none:
-      return;
-    case StatusAction::openHistory:
-      return openHistory();
-    case StatusAction::openSearch:
-      return openSearch();
-    case StatusAction::resumeHistory:
-      return resumeHistory();
-    case StatusAction::pauseFifteenMinutes:
-      return pauseFifteenMinutes();
-    case StatusAction::pauseOneHour:
-      return pauseOneHour();
-    case StatusAction::pauseUntilTomorrow:
-      return pauseUntilTomorrow();
-    case StatusAction::togglePasswordManagerPrivacy:
-      return togglePasswordManagerPrivacy();
-    case StatusAction::excludeCurrentApp:
-      return excludeCurrentApp();
-    case StatusAction::removeExcludedApp:
-      return removeExcludedApp(object);
-    case StatusAction::toggleLaunchAtLogin:
-      return toggleLaunchAtLogin();
-    case StatusAction::showShortcutPanel:
-      return showShortcutPanel();
-    case StatusAction::confirmClearHistory:
-      return confirmClearHistory();
-    case StatusAction::showAbout:
-      return showAbout();
-    case StatusAction::quit:
-      return quit();
-  }
 }
 
 }  // namespace vantorel

@@ -2,13 +2,21 @@
 
 #include <utility>
 
+#include "app/Commands.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
 
-MenuRow row(std::string title, StatusAction action) {
-  return {.title = std::move(title), .tag = static_cast<int>(action)};
+MenuRow row(Command command) {
+  const CommandEntry& entry = entryOf(command);
+  return {.title = std::string(entry.title), .action = std::string(entry.name)};
+}
+
+MenuRow row(Command command, const std::string& application) {
+  MenuRow named = row(command);
+  named.title += ' ' + application;
+  return named;
 }
 
 MenuRow separator() { return {}; }
@@ -16,16 +24,16 @@ MenuRow separator() { return {}; }
 MenuState onOrOff(bool isOn) { return isOn ? MenuState::on : MenuState::off; }
 
 MenuRow pauseMenu(bool isPaused) {
-  MenuRow menu = row(isPaused ? "Clipboard History Paused" : "Pause History", StatusAction::none);
-  if (isPaused) menu.submenu.push_back(row("Resume Now", StatusAction::resumeHistory));
-  menu.submenu.push_back(row("For 15 Minutes", StatusAction::pauseFifteenMinutes));
-  menu.submenu.push_back(row("For 1 Hour", StatusAction::pauseOneHour));
-  menu.submenu.push_back(row("Until Tomorrow", StatusAction::pauseUntilTomorrow));
+  MenuRow menu{.title = isPaused ? "Clipboard History Paused" : "Pause History"};
+  if (isPaused) menu.submenu.push_back(row(Command::resume));
+  menu.submenu.push_back(row(Command::pauseFifteenMinutes));
+  menu.submenu.push_back(row(Command::pauseOneHour));
+  menu.submenu.push_back(row(Command::pauseUntilTomorrow));
   return menu;
 }
 
 MenuRow passwordManagerRow(bool ignored) {
-  MenuRow ignore = row("Ignore Password Managers", StatusAction::togglePasswordManagerPrivacy);
+  MenuRow ignore = row(Command::togglePasswordManagers);
   ignore.state = onOrOff(ignored);
   return ignore;
 }
@@ -34,15 +42,14 @@ std::optional<MenuRow> excludeRow(const StatusMenuState& state) {
   const auto& target = state.lastPasteTarget;
   if (!target || !target->bundleIdentifier) return std::nullopt;
   if (state.excludedApps.contains(lowerCased(*target->bundleIdentifier))) return std::nullopt;
-  return row("Exclude " + target->localizedName.value_or("Current App"),
-             StatusAction::excludeCurrentApp);
+  return row(Command::excludeApp, target->localizedName.value_or("Current App"));
 }
 
 std::optional<MenuRow> excludedMenu(const StatusMenuState& state) {
   if (state.excludedApps.empty()) return std::nullopt;
-  MenuRow menu = row("Excluded Apps", StatusAction::none);
+  MenuRow menu{.title = "Excluded Apps"};
   for (const auto& [identifier, name] : state.excludedApps) {
-    MenuRow include = row("Include " + name, StatusAction::removeExcludedApp);
+    MenuRow include = row(Command::includeApp, name);
     include.representedObject = identifier;
     menu.submenu.push_back(std::move(include));
   }
@@ -50,14 +57,14 @@ std::optional<MenuRow> excludedMenu(const StatusMenuState& state) {
 }
 
 MenuRow loginRow(LoginItem::Status status) {
-  MenuRow launch = row("Launch at Login", StatusAction::toggleLaunchAtLogin);
+  MenuRow launch = row(Command::toggleLaunchAtLogin);
   launch.state = onOrOff(status == LoginItem::Status::enabled);
   launch.enabled = status != LoginItem::Status::unavailable;
   return launch;
 }
 
 MenuRow quitRow() {
-  MenuRow quit = row("Quit Vantorel", StatusAction::quit);
+  MenuRow quit = row(Command::quit);
   quit.keyEquivalent = "q";
   return quit;
 }
@@ -66,23 +73,21 @@ MenuRow quitRow() {
 
 std::vector<MenuRow> statusMenuRows(const StatusMenuState& state) {
   std::vector<MenuRow> rows;
-  rows.push_back(row("Open Vantorel", StatusAction::openHistory));
-  rows.push_back(row("Search & Filter…", StatusAction::openSearch));
+  rows.push_back(row(Command::toggle));
+  rows.push_back(row(Command::search));
   rows.push_back(pauseMenu(state.isPaused));
   rows.push_back(passwordManagerRow(state.ignoresPasswordManagers));
   if (auto exclude = excludeRow(state)) rows.push_back(std::move(*exclude));
   if (auto excluded = excludedMenu(state)) rows.push_back(std::move(*excluded));
   rows.push_back(loginRow(state.launchAtLogin));
-  rows.push_back(row("Keyboard Shortcut…", StatusAction::showShortcutPanel));
+  rows.push_back(row(Command::shortcut));
   rows.push_back(separator());
-  rows.push_back(row("Clear History…", StatusAction::confirmClearHistory));
-  rows.push_back(row("About Vantorel", StatusAction::showAbout));
+  rows.push_back(row(Command::clear));
+  rows.push_back(row(Command::about));
   rows.push_back(separator());
   rows.push_back(quitRow());
   return rows;
 }
-
-StatusAction statusAction(const MenuRow& row) { return static_cast<StatusAction>(row.tag); }
 
 std::string_view statusToolTip(bool isPaused) {
   return isPaused ? "Vantorel — History Paused" : "Vantorel";

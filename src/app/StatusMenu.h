@@ -12,25 +12,6 @@
 
 namespace vantorel {
 
-/// What a row of the status menu does; the tag of its row.
-enum class StatusAction {
-  none,
-  openHistory,
-  openSearch,
-  resumeHistory,
-  pauseFifteenMinutes,
-  pauseOneHour,
-  pauseUntilTomorrow,
-  togglePasswordManagerPrivacy,
-  excludeCurrentApp,
-  removeExcludedApp,  // the row's represented object is the identifier
-  toggleLaunchAtLogin,
-  showShortcutPanel,
-  confirmClearHistory,
-  showAbout,
-  quit,
-};
-
 /// Everything that the menu depends on, as it is at one moment.
 struct StatusMenuState {
   bool isPaused = false;
@@ -42,9 +23,8 @@ struct StatusMenuState {
   LoginItem::Status launchAtLogin = LoginItem::Status::disabled;
 };
 
+/// The action of a row is the name of its command, and its represented object the argument.
 [[nodiscard]] std::vector<MenuRow> statusMenuRows(const StatusMenuState& state);
-
-[[nodiscard]] StatusAction statusAction(const MenuRow& row);
 
 [[nodiscard]] std::string_view statusToolTip(bool isPaused);
 

@@ -13,7 +13,7 @@ enum class MenuState { none, off, on };
 /// does nothing by itself.
 struct MenuRow {
   std::string title = {};
-  int tag = 0;                         // the owner's number for what choosing the row does
+  std::string action = {};             // the owner's name for what choosing the row does
   std::string representedObject = {};  // and what it is done to
   MenuState state = MenuState::none;
   bool enabled = true;

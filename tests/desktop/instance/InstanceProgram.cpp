@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <vector>
 
+#include "app/CommandLine.h"
 #include "platform/linux/bus/ApplicationService.h"
+#include "platform/linux/bus/OneInstance.h"
 #include "platform/linux/bus/SessionBus.h"
-#include "platform/linux/start/StartDecision.h"
+#include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/qt/QtDispatch.h"
 
 namespace vantorel {
@@ -18,47 +20,28 @@ void say(const char* text) {
   std::fflush(stdout);
 }
 
-int end(const StartDecision& decision) {
-  if (!decision.message.empty()) std::fprintf(stderr, "%s\n", decision.message.c_str());
-  say(decision.exitStatus == 0 ? "ended" : "failed");
-  return decision.exitStatus;
+int end(int status) {
+  say(status == 0 ? "ended" : "failed");
+  return status;
 }
 
 int start(int argc, char** argv) {
   const auto line = CommandLine::parse(std::vector<const char*>(argv + 1, argv + argc));
   if (!line.error.empty()) return CommandLine::usageError;
+  OneInstance instance(line.request());
+  if (const auto status = instance.endsBeforeToolkit()) return end(*status);
   QtDispatch dispatch;
-  std::unique_ptr<SessionBus> bus;
-  std::unique_ptr<ApplicationService> service;
-  InstanceLock lock;
-  const auto lockPath = instanceLockPath(XdgDirectories::fromEnvironment(processEnvironment));
-  const StartSteps steps{
-      .forward =
-          [&](Command c) { return forwardToRunningInstance(c, line.argument, processEnvironment); },
-      .claim = [&] { return service->claim(); },
-      .lock = [&] { return lockPath ? lock.take(*lockPath) : InstanceLock::Result::unavailable; },
-  };
-  if (const auto decision = decideBeforeToolkit(line.command, steps);
-      decision.course == StartDecision::Course::exit) {
-    return end(decision);
-  }
   QCoreApplication application(argc, argv);
-  bus = std::make_unique<SessionBus>(dispatch, processEnvironment);
-  service = std::make_unique<ApplicationService>(dispatch, *bus);
-  if (const auto decision = decideWithToolkit(line.command, steps);
-      decision.course == StartDecision::Course::exit) {
-    return end(decision);
-  }
-  service->onActivate([] { say("activate"); });
-  service->onAction([](Command command, const std::string& argument) {
-    say((std::string(*actionName(command)) + (argument.empty() ? "" : "=" + argument)).c_str());
-    if (command == Command::quit) QCoreApplication::quit();
+  SessionBus bus(dispatch, processEnvironment);
+  ApplicationService service(dispatch, bus, offeredActions());
+  if (const auto status = instance.endsWithToolkit(service)) return end(*status);
+  service.onRequest([](const ActionRequest& request) {
+    if (request.action.empty()) return say("activate");
+    say((request.action + (request.argument.empty() ? "" : "=" + request.argument)).c_str());
+    if (request.action == "quit") QCoreApplication::quit();
   });
   say("running");
-  const int status = QCoreApplication::exec();
-  service.reset();
-  bus.reset();
-  return status;
+  return QCoreApplication::exec();
 }
 
 }  // namespace

@@ -23,8 +23,8 @@ class SingleInstanceTest : public testing::Test {
     return ChildProcess(all);
   }
 
-  static ForwardResult forward(Command command) {
-    return forwardToRunningInstance(command, {}, processEnvironment);
+  static ForwardResult forward(const std::string& action) {
+    return forwardToRunningInstance({.action = action}, processEnvironment);
   }
 
   static std::string gdbus(const std::vector<std::string>& methodAndArguments) {
@@ -38,6 +38,19 @@ TEST_F(SingleInstanceTest, ASecondStartActivatesTheFirstAndEndsWithSuccess) {
   ChildProcess first = start();
   ASSERT_EQ(first.readLine(), "running");
   ChildProcess second = start();
+  EXPECT_EQ(second.readLine(), "ended");
+  EXPECT_EQ(second.wait(), 0);
+  EXPECT_EQ(first.readLine(), "activate");
+}
+
+// As one of another version is that calls its lock otherwise.
+TEST_F(SingleInstanceTest, TheFirstIsFoundOverTheBusAlsoWhenItHoldsAnotherLock) {
+  setenv("XDG_DATA_HOME", "/one", 1);
+  ChildProcess first = start();
+  ASSERT_EQ(first.readLine(), "running");
+  setenv("XDG_DATA_HOME", "/other", 1);
+  ChildProcess second = start();
+  unsetenv("XDG_DATA_HOME");
   EXPECT_EQ(second.readLine(), "ended");
   EXPECT_EQ(second.wait(), 0);
   EXPECT_EQ(first.readLine(), "activate");
@@ -76,7 +89,7 @@ TEST_F(SingleInstanceTest, OfManyStartsAtOnceExactlyOneRuns) {
     ASSERT_EQ(running.size(), 1U);
     ChildProcess& winner = programs[running.front()];
     for (int i = 0; i < 5; ++i) EXPECT_EQ(winner.readLine(), "activate");
-    EXPECT_EQ(forward(Command::quit), ForwardResult::forwarded);
+    EXPECT_EQ(forward("quit"), ForwardResult::forwarded);
     EXPECT_EQ(winner.readLine(), "quit");
     EXPECT_EQ(winner.wait(), 0);
   }
@@ -97,7 +110,7 @@ TEST_F(SingleInstanceTest, ABusyInstanceIsStillAskedWithinTwoSeconds) {
   ASSERT_EQ(first.readLine(), "running");
   first.signal(SIGSTOP);
   const auto begin = Clock::now();
-  EXPECT_EQ(forward(Command::search), ForwardResult::forwarded);
+  EXPECT_EQ(forward("search"), ForwardResult::forwarded);
   const auto duration = Clock::now() - begin;
   EXPECT_GT(duration, milliseconds(1500));
   EXPECT_LT(duration, milliseconds(5000));
@@ -108,7 +121,7 @@ TEST_F(SingleInstanceTest, ABusyInstanceIsStillAskedWithinTwoSeconds) {
 TEST_F(SingleInstanceTest, ASilentBusIsGivenUpWithinTwoSeconds) {
   session_.bus().signal(SIGSTOP);
   const auto begin = Clock::now();
-  EXPECT_EQ(forward(Command::open), ForwardResult::noBus);
+  EXPECT_EQ(forward(""), ForwardResult::noBus);
   EXPECT_LT(Clock::now() - begin, milliseconds(5000));
 }
 
@@ -117,7 +130,7 @@ TEST_F(SingleInstanceTest, AnInstanceThatDiesWithTheRequestDidNotDoIt) {
   ASSERT_EQ(first.readLine(), "running");
   first.signal(SIGSTOP);
   ForwardResult result{};
-  std::thread asking([&] { result = forward(Command::open); });
+  std::thread asking([&] { result = forward(""); });
   first.kill();
   asking.join();
   EXPECT_EQ(result, ForwardResult::notRunning);
@@ -149,7 +162,7 @@ TEST_F(SingleInstanceTest, ATextThatIsNoneIsAnErrorToItsCaller) {
                &status);
     EXPECT_NE(status, 0) << parameters;
   }
-  EXPECT_EQ(forward(Command::search), ForwardResult::forwarded);
+  EXPECT_EQ(forward("search"), ForwardResult::forwarded);
   EXPECT_EQ(first.readLine(), "search");
 }
 
@@ -165,8 +178,8 @@ TEST_F(SingleInstanceTest, AnUnknownActionIsAnErrorToItsCaller) {
                &status);
     EXPECT_NE(status, 0) << action;
   }
-  EXPECT_EQ(forward(Command::help), ForwardResult::refused);
-  EXPECT_EQ(forward(Command::search), ForwardResult::forwarded);
+  EXPECT_EQ(forward("help"), ForwardResult::refused);
+  EXPECT_EQ(forward("search"), ForwardResult::forwarded);
   EXPECT_EQ(first.readLine(), "search");
 }
 
@@ -193,7 +206,7 @@ TEST_F(SingleInstanceTest, ForwardingIsFast) {
   ChildProcess first = start();
   ASSERT_EQ(first.readLine(), "running");
   const auto begin = Clock::now();
-  EXPECT_EQ(forward(Command::toggle), ForwardResult::forwarded);
+  EXPECT_EQ(forward("toggle"), ForwardResult::forwarded);
   const auto duration = std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
   RecordProperty("milliseconds", static_cast<int>(duration.count()));
   EXPECT_LT(duration, milliseconds(1500));

@@ -54,23 +54,23 @@ TEST(StatusMenu, EachRowDoesWhatItSays) {
   const auto rows = statusMenuRows(state);
   const auto pause = find(rows, "Clipboard History Paused").submenu;
   const auto excluded = find(rows, "Excluded Apps").submenu;
-  const auto action = [&](const std::string& title) { return statusAction(find(rows, title)); };
-  EXPECT_EQ(action("Open Vantorel"), StatusAction::openHistory);
-  EXPECT_EQ(action("Search & Filter…"), StatusAction::openSearch);
-  EXPECT_EQ(action("Clipboard History Paused"), StatusAction::none);
-  EXPECT_EQ(statusAction(find(pause, "Resume Now")), StatusAction::resumeHistory);
-  EXPECT_EQ(statusAction(find(pause, "For 15 Minutes")), StatusAction::pauseFifteenMinutes);
-  EXPECT_EQ(statusAction(find(pause, "For 1 Hour")), StatusAction::pauseOneHour);
-  EXPECT_EQ(statusAction(find(pause, "Until Tomorrow")), StatusAction::pauseUntilTomorrow);
-  EXPECT_EQ(action("Ignore Password Managers"), StatusAction::togglePasswordManagerPrivacy);
-  EXPECT_EQ(action("Exclude Notes"), StatusAction::excludeCurrentApp);
-  EXPECT_EQ(action("Excluded Apps"), StatusAction::none);
-  EXPECT_EQ(statusAction(find(excluded, "Include Bank")), StatusAction::removeExcludedApp);
-  EXPECT_EQ(action("Launch at Login"), StatusAction::toggleLaunchAtLogin);
-  EXPECT_EQ(action("Keyboard Shortcut…"), StatusAction::showShortcutPanel);
-  EXPECT_EQ(action("Clear History…"), StatusAction::confirmClearHistory);
-  EXPECT_EQ(action("About Vantorel"), StatusAction::showAbout);
-  EXPECT_EQ(action("Quit Vantorel"), StatusAction::quit);
+  const auto action = [&](const std::string& title) { return find(rows, title).action; };
+  EXPECT_EQ(action("Open Vantorel"), "toggle");
+  EXPECT_EQ(action("Search & Filter…"), "search");
+  EXPECT_EQ(action("Clipboard History Paused"), "");
+  EXPECT_EQ(find(pause, "Resume Now").action, "resume");
+  EXPECT_EQ(find(pause, "For 15 Minutes").action, "pause-15-minutes");
+  EXPECT_EQ(find(pause, "For 1 Hour").action, "pause-1-hour");
+  EXPECT_EQ(find(pause, "Until Tomorrow").action, "pause-until-tomorrow");
+  EXPECT_EQ(action("Ignore Password Managers"), "toggle-password-managers");
+  EXPECT_EQ(action("Exclude Notes"), "exclude-app");
+  EXPECT_EQ(action("Excluded Apps"), "");
+  EXPECT_EQ(find(excluded, "Include Bank").action, "include-app");
+  EXPECT_EQ(action("Launch at Login"), "toggle-launch-at-login");
+  EXPECT_EQ(action("Keyboard Shortcut…"), "shortcut");
+  EXPECT_EQ(action("Clear History…"), "clear");
+  EXPECT_EQ(action("About Vantorel"), "about");
+  EXPECT_EQ(action("Quit Vantorel"), "quit");
 }
 
 TEST(StatusMenu, ThePauseMenuOffersThreeLengths) {
@@ -90,8 +90,7 @@ TEST(StatusMenu, PasswordManagersAreSwitched) {
 }
 
 TEST(StatusMenu, OffersTheLastTargetForExclusionByItsName) {
-  EXPECT_EQ(rowOf({.lastPasteTarget = notes}, "Exclude Notes").tag,
-            static_cast<int>(StatusAction::excludeCurrentApp));
+  EXPECT_EQ(rowOf({.lastPasteTarget = notes}, "Exclude Notes").action, "exclude-app");
 }
 
 TEST(StatusMenu, CallsATargetWithoutANameTheCurrentApp) {
@@ -119,8 +118,8 @@ TEST(StatusMenu, DoesNotOfferWhatIsExcludedAlreadyByItsLowerCaseIdentifier) {
 TEST(StatusMenu, AnIdentifierThatWasStoredWithCapitalsHidesNothing) {
   EXPECT_EQ(rowOf({.lastPasteTarget = notes, .excludedApps = {{"org.example.Notes", "Notes"}}},
                   "Exclude Notes")
-                .tag,
-            static_cast<int>(StatusAction::excludeCurrentApp));
+                .action,
+            "exclude-app");
 }
 
 TEST(StatusMenu, ListsExcludedAppsByIdentifierWithTheirNames) {

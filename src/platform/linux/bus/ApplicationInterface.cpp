@@ -1,13 +1,11 @@
 #include "platform/linux/bus/ApplicationInterface.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace vantorel {
 
-void ApplicationInterface::Activate(const QVariantMap& /*platformData*/) {
-  dispatch_.async([token = std::weak_ptr(handlers_)] {
-    const auto handlers = token.lock();
-    if (handlers && handlers->activate) handlers->activate();
-  });
-}
+void ApplicationInterface::Activate(const QVariantMap& /*platformData*/) { pass({}); }
 
 void ApplicationInterface::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
   Activate(platformData);
@@ -15,19 +13,24 @@ void ApplicationInterface::Open(const QStringList& /*uris*/, const QVariantMap& 
 
 void ApplicationInterface::ActivateAction(const QString& name, const QVariantList& parameter,
                                           const QVariantMap& /*platformData*/) {
-  const auto command = commandForAction(name.toStdString());
-  if (!command) return refuse("There is no such action.");
-  std::string argument;
-  if (takesArgument(*command)) {
+  ActionRequest request{.action = name.toStdString()};
+  const auto found = std::find_if(actions_.begin(), actions_.end(), [&](const auto& action) {
+    return action.name == request.action;
+  });
+  if (found == actions_.end()) return refuse("There is no such action.");
+  if (found->takesText) {
     if (parameter.size() != 1 || parameter.first().typeId() != QMetaType::QString) {
       return refuse("That action needs one text.");
     }
-    argument = parameter.first().toString().toStdString();
+    request.argument = parameter.first().toString().toStdString();
   }
-  dispatch_.async([token = std::weak_ptr(handlers_), command = *command, argument] {
-    const auto handlers = token.lock();
-    if (handlers && handlers->action) handlers->action(command, argument);
-  });
+  pass(std::move(request));
+}
+
+void ApplicationInterface::pass(ActionRequest request) {
+  dispatch_.async(life_.guard([this, request = std::move(request)] {
+    if (onRequest) onRequest(request);
+  }));
 }
 
 void ApplicationInterface::refuse(const QString& reason) {

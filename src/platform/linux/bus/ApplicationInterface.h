@@ -6,11 +6,11 @@
 #include <QVariantList>
 #include <QVariantMap>
 #include <functional>
-#include <memory>
-#include <string>
+#include <vector>
 
+#include "base/Lifetime.h"
+#include "platform/ActionRequest.h"
 #include "platform/Dispatch.h"
-#include "platform/linux/start/CommandLine.h"
 
 namespace vantorel {
 
@@ -20,14 +20,12 @@ class ApplicationInterface : public QObject, protected QDBusContext {
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
  public:
-  struct Handlers {
-    std::function<void()> activate;
-    std::function<void(Command, const std::string& argument)> action;
-  };
+  /// `dispatch` outlives this.
+  ApplicationInterface(Dispatch& dispatch, std::vector<OfferedAction> actions)
+      : dispatch_(dispatch), actions_(std::move(actions)) {}
 
-  explicit ApplicationInterface(Dispatch& dispatch) : dispatch_(dispatch) {}
-
-  [[nodiscard]] Handlers& handlers() { return *handlers_; }
+  /// Called on the main queue, after the caller has its answer. May be empty.
+  std::function<void(const ActionRequest&)> onRequest;
 
  public slots:
   // The platform data tells of the user's action behind the call (a startup notification or an
@@ -39,10 +37,12 @@ class ApplicationInterface : public QObject, protected QDBusContext {
                       const QVariantMap& platformData);
 
  private:
+  void pass(ActionRequest request);
   void refuse(const QString& reason);
 
   Dispatch& dispatch_;
-  std::shared_ptr<Handlers> handlers_ = std::make_shared<Handlers>();  // its life is the weak token
+  const std::vector<OfferedAction> actions_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

@@ -28,8 +28,9 @@ QDBusMessage nameRequest(uint manner) {
 
 }  // namespace
 
-ApplicationService::ApplicationService(Dispatch& dispatch, SessionBus& bus)
-    : bus_(bus), interface_(std::make_unique<ApplicationInterface>(dispatch)) {
+ApplicationService::ApplicationService(Dispatch& dispatch, SessionBus& bus,
+                                       std::vector<OfferedAction> actions)
+    : bus_(bus), interface_(std::make_unique<ApplicationInterface>(dispatch, std::move(actions))) {
   QObject::connect(&bus_, &SessionBus::rejoined, interface_.get(), [this] { claimAgain(); });
 }
 
@@ -65,12 +66,8 @@ void ApplicationService::claimAgain() {
   bus->asyncCall(nameRequest(queue));
 }
 
-void ApplicationService::onActivate(std::function<void()> handler) {
-  interface_->handlers().activate = std::move(handler);
-}
-
-void ApplicationService::onAction(std::function<void(Command, const std::string&)> handler) {
-  interface_->handlers().action = std::move(handler);
+void ApplicationService::onRequest(std::function<void(const ActionRequest&)> handler) {
+  interface_->onRequest = std::move(handler);
 }
 
 }  // namespace vantorel

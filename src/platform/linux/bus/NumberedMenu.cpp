@@ -6,7 +6,7 @@ namespace vantorel {
 namespace {
 
 bool isSameRow(const MenuRow& one, const MenuRow& other) {
-  if (one.title != other.title || one.tag != other.tag) return false;
+  if (one.title != other.title || one.action != other.action) return false;
   return one.representedObject == other.representedObject;
 }
 

@@ -24,31 +24,27 @@ GVariant* platformData(const EnvironmentLookup& lookup) {
   return g_variant_builder_end(&builder);
 }
 
-struct Request {
+/// A method of `org.freedesktop.Application`, and what it is called with.
+struct MethodCall {
   const char* method;
   VariantPointer arguments;
 };
 
 /// What goes with the action: one text, or nothing.
-GVariant* parametersOf(Command command, const std::string& argument) {
-  if (!takesArgument(command)) {
-    return g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0);
-  }
-  GVariant* parameter = g_variant_new_variant(g_variant_new_string(argument.c_str()));
+GVariant* parametersOf(const ActionRequest& request) {
+  if (request.argument.empty()) return g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0);
+  GVariant* parameter = g_variant_new_variant(g_variant_new_string(request.argument.c_str()));
   return g_variant_new_array(G_VARIANT_TYPE_VARIANT, &parameter, 1);
 }
 
-std::optional<Request> requestFor(Command command, const std::string& argument,
-                                  const EnvironmentLookup& lookup) {
-  if (command == Command::open) {
+MethodCall callFor(const ActionRequest& request, const EnvironmentLookup& lookup) {
+  if (request.action.empty()) {
     GVariant* data = platformData(lookup);
-    return Request{"Activate", VariantPointer(g_variant_ref_sink(g_variant_new_tuple(&data, 1)))};
+    return {"Activate", VariantPointer(g_variant_ref_sink(g_variant_new_tuple(&data, 1)))};
   }
-  const auto action = actionName(command);
-  if (!action || g_utf8_validate(argument.c_str(), -1, nullptr) == FALSE) return std::nullopt;
-  GVariant* arguments = g_variant_new("(s@av@a{sv})", std::string(*action).c_str(),
-                                      parametersOf(command, argument), platformData(lookup));
-  return Request{"ActivateAction", VariantPointer(g_variant_ref_sink(arguments))};
+  GVariant* arguments = g_variant_new("(s@av@a{sv})", request.action.c_str(), parametersOf(request),
+                                      platformData(lookup));
+  return {"ActivateAction", VariantPointer(g_variant_ref_sink(arguments))};
 }
 
 ForwardResult meaningOf(const GError* error) {
@@ -67,13 +63,12 @@ ForwardResult meaningOf(const GError* error) {
 }
 
 ForwardResult send(GlibLoop& loop, Deadline deadline, GDBusConnection* connection,
-                   const Request& request) {
+                   const MethodCall& call) {
   const auto result =
       loop.await(deadline, [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
         g_dbus_connection_call(connection, applicationId::name, applicationId::objectPath,
-                               applicationId::interface, request.method, request.arguments.get(),
-                               nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, INT_MAX, cancellable, done,
-                               slot);
+                               applicationId::interface, call.method, call.arguments.get(), nullptr,
+                               G_DBUS_CALL_FLAGS_NO_AUTO_START, INT_MAX, cancellable, done, slot);
       });
   GError* error = nullptr;
   const VariantPointer reply(g_dbus_connection_call_finish(connection, result.get(), &error));
@@ -83,19 +78,20 @@ ForwardResult send(GlibLoop& loop, Deadline deadline, GDBusConnection* connectio
 
 }  // namespace
 
-ForwardResult forwardToRunningInstance(Command command, const std::string& argument,
+ForwardResult forwardToRunningInstance(const ActionRequest& request,
                                        const EnvironmentLookup& lookup) {
   const Deadline deadline = std::chrono::steady_clock::now() + forwardTimeLimit;
   const auto address = sessionBusAddress(lookup);
   if (!address) return ForwardResult::noBus;
-  const auto request = requestFor(command, argument, lookup);
-  if (!request) return ForwardResult::refused;
+  if (g_utf8_validate(request.argument.c_str(), -1, nullptr) == FALSE) {
+    return ForwardResult::refused;
+  }
   GlibLoop loop;
   const GlibLoop::Served served(loop);
   const auto connection = openBusConnection(
       *address, [&](const GlibLoop::Start& start) { return loop.await(deadline, start); });
   if (!connection) return ForwardResult::noBus;
-  return send(loop, deadline, connection.get(), *request);
+  return send(loop, deadline, connection.get(), callFor(request, lookup));
 }
 
 }  // namespace vantorel

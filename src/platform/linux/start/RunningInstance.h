@@ -1,9 +1,8 @@
 #pragma once
 
 #include <chrono>
-#include <string>
 
-#include "platform/linux/start/CommandLine.h"
+#include "platform/ActionRequest.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 
 namespace vantorel {
@@ -15,10 +14,10 @@ enum class ForwardResult { forwarded, notRunning, refused, noBus };
 
 inline constexpr std::chrono::seconds forwardTimeLimit{2};
 
-/// Asks the running instance, over the session bus, to do `command` (`open` is "reopen"). Never
-/// starts one. Needs no toolkit and no application object; waits no longer than `forwardTimeLimit`.
-/// `version` and `help` are refused. `argument` goes with a command that takes one.
-[[nodiscard]] ForwardResult forwardToRunningInstance(Command command, const std::string& argument,
+/// Hands `request` to the running instance over the session bus. Never starts one. Needs no toolkit
+/// and no application object; waits no longer than `forwardTimeLimit`. A text that is not valid
+/// UTF-8 is refused.
+[[nodiscard]] ForwardResult forwardToRunningInstance(const ActionRequest& request,
                                                      const EnvironmentLookup& lookup);
 
 }  // namespace vantorel

@@ -27,21 +27,20 @@ StartDecision decideByLock(const StartSteps& steps) {
 
 }  // namespace
 
-StartDecision decideBeforeToolkit(Command command, const StartSteps& steps) {
-  const ForwardResult result = steps.forward(command);
-  if (result == ForwardResult::forwarded) return finished();
-  if (result == ForwardResult::refused) return refused();
-  if (command != Command::quit) return {};
-  if (result == ForwardResult::notRunning) return finished();
+StartDecision decideBeforeToolkit(ForwardResult answer, IfNobodyRuns ifNobodyRuns) {
+  if (answer == ForwardResult::forwarded) return finished();
+  if (answer == ForwardResult::refused) return refused();
+  if (ifNobodyRuns == IfNobodyRuns::start) return {};
+  if (answer == ForwardResult::notRunning) return finished();
   return failed("vantorel: there is no session bus to reach a running Vantorel by.");
 }
 
-StartDecision decideWithToolkit(Command command, const StartSteps& steps) {
+StartDecision decideWithToolkit(const StartSteps& steps) {
   for (int round = 0; round < maximumRounds; ++round) {
     const NameClaim claim = steps.claim();
     // Whoever lost the bus, or has another one, does not have the name but may have the history.
     if (claim != NameClaim::taken) return decideByLock(steps);
-    const ForwardResult result = steps.forward(command);
+    const ForwardResult result = steps.forward();
     if (result == ForwardResult::forwarded) return finished();
     if (result == ForwardResult::refused) return refused();
     // Gone again, or the bus is: the next claim tells.

@@ -3,7 +3,6 @@
 #include <functional>
 #include <string>
 
-#include "platform/linux/start/CommandLine.h"
 #include "platform/linux/start/InstanceLock.h"
 #include "platform/linux/start/RunningInstance.h"
 
@@ -21,22 +20,21 @@ struct StartDecision {
   std::string message;
 };
 
-/// What a start may ask its surroundings.
+/// First, before the toolkit is made ready, since most second starts end here, quickly: `answer` is
+/// what came of handing the request to the running instance.
+[[nodiscard]] StartDecision decideBeforeToolkit(ForwardResult answer, IfNobodyRuns ifNobodyRuns);
+
+/// What a start with a toolkit may ask its surroundings.
 struct StartSteps {
-  std::function<ForwardResult(Command)> forward;
+  std::function<ForwardResult()> forward;  // hands its request to the running instance
   std::function<NameClaim()> claim;
   std::function<InstanceLock::Result()> lock;
 };
 
-/// First, before the toolkit is made ready, since most second starts end here: asks the running
-/// instance. Uses `forward` alone.
-[[nodiscard]] StartDecision decideBeforeToolkit(Command command, const StartSteps& steps);
-
-/// Then, once there is an application object: becomes the one instance, or hands `command` to
+/// Then, once there is an application object: becomes the one instance, or hands the request to
 /// whoever became it at the same moment. A lock file keeps a second instance away from the history
 /// of one that the session bus does not know of; where a lock is not to be had the program runs
-/// without. A start that runs with a
-/// command other than `open` does it once it has started.
-[[nodiscard]] StartDecision decideWithToolkit(Command command, const StartSteps& steps);
+/// without.
+[[nodiscard]] StartDecision decideWithToolkit(const StartSteps& steps);
 
 }  // namespace vantorel

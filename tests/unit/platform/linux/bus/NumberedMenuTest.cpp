@@ -10,8 +10,8 @@ namespace {
 
 using testing::SizeIs;
 
-MenuRow row(const std::string& title, int tag = 1, std::vector<MenuRow> submenu = {}) {
-  return {.title = title, .tag = tag, .submenu = std::move(submenu)};
+MenuRow row(const std::string& title, int action = 1, std::vector<MenuRow> submenu = {}) {
+  return {.title = title, .action = std::to_string(action), .submenu = std::move(submenu)};
 }
 
 class NumberedMenuTest : public testing::Test {
@@ -37,7 +37,7 @@ TEST_F(NumberedMenuTest, NumbersEachRowAndThoseBelowIt) {
   EXPECT_EQ(menu.entry(b)->row.title, "b");
   EXPECT_THAT(menu.entry(b)->row.submenu, SizeIs(0));
   EXPECT_EQ(menu.entry(children(b)[1])->row.title, "d");
-  EXPECT_EQ(menu.chosen(children(b)[1])->tag, 4);
+  EXPECT_EQ(menu.chosen(children(b)[1])->action, "4");
 }
 
 TEST_F(NumberedMenuTest, TheSameRowsAreNoChange) {
@@ -87,7 +87,7 @@ TEST_F(NumberedMenuTest, ARowThatJustLeftTheMenuCanStillBeChosen) {
   const int resume = children()[0];
   menu.setRows({row("Pause", 8)});
   EXPECT_EQ(menu.entry(resume), nullptr);
-  EXPECT_EQ(menu.chosen(resume)->tag, 7);
+  EXPECT_EQ(menu.chosen(resume)->action, "7");
   menu.setRows({row("Other", 9)});
   EXPECT_FALSE(menu.chosen(resume));
 }

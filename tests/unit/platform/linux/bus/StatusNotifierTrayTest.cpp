@@ -20,7 +20,7 @@ TEST(StatusNotifierTray, WithoutABusNothingIsSeenAndNothingFails) {
   StatusItem::Handlers handlers;
   handlers.menuRows = [&] {
     ++questions;
-    return std::vector<MenuRow>{{.title = "Quit", .tag = 1}};
+    return std::vector<MenuRow>{{.title = "Quit", .action = "1"}};
   };
   tray.setImage({"name", {nullptr}});
   tray.setToolTip("Vantorel");

@@ -33,10 +33,10 @@ class TrayMenuTest : public testing::Test {
   }
 
   std::vector<MenuRow> rows = {
-      {.title = "Open", .tag = 1},
-      {.title = "More", .submenu = {{.title = "Inner", .tag = 2}}},
+      {.title = "Open", .action = "1"},
+      {.title = "More", .submenu = {{.title = "Inner", .action = "2"}}},
       {},
-      {.title = "Quit", .tag = 3, .keyEquivalent = "q"},
+      {.title = "Quit", .action = "3", .keyEquivalent = "q"},
   };
   int questions = 0;
   int updates = 0;
@@ -64,8 +64,8 @@ TEST_F(TrayMenuTest, SaysWhatEachRowIs) {
 }
 
 TEST_F(TrayMenuTest, SwitchesShowWhereTheyStandAndWhetherTheyCanBeUsed) {
-  rows = {{.title = "On", .tag = 1, .state = MenuState::on},
-          {.title = "Off", .tag = 2, .state = MenuState::off, .enabled = false}};
+  rows = {{.title = "On", .action = "1", .state = MenuState::on},
+          {.title = "Off", .action = "2", .state = MenuState::off, .enabled = false}};
   const auto all = layout();
   EXPECT_EQ(all.children[0].properties["toggle-type"], "checkmark");
   EXPECT_EQ(all.children[0].properties["toggle-state"], 1);
@@ -77,7 +77,7 @@ TEST_F(TrayMenuTest, SwitchesShowWhereTheyStandAndWhetherTheyCanBeUsed) {
 }
 
 TEST_F(TrayMenuTest, UnderscoresMarkNoLettersAndLongTitlesAreCut) {
-  rows = {{.title = "a_b\nc", .tag = 1}, {.title = std::string(10'240, 'x'), .tag = 2}};
+  rows = {{.title = "a_b\nc", .action = "1"}, {.title = std::string(10'240, 'x'), .action = "2"}};
   EXPECT_EQ(layout().children[0].properties["label"], "a__b c");
   EXPECT_EQ(layout().children[1].properties["label"].toString().size(), 80);
 }

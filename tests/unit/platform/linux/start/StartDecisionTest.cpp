@@ -33,7 +33,7 @@ struct Surroundings {
 
   StartSteps steps() {
     return {.forward =
-                [this](Command) {
+                [this] {
                   ++forwarded;
                   return forward.next();
                 },
@@ -46,16 +46,13 @@ struct Surroundings {
   }
 };
 
-StartDecision before(Surroundings& s, Command command = Command::open) {
-  return decideBeforeToolkit(command, s.steps());
+StartDecision before(ForwardResult answer, IfNobodyRuns ifNobodyRuns = IfNobodyRuns::start) {
+  return decideBeforeToolkit(answer, ifNobodyRuns);
 }
-StartDecision with(Surroundings& s, Command command = Command::open) {
-  return decideWithToolkit(command, s.steps());
-}
+StartDecision with(Surroundings& s) { return decideWithToolkit(s.steps()); }
 
 TEST(StartDecision, ASecondStartEndsBeforeTheToolkit) {
-  Surroundings s{.forward = {ForwardResult::forwarded}};
-  const auto decision = before(s);
+  const auto decision = before(ForwardResult::forwarded);
   EXPECT_EQ(decision.course, Course::exit);
   EXPECT_EQ(decision.exitStatus, 0);
   EXPECT_EQ(decision.message, "");
@@ -63,31 +60,25 @@ TEST(StartDecision, ASecondStartEndsBeforeTheToolkit) {
 
 TEST(StartDecision, WithNobodyThereTheStartGoesOn) {
   for (const auto result : {ForwardResult::notRunning, ForwardResult::noBus}) {
-    for (const Command command : {Command::open, Command::toggle, Command::search}) {
-      Surroundings s{.forward = {result}};
-      EXPECT_EQ(before(s, command).course, Course::run);
-    }
+    EXPECT_EQ(before(result).course, Course::run);
   }
 }
 
 TEST(StartDecision, QuittingNobodyIsDone) {
-  Surroundings s;
-  const auto decision = before(s, Command::quit);
+  const auto decision = before(ForwardResult::notRunning, IfNobodyRuns::end);
   EXPECT_EQ(decision.course, Course::exit);
   EXPECT_EQ(decision.exitStatus, 0);
 }
 
 TEST(StartDecision, QuittingWithoutABusFailsAndSaysSo) {
-  Surroundings s{.forward = {ForwardResult::noBus}};
-  const auto decision = before(s, Command::quit);
+  const auto decision = before(ForwardResult::noBus, IfNobodyRuns::end);
   EXPECT_EQ(decision.course, Course::exit);
   EXPECT_EQ(decision.exitStatus, 1);
   EXPECT_NE(decision.message, "");
 }
 
 TEST(StartDecision, AStrangerWithOurNameIsReported) {
-  Surroundings s{.forward = {ForwardResult::refused}};
-  const auto decision = before(s);
+  const auto decision = before(ForwardResult::refused);
   EXPECT_EQ(decision.course, Course::exit);
   EXPECT_EQ(decision.exitStatus, 1);
   EXPECT_NE(decision.message, "");
@@ -102,7 +93,7 @@ TEST(StartDecision, TheOwnerOfTheNameRuns) {
 
 TEST(StartDecision, TheLoserOfARaceForwards) {
   Surroundings s{.forward = {ForwardResult::forwarded}, .claim = {NameClaim::taken}};
-  const auto decision = with(s, Command::search);
+  const auto decision = with(s);
   EXPECT_EQ(decision.course, Course::exit);
   EXPECT_EQ(decision.exitStatus, 0);
   EXPECT_EQ(s.forwarded, 1);

@@ -1,0 +1,87 @@
+#include "app/Commands.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/ApplicationCommands.h"
+
+namespace vantorel {
+namespace {
+
+using Application = ApplicationCommands;
+
+template <void (Application::*method)()>
+void call(Application& application, const std::string& /*argument*/) {
+  (application.*method)();
+}
+
+void includeApp(Application& application, const std::string& bundleIdentifier) {
+  application.removeExcludedApp(bundleIdentifier);
+}
+
+constexpr std::array table = {
+    CommandEntry{Command::toggle, "toggle", "Open Vantorel", call<&Application::openHistory>},
+    CommandEntry{Command::search, "search", "Search & Filter…", call<&Application::openSearch>},
+    CommandEntry{Command::menu, "menu", "", call<&Application::showStatusMenu>},
+    CommandEntry{Command::pauseFifteenMinutes, "pause-15-minutes", "For 15 Minutes",
+                 call<&Application::pauseFifteenMinutes>},
+    CommandEntry{Command::pauseOneHour, "pause-1-hour", "For 1 Hour",
+                 call<&Application::pauseOneHour>},
+    CommandEntry{Command::pauseUntilTomorrow, "pause-until-tomorrow", "Until Tomorrow",
+                 call<&Application::pauseUntilTomorrow>},
+    CommandEntry{Command::resume, "resume", "Resume Now", call<&Application::resumeHistory>},
+    CommandEntry{Command::togglePasswordManagers, "toggle-password-managers",
+                 "Ignore Password Managers", call<&Application::togglePasswordManagerPrivacy>},
+    CommandEntry{Command::excludeApp, "exclude-app", "Exclude",
+                 call<&Application::excludeCurrentApp>},
+    CommandEntry{Command::includeApp, "include-app", "Include", includeApp, true},
+    CommandEntry{Command::toggleLaunchAtLogin, "toggle-launch-at-login", "Launch at Login",
+                 call<&Application::toggleLaunchAtLogin>},
+    CommandEntry{Command::shortcut, "shortcut", "Keyboard Shortcut…",
+                 call<&Application::showShortcutPanel>},
+    CommandEntry{Command::clear, "clear", "Clear History…",
+                 call<&Application::confirmClearHistory>},
+    CommandEntry{Command::about, "about", "About Vantorel", call<&Application::showAbout>},
+    CommandEntry{Command::quit, "quit", "Quit Vantorel", call<&Application::quit>},
+    CommandEntry{Command::version, "version", "", nullptr},
+    CommandEntry{Command::help, "help", "", nullptr},
+};
+
+constexpr std::size_t placeOf(Command command) { return static_cast<std::size_t>(command) - 1; }
+
+constexpr bool isInOrder() {
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (placeOf(table[i].command) != i) return false;
+  }
+  return table.back().command == Command::help;
+}
+static_assert(isInOrder());
+
+}  // namespace
+
+std::span<const CommandEntry> commandTable() { return table; }
+
+const CommandEntry& entryOf(Command command) { return table.at(placeOf(command)); }
+
+const CommandEntry* entryNamed(std::string_view name) {
+  const auto* found = std::find_if(table.begin(), table.end(),
+                                   [&](const CommandEntry& entry) { return entry.name == name; });
+  return found == table.end() ? nullptr : found;
+}
+
+std::vector<OfferedAction> offeredActions() {
+  std::vector<OfferedAction> offered;
+  for (const CommandEntry& entry : table) {
+    if (entry.perform != nullptr) {
+      offered.push_back({std::string(entry.name), entry.takesArgument});
+    }
+  }
+  return offered;
+}
+
+void performAction(std::string_view action, const std::string& argument, Application& application) {
+  const auto* entry = entryNamed(action);
+  if (entry != nullptr && entry->perform != nullptr) entry->perform(application, argument);
+}
+
+}  // namespace vantorel

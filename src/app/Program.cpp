@@ -1,0 +1,81 @@
+#include "app/Program.h"
+
+#include <QApplication>
+#include <cstdio>
+#include <utility>
+
+#include "app/AppDelegate.h"
+#include "app/AppIconFactory.h"
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "platform/ApplicationId.h"
+
+namespace vantorel {
+
+std::optional<int> Program::answer(const CommandLine& line) {
+  if (!line.error.empty()) {
+    std::fprintf(stderr, "%s\n", line.error.c_str());
+    return CommandLine::usageError;
+  }
+  if (line.command == Command::version) {
+    std::puts("Vantorel " VANTOREL_VERSION);
+    return 0;
+  }
+  if (line.command == Command::help) {
+    std::fputs(CommandLine::helpText().data(), stdout);
+    return 0;
+  }
+  return std::nullopt;
+}
+
+void Program::describeApplication() {
+  QApplication::setApplicationName("vantorel");
+  QApplication::setApplicationVersion(VANTOREL_VERSION);
+  QApplication::setDesktopFileName(applicationId::name);
+  QApplication::setQuitOnLastWindowClosed(false);
+}
+
+Program::Program(ActionRequest first, std::function<void()> quit) : quit_(std::move(quit)) {
+  if (first != ActionRequest()) pending_ = std::move(first);
+}
+
+Program::~Program() = default;
+
+void Program::keyringAnswered() {
+  keyringAnswered_ = true;
+  if (desktop_) launch();
+}
+
+void Program::begin(const Desktop& desktop) {
+  QApplication::setWindowIcon(AppIconFactory::bundledPNG("vt"));
+  desktop_.emplace(desktop);
+  if (keyringAnswered_) launch();
+}
+
+void Program::launch() {
+  const bool welcoming = delegate_ && delegate_->isWelcoming();
+  if (delegate_) delegate_->applicationWillTerminate();
+  delegate_.reset();
+  delegate_ = std::make_unique<AppDelegate>(*desktop_);
+  delegate_->onQuit = quit_;
+  delegate_->applicationDidFinishLaunching();
+  if (welcoming) delegate_->showHelpPanel(true);
+  if (const auto request = std::exchange(pending_, std::nullopt)) perform(*request);
+}
+
+void Program::perform(const ActionRequest& request) {
+  if (delegate_) {
+    if (request.action.empty()) return delegate_->applicationShouldHandleReopen();
+    return performAction(request.action, request.argument, *delegate_);
+  }
+  if (request.action == entryOf(Command::quit).name) return quit_();
+  if (!request.action.empty() || !pending_) pending_ = request;
+}
+
+void Program::end() {
+  if (delegate_) delegate_->applicationWillTerminate();
+  delegate_.reset();
+  desktop_.reset();
+}
+
+}  // namespace vantorel

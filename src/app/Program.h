@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/ActionRequest.h"
+#include "platform/Desktop.h"
+
+namespace vantorel {
+
+class AppDelegate;
+struct CommandLine;
+
+/// The one running instance: its delegate, as soon as there is a desktop and the keyring has
+/// answered. Main thread.
+class Program {
+ public:
+  /// Answers a start that ends with a text, as `--help` or what was not understood, and with which
+  /// exit status; absent for every other.
+  [[nodiscard]] static std::optional<int> answer(const CommandLine& line);
+  /// Tells the toolkit what it is to know before it is made ready.
+  static void describeApplication();
+
+  /// `first` is what this start was asked to do. A plain start shows nothing by itself. `quit` ends
+  /// the event loop.
+  Program(ActionRequest first, std::function<void()> quit);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  /// The keyring's answer is known; called again when the user has unlocked it later: the history
+  /// can be read then, so the application starts over.
+  void keyringAnswered();
+  /// There is a desktop; its ports live until `end` returns.
+  void begin(const Desktop& desktop);
+  /// What this start, another one, a launcher or the desktop asks for; waits for the delegate.
+  void perform(const ActionRequest& request);
+  void end();
+
+ private:
+  void launch();
+
+  const std::function<void()> quit_;
+  std::optional<ActionRequest> pending_;
+  bool keyringAnswered_ = false;
+  std::optional<Desktop> desktop_;
+  std::unique_ptr<AppDelegate> delegate_;
+};
+
+}  // namespace vantorel

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+namespace vantorel {
+
+/// What becomes of a request when nobody is there to do it: a start of the program, or nothing, as
+/// of one to quit.
+enum class IfNobodyRuns { start, end };
+
+/// What a start of the program, or another program, asks of the running instance: one of the
+/// actions that it offers, with the text that goes with it, if any. Without a name it is asked to
+/// show itself ("reopen the application").
+struct ActionRequest {
+  std::string action = {};
+  std::string argument = {};
+  IfNobodyRuns ifNobodyRuns = IfNobodyRuns::start;
+
+  friend bool operator==(const ActionRequest&, const ActionRequest&) = default;
+};
+
+/// An action as other programs may ask for it.
+struct OfferedAction {
+  std::string name = {};
+  bool takesText = false;  // which must not be missing then
+};
+
+}  // namespace vantorel

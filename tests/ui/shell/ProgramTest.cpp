@@ -1,0 +1,125 @@
+#include "app/Program.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+#include "app/CommandLine.h"
+#include "ui/shell/AppDelegateTest.h"
+
+namespace vantorel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ProgramTest : public AppDelegateTest {
+ protected:
+  ~ProgramTest() override {
+    if (program_) program_->end();
+  }
+
+  /// A start whose desktop is there before the keyring answers.
+  Program& start(const ActionRequest& first = {}) {
+    program_.emplace(first, [this] { ++quits; });
+    program_->begin(desktop.ports());
+    desktop.dispatch.runQueued();
+    return *program_;
+  }
+  void answerOfTheKeyring() {
+    program_->keyringAnswered();
+    desktop.dispatch.runQueued();
+  }
+
+  int quits = 0;
+
+ private:
+  std::optional<Program> program_;
+};
+
+TEST_F(ProgramTest, APlainStartShowsNothingByItself) {
+  start();
+  EXPECT_FALSE(desktop.statusItem.isShown());
+  answerOfTheKeyring();
+  EXPECT_TRUE(desktop.statusItem.isShown());
+  EXPECT_THAT(visibleTitles(), IsEmpty());
+}
+
+TEST_F(ProgramTest, TheKeyringMayAnswerBeforeThereIsADesktop) {
+  Program program({.action = "about"}, [] {});
+  program.keyringAnswered();
+  program.begin(desktop.ports());
+  EXPECT_THAT(visibleTitles(), ElementsAre("About Vantorel"));
+  program.end();
+  EXPECT_FALSE(desktop.statusItem.isShown());
+}
+
+TEST_F(ProgramTest, ACommandWaitsForTheKeyring) {
+  start({.action = "toggle"});
+  EXPECT_FALSE(panelIsShown());
+  answerOfTheKeyring();
+  EXPECT_TRUE(panelIsShown());
+}
+
+TEST_F(ProgramTest, OfThoseThatWaitTheLastIsDoneButReopeningYields) {
+  Program& program = start({.action = "toggle"});
+  program.perform({.action = "shortcut"});
+  program.perform({});
+  answerOfTheKeyring();
+  EXPECT_THAT(visibleTitles(), ElementsAre("Keyboard Shortcut"));
+}
+
+TEST_F(ProgramTest, ReopeningThatWaitsShowsThePanel) {
+  start().perform({});
+  answerOfTheKeyring();
+  EXPECT_TRUE(panelIsShown());
+}
+
+TEST_F(ProgramTest, EndsAtOnceBeforeTheKeyringAnswersToo) {
+  Program& program = start();
+  program.perform({.action = "quit"});
+  EXPECT_EQ(quits, 1);
+  answerOfTheKeyring();
+  program.perform({.action = "quit"});
+  EXPECT_EQ(quits, 2);
+}
+
+TEST_F(ProgramTest, ARunningOneDoesWhatItIsAsked) {
+  Program& program = start();
+  answerOfTheKeyring();
+  program.perform({.action = "about"});
+  EXPECT_THAT(visibleTitles(), ElementsAre("About Vantorel"));
+  program.perform({.action = "pause-1-hour"});
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel — History Paused");
+  program.perform({.action = "no such thing"});
+}
+
+TEST_F(ProgramTest, StartsOverWhenTheKeyringIsUnlockedLater) {
+  desktop.keychain.fail(FakeKeychain::Backend::login, keychainStatus::userCanceled);
+  desktop.keychain.fail(FakeKeychain::Backend::dataProtection, keychainStatus::missingEntitlement);
+  desktop.defaults.remove("didShowOnboardingV2");
+  start();
+  answerOfTheKeyring();
+  desktop.keychain.recover(FakeKeychain::Backend::login);
+  desktop.keychain.recover(FakeKeychain::Backend::dataProtection);
+  answerOfTheKeyring();
+  EXPECT_THAT(visibleTitles(), ElementsAre("About Vantorel")) << "the welcome is not lost";
+  copy("kept");
+  EXPECT_THAT(history(), ElementsAre("kept"));
+}
+
+TEST(ProgramAnswers, WhatEndsWithAText) {
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(Program::answer({.command = Command::version}), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout().find("Vantorel "), 0U);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(Program::answer({.command = Command::help}), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), CommandLine::helpText());
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(Program::answer({.error = "no"}), 2);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "no\n");
+  EXPECT_EQ(Program::answer({.command = Command::about}), std::nullopt);
+}
+
+}  // namespace
+}  // namespace vantorel
