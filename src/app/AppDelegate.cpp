@@ -1,16 +1,13 @@
 #include "app/AppDelegate.h"
 
 #include <QApplication>
+#include <QWidget>
 #include <algorithm>
 #include <string>
 #include <utility>
 
-#include "app/HelpPanel.h"
-#include "app/PrivacyPolicyPanel.h"
-#include "app/ShortcutPanel.h"
-#include "app/StatusMenuPopup.h"
-#include "chrome/SheetWindow.h"
 #include "paste/PasteOutcome.h"
+#include "text/Unicode.h"
 
 namespace vantorel {
 
@@ -18,6 +15,9 @@ namespace {
 
 constexpr std::string_view storageUnavailable =
     "Secure storage is unavailable. Clipboard monitoring is paused.";
+constexpr Seconds fifteenMinutes{900};
+constexpr Seconds oneHour{3'600};
+constexpr Seconds aDay{86'400};  // from now, whatever the time of the day is
 
 /// Notices do not count: they come and go by themselves.
 bool hasVisibleWindows() {
@@ -25,6 +25,11 @@ bool hasVisibleWindows() {
   return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
     return window->isVisible() && window->windowType() != Qt::ToolTip;
   });
+}
+
+ChromeServices chromeServices(const Desktop& desktop) {
+  return {desktop.dispatch, desktop.screens, desktop.accessibility, desktop.backdrops,
+          &desktop.spaces};
 }
 
 }  // namespace
@@ -37,36 +42,36 @@ AppDelegate::AppDelegate(const Desktop& desktop)
               desktop.recognition, *recognitionQueue_},
              std::nullopt, nullptr, ClipStoreLimits{}),
       privacy_(desktop.defaults, desktop.dispatch),
-      toast_(chromeServices()),
+      toast_(chromeServices(desktop)),
       hotKey_(desktop.hotKeys, desktop.defaults, desktop.dispatch),
       focus_(desktop.workspace, desktop.dispatch),
-      pauseExpiry_(privacy_, desktop.dispatch) {}
+      statusItem_(desktop_, chromeServices(desktop), privacy_, focus_, *this),
+      windows_(desktop_, chromeServices(desktop), hotKey_) {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
-  configureMenuBar();
+  statusItem_.configureMenuBar();
   configureHotKey();
   hotKey_.registerHotKey();
   configureServices();
+  configureWindows();
   focus_.startFocusTracking();
   if (store_.secureStorage() && store_.persistenceIsReady()) {
     watcher().start();
   } else {
     show(storageUnavailable);
   }
-  showFirstLaunchHelpIfNeeded();
+  windows_.showFirstLaunchHelpIfNeeded();
   warmUp();
 }
 
 void AppDelegate::applicationWillTerminate() {
   watcher().stop();
-  onboarding_.reset();
-  closeShortcutPanel();
+  windows_.stop();
   hotKey_.unregisterHotKey();
   focus_.stop();
-  pauseExpiry_.stop();
-  desktop_.statusItem.hide();
+  statusItem_.stop();
 }
 
 void AppDelegate::applicationShouldHandleReopen() {
@@ -78,30 +83,89 @@ void AppDelegate::openHistory() { panelController().toggle(focus_.currentPasteTa
 void AppDelegate::openSearch() { panelController().openSearch(focus_.currentPasteTarget()); }
 
 void AppDelegate::configureHotKey() {
-  const std::weak_ptr<bool> alive = alive_;
-  hotKey_.onNotice = [this, alive](std::string_view notice) {
-    if (!alive.expired()) show(notice);
-  };
-  hotKey_.onPressed = [this, alive] {
-    if (!alive.expired() && !recordPressedShortcut()) openHistory();
+  hotKey_.onNotice = [this](std::string_view notice) { show(notice); };
+  hotKey_.onPressed = [this] {
+    if (!windows_.recordPressedShortcut()) openHistory();
   };
 }
 
 void AppDelegate::configureServices() {
-  const std::weak_ptr<bool> alive = alive_;
-  store_.onChange = [this, alive] {
-    if (!alive.expired()) panelController().refreshIfVisible();
-  };
-  store_.onSearchIndexChange = [this, alive] {
-    if (!alive.expired()) panelController().refreshSearchIfVisible();
-  };
-  pasteController().onInternalPasteboardWrite = [this, alive] {
-    if (!alive.expired()) watcher().noteOwnWrite();
-  };
-  pasteController().onOutcome = [this, alive](PasteOutcome outcome) {
-    if (alive.expired()) return;
+  store_.onChange = [this] { panelController().refreshIfVisible(); };
+  store_.onSearchIndexChange = [this] { panelController().refreshSearchIfVisible(); };
+  pasteController().onInternalPasteboardWrite = [this] { watcher().noteOwnWrite(); };
+  pasteController().onOutcome = [this](PasteOutcome outcome) {
     if (const auto text = notice(outcome)) show(*text);
   };
+}
+
+void AppDelegate::configureWindows() {
+  windows_.onNotice = [this](std::string_view notice) { show(notice); };
+  windows_.onToggleLaunchAtLogin = [this] { toggleLaunchAtLogin(); };
+  windows_.onClear = [this](bool includingPinned) { clearHistory(includingPinned); };
+}
+
+void AppDelegate::pauseFifteenMinutes() {
+  pause(fifteenMinutes, "Clipboard history paused for 15 minutes.");
+}
+
+void AppDelegate::pauseOneHour() { pause(oneHour, "Clipboard history paused for 1 hour."); }
+
+void AppDelegate::pauseUntilTomorrow() { pause(aDay, "Clipboard history paused until tomorrow."); }
+
+void AppDelegate::pause(Seconds interval, std::string_view notice) {
+  privacy_.setPausedUntil(advanced(desktop_.dispatch.now(), interval));
+  statusItem_.refreshStatusItem();
+  show(notice);
+}
+
+// What was copied meanwhile stays unrecorded.
+void AppDelegate::resumeHistory() {
+  privacy_.setPausedUntil(std::nullopt);
+  watcher().advanceLastChangeCount();
+  statusItem_.refreshStatusItem();
+  show("Clipboard history resumed.");
+}
+
+void AppDelegate::togglePasswordManagerPrivacy() {
+  static constexpr auto key = PrivacyPreferences::ignorePasswordManagersKey;
+  const auto ignores = [this] { return desktop_.defaults.boolean(key).value_or(false); };
+  desktop_.defaults.set(key, !ignores());
+  show(ignores() ? "Password managers will be ignored." : "Password manager history enabled.");
+}
+
+void AppDelegate::excludeCurrentApp() {
+  const auto& target = focus_.lastPasteTarget();
+  if (!target || !target->bundleIdentifier) return;
+  auto excluded = privacy_.excludedBundleIds();
+  excluded.insert(lowerCased(*target->bundleIdentifier));
+  privacy_.setExcludedBundleIds(excluded);
+  show(target->localizedName.value_or("App") + " excluded from history.");
+}
+
+void AppDelegate::removeExcludedApp(const std::string& bundleIdentifier) {
+  auto excluded = privacy_.excludedBundleIds();
+  excluded.erase(bundleIdentifier);
+  privacy_.setExcludedBundleIds(excluded);
+  show("App included in clipboard history.");
+}
+
+void AppDelegate::toggleLaunchAtLogin() {
+  const auto status = desktop_.loginItem.status();
+  if (status == LoginItem::Status::unavailable) return;
+  const bool wasEnabled = status == LoginItem::Status::enabled;
+  const bool done =
+      wasEnabled ? desktop_.loginItem.unregisterItem() : desktop_.loginItem.registerItem();
+  if (!done) return show("Could not change Launch at Login.");
+  show(wasEnabled ? "Launch at Login disabled." : "Vantorel will launch at login.");
+}
+
+void AppDelegate::clearHistory(bool includingPinned) {
+  store_.clear(includingPinned);
+  show(includingPinned ? "All clipboard history cleared." : "History cleared. Pinned clips kept.");
+}
+
+void AppDelegate::quit() {
+  if (onQuit) onQuit();
 }
 
 void AppDelegate::show(std::string_view notice) { toast_.show(std::string(notice)); }
@@ -117,9 +181,7 @@ void AppDelegate::keepContents(const ClipItem& item, std::function<void()> done)
 
 // What the first opening of the panel needs is built while nobody waits for it.
 void AppDelegate::warmUp() {
-  desktop_.dispatch.async([this, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired()) panelController();
-  });
+  desktop_.dispatch.async(life_.guard([this] { panelController(); }));
 }
 
 ClipboardWatcher& AppDelegate::watcher() {
@@ -127,9 +189,8 @@ ClipboardWatcher& AppDelegate::watcher() {
     watcher_ = std::make_unique<ClipboardWatcher>(
         store_, privacy_,
         ClipboardServices{desktop_.pasteboard, desktop_.workspace, desktop_.dispatch});
-    watcher_->onContentsLost = [this, alive = std::weak_ptr(alive_)](
-                                   const ClipItem& item, const std::function<void()>& done) {
-      if (!alive.expired()) keepContents(item, done);
+    watcher_->onContentsLost = [this](const ClipItem& item, const std::function<void()>& done) {
+      keepContents(item, done);
     };
   }
   return *watcher_;

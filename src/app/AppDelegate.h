@@ -5,11 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "app/AppWindows.h"
 #include "app/ApplicationCommands.h"
 #include "app/FocusTracker.h"
 #include "app/HotKeyRegistration.h"
-#include "app/PauseExpiry.h"
-#include "app/StatusMenu.h"
+#include "app/StatusItemController.h"
+#include "base/Lifetime.h"
 #include "capture/ClipboardWatcher.h"
 #include "capture/PrivacyPreferences.h"
 #include "chrome/ToastPresenter.h"
@@ -19,12 +20,6 @@
 #include "store/ClipStore.h"
 
 namespace vantorel {
-
-class HelpPanel;
-class PrivacyPolicyPanel;
-class SheetWindow;
-class ShortcutPanel;
-class StatusMenuPopup;
 
 /// The application's one object: owns every long-lived service and wires them to one another.
 /// Main thread.
@@ -50,58 +45,34 @@ class AppDelegate : public ApplicationCommands {
 
   void openHistory() override;
   void openSearch() override;
-
-  // What the status menu does beside that. Each tells its result by a toast.
+  void showStatusMenu() override { statusItem_.showStatusMenu(); }
   void pauseFifteenMinutes() override;
   void pauseOneHour() override;
   void pauseUntilTomorrow() override;
   void resumeHistory() override;
   void togglePasswordManagerPrivacy() override;
-  /// Excludes the application that a paste would go to; nothing happens when there is none.
   void excludeCurrentApp() override;
   void removeExcludedApp(const std::string& bundleIdentifier) override;
   void toggleLaunchAtLogin() override;
-  /// Asks first; a question that is open already comes to the front.
-  void confirmClearHistory() override;
+  void showShortcutPanel() override { windows_.showShortcutPanel(); }
+  void confirmClearHistory() override { windows_.confirmClearHistory(); }
+  void showAbout() override { showHelpPanel(false); }
   void quit() override;
 
-  /// Pops the status menu up under the pointer, for desktops that show none.
-  void showStatusMenu() override;
-
-  // The recorder of the shortcut. Each of these is the end of a window where it applies.
-  void showShortcutPanel() override;
-  void closeShortcutPanel();
-  void resetShortcut();
-  void applyShortcut(const HotKeyShortcut& candidate);
-
-  // Help, and what it leads to. Showing one anew replaces the one that is open.
-  void showAbout() override { showHelpPanel(false); }
-  void showHelpPanel(bool isFirstLaunch);
-  void closeHelpPanel();
-  /// Whether the welcome of the first start is open or about to be: whoever starts the application
-  /// over has to show it again, for it comes only once by itself.
-  [[nodiscard]] bool isWelcoming() const { return welcoming_; }
-  void showPrivacyPolicy();
-  void closePrivacyPolicy();
-  void openAccessibilitySettings();
-  void helpLaunchAtLoginChanged();
+  void applyShortcut(const HotKeyShortcut& candidate) { windows_.applyShortcut(candidate); }
+  void showHelpPanel(bool isFirstLaunch) { windows_.showHelpPanel(isFirstLaunch); }
+  [[nodiscard]] bool isWelcoming() const { return windows_.isWelcoming(); }
+  void showPrivacyPolicy() { windows_.showPrivacyPolicy(); }
 
  private:
-  void configureMenuBar();
-  [[nodiscard]] StatusMenuState statusMenuState();
-  void showStatusMenu(Point at);
-  void refreshStatusItem();
-  void clearHistory(bool includingPinned);
   void configureHotKey();
   void configureServices();
+  void configureWindows();
+  void clearHistory(bool includingPinned);
   void pause(Seconds interval, std::string_view notice);
   void show(std::string_view notice);
   void keepContents(const ClipItem& item, std::function<void()> done);
   void warmUp();
-  void showFirstLaunchHelpIfNeeded();
-  /// The registered shortcut was pressed while the recorder could not have the keyboard.
-  [[nodiscard]] bool recordPressedShortcut();
-  [[nodiscard]] ChromeServices chromeServices() const;
 
   // Built once, at the first use.
   ClipboardWatcher& watcher();
@@ -115,19 +86,12 @@ class AppDelegate : public ApplicationCommands {
   ToastPresenter toast_;
   HotKeyRegistration hotKey_;
   FocusTracker focus_;
-  PauseExpiry pauseExpiry_;
   std::unique_ptr<PasteController> pasteController_;
   std::unique_ptr<ClipboardWatcher> watcher_;
   std::unique_ptr<HistoryPanelController> panelController_;
-  std::unique_ptr<Timer> onboarding_;
-  bool welcoming_ = false;
-  std::unique_ptr<StatusMenuPopup> statusMenu_;
-  std::unique_ptr<SheetWindow> clearQuestion_;
-  std::unique_ptr<ShortcutPanel> shortcutPanel_;
-  std::unique_ptr<HelpPanel> helpPanel_;
-  std::unique_ptr<PrivacyPolicyPanel> privacyPanel_;
-  /// Callbacks hold it weakly and do nothing once it is gone.
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  StatusItemController statusItem_;
+  AppWindows windows_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

@@ -1,13 +1,16 @@
+#include "app/AppWindows.h"
+
 #include <QCoreApplication>
 #include <cmath>
-#include <memory>
 #include <optional>
+#include <string>
 
-#include "app/AppDelegate.h"
 #include "app/HelpPanel.h"
 #include "app/PrivacyPolicyPanel.h"
 #include "app/ShortcutPanel.h"
 #include "chrome/AccompanyingWindow.h"
+#include "chrome/CheckBox.h"
+#include "chrome/SheetWindow.h"
 
 namespace vantorel {
 namespace {
@@ -17,6 +20,7 @@ constexpr Seconds onboardingDelay{0.3};
 constexpr std::string_view unavailablePrompt = "That shortcut is unavailable. Try another.";
 constexpr std::string_view canPaste = "This desktop allows automatic paste.";
 constexpr std::string_view cannotPaste = "No automatic paste here. Press ⌘V to paste.";
+// What the first windows that were shipped say when a build carries no version.
 constexpr auto versionWithoutOne = "0.3.1";
 
 void showInTheMiddle(VantorelPanel& panel, const Desktop& desktop) {
@@ -29,7 +33,7 @@ void showInTheMiddle(VantorelPanel& panel, const Desktop& desktop) {
   panel.makeKeyAndOrderFront();
 }
 
-/// The window may be what is calling: it goes once it has come to rest.
+/// The call may come from the window itself, so it is deleted in a later turn.
 template <class Window>
 void closeWindow(std::unique_ptr<Window>& window) {
   if (!window) return;
@@ -50,16 +54,16 @@ std::string programVersion() {
 
 }  // namespace
 
-ChromeServices AppDelegate::chromeServices() const {
-  return {desktop_.dispatch, desktop_.screens, desktop_.accessibility, desktop_.backdrops,
-          &desktop_.spaces};
-}
+AppWindows::AppWindows(const Desktop& desktop, const ChromeServices& chrome,
+                       HotKeyRegistration& hotKey)
+    : desktop_(desktop), chrome_(chrome), hotKey_(hotKey) {}
 
-void AppDelegate::showShortcutPanel() {
+AppWindows::~AppWindows() = default;
+
+void AppWindows::showShortcutPanel() {
   closeShortcutPanel();
-  shortcutPanel_ =
-      std::make_unique<ShortcutPanel>(chromeServices(), desktop_.keyboardGrabs,
-                                      desktop_.keyCodeForScanCode, hotKey_.shortcut().display());
+  shortcutPanel_ = std::make_unique<ShortcutPanel>(
+      chrome_, desktop_.keyboardGrabs, desktop_.keyCodeForScanCode, hotKey_.shortcut().display());
   shortcutPanel_->onRecorded = [this](const HotKeyShortcut& candidate) {
     applyShortcut(candidate);
   };
@@ -68,11 +72,11 @@ void AppDelegate::showShortcutPanel() {
   showInTheMiddle(*shortcutPanel_, desktop_);
 }
 
-void AppDelegate::closeShortcutPanel() { closeWindow(shortcutPanel_); }
+void AppWindows::closeShortcutPanel() { closeWindow(shortcutPanel_); }
 
-void AppDelegate::resetShortcut() { applyShortcut({}); }
+void AppWindows::resetShortcut() { applyShortcut({}); }
 
-void AppDelegate::applyShortcut(const HotKeyShortcut& candidate) {
+void AppWindows::applyShortcut(const HotKeyShortcut& candidate) {
   switch (hotKey_.apply(candidate)) {
     case HotKeyRegistration::ApplyResult::unchanged:
       return closeShortcutPanel();
@@ -85,31 +89,31 @@ void AppDelegate::applyShortcut(const HotKeyShortcut& candidate) {
   const auto display = hotKey_.shortcut().display();
   if (helpPanel_) helpPanel_->setShortcut(display);
   closeShortcutPanel();
-  show("Shortcut set to " + display);
+  onNotice("Shortcut set to " + display);
 }
 
-bool AppDelegate::recordPressedShortcut() {
+bool AppWindows::recordPressedShortcut() {
   if (!shortcutPanel_) return false;
   applyShortcut(HotKeyShortcut(hotKey_.shortcut()));
   return true;
 }
 
-void AppDelegate::showFirstLaunchHelpIfNeeded() {
+void AppWindows::showFirstLaunchHelpIfNeeded() {
   if (desktop_.defaults.boolean(didShowOnboardingKey).value_or(false)) return;
   desktop_.defaults.set(didShowOnboardingKey, true);
   welcoming_ = true;
   onboarding_ = desktop_.dispatch.after(onboardingDelay, [this] { showHelpPanel(true); });
 }
 
-void AppDelegate::showHelpPanel(bool isFirstLaunch) {
+void AppWindows::showHelpPanel(bool isFirstLaunch) {
   closeHelpPanel();
   welcoming_ = isFirstLaunch;
   const HelpPanel::Facts facts{hotKey_.shortcut().display(),
                                desktop_.input.isTrusted(TrustPrompt::none),
                                launchesAtLogin(desktop_.loginItem), programVersion()};
   helpPanel_ = std::make_unique<HelpPanel>(
-      chromeServices(),
-      isFirstLaunch ? HelpPanel::Occasion::firstLaunch : HelpPanel::Occasion::about, facts);
+      chrome_, isFirstLaunch ? HelpPanel::Occasion::firstLaunch : HelpPanel::Occasion::about,
+      facts);
   helpPanel_->onChangeShortcut = [this] { showShortcutPanel(); };
   helpPanel_->onAccessibilitySettings = [this] { openAccessibilitySettings(); };
   helpPanel_->onLaunchAtLoginChanged = [this] { helpLaunchAtLoginChanged(); };
@@ -118,31 +122,57 @@ void AppDelegate::showHelpPanel(bool isFirstLaunch) {
   showInTheMiddle(*helpPanel_, desktop_);
 }
 
-void AppDelegate::closeHelpPanel() {
+void AppWindows::closeHelpPanel() {
   welcoming_ = false;
   closeWindow(helpPanel_);
 }
 
 // There is nothing to switch on here: the window system lets programs press keys, or it does not.
 // So the button looks again and says which.
-void AppDelegate::openAccessibilitySettings() {
+void AppWindows::openAccessibilitySettings() {
   const bool trusted = desktop_.input.isTrusted(TrustPrompt::ask);
   if (helpPanel_) helpPanel_->setAutomaticPaste(trusted);
-  show(trusted ? canPaste : cannotPaste);
+  onNotice(trusted ? canPaste : cannotPaste);
 }
 
-void AppDelegate::helpLaunchAtLoginChanged() {
-  toggleLaunchAtLogin();
+void AppWindows::helpLaunchAtLoginChanged() {
+  onToggleLaunchAtLogin();
   if (helpPanel_) helpPanel_->setLaunchAtLogin(launchesAtLogin(desktop_.loginItem));
 }
 
-void AppDelegate::showPrivacyPolicy() {
+void AppWindows::showPrivacyPolicy() {
   closePrivacyPolicy();
-  privacyPanel_ = std::make_unique<PrivacyPolicyPanel>(chromeServices(), bundledPrivacyPolicy());
+  privacyPanel_ = std::make_unique<PrivacyPolicyPanel>(chrome_, bundledPrivacyPolicy());
   privacyPanel_->onClose = [this] { closePrivacyPolicy(); };
   showInTheMiddle(*privacyPanel_, desktop_);
 }
 
-void AppDelegate::closePrivacyPolicy() { closeWindow(privacyPanel_); }
+void AppWindows::closePrivacyPolicy() { closeWindow(privacyPanel_); }
+
+void AppWindows::confirmClearHistory() {
+  if (clearQuestion_) {
+    clearQuestion_->raise();
+    return clearQuestion_->activateWindow();
+  }
+  clearQuestion_ = std::make_unique<SheetWindow>(
+      SheetWindow::Question{"Clear Clipboard History?",
+                            "Removes history and image previews. Pinned clips are kept unless you "
+                            "include them below.",
+                            "Clear", "Cancel", SheetWindow::Style::warning},
+      chrome_, nullptr);
+  auto* pinnedToo = new CheckBox("Also delete pinned clips", clearQuestion_.get());
+  clearQuestion_->setAccessory(pinnedToo);
+  clearQuestion_->onFinished = [this, pinnedToo](SheetWindow::Answer answer) {
+    const bool includingPinned = pinnedToo->isChecked();
+    clearQuestion_.release()->deleteLater();  // it is what is calling
+    if (answer == SheetWindow::Answer::accepted) onClear(includingPinned);
+  };
+  clearQuestion_->begin(pinnedToo);
+}
+
+void AppWindows::stop() {
+  onboarding_.reset();
+  closeShortcutPanel();
+}
 
 }  // namespace vantorel

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "app/HotKeyRegistration.h"
+#include "chrome/ChromeServices.h"
+#include "platform/Desktop.h"
+
+namespace vantorel {
+
+class HelpPanel;
+class PrivacyPolicyPanel;
+class SheetWindow;
+class ShortcutPanel;
+
+/// The windows beside the history panel, at most one of each: the recorder of the shortcut, the
+/// help and the privacy policy that it leads to, the question before the history is cleared.
+/// Main thread.
+class AppWindows {
+ public:
+  /// All outlive this object.
+  AppWindows(const Desktop& desktop, const ChromeServices& chrome, HotKeyRegistration& hotKey);
+  ~AppWindows();
+  AppWindows(const AppWindows&) = delete;
+  AppWindows& operator=(const AppWindows&) = delete;
+
+  // Wired before a window is shown.
+  std::function<void(std::string_view)> onNotice;  // what the user should be told
+  std::function<void()> onToggleLaunchAtLogin;
+  std::function<void(bool includingPinned)> onClear;
+
+  void showShortcutPanel();
+  void closeShortcutPanel();
+  void resetShortcut();
+  void applyShortcut(const HotKeyShortcut& candidate);
+  /// The registered shortcut was pressed: whether it is recorded, since the recorder could not have
+  /// the keyboard.
+  [[nodiscard]] bool recordPressedShortcut();
+
+  /// At the first start of all, a moment later.
+  void showFirstLaunchHelpIfNeeded();
+  /// Replaces the help that is open.
+  void showHelpPanel(bool isFirstLaunch);
+  void closeHelpPanel();
+  /// Whether the welcome of the first start is open or about to be: whoever starts the application
+  /// over has to show it again, for it comes only once by itself.
+  [[nodiscard]] bool isWelcoming() const { return welcoming_; }
+  void openAccessibilitySettings();
+  void helpLaunchAtLoginChanged();
+  void showPrivacyPolicy();
+  void closePrivacyPolicy();
+
+  /// A question that is open already comes to the front.
+  void confirmClearHistory();
+
+  /// Gives the keyboard back, and shows no welcome any more.
+  void stop();
+
+ private:
+  const Desktop& desktop_;
+  const ChromeServices chrome_;
+  HotKeyRegistration& hotKey_;
+  std::unique_ptr<Timer> onboarding_;
+  bool welcoming_ = false;
+  std::unique_ptr<SheetWindow> clearQuestion_;
+  std::unique_ptr<ShortcutPanel> shortcutPanel_;
+  std::unique_ptr<HelpPanel> helpPanel_;
+  std::unique_ptr<PrivacyPolicyPanel> privacyPanel_;
+};
+
+}  // namespace vantorel
