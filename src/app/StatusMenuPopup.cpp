@@ -75,7 +75,7 @@ void StatusMenuPopup::add(VantorelMenu& menu, const MenuRow& row) {
   });
 }
 
-// The menu may be what is calling: it goes once it has come to rest.
+// The call may come from the menu itself, so it is deleted in a later turn.
 void StatusMenuPopup::retire() {
   nextAttempt_.reset();
   if (!menu_) return;

@@ -20,15 +20,15 @@ class NumberedMenu {
     std::vector<int> children;
   };
 
-  /// True when the menu is another one than before.
+  /// Whether that has changed the menu.
   bool setRows(std::vector<MenuRow> rows);
 
   /// Grows with each change.
   [[nodiscard]] unsigned revision() const { return revision_; }
   /// Null for a number that is not in the menu. The root has an empty row.
   [[nodiscard]] const Entry* entry(int id) const;
-  /// The row with that number, also when it has left the menu with the last change: somebody may
-  /// have the former menu before his eyes.
+  /// The row with that number, also when it has left the menu with the last change: the user may
+  /// still be looking at the former menu.
   [[nodiscard]] std::optional<MenuRow> chosen(int id) const;
 
  private:

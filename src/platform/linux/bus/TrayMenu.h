@@ -26,7 +26,7 @@ class TrayMenu : public QObject, protected QDBusContext {
   std::function<std::vector<MenuRow>()> rows;
   std::function<void(const MenuRow&)> onChosen;
 
-  /// Asks for the rows, and tells the bar when they are others than before.
+  /// Asks for the rows, and tells the bar when they have changed; so does the answer.
   bool refresh();
 
   [[nodiscard]] static uint version() { return 3; }
@@ -41,7 +41,7 @@ class TrayMenu : public QObject, protected QDBusContext {
                                                          const QStringList& propertyNames);
   QDBusVariant GetProperty(int id, const QString& name);
   void Event(int id, const QString& eventId, const QDBusVariant& data, uint timestamp);
-  /// Answers the numbers that nothing is known by.
+  /// Answers the unknown numbers.
   QList<int> EventGroup(const QList<vantorel::TrayMenuEvent>& events);
   bool AboutToShow(int id);
   QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors);

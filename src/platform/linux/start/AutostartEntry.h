@@ -15,8 +15,8 @@ struct AutostartSurroundings {
   std::function<bool(const std::string&)> programExists;
 };
 
-/// The text of an autostart entry. Lines that need no change stay as they are, whatever they hold; a
-/// text that is no desktop entry counts as empty.
+/// The text of an autostart entry. Lines that need no change stay as they are, whatever they hold;
+/// a text that is no desktop entry counts as empty.
 class AutostartEntry {
  public:
   explicit AutostartEntry(std::string_view text);

@@ -21,9 +21,9 @@ struct AutostartPlaces {
   [[nodiscard]] static AutostartPlaces fromEnvironment(const EnvironmentLookup& lookup);
 };
 
-/// An entry of this program's name in the user's autostart directory, which overrides the machine's.
-/// Switched off it stays there, hidden, with all that the user or a desktop wrote into it. A user's
-/// entry that cannot be read is never replaced.
+/// An entry of this program's name in the user's autostart directory, which overrides the
+/// machine's. Switched off it stays there, hidden, with all that the user or a desktop wrote into
+/// it. A user's entry that cannot be read is never replaced.
 class AutostartLoginItem : public LoginItem {
  public:
   static constexpr std::uint64_t maximumFileSize = 64U << 10;
