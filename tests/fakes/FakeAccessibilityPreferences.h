@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/AccessibilityPreferences.h"
-#include "platform/ChangeObservers.h"
+#include "platform/Observers.h"
 
 namespace vantorel {
 

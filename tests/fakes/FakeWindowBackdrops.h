@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "platform/ChangeObservers.h"
+#include "platform/Observers.h"
 #include "platform/WindowBackdrops.h"
 
 namespace vantorel {

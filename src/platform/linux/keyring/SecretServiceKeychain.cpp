@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/MainQueue.h"
 #include "platform/linux/glib/GlibThread.h"
 #include "platform/linux/keyring/KeyringCall.h"
 #include "platform/linux/keyring/KeyringItems.h"
@@ -32,10 +33,9 @@ bool same(const KeychainQuery& a, const KeychainQuery& b) {
 /// Everything that lives on the keyring's thread, and that thread.
 class SecretServiceKeychain::Worker {
  public:
-  Worker(Dispatch& dispatch, std::weak_ptr<std::function<void()>> onUnlocked)
-      : dispatch_(dispatch),
-        onUnlocked_(std::move(onUnlocked)),
-        thread_("keyring", [this] { service_.reset(); }) {}
+  /// `unlocked` is called on the thread.
+  explicit Worker(std::function<void()> unlocked)
+      : unlocked_(std::move(unlocked)), thread_("keyring", [this] { service_.reset(); }) {}
 
   /// Runs `work` on the thread; each of its steps ends before `deadline`.
   void post(Deadline deadline, std::function<void(KeyringService&)> work) {
@@ -65,15 +65,11 @@ class SecretServiceKeychain::Worker {
       const auto locked = service.isLocked(*collection);
       if (!locked || *locked) return;
       announced_ = true;
-      dispatch_.async([token = onUnlocked_] {
-        const auto handler = token.lock();
-        if (handler && *handler) (*handler)();
-      });
+      unlocked_();
     });
   }
 
-  Dispatch& dispatch_;
-  std::weak_ptr<std::function<void()>> onUnlocked_;
+  std::function<void()> unlocked_;
   std::unique_ptr<SecretServiceBus> service_;
   bool foundLocked_ = false;  // by the last lookup
   bool announced_ = false;
@@ -86,15 +82,17 @@ struct SecretServiceKeychain::Prepared {
   std::shared_ptr<KeyringCall<KeychainResult>> call;
 };
 
-SecretServiceKeychain::SecretServiceKeychain(Dispatch& dispatch)
-    : dispatch_(dispatch),
-      onUnlocked_(std::make_shared<std::function<void()>>()),
-      worker_(std::make_unique<Worker>(dispatch, onUnlocked_)) {}
+SecretServiceKeychain::SecretServiceKeychain(Dispatch& dispatch) : dispatch_(dispatch) {
+  worker_ = std::make_unique<Worker>(onMainQueue(dispatch, life_.guard([this] {
+    const auto handler = onUnlocked_;
+    if (handler) handler();
+  })));
+}
 
 SecretServiceKeychain::~SecretServiceKeychain() = default;
 
 void SecretServiceKeychain::onUnlocked(std::function<void()> handler) {
-  *onUnlocked_ = std::move(handler);
+  onUnlocked_ = std::move(handler);
 }
 
 void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,
@@ -110,12 +108,9 @@ void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,
     prepared_.push_back({std::move(query), deadline, std::move(call)});
   }
   // The thread works in order, and no step goes past the deadline: by then all are answered.
-  worker_->post(deadline, [this, ready = std::move(ready),
-                           token = std::weak_ptr(onUnlocked_)](KeyringService& /*service*/) {
-    dispatch_.async([ready, token] {
-      if (!token.expired() && ready) ready();
-    });
-  });
+  if (!ready) return;
+  worker_->post(deadline, [tell = onMainQueue(dispatch_, life_.guard(std::move(ready)))](
+                              KeyringService& /*service*/) { tell(); });
 }
 
 std::optional<KeychainResult> SecretServiceKeychain::takePrepared(const KeychainQuery& query) {

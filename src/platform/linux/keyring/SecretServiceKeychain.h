@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/Keychain.h"
 
@@ -51,9 +52,10 @@ class SecretServiceKeychain : public Keychain {
   [[nodiscard]] std::optional<KeychainResult> takePrepared(const KeychainQuery& query);
 
   Dispatch& dispatch_;
-  std::shared_ptr<std::function<void()>> onUnlocked_;  // its life is the weak token
+  std::function<void()> onUnlocked_;
   std::vector<Prepared> prepared_;
   std::unique_ptr<Worker> worker_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

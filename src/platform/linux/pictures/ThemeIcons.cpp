@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/MainQueue.h"
 #include "platform/linux/pictures/PictureReading.h"
 
 namespace vantorel {
@@ -57,11 +58,9 @@ void ThemeIcons::checkForChanges() {
 }
 
 void ThemeIcons::answerLater(Find find, Completion completion) {
-  queue_->async([this, find = std::move(find), completion = std::move(completion)]() mutable {
-    dispatch_.async([alive = std::weak_ptr(alive_), found = find(), completion] {
-      if (alive.lock()) completion(found);
-    });
-  });
+  queue_->async(
+      [find = std::move(find),
+       answer = onMainQueue(dispatch_, life_.guard(std::move(completion)))] { answer(find()); });
 }
 
 SharedBitmap ThemeIcons::picture(const std::filesystem::path& file, int side) const {

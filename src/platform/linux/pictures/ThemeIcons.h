@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/FileSystem.h"
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/Icons.h"
 #include "platform/Image.h"
@@ -71,10 +72,10 @@ class ThemeIcons : public Icons {
   FileQuestions questions_;
   KeptIcons applicationIcons_;
   KeptIcons typeIcons_;
-  KeptIcons extensionIcons_;       // the same pictures, found without the database of types
-  std::optional<Date> lastCheck_;  // main thread
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
-  std::unique_ptr<SerialQueue> queue_;  // last: it uses what is above
+  KeptIcons extensionIcons_;            // the same pictures, found without the database of types
+  std::optional<Date> lastCheck_;       // main thread
+  std::unique_ptr<SerialQueue> queue_;  // it uses what is above
+  Lifetime life_;
 };
 
 /// How many pixels an application's icon of a row's size needs on the sharpest of the screens.

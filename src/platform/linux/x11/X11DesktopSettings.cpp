@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/MainQueue.h"
 #include "platform/linux/x11/X11Property.h"
 #include "platform/linux/x11/XSettings.h"
 #include "text/Unicode.h"
@@ -56,9 +57,7 @@ std::unique_ptr<X11DesktopSettings> X11DesktopSettings::open(Dispatch& dispatch,
 
 X11DesktopSettings::X11DesktopSettings(Dispatch& dispatch,
                                        std::unique_ptr<X11Connection> connection)
-    : dispatch_(dispatch),
-      observers_(std::make_shared<ChangeObservers>()),
-      thread_(std::move(connection), "preferences") {
+    : thread_(std::move(connection), "preferences") {
   auto& x11 = thread_.connection();
   const auto screen = std::to_string(x11.screenNumber());
   compositorSelection_ = x11.atom("_NET_WM_CM_S" + screen);
@@ -71,13 +70,20 @@ X11DesktopSettings::X11DesktopSettings(Dispatch& dispatch,
   readCompositor();
   readBlur();
   followManager();
-  thread_.start([this](const xcb_generic_event_t& event) { handle(event); }, [] {});
+  thread_.start(
+      [this, tell = onMainQueue(dispatch, life_.guard([this] { observers_.notify(); }))](
+          const xcb_generic_event_t& event) {
+        const State before = state();
+        read(event);
+        if (state() != before) tell();
+      },
+      [] {});
 }
 
 X11DesktopSettings::~X11DesktopSettings() { thread_.stop(); }
 
 std::unique_ptr<Observation> X11DesktopSettings::observe(std::function<void()> changed) const {
-  return observers_->add(std::move(changed));
+  return observers_.add(std::move(changed));
 }
 
 X11DesktopSettings::State X11DesktopSettings::state() const {
@@ -161,15 +167,6 @@ void X11DesktopSettings::readSettings() {
   const std::lock_guard lock(mutex_);
   theme_ = theme;
   iconTheme_ = textOf(settings, "Net/IconThemeName");
-}
-
-void X11DesktopSettings::handle(const xcb_generic_event_t& event) {
-  const State before = state();
-  read(event);
-  if (state() == before) return;
-  dispatch_.async([observers = std::weak_ptr(observers_)] {
-    if (const auto alive = observers.lock()) alive->notify();
-  });
 }
 
 /// What the event says to have changed.

@@ -5,9 +5,10 @@
 #include <mutex>
 #include <string>
 
+#include "base/Lifetime.h"
 #include "platform/AccessibilityPreferences.h"
-#include "platform/ChangeObservers.h"
 #include "platform/Dispatch.h"
+#include "platform/Observers.h"
 #include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {
@@ -51,7 +52,6 @@ class X11DesktopSettings : public AccessibilityPreferences {
 
   void watchSelections();
   void watchRoot();
-  void handle(const xcb_generic_event_t& event);
   void read(const xcb_generic_event_t& event);
   void readCompositor();
   void readBlur();
@@ -64,8 +64,7 @@ class X11DesktopSettings : public AccessibilityPreferences {
   std::atomic<bool> composited_ = false;
   std::atomic<bool> announcesBlur_ = false;
 
-  Dispatch& dispatch_;
-  std::shared_ptr<ChangeObservers> observers_;  // its contents belong to the main thread
+  mutable ChangeObservers observers_;  // main thread
   mutable std::mutex mutex_;
   std::string theme_;      // guarded
   std::string iconTheme_;  // guarded
@@ -78,6 +77,7 @@ class X11DesktopSettings : public AccessibilityPreferences {
   xcb_atom_t supportedProperty_;            // what the window manager and the compositor understand
   xcb_window_t manager_ = XCB_WINDOW_NONE;  // of the settings; on the thread
   std::uint8_t fixesEvent_ = 0;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "base/Lifetime.h"
+#include "platform/MainQueue.h"
 #include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {
@@ -15,17 +17,14 @@ constexpr std::uint32_t rightButton = 3;
 
 class MouseDownMonitor : public Observation {
  public:
-  MouseDownMonitor(Dispatch& dispatch, std::unique_ptr<X11Connection> connection,
-                   std::function<void()> handler)
-      : dispatch_(dispatch),
-        handler_(std::make_shared<std::function<void()>>(std::move(handler))),
-        thread_(std::move(connection), "mouse monitor") {}
+  explicit MouseDownMonitor(std::unique_ptr<X11Connection> connection)
+      : thread_(std::move(connection), "mouse monitor") {}
   ~MouseDownMonitor() override { thread_.stop(); }
   MouseDownMonitor(const MouseDownMonitor&) = delete;
   MouseDownMonitor& operator=(const MouseDownMonitor&) = delete;
 
   /// False when the server does not report raw presses.
-  [[nodiscard]] bool begin() {
+  [[nodiscard]] bool begin(Dispatch& dispatch, std::function<void()> handler) {
     auto& connection = thread_.connection();
     const auto* extension = connection.extension(xcb_input_id);
     if (extension == nullptr) return false;
@@ -35,7 +34,12 @@ class MouseDownMonitor : public Observation {
     // Before 2.1 a grab by another client hides the presses.
     if (!version || version->major_version < 2) return false;
     if (!select(connection)) return false;
-    thread_.start([this](const xcb_generic_event_t& event) { handle(event); }, [] {});
+    thread_.start(
+        [this, tell = onMainQueue(dispatch, life_.guard(std::move(handler)))](
+            const xcb_generic_event_t& event) {
+          if (isMouseDown(event)) tell();
+        },
+        [] {});
     return true;
   }
 
@@ -50,21 +54,19 @@ class MouseDownMonitor : public Observation {
     return !connection.error(cookie) && !connection.broken();
   }
 
-  void handle(const xcb_generic_event_t& event) const {
-    if ((event.response_type & 0x7FU) != XCB_GE_GENERIC) return;
+  [[nodiscard]] bool isMouseDown(const xcb_generic_event_t& event) const {
+    if ((event.response_type & 0x7FU) != XCB_GE_GENERIC) return false;
     const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
-    if (generic.extension != opcode_ || generic.event_type != XCB_INPUT_RAW_BUTTON_PRESS) return;
+    if (generic.extension != opcode_ || generic.event_type != XCB_INPUT_RAW_BUTTON_PRESS) {
+      return false;
+    }
     const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-    if (press.detail != leftButton && press.detail != rightButton) return;
-    dispatch_.async([weak = std::weak_ptr(handler_)] {
-      if (const auto handler = weak.lock()) (*handler)();
-    });
+    return press.detail == leftButton || press.detail == rightButton;
   }
 
-  Dispatch& dispatch_;
-  std::shared_ptr<std::function<void()>> handler_;
   X11Thread thread_;
   std::uint8_t opcode_ = 0;
+  Lifetime life_;
 };
 
 }  // namespace
@@ -76,9 +78,8 @@ std::unique_ptr<Observation> X11EventMonitors::addGlobalMouseDownMonitor(
     std::function<void()> handler) {
   auto connection = X11Connection::open(display_);
   if (!connection) return nullptr;
-  auto monitor =
-      std::make_unique<MouseDownMonitor>(dispatch_, std::move(connection), std::move(handler));
-  if (!monitor->begin()) return nullptr;
+  auto monitor = std::make_unique<MouseDownMonitor>(std::move(connection));
+  if (!monitor->begin(dispatch_, std::move(handler))) return nullptr;
   return monitor;
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/MainQueue.h"
+
 namespace vantorel {
 
 std::unique_ptr<X11HotKeys> X11HotKeys::open(Dispatch& dispatch, const std::string& display) {
@@ -13,43 +15,40 @@ std::unique_ptr<X11HotKeys> X11HotKeys::open(Dispatch& dispatch, const std::stri
 }
 
 X11HotKeys::X11HotKeys(Dispatch& dispatch, std::unique_ptr<X11Connection> connection)
-    : dispatch_(dispatch),
-      registrations_(std::make_shared<Registrations>()),
-      grabber_(std::move(connection), [this](HotKeyRef reference) { announce(reference); }) {}
+    : grabber_(std::move(connection),
+               onMainQueue(dispatch,
+                           life_.guard([this](HotKeyRef reference) { announce(reference); }))) {}
 
 X11HotKeys::~X11HotKeys() = default;
 
 bool X11HotKeys::installHandler(std::function<void(HotKeyId)> handler) {
   if (!grabber_.isAvailable()) return false;
-  registrations_->handler = std::move(handler);
+  handler_ = std::move(handler);
   return true;
 }
 
-void X11HotKeys::removeHandler() { registrations_->handler = nullptr; }
+void X11HotKeys::removeHandler() { handler_ = nullptr; }
 
 std::optional<HotKeyRef> X11HotKeys::registerHotKey(KeyCode keyCode, HotKeyModifiers modifiers,
                                                     HotKeyId id) {
   const HotKeyRef reference = lastReference_ + 1;
   if (!grabber_.add(reference, {keyCode, modifiers})) return std::nullopt;
   lastReference_ = reference;
-  registrations_->ids.emplace(reference, id);
+  ids_.emplace(reference, id);
   return reference;
 }
 
 void X11HotKeys::unregisterHotKey(HotKeyRef reference) {
-  if (registrations_->ids.erase(reference) != 0) grabber_.remove(reference);
+  if (ids_.erase(reference) != 0) grabber_.remove(reference);
 }
 
 void X11HotKeys::announce(HotKeyRef reference) const {
-  dispatch_.async([weak = std::weak_ptr(registrations_), reference] {
-    const auto registrations = weak.lock();
-    if (!registrations || !registrations->handler) return;
-    const auto found = registrations->ids.find(reference);
-    if (found == registrations->ids.end()) return;
-    // The handler may be replaced while it runs.
-    const auto handler = registrations->handler;
-    handler(found->second);
-  });
+  const auto found = ids_.find(reference);
+  if (!handler_ || found == ids_.end()) return;
+  // The handler may be replaced, and the shortcut given back, while it runs.
+  const auto handler = handler_;
+  const HotKeyId id = found->second;
+  handler(id);
 }
 
 }  // namespace vantorel

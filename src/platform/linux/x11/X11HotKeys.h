@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/HotKeys.h"
 #include "platform/linux/x11/X11KeyGrabber.h"
@@ -28,19 +29,14 @@ class X11HotKeys : public HotKeys {
   void unregisterHotKey(HotKeyRef reference) override;
 
  private:
-  /// Belongs to the main thread; presses on their way to it hold it weakly.
-  struct Registrations {
-    std::function<void(HotKeyId)> handler;
-    std::map<HotKeyRef, HotKeyId> ids;
-  };
-
   X11HotKeys(Dispatch& dispatch, std::unique_ptr<X11Connection> connection);
   void announce(HotKeyRef reference) const;
 
-  Dispatch& dispatch_;
-  std::shared_ptr<Registrations> registrations_;
+  std::function<void(HotKeyId)> handler_;
+  std::map<HotKeyRef, HotKeyId> ids_;
   HotKeyRef lastReference_ = 0;
-  X11KeyGrabber grabber_;  // last: its thread uses what is above
+  Lifetime life_;          // before what it is given to
+  X11KeyGrabber grabber_;  // its thread tells of presses
 };
 
 }  // namespace vantorel

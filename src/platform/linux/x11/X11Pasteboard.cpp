@@ -1,10 +1,10 @@
 #include "platform/linux/x11/X11Pasteboard.h"
 
 #include <algorithm>
-#include <atomic>
 #include <future>
 #include <utility>
 
+#include "platform/MainQueue.h"
 #include "platform/linux/windows/ImagePreparation.h"
 #include "platform/linux/windows/PasteboardTargets.h"
 
@@ -58,21 +58,19 @@ bool X11Pasteboard::start() {
   if (!service_) return false;
   imageQueue_ = services_.dispatch.serialQueue("com.vantorel.pasteboard-images");
   thread_.start([this](const xcb_generic_event_t& event) { service_->handle(event); },
-                [this, main = std::weak_ptr(main_), &dispatch = services_.dispatch] {
+                [this, tell = onMainQueue(services_.dispatch, life_.guard([this] {
+                         announces_ = false;
+                         const auto handler = onAnnouncing_;
+                         if (handler) handler();
+                       }))] {
                   service_->handleLoss();
-                  dispatch.async([main] {
-                    const auto side = main.lock();
-                    if (!side) return;
-                    side->announces = false;
-                    const auto handler = side->onAnnouncing;
-                    if (handler) handler();
-                  });
+                  tell();
                 });
   return true;
 }
 
 X11Pasteboard::~X11Pasteboard() {
-  main_.reset();
+  life_.end();
   if (service_) {
     const auto done = std::make_shared<std::promise<void>>();
     thread_.post([this, done] { service_->handOver([done] { done->set_value(); }); });
@@ -93,17 +91,9 @@ std::optional<ProcessId> X11Pasteboard::ownerProcess(ChangeCount change) const {
   return service_->ownerProcess(change);
 }
 
-void X11Pasteboard::setChangeHandler(std::function<void()> handler) {
-  main_->onChange = std::move(handler);
-}
-
-void X11Pasteboard::setOwnerExitHandler(std::function<void(ChangeCount)> handler) {
-  main_->onOwnerExit = std::move(handler);
-}
-
 void X11Pasteboard::setSaveHandler(SaveHandler handler) {
-  main_->onSave = std::move(handler);
-  const bool keeping = main_->onSave != nullptr;
+  onSave_ = std::move(handler);
+  const bool keeping = onSave_ != nullptr;
   // A toolkit in this process that ends asks the manager too, and would wait in vain for itself.
   (void)thread_.runAndWait([this, keeping] {
     if (keeping) {
@@ -115,48 +105,36 @@ void X11Pasteboard::setSaveHandler(SaveHandler handler) {
 }
 
 SelectionService::Observer X11Pasteboard::observer() {
-  const auto main = std::weak_ptr(main_);
-  const auto announced = std::make_shared<std::atomic<bool>>(false);
+  auto& dispatch = services_.dispatch;
   SelectionService::Observer observer;
-  observer.onForeignChange = [&dispatch = services_.dispatch, main, announced] {
-    if (announced->exchange(true)) return;
-    dispatch.async([main, announced] {
-      // First, so that a change from now on is announced again.
-      *announced = false;
-      const auto side = main.lock();
-      const auto handler = side ? side->onChange : nullptr;
-      if (handler) handler();
-    });
+  observer.onForeignChange = [this, tell = onMainQueue(dispatch, life_.guard([this] {
+                                      // First, so that a change from now on is announced again.
+                                      changeIsQueued_ = false;
+                                      const auto handler = onChange_;
+                                      if (handler) handler();
+                                    }))] {
+    if (!changeIsQueued_.exchange(true)) tell();
   };
-  observer.onOwnerExit = [&dispatch = services_.dispatch, main](ChangeCount change) {
-    dispatch.async([main, change] {
-      const auto side = main.lock();
-      const auto handler = side ? side->onOwnerExit : nullptr;
-      if (handler) handler(change);
-    });
-  };
-  observer.onSave = [this, &dispatch = services_.dispatch, main](ChangeCount change, Work done) {
-    const auto answered = [this, main, done = std::move(done)] {
-      if (!main.expired()) thread_.post(done);
-    };
-    dispatch.async([main, change, once = std::make_shared<Once>(answered)] {
-      const auto side = main.lock();
-      const auto handler = side ? side->onSave : nullptr;
-      if (handler) handler(change, [once] { once->run(); });
-    });
-  };
+  observer.onOwnerExit = onMainQueue(dispatch, life_.guard([this](ChangeCount change) {
+    const auto handler = onOwnerExit_;
+    if (handler) handler(change);
+  }));
+  observer.onSave = onMainQueue(dispatch, life_.guard([this](ChangeCount change, const Work& done) {
+    askToSave(change, done);
+  }));
   return observer;
+}
+
+void X11Pasteboard::askToSave(ChangeCount change, const Work& done) {
+  const auto once = std::make_shared<Once>(life_.guard([this, done] { thread_.post(done); }));
+  const auto handler = onSave_;
+  if (handler) handler(change, [once] { once->run(); });
 }
 
 /// `completion`, to be called on any thread and run on the main queue while the pasteboard lives.
 template <class Value>
 Pasteboard::Completion<Value> X11Pasteboard::delivery(Completion<Value> completion) const {
-  return [&dispatch = services_.dispatch, main = std::weak_ptr(main_),
-          completion = std::move(completion)](Value value) {
-    dispatch.async([main, completion, value = std::move(value)]() mutable {
-      if (!main.expired()) completion(std::move(value));
-    });
-  };
+  return onMainQueue(services_.dispatch, life_.guard(std::move(completion)));
 }
 
 void X11Pasteboard::readTypes(ChangeCount change,
@@ -300,10 +278,8 @@ bool X11Pasteboard::writeFileURLs(const std::vector<std::filesystem::path>& path
 void X11Pasteboard::clearContents() {
   if (!thread_.runAndWait([this] { service_->clear(); })) return;
   // In a later turn: what is written in this one replaces the contents in a single change.
-  services_.dispatch.async([this, main = std::weak_ptr(main_)] {
-    if (main.expired()) return;
-    thread_.post([this] { service_->publishEmptiness(); });
-  });
+  services_.dispatch.async(
+      life_.guard([this] { thread_.post([this] { service_->publishEmptiness(); }); }));
 }
 
 bool X11Pasteboard::alsoOfferPrimary() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -7,6 +8,7 @@
 #include <utility>
 
 #include "platform/CaptureLimits.h"
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/Pasteboard.h"
 #include "platform/linux/x11/SelectionService.h"
@@ -53,12 +55,14 @@ class X11Pasteboard : public Pasteboard {
   [[nodiscard]] ChangeCount changeCount() const override;
   [[nodiscard]] bool wroteContents(ChangeCount change) const override;
   [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const override;
-  [[nodiscard]] bool announcesEveryChange() const override { return main_->announces; }
+  [[nodiscard]] bool announcesEveryChange() const override { return announces_; }
   void setAnnouncingHandler(std::function<void()> handler) override {
-    main_->onAnnouncing = std::move(handler);
+    onAnnouncing_ = std::move(handler);
   }
-  void setChangeHandler(std::function<void()> handler) override;
-  void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override;
+  void setChangeHandler(std::function<void()> handler) override { onChange_ = std::move(handler); }
+  void setOwnerExitHandler(std::function<void(ChangeCount)> handler) override {
+    onOwnerExit_ = std::move(handler);
+  }
   void setSaveHandler(SaveHandler handler) override;
 
   void readTypes(ChangeCount change,
@@ -77,20 +81,11 @@ class X11Pasteboard : public Pasteboard {
   void clearContents() override;
 
  private:
-  /// What belongs to the main thread. Queued work, and the X thread, hold it weakly; only the main
-  /// thread looks inside.
-  struct MainSide {
-    bool announces = true;
-    std::function<void()> onAnnouncing;
-    std::function<void()> onChange;
-    std::function<void(ChangeCount)> onOwnerExit;
-    SaveHandler onSave;
-  };
-
   X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection, Limits limits);
   [[nodiscard]] bool start();
   [[nodiscard]] bool write(PasteboardContents contents);
   [[nodiscard]] SelectionService::Observer observer();
+  void askToSave(ChangeCount change, const Work& done);
   void readForeignImage(ChangeCount change, std::size_t skipped,
                         Completion<std::shared_ptr<const Image>> deliver);
   template <class Value>
@@ -98,10 +93,16 @@ class X11Pasteboard : public Pasteboard {
 
   Services services_;
   Limits limits_;
-  std::shared_ptr<MainSide> main_ = std::make_shared<MainSide>();
+  bool announces_ = true;
+  std::function<void()> onAnnouncing_;
+  std::function<void()> onChange_;
+  std::function<void(ChangeCount)> onOwnerExit_;
+  SaveHandler onSave_;
+  std::atomic<bool> changeIsQueued_ = false;
   X11Thread thread_;
   std::unique_ptr<SelectionService> service_;
   std::unique_ptr<SerialQueue> imageQueue_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

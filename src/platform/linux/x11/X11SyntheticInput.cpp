@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "platform/MainQueue.h"
+
 namespace vantorel {
 
 namespace {
@@ -38,12 +40,9 @@ std::optional<SyntheticKeyEvent> X11SyntheticInput::createKeyboardEvent(
 
 void X11SyntheticInput::post(const SyntheticKeyEvent& event, const RunningApplication& target,
                              std::function<void(KeyDelivery)> done) {
-  const auto answer = [&dispatch = dispatch_, alive = std::weak_ptr(alive_),
-                       done = std::move(done)](bool pressed) {
-    dispatch.async([alive, done, pressed] {
-      if (!alive.expired()) done(pressed ? KeyDelivery::delivered : KeyDelivery::failed);
-    });
-  };
+  const auto answer = onMainQueue(dispatch_, life_.guard([done = std::move(done)](bool pressed) {
+    done(pressed ? KeyDelivery::delivered : KeyDelivery::failed);
+  }));
   if (event.direction == KeyDirection::up || isModifier(event.keyCode)) {
     answer(true);  // a part of the chord whose key has its own answer
   } else {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/SyntheticInput.h"
 #include "platform/linux/x11/X11ChordPresser.h"
@@ -31,9 +31,8 @@ class X11SyntheticInput : public SyntheticInput {
 
  private:
   Dispatch& dispatch_;
-  std::shared_ptr<bool> alive_ =
-      std::make_shared<bool>(true);  // answers on their way hold it weakly
   X11ChordPresser presser_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

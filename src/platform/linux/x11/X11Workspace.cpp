@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/ApplicationId.h"
+#include "platform/MainQueue.h"
 
 namespace vantorel {
 
@@ -14,33 +15,6 @@ constexpr double startPrecision = 0.01;  // seconds
 
 }  // namespace
 
-using Handler = std::function<void(const RunningApplication&)>;
-
-/// Queued work, and the thread of the applications, hold it weakly.
-struct X11Workspace::MainSide {
-  std::vector<std::weak_ptr<Handler>> handlers;
-  bool announces = false;
-  std::function<void()> onAnnouncing;
-
-  void announce(const RunningApplication& application) {
-    std::erase_if(handlers, [](const auto& handler) { return handler.expired(); });
-    // A handler may end its own observation, or begin another.
-    const auto present = handlers;
-    for (const auto& weak : present) {
-      if (const auto handler = weak.lock()) (*handler)(application);
-    }
-  }
-};
-
-/// The observation keeps its handler alive; what is queued holds it weakly.
-class X11Workspace::Registration : public Observation {
- public:
-  explicit Registration(std::shared_ptr<Handler> handler) : handler_(std::move(handler)) {}
-
- private:
-  std::shared_ptr<Handler> handler_;
-};
-
 std::unique_ptr<X11Workspace> X11Workspace::open(Dispatch& dispatch, DesktopEntryPlaces places,
                                                  const std::string& display) {
   auto connection = X11Connection::open(display);
@@ -49,34 +23,23 @@ std::unique_ptr<X11Workspace> X11Workspace::open(Dispatch& dispatch, DesktopEntr
   workspace->applications_ = std::make_unique<X11Applications>(
       std::move(connection), std::move(places), workspace->observer());
   workspace->applications_->ask(
-      [&] { workspace->main_->announces = workspace->applications_->windows().announcesActive(); });
+      [&] { workspace->announces_ = workspace->applications_->windows().announcesActive(); });
   return workspace;
 }
 
-X11Workspace::X11Workspace(Dispatch& dispatch)
-    : dispatch_(dispatch), main_(std::make_shared<MainSide>()) {}
-
 X11Workspace::~X11Workspace() = default;
 
-X11Applications::Observer X11Workspace::observer() const {
-  const auto main = std::weak_ptr(main_);
+X11Applications::Observer X11Workspace::observer() {
   return {
       .onActivated =
-          [&dispatch = dispatch_, main](const RunningApplication& application) {
-            dispatch.async([main, application] {
-              if (const auto side = main.lock()) side->announce(application);
-            });
-          },
-      .onAnnouncing =
-          [&dispatch = dispatch_, main](bool announces) {
-            dispatch.async([main, announces] {
-              const auto side = main.lock();
-              if (!side) return;
-              side->announces = announces;
-              const auto handler = side->onAnnouncing;
-              if (handler) handler();
-            });
-          },
+          onMainQueue(dispatch_, life_.guard([this](const RunningApplication& application) {
+            activations_.notify(application);
+          })),
+      .onAnnouncing = onMainQueue(dispatch_, life_.guard([this](bool announces) {
+        announces_ = announces;
+        const auto handler = onAnnouncing_;
+        if (handler) handler();
+      })),
   };
 }
 
@@ -171,16 +134,9 @@ bool X11Workspace::activate(const RunningApplication& application) {
   return asked && !applications_->isLost();
 }
 
-std::unique_ptr<Observation> X11Workspace::observeActivations(Handler handler) {
-  auto shared = std::make_shared<Handler>(std::move(handler));
-  main_->handlers.push_back(shared);
-  return std::make_unique<Registration>(std::move(shared));
-}
-
-bool X11Workspace::announcesEveryChange() const { return main_->announces; }
-
-void X11Workspace::setAnnouncingHandler(std::function<void()> handler) {
-  main_->onAnnouncing = std::move(handler);
+std::unique_ptr<Observation> X11Workspace::observeActivations(
+    std::function<void(const RunningApplication&)> handler) {
+  return activations_.add(std::move(handler));
 }
 
 }  // namespace vantorel

@@ -4,9 +4,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
+#include "platform/Observers.h"
 #include "platform/Workspace.h"
 #include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/x11/X11Applications.h"
@@ -40,8 +43,10 @@ class X11Workspace : public Workspace {
   bool activate(const RunningApplication& application) override;
   [[nodiscard]] std::unique_ptr<Observation> observeActivations(
       std::function<void(const RunningApplication&)> handler) override;
-  [[nodiscard]] bool announcesEveryChange() const override;
-  void setAnnouncingHandler(std::function<void()> handler) override;
+  [[nodiscard]] bool announcesEveryChange() const override { return announces_; }
+  void setAnnouncingHandler(std::function<void()> handler) override {
+    onAnnouncing_ = std::move(handler);
+  }
 
   /// The installed applications, for names and icons by identifier. Lives as long as this.
   [[nodiscard]] const DesktopEntries& desktopEntries() const { return applications_->entries(); }
@@ -49,16 +54,16 @@ class X11Workspace : public Workspace {
   [[nodiscard]] X11Applications& applications() { return *applications_; }
 
  private:
-  struct MainSide;
-  class Registration;
-
-  explicit X11Workspace(Dispatch& dispatch);
-  [[nodiscard]] X11Applications::Observer observer() const;
+  explicit X11Workspace(Dispatch& dispatch) : dispatch_(dispatch) {}
+  [[nodiscard]] X11Applications::Observer observer();
   [[nodiscard]] bool activateOnThread(const RunningApplication& application);
 
   Dispatch& dispatch_;
-  std::shared_ptr<MainSide> main_;  // its contents belong to the main thread
+  Observers<const RunningApplication&> activations_;
+  bool announces_ = false;
+  std::function<void()> onAnnouncing_;
   std::unique_ptr<X11Applications> applications_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

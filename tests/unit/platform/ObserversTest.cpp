@@ -1,11 +1,14 @@
-#include "platform/ChangeObservers.h"
+#include "platform/Observers.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 namespace vantorel {
 namespace {
 
-TEST(ChangeObservers, AreToldInTheOrderAddedUntilTheyEnd) {
+TEST(Observers, AreToldInTheOrderAddedUntilTheyEnd) {
   ChangeObservers observers;
   std::vector<int> told;
   auto first = observers.add([&] { told.push_back(1); });
@@ -16,7 +19,7 @@ TEST(ChangeObservers, AreToldInTheOrderAddedUntilTheyEnd) {
   EXPECT_EQ(told, (std::vector{1, 2, 2}));
 }
 
-TEST(ChangeObservers, MayEndThemselvesAndOthersWhileTold) {
+TEST(Observers, MayEndThemselvesAndOthersWhileTold) {
   ChangeObservers observers;
   int told = 0;
   std::unique_ptr<Observation> first;
@@ -32,7 +35,7 @@ TEST(ChangeObservers, MayEndThemselvesAndOthersWhileTold) {
   EXPECT_EQ(told, 1);
 }
 
-TEST(ChangeObservers, AreNotToldOfTheChangeThatBroughtThem) {
+TEST(Observers, AreNotToldOfTheChangeThatBroughtThem) {
   ChangeObservers observers;
   int told = 0;
   std::unique_ptr<Observation> late;
@@ -41,13 +44,22 @@ TEST(ChangeObservers, AreNotToldOfTheChangeThatBroughtThem) {
   EXPECT_EQ(told, 0);
 }
 
-TEST(ChangeObservers, AnObservationMayOutliveThem) {
+TEST(Observers, AnObservationMayOutliveThem) {
   std::unique_ptr<Observation> observation;
   {
     ChangeObservers observers;
     observation = observers.add([] {});
   }
   observation.reset();
+}
+
+TEST(Observers, AreToldTheNews) {
+  Observers<const std::string&> observers;
+  std::vector<std::string> told;
+  const auto first = observers.add([&](const std::string& news) { told.push_back(news); });
+  const auto second = observers.add([&](const std::string& news) { told.push_back(news + "!"); });
+  observers.notify("news");
+  EXPECT_EQ(told, (std::vector<std::string>{"news", "news!"}));
 }
 
 }  // namespace
