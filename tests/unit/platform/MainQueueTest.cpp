@@ -16,8 +16,9 @@ namespace {
 TEST(OnMainQueue, CallsLaterInTheOrderOfTheCalls) {
   ManualDispatch dispatch;
   std::vector<std::string> told;
-  const auto tell = onMainQueue(
-      dispatch, [&](const std::string& text, int number) { told.push_back(text + std::to_string(number)); });
+  const auto tell = onMainQueue(dispatch, [&](const std::string& text, int number) {
+    told.push_back(text + std::to_string(number));
+  });
   tell(std::string("a"), 1);
   tell(std::string("b"), 2);
   EXPECT_TRUE(told.empty());

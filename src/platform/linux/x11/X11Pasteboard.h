@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/CaptureLimits.h"
 #include "base/Lifetime.h"
+#include "platform/CaptureLimits.h"
 #include "platform/Dispatch.h"
 #include "platform/Pasteboard.h"
 #include "platform/linux/x11/SelectionService.h"
