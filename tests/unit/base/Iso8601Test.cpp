@@ -19,6 +19,14 @@ TEST(Iso8601, DropsTheFractionTowardsThePast) {
   EXPECT_EQ(iso8601(Date(-1us)), "1969-12-31T23:59:59Z");
 }
 
+TEST(Iso8601, RefusesWhatIsNoDigit) {
+  for (const char* text :
+       {"2025-03-14T 9:26:53Z", "2025-03-14T/9:26:53Z", "2025-03-14T09:26:53+-1:00",
+        "2025-03-14T09:26:53+ 1:00", "2025-03-14T09:26:53+01:-1"}) {
+    EXPECT_FALSE(dateFromIso8601(text)) << text;
+  }
+}
+
 TEST(Iso8601, WritesTheNearestYearThatItCan) {
   EXPECT_EQ(iso8601(Date::max()), "9999-12-31T23:59:59Z");
   EXPECT_EQ(iso8601(Date::min()), "0000-01-01T00:00:00Z");

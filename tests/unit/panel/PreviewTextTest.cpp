@@ -82,7 +82,7 @@ TEST(PreviewText, ALongTextComesInPiecesOfWholeLines) {
 
 TEST(PreviewText, ALineThatIsTooLongIsBrokenAtABlank) {
   std::string text;
-  while (text.size() < 18000) text += "word ";
+  while (text.size() < 18000) text += "words ";  // of no length that lines could happen to have
   const auto all = pieces(PreviewText(item(text)));
   ASSERT_GT(all.size(), 3U);
   for (std::size_t i = 0; i + 1 < all.size(); ++i) {

@@ -143,6 +143,22 @@ TEST(RowSymbol, ShowsTheKind) {
   EXPECT_EQ(placeholder(filesItem("Video ", {})), "doc");
 }
 
+TEST(RowContent, SaysAllThatARowShows) {
+  auto item = filesItem("Video", {"/a.mp4"});
+  item.sourceBundleIdentifier = "org.files";
+  const auto row = rowContent(item, Availability::unavailable, "Today", true);
+  EXPECT_EQ(row.id, item.id);
+  EXPECT_EQ(row.kind, ClipKind::files);
+  EXPECT_EQ(row.title, titleText(item));
+  EXPECT_FALSE(row.named);
+  EXPECT_FALSE(row.available);
+  EXPECT_EQ(row.metadata, "File unavailable  ·  Files  ·  Today");
+  EXPECT_EQ(row.accessibilityText, accessibilityText(item, Availability::unavailable, "Today"));
+  EXPECT_EQ(row.sourceBundleIdentifier, "org.files");
+  EXPECT_EQ(row.symbol, "film");
+  EXPECT_FALSE(row.pinned);
+}
+
 TEST(RowContent, DirectionFollowsTheTitle) {
   EXPECT_TRUE(rowContent(textItem("שלום"), Availability::available, "Today", true).titleIsRTL);
   EXPECT_FALSE(rowContent(textItem("Hi"), Availability::available, "Today", true).titleIsRTL);

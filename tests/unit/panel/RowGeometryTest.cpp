@@ -65,6 +65,7 @@ TEST(AspectFit, FillsWhatItCanAndStaysInTheMiddle) {
   EXPECT_EQ(aspectFit({100, 100}, {0, 0, 56, 36}), (Rect{10, 0, 36, 36}));
   EXPECT_EQ(aspectFit({560, 100}, {8, 6, 56, 36}), (Rect{8, 19, 56, 10}));
   EXPECT_EQ(aspectFit({7, 9}, {0, 0, 70, 90}), (Rect{0, 0, 70, 90}));
+  EXPECT_EQ(aspectFit({0.5, 1}, {0, 0, 0.5, 0.5}), (Rect{0.125, 0, 0.25, 0.5}));
 }
 
 TEST(AspectFit, AVeryThinPictureKeepsItsProportions) {

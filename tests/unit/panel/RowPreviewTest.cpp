@@ -39,8 +39,10 @@ TEST_F(RowPreviewTest, ComesWhenThePointerRestsOnATextRow) {
   enterRow(one_);
   wait(0.29);
   EXPECT_FALSE(onStage());
+  EXPECT_EQ(preview_->pending(), one_);
   wait(0.01);
   EXPECT_EQ(onStage(), one_);
+  EXPECT_FALSE(preview_->pending());
 }
 
 TEST_F(RowPreviewTest, OfAPictureComesFromItsThumbnailOnly) {
