@@ -139,6 +139,7 @@ Bytes SecureStorage::open(ByteView envelope) const {
   Bytes plaintext(ciphertext.size());
   cipher.run(ciphertext, plaintext.data());
   if (!cipher.finishAgainstTag(envelope.data() + envelope.size() - tagSize)) {
+    // Not to be trusted, and perhaps the user's text all the same: none of it stays in memory.
     OPENSSL_cleanse(plaintext.data(), plaintext.size());
     throw CipherError("the envelope was changed or sealed under another key");
   }

@@ -31,7 +31,7 @@ std::string_view lastComponent(std::string_view path) {
   return path.substr(slash + 1);
 }
 
-bool isVideo(std::string_view path) {
+bool hasVideoExtension(std::string_view path) {
   const std::string_view name = lastComponent(path);
   const auto point = name.rfind('.');
   if (point == std::string_view::npos || point == 0) return false;
@@ -42,7 +42,7 @@ bool isVideo(std::string_view path) {
 
 std::string title(const std::vector<std::string>& paths) {
   if (paths.size() > 1) return std::to_string(paths.size()) + " files";
-  return isVideo(paths.front()) ? "Video" : "File";
+  return hasVideoExtension(paths.front()) ? std::string(videoTitle) : "File";
 }
 
 std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
@@ -61,6 +61,10 @@ std::string wholePoints(double length) {
 }
 
 }  // namespace
+
+bool isVideo(const ClipItem& item) {
+  return item.kind == ClipKind::files && item.title == videoTitle;
+}
 
 ClipItem textEntry(std::string text, const SourceApp& source, Date now) {
   constexpr std::size_t previewCharacters = 500;
@@ -100,6 +104,7 @@ ClipItem imageEntry(Size size, std::string assetFilename, std::string contentHas
                     const SourceApp& source, Date now) {
   ClipItem item = newEntry(ClipKind::image, source, now);
   item.title = "Image";
+  // Points, whatever the unit that is written: the size as the picture is seen.
   item.preview = wholePoints(size.width) + " × " + wholePoints(size.height) + " px";
   item.assetFilename = std::move(assetFilename);
   item.contentHash = std::move(contentHash);

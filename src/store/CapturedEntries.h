@@ -16,6 +16,9 @@ namespace vantorel {
 /// Extensions, in lower case, by which one file counts as a video.
 inline constexpr std::array<std::string_view, 6> videoExtensions = {"mov", "mp4", "m4v",
                                                                     "avi", "mkv", "webm"};
+/// The title of one video. What a history says of its files is all that tells them from others.
+inline constexpr std::string_view videoTitle = "Video";
+[[nodiscard]] bool isVideo(const ClipItem& item);
 
 /// A new entry for a text that is not blank.
 [[nodiscard]] ClipItem textEntry(std::string text, const SourceApp& source, Date now);

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
+#include "store/CapturedEntries.h"
 #include "text/CaseFolding.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
-
-constexpr std::string_view videoTitle = "Video";
 
 /// The source key without a copy.
 std::string_view sourceOf(const ClipItem& item) {
@@ -42,7 +41,6 @@ std::optional<ClipTypeFilter> clipTypeFilter(std::string_view rawValue) {
 }
 
 bool includes(ClipTypeFilter filter, const ClipItem& item) {
-  const bool isVideo = item.kind == ClipKind::files && item.title == videoTitle;
   switch (filter) {
     case ClipTypeFilter::all:
       return true;
@@ -51,9 +49,9 @@ bool includes(ClipTypeFilter filter, const ClipItem& item) {
     case ClipTypeFilter::image:
       return item.kind == ClipKind::image;
     case ClipTypeFilter::files:
-      return item.kind == ClipKind::files && !isVideo;
+      return item.kind == ClipKind::files && !isVideo(item);
     case ClipTypeFilter::video:
-      return isVideo;
+      return isVideo(item);
   }
   return false;
 }

@@ -50,8 +50,8 @@ struct ClipStoreServices {
 /// save that failed is tried again by itself, and a history that could not be read is never
 /// overwritten. A history of some megabytes is written on a queue of its own, so that a long text
 /// stops nothing; the store's end waits for it. The files of entries that leave the list are
-/// deleted after the list was saved, so that a history on the disk never names what a sudden end
-/// has taken away.
+/// deleted only once a list without them is saved, so that a history on the disk never names what a
+/// sudden end has taken away.
 class ClipStore {
  public:
   static constexpr std::size_t maxPinnedItems = 5;

@@ -4,7 +4,7 @@ namespace vantorel {
 
 enum class PinResult {
   toggled,
-  limitReached,  // five are pinned already; nothing changed
+  limitReached,  // no more can be pinned; nothing changed
   notFound,      // nothing changed
 };
 
