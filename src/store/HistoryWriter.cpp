@@ -15,11 +15,7 @@ void makeEscapesSmall(Bytes::iterator from, Bytes::iterator end) {
   for (;;) {
     from = std::find(from, end, std::byte('\\'));
     if (from == end) return;
-    if (from[1] == std::byte('u')) {
-      for (auto* digit : {&from[4], &from[5]}) {
-        if (*digit >= std::byte('A')) *digit |= std::byte(0x20);
-      }
-    }
+    if (from[1] == std::byte('u') && from[5] >= std::byte('A')) from[5] |= std::byte(0x20);
     from += 2;
   }
 }

@@ -215,6 +215,17 @@ TEST(ClipStoreRemove, LeavesAnImageThatAnotherEntryNames) {
   EXPECT_TRUE(store.assetNames().empty());
 }
 
+TEST(ClipStoreRemove, TakesTheImageAwayAtOnceWhereNothingIsEverSaved) {
+  TestStore store;
+  store.addText("a");
+  store.restartWithAnotherKey();
+  ASSERT_FALSE(store->persistenceIsReady());
+  store->captureImage(FakeImage({1, 1}, "one"), {});
+  ASSERT_EQ(store.assetNames().size(), 1U);
+  store->remove(store->items()[0].id);
+  EXPECT_TRUE(store.assetNames().empty());
+}
+
 TEST(ClipStoreRemove, NeverReachesOutsideTheAssets) {
   TestStore store;
   const auto outside = store.base() / "outside.png";
