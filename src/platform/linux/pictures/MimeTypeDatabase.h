@@ -14,8 +14,8 @@ namespace vantorel {
 inline constexpr std::string_view directoryType = "inode/directory";
 
 /// The installed MIME types, as far as names of files and pictures of types go. The toolkit reads
-/// them when they are first asked for, and again some seconds after they changed. Any thread,
-/// except where it says otherwise.
+/// them when they are first asked for, and again some seconds after they changed. Where none are
+/// installed, no name has a type. Any thread, except where it says otherwise.
 class MimeTypeDatabase {
  public:
   /// `directories` are the "mime" directories, to notice that they changed; which ones are read is
