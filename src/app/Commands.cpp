@@ -47,21 +47,12 @@ constexpr std::array table = {
     CommandEntry{Command::help, "help", "", nullptr},
 };
 
-constexpr std::size_t placeOf(Command command) { return static_cast<std::size_t>(command) - 1; }
-
-constexpr bool isInOrder() {
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    if (placeOf(table[i].command) != i) return false;
-  }
-  return table.back().command == Command::help;
-}
-static_assert(isInOrder());
-
 }  // namespace
 
-std::span<const CommandEntry> commandTable() { return table; }
-
-const CommandEntry& entryOf(Command command) { return table.at(placeOf(command)); }
+const CommandEntry& entryOf(Command command) {
+  return *std::find_if(table.begin(), table.end(),
+                       [&](const CommandEntry& entry) { return entry.command == command; });
+}
 
 const CommandEntry* entryNamed(std::string_view name) {
   const auto* found = std::find_if(table.begin(), table.end(),

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,9 +43,6 @@ struct CommandEntry {
   void (*perform)(ApplicationCommands& application, const std::string& argument);
   bool takesArgument = false;
 };
-
-/// The table of commands, in the order of their enumeration.
-[[nodiscard]] std::span<const CommandEntry> commandTable();
 
 /// `command` is not `open`.
 [[nodiscard]] const CommandEntry& entryOf(Command command);

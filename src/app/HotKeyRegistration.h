@@ -13,17 +13,8 @@
 
 namespace vantorel {
 
-/// Four letters as a number, the first one its most significant byte.
-[[nodiscard]] constexpr std::uint32_t fourCharacterCode(std::string_view characters) {
-  std::uint32_t code = 0;
-  for (const char character : characters) {
-    code = (code << 8U) | static_cast<unsigned char>(character);
-  }
-  return code;
-}
-
-/// Tells this program's hot keys from those of others.
-inline constexpr std::uint32_t clipHotKeySignature = fourCharacterCode("VNTL");
+/// Tells this program's hot keys from those of others: the letters "VNTL".
+inline constexpr std::uint32_t clipHotKeySignature = 0x564e544c;
 inline constexpr HotKeyId clipHotKeyId{clipHotKeySignature, 1};
 
 /// Holds the one global shortcut from start to end. Main thread.

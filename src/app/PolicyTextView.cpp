@@ -55,19 +55,34 @@ QTextBlockFormat blockFormat(LineKind kind) {
 QTextCharFormat charFormat(LineKind kind) {
   constexpr double gapPoints = 7;
   QTextCharFormat format;
-  switch (kind) {
-    case LineKind::heading:
-      format.setFont(documentFont(headingPoints, QFont::Bold));
-      break;
-    case LineKind::gap:
-      format.setFont(documentFont(gapPoints));
-      break;
-    case LineKind::item:
-    case LineKind::text:
-      format.setFont(documentFont(textPoints));
-      break;
-  }
+  format.setFont(kind == LineKind::heading
+                     ? documentFont(headingPoints, QFont::Bold)
+                     : documentFont(kind == LineKind::gap ? gapPoints : textPoints));
   return format;
+}
+
+/// How far a key moves the text.
+QAbstractSlider::SliderAction movementOf(const QKeyEvent& event) {
+  if (event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)) {
+    return QAbstractSlider::SliderNoAction;
+  }
+  switch (event.key()) {
+    case Qt::Key_Up:
+      return QAbstractSlider::SliderSingleStepSub;
+    case Qt::Key_Down:
+      return QAbstractSlider::SliderSingleStepAdd;
+    case Qt::Key_PageUp:
+      return QAbstractSlider::SliderPageStepSub;
+    case Qt::Key_PageDown:
+    case Qt::Key_Space:
+      return QAbstractSlider::SliderPageStepAdd;
+    case Qt::Key_Home:
+      return QAbstractSlider::SliderToMinimum;
+    case Qt::Key_End:
+      return QAbstractSlider::SliderToMaximum;
+    default:
+      return QAbstractSlider::SliderNoAction;
+  }
 }
 
 }  // namespace
@@ -134,31 +149,10 @@ void PolicyTextView::styleScrollBar() {
 
 // Nothing is written here, so the arrows move the text and not a cursor in it.
 void PolicyTextView::keyPressEvent(QKeyEvent* event) {
-  auto* scroller = verticalScrollBar();
-  const auto scroll = [&](QAbstractSlider::SliderAction action) {
-    scroller->triggerAction(action);
-    event->accept();
-  };
-  if (event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)) {
-    return QTextEdit::keyPressEvent(event);
-  }
-  switch (event->key()) {
-    case Qt::Key_Up:
-      return scroll(QAbstractSlider::SliderSingleStepSub);
-    case Qt::Key_Down:
-      return scroll(QAbstractSlider::SliderSingleStepAdd);
-    case Qt::Key_PageUp:
-      return scroll(QAbstractSlider::SliderPageStepSub);
-    case Qt::Key_PageDown:
-    case Qt::Key_Space:
-      return scroll(QAbstractSlider::SliderPageStepAdd);
-    case Qt::Key_Home:
-      return scroll(QAbstractSlider::SliderToMinimum);
-    case Qt::Key_End:
-      return scroll(QAbstractSlider::SliderToMaximum);
-    default:
-      return QTextEdit::keyPressEvent(event);
-  }
+  const auto movement = movementOf(*event);
+  if (movement == QAbstractSlider::SliderNoAction) return QTextEdit::keyPressEvent(event);
+  verticalScrollBar()->triggerAction(movement);
+  event->accept();
 }
 
 // A hairline says that the text goes on beyond an edge.

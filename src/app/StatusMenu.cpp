@@ -19,8 +19,6 @@ MenuRow row(Command command, const std::string& application) {
   return named;
 }
 
-MenuRow separator() { return {}; }
-
 MenuState onOrOff(bool isOn) { return isOn ? MenuState::on : MenuState::off; }
 
 MenuRow pauseMenu(bool isPaused) {
@@ -81,10 +79,10 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state) {
   if (auto excluded = excludedMenu(state)) rows.push_back(std::move(*excluded));
   rows.push_back(loginRow(state.launchAtLogin));
   rows.push_back(row(Command::shortcut));
-  rows.push_back(separator());
+  rows.emplace_back();  // a separator
   rows.push_back(row(Command::clear));
   rows.push_back(row(Command::about));
-  rows.push_back(separator());
+  rows.emplace_back();  // a separator
   rows.push_back(quitRow());
   return rows;
 }

@@ -35,24 +35,13 @@ auto lineOf(auto& lines, std::string_view key) {
 
 /// As every text value of a key file is written.
 std::string escapedValue(std::string_view value) {
+  constexpr std::string_view special = "\\\n\r\t";
+  constexpr std::string_view letters = "\\nrt";
   std::string escaped;
   for (const char character : value) {
-    switch (character) {
-      case '\\':
-        escaped += "\\\\";
-        break;
-      case '\n':
-        escaped += "\\n";
-        break;
-      case '\r':
-        escaped += "\\r";
-        break;
-      case '\t':
-        escaped += "\\t";
-        break;
-      default:
-        escaped += character;
-    }
+    const auto place = special.find(character);
+    if (place != std::string_view::npos) escaped += '\\';
+    escaped += place == std::string_view::npos ? character : letters[place];
   }
   return escaped;
 }
