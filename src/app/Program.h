@@ -16,8 +16,8 @@ struct CommandLine;
 /// answered. Main thread.
 class Program {
  public:
-  /// Answers a start that ends with a text, as `--help` or what was not understood, and with which
-  /// exit status; absent for every other.
+  /// Prints what a start says that does nothing else: the help, the version, that it was not
+  /// understood. The exit status of such a start; absent for any other.
   [[nodiscard]] static std::optional<int> answer(const CommandLine& line);
   /// Tells the toolkit what it is to know before it is made ready.
   static void describeApplication();
