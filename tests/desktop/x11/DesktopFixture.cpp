@@ -67,7 +67,7 @@ void DesktopFixture::sync() const {
 std::unique_ptr<ChildProcess> DesktopFixture::run(const std::vector<std::string>& arguments) {
   const auto home = directory_.string();
   return std::make_unique<ChildProcess>(
-      arguments, ChildProcess::Input::none,
+      arguments, ChildProcess::Input::pipe,
       std::vector<std::string>{"DISPLAY=" + display(), "HOME=" + home, "XDG_RUNTIME_DIR=" + home,
                                "NO_AT_BRIDGE=1", "GTK_A11Y=none", "GDK_BACKEND=x11",
                                "DBUS_SESSION_BUS_ADDRESS=unix:path=" + home + "/none"});
