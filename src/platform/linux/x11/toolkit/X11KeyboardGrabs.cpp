@@ -8,15 +8,10 @@
 #include <memory>
 
 #include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/toolkit/ToolkitConnection.h"
 
 namespace vantorel {
 namespace {
-
-xcb_connection_t* toolkitConnection() {
-  if (qGuiApp == nullptr) return nullptr;
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  return x11 != nullptr ? x11->connection() : nullptr;
-}
 
 /// Asked of the server: the toolkit may not have heard yet that what is typed goes elsewhere, and
 /// a grab would then take the keyboard from there.

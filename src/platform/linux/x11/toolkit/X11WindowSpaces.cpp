@@ -1,39 +1,33 @@
 #include "platform/linux/x11/toolkit/X11WindowSpaces.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <string_view>
 
+#include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/toolkit/ToolkitConnection.h"
 
 namespace vantorel {
 namespace {
 
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
-constexpr std::uint32_t mostStates = 32;
-
-template <class Reply>
-using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
+constexpr std::uint32_t maxStates = 32;
 
 xcb_intern_atom_cookie_t askAtom(xcb_connection_t* connection, std::string_view name) {
   return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
 }
 
 xcb_atom_t atomIn(xcb_connection_t* connection, xcb_intern_atom_cookie_t question) {
-  const Answer<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(connection, question, nullptr),
-                                               &std::free);
+  const X11Reply<xcb_intern_atom_reply_t> answer(
+      xcb_intern_atom_reply(connection, question, nullptr));
   return answer ? answer->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 /// The states that the toolkit, or an earlier showing, has put there stay.
 void addState(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t states,
               xcb_atom_t added) {
-  const Answer<xcb_get_property_reply_t> present(
-      xcb_get_property_reply(
-          connection, xcb_get_property(connection, 0, window, states, XCB_ATOM_ATOM, 0, mostStates),
-          nullptr),
-      &std::free);
+  const X11Reply<xcb_get_property_reply_t> present(xcb_get_property_reply(
+      connection, xcb_get_property(connection, 0, window, states, XCB_ATOM_ATOM, 0, maxStates),
+      nullptr));
   if (!present) return;
   const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(present.get()));
   const auto* last = first + xcb_get_property_value_length(present.get()) / sizeof(xcb_atom_t);
