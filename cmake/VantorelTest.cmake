@@ -8,6 +8,7 @@ function(vantorel_test_suites name)
   cmake_parse_arguments(T "" "PREFIX;ONLY;ENVIRONMENT;TIMEOUT" "SOURCES;LABELS" ${ARGN})
   set(suites)
   foreach(source ${T_SOURCES})
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
     # A suite that comes or goes configures the build anew.
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${source}")
     file(STRINGS "${source}" lines REGEX "^(TEST|TEST_F|TEST_P|TYPED_TEST)\\(")

@@ -20,7 +20,7 @@ namespace {
 using Error = FileSystem::Error;
 
 /// What one system call moves at most: some systems refuse more.
-constexpr std::size_t mostPerCall = std::size_t{1} << 30U;
+constexpr std::size_t maxPerCall = std::size_t{1} << 30U;
 
 /// For a path that would reach another file than it names.
 Error noSuchName() { return std::make_error_code(std::errc::invalid_argument); }
@@ -32,7 +32,7 @@ FileDescriptor open(const FileSystem::Path& path, int flags, mode_t permissions 
 
 Error writeAll(int file, ByteView bytes) {
   while (!bytes.empty()) {
-    const std::size_t count = std::min(bytes.size(), mostPerCall);
+    const std::size_t count = std::min(bytes.size(), maxPerCall);
     const ssize_t written = retryingInterrupted([&] { return ::write(file, bytes.data(), count); });
     if (written < 0) return lastSystemError();
     bytes = bytes.subspan(static_cast<std::size_t>(written));
@@ -44,7 +44,7 @@ Error writeAll(int file, ByteView bytes) {
 std::optional<std::size_t> readUpTo(int file, std::span<std::byte> bytes) {
   std::size_t total = 0;
   while (total < bytes.size()) {
-    const std::size_t count = std::min(bytes.size() - total, mostPerCall);
+    const std::size_t count = std::min(bytes.size() - total, maxPerCall);
     const ssize_t got =
         retryingInterrupted([&] { return ::read(file, bytes.data() + total, count); });
     if (got < 0) return std::nullopt;

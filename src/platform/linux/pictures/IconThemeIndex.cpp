@@ -14,8 +14,8 @@ namespace vantorel {
 
 namespace {
 
-constexpr std::size_t mostDirectories = 2000;  // the largest themes have some hundred
-constexpr std::size_t mostInherited = 16;
+constexpr std::size_t maxDirectories = 2000;  // the largest themes have some hundred
+constexpr std::size_t maxInherited = 16;
 constexpr int largestSize = 4096;
 constexpr int largestScale = 16;
 constexpr std::size_t longestName = 255;
@@ -98,13 +98,13 @@ std::optional<IconThemeIndex> parseIconThemeIndex(std::string_view text) {
   if (head == file.end()) return std::nullopt;
   IconThemeIndex index;
   for (auto& name : listOf(valueOf(head->second, "Inherits"), ',')) {
-    if (index.inherits.size() == mostInherited) break;
+    if (index.inherits.size() == maxInherited) break;
     if (isIconThemeName(name)) index.inherits.push_back(std::move(name));
   }
   std::set<std::string> seen;
   for (const auto* key : {"Directories", "ScaledDirectories"}) {
     for (const auto& path : listOf(valueOf(head->second, key), ',')) {
-      if (index.directories.size() == mostDirectories) break;
+      if (index.directories.size() == maxDirectories) break;
       const auto group = file.find(path);
       if (group == file.end() || !seen.insert(path).second) continue;
       if (auto directory = directoryOf(path, group->second)) {

@@ -16,7 +16,7 @@ using Path = std::filesystem::path;
 
 constexpr std::uint64_t largestIndex = std::uint64_t{1} << 20U;  // bytes; usual ones have 50 KB
 constexpr int deepestInheritance = 16;
-constexpr std::size_t mostThemes = 32;
+constexpr std::size_t maxThemes = 32;
 
 constexpr std::array<const char*, 2> suffixes = {".png", ".svg"};
 
@@ -44,7 +44,7 @@ void IconThemes::add(const IconPlaces& places, const std::string& name) {
 }
 
 void IconThemes::read(const IconPlaces& places, const std::string& name, int depth) {
-  if (themes_.size() == mostThemes) return;
+  if (themes_.size() == maxThemes) return;
   std::vector<Path> roots;
   std::optional<IconThemeIndex> index;
   for (const auto& place : places.themes) {

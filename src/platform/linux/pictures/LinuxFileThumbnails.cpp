@@ -13,13 +13,13 @@ namespace vantorel {
 namespace {
 
 constexpr std::uint64_t largestImage = std::uint64_t{64} << 20U;  // bytes
-constexpr int mostPixels = 2048;                                  // a side
+constexpr int maxPixels = 2048;                                   // a side
 
 int pixelsOf(double points, double scale) {
   const double pixels = std::ceil(points * scale);
   // Also what is no number at all.
   if (!(pixels >= 1)) return 1;
-  return static_cast<int>(std::min<double>(pixels, mostPixels));
+  return static_cast<int>(std::min<double>(pixels, maxPixels));
 }
 
 bool isImage(std::string_view type) {

@@ -11,9 +11,9 @@ namespace vantorel {
 
 namespace {
 
-constexpr std::size_t mostApplicationIcons = 128;  // 4 KB each
-constexpr std::size_t mostTypeIcons = 24;          // 64 KB each
-constexpr std::size_t mostExtensions = 24;
+constexpr std::size_t maxApplicationIcons = 128;  // 4 KB each
+constexpr std::size_t maxTypeIcons = 24;          // 64 KB each
+constexpr std::size_t maxExtensions = 24;
 constexpr std::uint64_t largestPicture = std::uint64_t{4} << 20U;  // bytes; some KB are usual
 constexpr Seconds checkInterval{5};
 
@@ -33,9 +33,9 @@ ThemeIcons::ThemeIcons(Dispatch& dispatch, Sources sources, Sides sides)
       sources_(std::move(sources)),
       sides_(sides),
       questions_(sources_.userFiles),
-      applicationIcons_(mostApplicationIcons),
-      typeIcons_(mostTypeIcons),
-      extensionIcons_(mostExtensions),
+      applicationIcons_(maxApplicationIcons),
+      typeIcons_(maxTypeIcons),
+      extensionIcons_(maxExtensions),
       queue_(dispatch.serialQueue("com.vantorel.icons")) {
   queue_->async([this] { (void)sources_.themes.themes(); });
 }

@@ -10,7 +10,7 @@ namespace vantorel {
 
 namespace {
 
-constexpr std::size_t mostWords = 64;
+constexpr std::size_t maxWords = 64;
 
 bool mentions(const std::vector<std::string>& command, std::string_view code) {
   return std::any_of(command.begin(), command.end(),
@@ -54,7 +54,7 @@ std::optional<ThumbnailerEntry> parseThumbnailer(std::string_view text) {
   entry.command = execWords(valueOf(keys, "Exec"));
   entry.tryExec = valueOf(keys, "TryExec");
   entry.types = listOf(valueOf(keys, "MimeType"), ';');
-  if (entry.command.empty() || entry.command.size() > mostWords) return std::nullopt;
+  if (entry.command.empty() || entry.command.size() > maxWords) return std::nullopt;
   if (!mentions(entry.command, "%o")) return std::nullopt;
   if (!mentions(entry.command, "%i") && !mentions(entry.command, "%u")) return std::nullopt;
   return entry;

@@ -17,7 +17,7 @@ namespace {
 using Path = std::filesystem::path;
 
 constexpr std::uint64_t largestEntry = std::uint64_t{1} << 16U;  // bytes; usual ones have some 100
-constexpr std::size_t mostEntries = 500;
+constexpr std::size_t maxEntries = 500;
 
 }  // namespace
 
@@ -67,7 +67,7 @@ void Thumbnailers::read() {
     // The order of a directory is chance; which of two thumbnailers serves a type is not.
     std::sort(names.begin(), names.end());
     for (const auto& name : names) {
-      if (name.extension() != ".thumbnailer" || seen.size() == mostEntries) continue;
+      if (name.extension() != ".thumbnailer" || seen.size() == maxEntries) continue;
       // A file of a name that a more important directory has is replaced by that one.
       if (seen.insert(name).second) readEntry(directory / name);
     }

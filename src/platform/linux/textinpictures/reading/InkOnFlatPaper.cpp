@@ -15,7 +15,7 @@ constexpr int largestLetter = 120;
 constexpr int lowestLetter = 5;
 // The strokes of a letter fill less of the box around it than paper does, and enclose two holes at
 // most; several letters that touch, as when underlined, enclose more but fill still less.
-constexpr int mostHoles = 2;
+constexpr int maxHoles = 2;
 constexpr double fullestLetter = 0.7;
 constexpr double fullestWord = 0.5;
 // No stroke covers as many pixels.
@@ -58,7 +58,7 @@ class Paper {
   [[nodiscard]] static bool mayBePaper(const PixelGroup& area, int marksOnIt) {
     if (area.count > largestStroke) return true;
     const double box = static_cast<double>(area.box.width()) * area.box.height();
-    return area.count >= box * (marksOnIt > mostHoles ? fullestWord : fullestLetter);
+    return area.count >= box * (marksOnIt > maxHoles ? fullestWord : fullestLetter);
   }
 
   /// An area is written on when it surrounds marks of its own.

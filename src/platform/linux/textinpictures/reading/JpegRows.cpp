@@ -64,8 +64,8 @@ class JpegPictureRows : public PictureRows {
   bool readHead() {
     if (setjmp(errors_.leave) != 0) return false;
     jpeg_create_decompress(&jpeg_);
-    constexpr long mostMemory = 200'000'000;  // pictures in several passes are held at once
-    jpeg_.mem->max_memory_to_use = mostMemory;
+    constexpr long maxMemory = 200'000'000;  // pictures in several passes are held at once
+    jpeg_.mem->max_memory_to_use = maxMemory;
     jpeg_mem_src(&jpeg_, reinterpret_cast<const unsigned char*>(bytes_.data()),
                  static_cast<unsigned long>(bytes_.size()));
     return jpeg_read_header(&jpeg_, TRUE) == JPEG_HEADER_OK;

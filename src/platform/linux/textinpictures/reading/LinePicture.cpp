@@ -10,8 +10,8 @@ namespace {
 
 // The height at which letters are read best, measured; the engine reduces them from there.
 constexpr double bestLetterHeight = 27;
-constexpr double mostEnlarged = 5;
-constexpr double mostReduced = 0.1;
+constexpr double maxEnlarged = 5;
+constexpr double maxReduced = 0.1;
 constexpr double widestPicture = 12'000;
 constexpr double highestPicture = 480;
 constexpr double white = 255;
@@ -104,7 +104,7 @@ GreyPicture linePicture(const Ink& ink, const TextLines& lines, const TextLine& 
   const double scale =
       std::clamp(std::min({bestLetterHeight / std::max(line.letterHeight, 1),
                            widestPicture / strip.width, highestPicture / strip.height}),
-                 mostReduced, mostEnlarged);
+                 maxReduced, maxEnlarged);
   const bool isRunningText = line.letterHeight >= leastNarrowedLetter &&
                              line.box.width() >= leastLettersInLine * line.letterHeight;
   const double across = isRunningText ? scale * narrower : scale;

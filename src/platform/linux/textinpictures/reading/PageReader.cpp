@@ -14,7 +14,7 @@ namespace {
 constexpr int pixelsAtOnce = 3'000'000;
 constexpr int fewestRowsAtOnce = 300;
 constexpr int softEdge = 4;                // rows around letters
-constexpr std::size_t mostText = 100'000;  // bytes, however many marks its characters carry
+constexpr std::size_t maxText = 100'000;  // bytes, however many marks its characters carry
 
 std::size_t codePointsIn(const std::string& text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
@@ -57,7 +57,7 @@ struct PageReader::Page {
     codePoints += codePointsIn(line) + 1;
     lines.push_back(std::move(line));
     const bool mayBeFull = codePoints > longestRecognizedText;  // a character has at least one
-    isFull = text.size() > mostText ||
+    isFull = text.size() > maxText ||
              (mayBeFull && prefixOfCharacters(text, longestRecognizedText).size() < text.size());
   }
 };

@@ -12,7 +12,7 @@ namespace vantorel {
 namespace {
 
 constexpr std::size_t signatureSize = 8;
-constexpr std::uint64_t mostInterlacedPixels = 40'000'000;  // these are held in memory at once
+constexpr std::uint64_t maxInterlacedPixels = 40'000'000;  // these are held in memory at once
 constexpr std::size_t channels = 4;
 
 struct Source {
@@ -44,7 +44,7 @@ class PngPictureRows : public PictureRows {
   [[nodiscard]] bool open() {
     if (png_ == nullptr || info_ == nullptr || !readHead()) return false;
     if (!isReadableSize(width_, height_)) return false;
-    if (isInterlaced_ && std::uint64_t{width_} * height_ > mostInterlacedPixels) return false;
+    if (isInterlaced_ && std::uint64_t{width_} * height_ > maxInterlacedPixels) return false;
     row_.resize(width_ * channels);
     return true;
   }

@@ -14,7 +14,7 @@ namespace {
 constexpr int highestLetter = 240;
 constexpr int lowestLine = 5;
 constexpr int narrowestLine = 4;
-constexpr std::size_t mostMarks = 15'000;  // of a picture of noise only the largest are looked at
+constexpr std::size_t maxMarks = 15'000;  // of a picture of noise only the largest are looked at
 
 /// Rules, frames and pictures, which are no letters.
 bool isShape(const PixelGroup& mark) {
@@ -63,10 +63,10 @@ std::vector<int> letters(const PixelGroups& marks) {
   for (std::size_t i = 0; i < marks.groups.size(); ++i)
     if (!isShape(marks.groups[i])) found.push_back(static_cast<int>(i));
   const auto box = [&](int mark) { return marks.groups[static_cast<std::size_t>(mark)].box; };
-  if (found.size() > mostMarks) {
-    std::nth_element(found.begin(), found.begin() + mostMarks, found.end(),
+  if (found.size() > maxMarks) {
+    std::nth_element(found.begin(), found.begin() + maxMarks, found.end(),
                      [&](int a, int b) { return box(a).height() > box(b).height(); });
-    found.resize(mostMarks);
+    found.resize(maxMarks);
   }
   std::sort(found.begin(), found.end(),
             [&](int a, int b) { return std::pair(box(a).left, a) < std::pair(box(b).left, b); });
@@ -131,8 +131,8 @@ std::vector<int> grouped(const PixelGroups& marks, const std::vector<int>& lette
     ++sizes[words[i]];
   }
   // What stands in a row with others of its size is a word, however large the thing beside it is.
-  constexpr int mostMarksInARow = 3;
-  const auto isAlone = [&](std::size_t i) { return sizes[words[i]] <= mostMarksInARow; };
+  constexpr int maxMarksInARow = 3;
+  const auto isAlone = [&](std::size_t i) { return sizes[words[i]] <= maxMarksInARow; };
   forNeighbours(boxes, [&](std::size_t i, std::size_t j) {
     if ((isAlone(i) && isMarkOf(boxes[i], boxes[j])) ||
         (isAlone(j) && isMarkOf(boxes[j], boxes[i])))

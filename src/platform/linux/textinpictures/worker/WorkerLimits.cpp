@@ -14,7 +14,7 @@
 namespace vantorel {
 namespace {
 
-constexpr rlim_t mostMemory = rlim_t{1} << 30U;  // beyond what the libraries themselves map
+constexpr rlim_t maxMemory = rlim_t{1} << 30U;  // beyond what the libraries themselves map
 
 void limit(decltype(RLIMIT_CORE) resource, rlim_t value) {
   const rlimit both{value, value};
@@ -37,7 +37,7 @@ bool limitThisProcess(pid_t parent, Share share) {
   (void)::setpriority(PRIO_PROCESS, 0, leastUrgent);
   (void)::sched_setscheduler(0, share == Share::leftOver ? SCHED_IDLE : SCHED_BATCH, &none);
   std::ofstream("/proc/self/oom_score_adj") << 1000;
-  limit(RLIMIT_AS, mappedMemory() + mostMemory);
+  limit(RLIMIT_AS, mappedMemory() + maxMemory);
   limit(RLIMIT_CORE, 0);
   limit(RLIMIT_FSIZE, 0);
   (void)::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);

@@ -26,9 +26,9 @@ namespace {
 using Status = TextReply::Status;
 using std::chrono::steady_clock;
 
-constexpr double mostReadingSeconds = 15;  // of the processor, for one picture
+constexpr double maxReadingSeconds = 15;  // of the processor, for one picture
 // Decoding cannot be interrupted, but it can be killed.
-constexpr double mostProcessorSeconds = 20;
+constexpr double maxProcessorSeconds = 20;
 constexpr std::chrono::seconds transferLimit{600};  // a busy machine leaves little time
 
 class Worker {
@@ -38,8 +38,8 @@ class Worker {
 
   [[nodiscard]] TextReply read(const Bytes& picture) {
     if (!hasEngine_) return {Status::noEngine, {}};
-    allowProcessorSeconds(mostProcessorSeconds);
-    timeUp_ = processorSeconds() + mostReadingSeconds;
+    allowProcessorSeconds(maxProcessorSeconds);
+    timeUp_ = processorSeconds() + maxReadingSeconds;
     try {
       const auto rows = openPicture(picture);
       auto lines = rows ? page_.read(*rows) : std::nullopt;
