@@ -7,7 +7,7 @@
 
 namespace vantorel {
 
-/// What the user asked the desktop to spare them. Read afresh at each use; main thread.
+/// What the user asked the desktop to leave out. Read afresh at each use; main thread.
 class AccessibilityPreferences {
  public:
   virtual ~AccessibilityPreferences() = default;

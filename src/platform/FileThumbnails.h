@@ -18,8 +18,8 @@ class FileThumbnails {
   /// Calls `completion` exactly once, later, on a thread of its own choosing: with a picture whose
   /// size in points is its size in pixels, or with null when there is none (an unknown type, a
   /// damaged or vanished file, a directory, a program that failed or took too long). What is not
-  /// answered when this ends may remain unanswered; afterwards nothing is called any more. Never
-  /// waits; main thread.
+  /// answered when this ends may stay unanswered; nothing is called after that. Never waits; main
+  /// thread.
   virtual void generateBestRepresentation(const std::filesystem::path& file, Size size,
                                           double scale, Completion completion) = 0;
 };

@@ -8,8 +8,8 @@ class QGuiApplication;
 namespace vantorel {
 
 /// This program as a member of the desktop's session. Its end, by the session's manager or whoever
-/// else asks the toolkit to quit, is a normal quit: the windows that are open are not asked, for
-/// theirs is only to be dismissed. The session need not start us again; our autostart entry does.
+/// else asks the toolkit to quit, is a normal quit: open windows are not asked, since they can only
+/// be dismissed. The session need not start us again; our autostart entry does.
 /// Main thread.
 class SessionMember : public QObject {
   Q_OBJECT

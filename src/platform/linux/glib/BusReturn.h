@@ -9,8 +9,8 @@ namespace vantorel {
 
 class GlibThread;
 
-/// Looks for a message bus that went away, on a thread of its own, until it lets programs in again.
-/// The end of this object ends the looking.
+/// Looks for a message bus that went away, on a thread of its own, until programs can connect again
+/// or this object ends.
 class BusReturn {
  public:
   static constexpr std::chrono::seconds interval{1};

@@ -33,7 +33,8 @@ class KeyringBus {
   /// The same without waiting for an answer.
   void send(const ObjectPath& object, const char* interface, const char* method,
             GVariant* arguments);
-  /// The value of a property, of the type that `format` names; asked from the service each time.
+  /// The value of a property, which has to be of that GLib `type`; asked from the service each
+  /// time.
   [[nodiscard]] KeyringAnswer<VariantPointer> property(const ObjectPath& object,
                                                        const char* interface, const char* name,
                                                        const char* type);

@@ -10,12 +10,12 @@
 namespace vantorel {
 
 /// One answer on its way from the keyring's thread to the main thread, which waits for it until a
-/// deadline and then gives it up for good. Shared by both.
+/// deadline and then gives it up. Shared by both.
 template <class Answer>
 class KeyringCall {
  public:
-  /// What the other side answered; absent when it had not until the deadline, from when on it
-  /// cannot any more. An answer is handed out once.
+  /// What the other side answered; absent when it had not by the deadline, after which no answer is
+  /// taken any more. An answer is handed out once.
   [[nodiscard]] std::optional<Answer> wait(Deadline deadline) {
     std::unique_lock lock(mutex_);
     answered_.wait_until(lock, deadline, [this] { return answer_.has_value(); });

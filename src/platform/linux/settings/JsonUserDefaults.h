@@ -22,7 +22,7 @@ class JsonUserDefaults : public UserDefaults {
   /// Reads `path`; its directory is created at the first write. `files` outlives this.
   JsonUserDefaults(FileSystem& files, std::filesystem::path path);
 
-  /// JSON's null counts as nothing.
+  /// False for JSON's null.
   [[nodiscard]] bool contains(std::string_view key) const override;
   [[nodiscard]] std::optional<bool> boolean(std::string_view key) const override;
   [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key) const override;

@@ -16,10 +16,10 @@ namespace vantorel {
 class TextWorkerProcess;
 
 /// Recognises text in a process of its own, which is started for a picture and ends by itself when
-/// no other follows. It gets the time that nobody else wants; where others want all of it for long,
-/// as when something large is compiled, a picture would never be read, so then it gets a little. So
-/// the engine costs this program no memory and no time at its start, a picture made to break the
-/// engine breaks nothing else, and a reading is stopped by ending the process.
+/// no other follows: so the engine costs this program no memory and no time at its start, a picture
+/// made to break the engine breaks nothing else, and a reading is stopped by ending the process.
+/// The worker gets the time that nobody else wants; where others want all of it for long, as when
+/// something large is compiled, it gets a small share, or a picture would never be read.
 class WorkerTextRecognition : public TextRecognition {
  public:
   struct Settings {
@@ -47,7 +47,7 @@ class WorkerTextRecognition : public TextRecognition {
   [[nodiscard]] Recognition recognize(ByteView image, const std::vector<std::string>& languages,
                                       const std::stop_token& stop) override;
 
-  /// The worker's, while there is one; else 0. For who measures it.
+  /// The worker's number while there is one, else 0: for measurements.
   [[nodiscard]] int workerProcessId();
 
  private:

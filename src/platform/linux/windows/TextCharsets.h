@@ -8,7 +8,7 @@
 
 namespace vantorel {
 
-/// What the X11 text encodings are called by those who convert them.
+/// What the conversion library calls the text encoding of old X11 programs.
 inline constexpr const char* compoundTextCharset = "x11-compound-text";
 
 /// `bytes` in the named charset as valid UTF-8, U+FFFD for what it has no meaning for. Absent for a

@@ -7,9 +7,9 @@
 
 namespace vantorel {
 
-/// The part of the clipboard manager: programs that end ask whoever plays it to keep what they
-/// copied, and do not ask when nobody does. It is played where no other program plays it, left to
-/// the one that takes it, and taken up again when that one ends. On the X thread.
+/// The role of the clipboard manager: programs that end ask whoever has it to keep what they
+/// copied, and do not ask when nobody has. It is taken where no other program has it, left to one
+/// that takes it, and taken again when that one ends. On the X thread.
 class ClipboardManagerRole {
  public:
   /// Serves as `window`, through `owner`. All that is named outlives the role.

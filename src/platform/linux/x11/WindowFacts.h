@@ -24,7 +24,7 @@ struct WindowFacts {
   std::string desktopFile;                 // what toolkits announce: the id of the desktop entry
   std::string clientMachine;               // host name
   std::optional<std::uint32_t> statedPid;  // _NET_WM_PID: the program's own word
-  std::optional<ProcessId> clientPid;      // the local process at the other end, as the server sees
+  std::optional<ProcessId> clientPid;      // the local process at the other end, by the server
 };
 
 /// Whether it is a window of an application rather than a part of one, or nobody's.

@@ -9,8 +9,8 @@
 
 namespace vantorel {
 
-/// Mouse presses anywhere, as the server reports them raw to the root window, grabs by others
-/// notwithstanding. A connection and a thread exist only as long as a monitor does.
+/// Mouse presses anywhere, as the server reports them raw to the root window, even while another
+/// program has grabbed the mouse. A connection and a thread exist only as long as a monitor does.
 class X11EventMonitors : public EventMonitors {
  public:
   /// `dispatch` outlives this and every monitor.

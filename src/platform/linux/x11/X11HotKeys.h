@@ -35,7 +35,7 @@ class X11HotKeys : public HotKeys {
   std::function<void(HotKeyId)> handler_;
   std::map<HotKeyRef, HotKeyId> ids_;
   HotKeyRef lastReference_ = 0;
-  Lifetime life_;          // before what it is given to
+  Lifetime life_;          // before the grabber, which gets a guarded callback
   X11KeyGrabber grabber_;  // its thread tells of presses
 };
 
