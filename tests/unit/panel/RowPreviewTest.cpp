@@ -73,6 +73,7 @@ TEST_F(RowPreviewTest, APassingPointerShowsNothing) {
   enterRow(one_);
   wait(0.29);
   leaveRow(one_);
+  EXPECT_FALSE(preview_->pending());
   wait(1);
   EXPECT_FALSE(onStage());
   enterRow(two_, ClipKind::image);
@@ -181,6 +182,7 @@ TEST_F(RowPreviewTest, ThatIsShownIsNotShownAgain) {
 TEST_F(RowPreviewTest, TakenAwayNeverComes) {
   enterRow(one_);
   preview_->hidePreview();
+  EXPECT_FALSE(preview_->pending());
   wait(1);
   EXPECT_FALSE(onStage());
   preview_->showPreview(one_);

@@ -144,6 +144,7 @@ TEST(MakingValid, ReplacesEachBrokenSequenceOnce) {
   EXPECT_EQ(validUtf8("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");
   EXPECT_EQ(validUtf8("\xFF\xFE"), "\uFFFD\uFFFD");
   EXPECT_EQ(validUtf8("caf\xE9"), "caf\uFFFD");
+  EXPECT_EQ(validUtf8(std::string("a\0b\xFF"sv)), "a\0b\uFFFD"sv) << "a zero is not broken";
 }
 
 TEST(MakingValid, TakesMegabytesOfRubbish) {
