@@ -1,10 +1,8 @@
 #include "chrome/TextPresentation.h"
 
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
-#include <algorithm>
-#include <cstdint>
+#include "text/Unicode.h"
 
 namespace vantorel::TextPresentation {
 namespace {
@@ -22,26 +20,11 @@ bool isBlank(UChar32 c) {
   return u_isUWhiteSpace(c) != 0 || u_charType(c) == U_CONTROL_CHAR || c == 0xFEFF || c == 0xFFFC;
 }
 
-/// The code point at `offset`, which moves behind it; U+FFFD for bytes that are no UTF-8.
-UChar32 next(std::string_view text, std::size_t& offset) {
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  UChar32 c = 0;
-  U8_NEXT_OR_FFFD(bytes, offset, text.size(), c);
-  return c;
-}
-
-void append(std::string& out, UChar32 c) {
-  std::uint8_t bytes[U8_MAX_LENGTH];
-  std::size_t length = 0;
-  U8_APPEND_UNSAFE(bytes, length, c);
-  out.append(reinterpret_cast<const char*>(bytes), length);
-}
-
 }  // namespace
 
 bool isPrimarilyRTL(std::string_view text) {
   for (std::size_t offset = 0; offset < text.size();) {
-    const UChar32 c = next(text, offset);
+    const UChar32 c = nextCodePoint(text, offset);
     if (c >= firstRtl && c <= lastRtl) return true;
     if (u_isalpha(c) != 0) return false;
   }
@@ -57,7 +40,7 @@ std::string singleLine(std::string_view text, std::size_t maxCharacters) {
   bool blankBefore = false;
   std::size_t offset = 0;
   while (offset < text.size() && kept < maxCharacters && read < maxCharacters * readPerKept) {
-    const UChar32 c = next(text, offset);
+    const UChar32 c = nextCodePoint(text, offset);
     ++read;
     if (isDirectionMark(c)) continue;
     if (isBlank(c)) {
@@ -69,7 +52,7 @@ std::string singleLine(std::string_view text, std::size_t maxCharacters) {
       ++kept;
     }
     blankBefore = false;
-    append(line, c);
+    appendCodePoint(line, c);
     ++kept;
   }
   if (offset < text.size()) line += "…";

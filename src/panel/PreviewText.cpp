@@ -1,12 +1,12 @@
 #include "panel/PreviewText.h"
 
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <cstdint>
 #include <string_view>
 
 #include "chrome/TextPresentation.h"
+#include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
@@ -18,8 +18,8 @@ constexpr std::size_t lineBreakCost = 8;
 constexpr std::size_t rareCost = 4;
 constexpr UChar32 firstRare = 0x0900;
 
-// A line may be longer than a piece, so that paragraphs stay whole. When it has to be broken, it is
-// at a blank if one comes in time.
+// A line may be longer than a piece, so that paragraphs stay whole. Where one has to be broken, it
+// is broken at a blank if there is one near its end.
 constexpr std::size_t lineCost = 4000;
 constexpr std::size_t breakSearch = 400;
 
@@ -49,21 +49,6 @@ std::size_t cost(UChar32 c) {
 bool isMark(UChar32 c) {
   constexpr std::uint32_t marks = U_GC_MN_MASK | U_GC_ME_MASK;
   return (U_GET_GC_MASK(c) & marks) != 0;
-}
-
-/// The code point at `offset`, which moves behind it; U+FFFD for bytes that are no UTF-8.
-UChar32 next(std::string_view text, std::size_t& offset) {
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  UChar32 c = 0;
-  U8_NEXT_OR_FFFD(bytes, offset, text.size(), c);
-  return c;
-}
-
-void append(std::string& out, UChar32 c) {
-  std::uint8_t bytes[U8_MAX_LENGTH];
-  std::size_t length = 0;
-  U8_APPEND_UNSAFE(bytes, length, c);
-  out.append(reinterpret_cast<const char*>(bytes), length);
 }
 
 /// At most `mostBytes`, and no character cut in two.
@@ -98,14 +83,15 @@ std::size_t PreviewText::readLine(std::string& piece) {
   std::size_t spent = 0;
   int marks = 0;
   while (offset_ < text.size()) {
-    const UChar32 c = next(text, offset_);
+    const UChar32 c = nextCodePoint(text, offset_);
     spent += cost(c);
     if (isLineBreak(c)) {
       if (c == '\r' && offset_ < text.size() && text[offset_] == '\n') ++offset_;
       return spent;
     }
     marks = isMark(c) ? marks + 1 : 0;
-    if (!isOverride(c) && marks <= mostMarks) append(piece, isForeign(c) ? replacement : c);
+    if (!isOverride(c) && marks <= mostMarks)
+      appendCodePoint(piece, isForeign(c) ? replacement : c);
     const bool atBlank = u_isUWhiteSpace(c) != 0 && spent + breakSearch >= lineCost;
     if ((atBlank || spent >= lineCost) && offset_ < text.size()) return spent;
   }

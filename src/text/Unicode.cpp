@@ -6,6 +6,7 @@
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/utext.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -267,6 +268,20 @@ std::string validUtf8(std::string bytes) {
     rest.remove_prefix(firstCodePoint(rest).length);
     good = wellFormedPrefix(rest);
   }
+}
+
+std::int32_t nextCodePoint(std::string_view text, std::size_t& offset) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  UChar32 c = 0;
+  U8_NEXT_OR_FFFD(bytes, offset, text.size(), c);
+  return c;
+}
+
+void appendCodePoint(std::string& text, std::int32_t codePoint) {
+  std::uint8_t bytes[U8_MAX_LENGTH];
+  std::size_t length = 0;
+  U8_APPEND_UNSAFE(bytes, length, codePoint);
+  text.append(reinterpret_cast<const char*>(bytes), length);
 }
 
 std::string lowerCased(std::string_view text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,11 @@ namespace vantorel {
 /// The bytes themselves when they are well-formed, without a copy; else each broken sequence
 /// replaced by one U+FFFD.
 [[nodiscard]] std::string validUtf8(std::string bytes);
+
+/// The code point at `offset`, which moves behind it; U+FFFD for bytes that are no UTF-8. `offset`
+/// is below the size.
+[[nodiscard]] std::int32_t nextCodePoint(std::string_view text, std::size_t& offset);
+void appendCodePoint(std::string& text, std::int32_t codePoint);
 
 /// Case mappings that do not depend on the locale.
 [[nodiscard]] std::string lowerCased(std::string_view text);

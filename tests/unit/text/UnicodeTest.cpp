@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vantorel {
 namespace {
@@ -151,6 +152,28 @@ TEST(MakingValid, TakesMegabytesOfRubbish) {
   const auto repaired = validUtf8(repeated("\xFF", 3'000'000));
   EXPECT_EQ(repaired.size(), 9'000'000U);
   EXPECT_TRUE(isValidUtf8(repaired));
+}
+
+TEST(CodePoints, AreReadAndWrittenOneByOne) {
+  const std::string text = "a\u00E9\u05D0\U0001F600";
+  std::string copy;
+  std::vector<std::int32_t> found;
+  for (std::size_t offset = 0; offset < text.size();) {
+    found.push_back(nextCodePoint(text, offset));
+    appendCodePoint(copy, found.back());
+  }
+  EXPECT_EQ(found, (std::vector<std::int32_t>{'a', 0xE9, 0x5D0, 0x1F600}));
+  EXPECT_EQ(copy, text);
+}
+
+TEST(CodePoints, BytesThatAreNoTextAreReplaced) {
+  const std::string_view text = "\xE9x\xF0\x9F";
+  std::size_t offset = 0;
+  EXPECT_EQ(nextCodePoint(text, offset), 0xFFFD);
+  EXPECT_EQ(offset, 1U);
+  EXPECT_EQ(nextCodePoint(text, offset), 'x');
+  EXPECT_EQ(nextCodePoint(text, offset), 0xFFFD);
+  EXPECT_EQ(offset, text.size());
 }
 
 TEST(CaseMapping, DoesNotDependOnTheLocale) {
