@@ -2,9 +2,8 @@
 
 #include <QCloseEvent>
 #include <QVariantAnimation>
-#include <algorithm>
-#include <cmath>
 
+#include "chrome/Geometry.h"
 #include "chrome/ReadableGlassView.h"
 #include "chrome/WindowGlass.h"
 
@@ -12,17 +11,6 @@ namespace vantorel {
 namespace {
 
 constexpr int fadeMilliseconds = 90;
-
-/// The part of the desktop that may be used around `anchor`; the anchor itself without screens.
-Rect areaAround(const Screens& screens, const Rect& anchor) {
-  const Point middle{anchor.midX(), anchor.midY()};
-  const auto all = screens.screens();
-  const auto found = std::find_if(
-      all.begin(), all.end(), [&](const Screen& screen) { return screen.frame.contains(middle); });
-  if (found != all.end()) return found->visibleFrame;
-  const auto main = screens.mainScreen();
-  return main ? main->visibleFrame : anchor;
-}
 
 }  // namespace
 
@@ -50,9 +38,10 @@ PopoverWindow::PopoverWindow(const QString& title, QSize size, double cornerRadi
 }
 
 void PopoverWindow::show(const Rect& anchor, PopoverEdge edge) {
+  const auto screen = screenNear(services_.screens, {anchor.midX(), anchor.midY()});
   const auto frame =
-      popoverFrame(anchor, edge, width(), height(), areaAround(services_.screens, anchor));
-  move(static_cast<int>(std::lround(frame.x)), static_cast<int>(std::lround(frame.y)));
+      popoverFrame(anchor, edge, width(), height(), screen ? screen->visibleFrame : anchor);
+  move(toQPoint({frame.x, frame.y}));
   fade_->stop();
   const auto finish = glassFinish(services_.accessibility, services_.backdrops);
   const bool fades = finish.outline == GlassFinish::Outline::blended;

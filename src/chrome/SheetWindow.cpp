@@ -6,9 +6,9 @@
 #include <QLabel>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 
 #include "chrome/AccompanyingWindow.h"
+#include "chrome/Geometry.h"
 #include "chrome/PushButton.h"
 #include "chrome/ReadableGlassView.h"
 #include "chrome/VantorelTheme.h"
@@ -18,7 +18,6 @@ namespace vantorel {
 namespace {
 
 constexpr double cornerRadius = 14;
-constexpr int contentWidth = 280;
 constexpr int margin = 20;
 constexpr int belowTop = 34;  // of the window that the sheet is attached to
 constexpr double messagePoints = 13.5;
@@ -29,20 +28,13 @@ QLabel* wrappedLabel(const QString& text, double points, QFont::Weight weight) {
   label->setTextFormat(Qt::PlainText);
   label->setFont(VantorelTheme::systemFont(points, weight));
   label->setWordWrap(true);
-  label->setFixedWidth(contentWidth);
+  label->setFixedWidth(SheetWindow::contentWidth);
   return label;
 }
 
-void tint(QLabel* label, const QColor& color) {
-  QPalette colors = label->palette();
-  if (colors.color(QPalette::WindowText) == color) return;
-  colors.setColor(QPalette::WindowText, color);
-  label->setPalette(colors);
-}
-
-int kept(double wanted, double length, double areaStart, double areaLength) {
-  const double last = areaStart + areaLength - length;
-  return static_cast<int>(std::lround(std::max(areaStart, std::min(wanted, last))));
+/// `start` moved so that `length` fits into the area; its beginning counts more than its end.
+double kept(double start, double length, double areaStart, double areaLength) {
+  return std::max(areaStart, std::min(start, areaStart + areaLength - length));
 }
 
 }  // namespace
@@ -131,22 +123,16 @@ void SheetWindow::place() {
   if (attachedTo_ == nullptr) {
     if (!screen) return;
     const Rect& area = screen->visibleFrame;
-    move(static_cast<int>(std::lround(area.midX() - width() / 2.0)),
-         static_cast<int>(std::lround(area.midY() - height() / 2.0)));
+    move(toQPoint({area.midX() - width() / 2.0, area.midY() - height() / 2.0}));
     return;
   }
-  const QRect window = attachedTo_->geometry();
-  const double x = window.x() + (window.width() - width()) / 2.0;
-  const double y = window.y() + belowTop;
-  const auto screens = services_.screens.screens();
-  const Point middle{window.x() + window.width() / 2.0, window.y() + window.height() / 2.0};
-  const auto around = std::find_if(screens.begin(), screens.end(),
-                                   [&](const Screen& one) { return one.frame.contains(middle); });
-  const Rect whole{x, y, static_cast<double>(width()), static_cast<double>(height())};
-  const Rect area = around != screens.end() ? around->visibleFrame
-                    : screen                ? screen->visibleFrame
-                                            : whole;
-  move(kept(x, width(), area.x, area.width), kept(y, height(), area.y, area.height));
+  const Rect window = toRect(attachedTo_->geometry());
+  const Rect wanted{window.midX() - width() / 2.0, window.y + belowTop,
+                    static_cast<double>(width()), static_cast<double>(height())};
+  const auto around = screenContaining(services_.screens, {window.midX(), window.midY()});
+  const Rect area = around ? around->visibleFrame : screen ? screen->visibleFrame : wanted;
+  move(toQPoint({kept(wanted.x, wanted.width, area.x, area.width),
+                 kept(wanted.y, wanted.height, area.y, area.height)}));
 }
 
 /// Goes with its window and stays at its place over it.
@@ -185,9 +171,9 @@ void SheetWindow::resizeEvent(QResizeEvent* event) {
 }
 
 void SheetWindow::tintText() {
-  tint(message_, VantorelTheme::label(palette()));
+  VantorelTheme::setTextColor(*message_, VantorelTheme::label(palette()));
   if (informativeText_ != nullptr) {
-    tint(informativeText_, VantorelTheme::secondaryLabel(palette()));
+    VantorelTheme::setTextColor(*informativeText_, VantorelTheme::secondaryLabel(palette()));
   }
 }
 

@@ -29,6 +29,9 @@ class SheetWindow : public QWidget {
     Style style = Style::standard;
   };
 
+  /// Of the text and the accessory, in points.
+  static constexpr int contentWidth = 280;
+
   /// `attachedTo` may be null, then the sheet stands in the middle of the screen under the pointer.
   SheetWindow(const Question& question, const ChromeServices& services, QWidget* attachedTo);
 

@@ -62,11 +62,7 @@ void ToastPanel::changeEvent(QEvent* event) {
 }
 
 void ToastPanel::tintLabel() {
-  QPalette colors = label_->palette();
-  const QColor color = VantorelTheme::label(palette());
-  if (colors.color(QPalette::WindowText) == color) return;
-  colors.setColor(QPalette::WindowText, color);
-  label_->setPalette(colors);
+  VantorelTheme::setTextColor(*label_, VantorelTheme::label(palette()));
 }
 
 }  // namespace vantorel

@@ -1,7 +1,6 @@
 #include "chrome/ToastPresenter.h"
 
-#include <cmath>
-
+#include "chrome/Geometry.h"
 #include "chrome/KeySymbols.h"
 #include "chrome/ToastPanel.h"
 
@@ -22,8 +21,7 @@ void ToastPresenter::show(const std::string& message) {
   panel_ = std::make_unique<ToastPanel>(QString::fromStdString(spelledKeys(message)), services_);
   if (const auto screen = screenUnderMouse(services_.screens)) {
     const auto& area = screen->visibleFrame;
-    panel_->move(static_cast<int>(std::lround(area.midX() - ToastPanel::width / 2.0)),
-                 static_cast<int>(std::lround(area.y + distanceFromTop)));
+    panel_->move(toQPoint({area.midX() - ToastPanel::width / 2.0, area.y + distanceFromTop}));
   }
   panel_->orderFrontRegardless();
   // The timer dies with this presenter, and so cannot outlive what it refers to.

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QWidget>
 
 namespace vantorel::VantorelTheme {
 namespace {
@@ -34,6 +35,13 @@ QColor labelWash(const QPalette& palette, double alpha) {
 
 bool isDark(const QPalette& palette) {
   return window(palette).lightnessF() < label(palette).lightnessF();
+}
+
+void setTextColor(QWidget& label, const QColor& color) {
+  QPalette colors = label.palette();
+  if (colors.color(QPalette::WindowText) == color) return;
+  colors.setColor(QPalette::WindowText, color);
+  label.setPalette(colors);
 }
 
 QFont systemFont(double points, QFont::Weight weight) {

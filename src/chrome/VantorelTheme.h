@@ -4,10 +4,12 @@
 #include <QFont>
 #include <QPalette>
 
+class QWidget;
+
 namespace vantorel::VantorelTheme {
 
-/// The accent, and two faint washes of it; the one called strong is the fainter and marks the
-/// selected row.
+/// The accent, and two washes of it. The strong one, behind the selected row, has less colour than
+/// the soft one.
 [[nodiscard]] QColor gold();
 [[nodiscard]] QColor goldSoft();
 [[nodiscard]] QColor goldStrong();
@@ -20,6 +22,10 @@ namespace vantorel::VantorelTheme {
 /// The label colour at `alpha`, for hairlines and washes.
 [[nodiscard]] QColor labelWash(const QPalette& palette, double alpha);
 [[nodiscard]] bool isDark(const QPalette& palette);
+
+/// Writes a label's text in that colour. Nothing happens if it has it already, so this may be
+/// called whenever the palette has changed.
+void setTextColor(QWidget& label, const QColor& color);
 
 /// The desktop's font at `points`, which are device-independent pixels here as for every length.
 [[nodiscard]] QFont systemFont(double points, QFont::Weight weight = QFont::Normal);

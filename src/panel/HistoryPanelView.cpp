@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "chrome/Geometry.h"
 #include "panel/ClipRowView.h"
 
 namespace vantorel {
@@ -10,13 +11,7 @@ namespace {
 using ListGeometry::SearchBar;
 
 constexpr double cornerRadius = 18;
-constexpr QSize initialSize(408, 360);
-constexpr double initialListHeight = 340;
-
-QRect rounded(const Rect& frame) {
-  return {static_cast<int>(std::floor(frame.x)), static_cast<int>(std::floor(frame.y)),
-          static_cast<int>(std::lround(frame.width)), static_cast<int>(std::lround(frame.height))};
-}
+constexpr QSize initialSize(static_cast<int>(ListGeometry::panelWidth), 360);
 
 }  // namespace
 
@@ -29,9 +24,8 @@ HistoryPanelView::HistoryPanelView(const ChromeServices& services)
       listScrollView(
           *new ElasticScrollView(services.dispatch, services.accessibility, &panel.glass())),
       list(*new ClipListView(services, nullptr)),
-      listHeight_(initialListHeight),
-      frame_{0, 0, static_cast<double>(initialSize.width()),
-             static_cast<double>(initialSize.height())} {
+      listHeight_(initialSize.height() - 2 * ListGeometry::margin),
+      frame_(toRect(QRect({0, 0}, initialSize))) {
   listScrollView.setFocusPolicy(Qt::NoFocus);
   listScrollView.setWidget(&list);
   list.setAutoFillBackground(false);
@@ -53,16 +47,13 @@ void HistoryPanelView::setSearchBar(SearchBar searchBar) {
 
 Rect HistoryPanelView::frame() {
   const QRect now = panel.geometry();
-  if (now != rounded(frame_)) {
-    frame_ = {static_cast<double>(now.x()), static_cast<double>(now.y()),
-              static_cast<double>(now.width()), static_cast<double>(now.height())};
-  }
+  if (now != toQRect(frame_)) frame_ = toRect(now);
   return frame_;
 }
 
 void HistoryPanelView::setFrame(const Rect& frame) {
   frame_ = frame;
-  panel.setGeometry(rounded(frame));
+  panel.setGeometry(toQRect(frame));
 }
 
 void HistoryPanelView::setListHeight(double height) {
@@ -106,11 +97,9 @@ std::array<QWidget*, 3> HistoryPanelView::searchBarParts() const {
 void HistoryPanelView::revealRow(std::size_t index) {
   const auto* row = list.row(index);
   if (row == nullptr) return;
-  const QRect place = row->geometry();
-  const Rect frame{static_cast<double>(place.x()), static_cast<double>(place.y()),
-                   static_cast<double>(place.width()), static_cast<double>(place.height())};
-  listScrollView.scrollTo(ListGeometry::offsetRevealing(
-      frame, listScrollView.offset(), listScrollView.viewport()->height(), list.height()));
+  listScrollView.scrollTo(
+      ListGeometry::offsetRevealing(toRect(row->geometry()), listScrollView.offset(),
+                                    listScrollView.viewport()->height(), list.height()));
 }
 
 void HistoryPanelView::warmUp() {

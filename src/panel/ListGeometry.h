@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "panel/RowGeometry.h"
 #include "platform/Screens.h"
 #include "store/ClipItem.h"
 
@@ -14,7 +15,7 @@ namespace vantorel::ListGeometry {
 inline constexpr double panelWidth = 408;
 inline constexpr double margin = 10;  // on every side of the panel's content
 inline constexpr double listWidth = panelWidth - 2 * margin;
-inline constexpr double rowHeight = 48;
+inline constexpr double rowHeight = RowGeometry::height;
 inline constexpr double rowGap = 1;
 inline constexpr double separatorSpace = 12;  // between the pins and the rest
 inline constexpr double bottomSpace = 18;     // under the last row

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "chrome/Geometry.h"
 #include "chrome/TextPresentation.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/PreviewGeometry.h"
@@ -16,8 +17,6 @@ constexpr double backdropAlpha = 0.12;
 constexpr double imageRadius = 5;
 constexpr double captionPoints = 12;
 constexpr std::size_t mostCaptionCharacters = 400;
-
-QRectF toolkit(const Rect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
 
 }  // namespace
 
@@ -38,7 +37,7 @@ void MediaPreview::setImage(SharedBitmap image) {
 
 void MediaPreview::paintEvent(QPaintEvent* /*event*/) {
   const Size size{static_cast<double>(width()), static_cast<double>(height())};
-  const QRectF area = toolkit(PreviewGeometry::mediaImage(size));
+  const QRectF area = toQRectF(PreviewGeometry::mediaImage(size));
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   QPainterPath outline;
@@ -48,7 +47,7 @@ void MediaPreview::paintEvent(QPaintEvent* /*event*/) {
   imageView_.draw(painter, area, palette());
   painter.setClipping(false);
 
-  const QRectF line = toolkit(PreviewGeometry::mediaCaption(size));
+  const QRectF line = toQRectF(PreviewGeometry::mediaCaption(size));
   painter.setFont(VantorelTheme::systemFont(captionPoints));
   painter.setPen(VantorelTheme::secondaryLabel(palette()));
   painter.drawText(

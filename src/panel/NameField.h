@@ -1,27 +1,23 @@
 #pragma once
 
-#include <QLineEdit>
+#include "chrome/GlassField.h"
+#include "chrome/SheetWindow.h"
 
 namespace vantorel {
 
-/// A field for a short name, on glass. Text stands at the side where its first letter says that
+/// A field for a short name, on a sheet. Text stands at the side where its first letter says that
 /// reading begins.
-class NameField : public QLineEdit {
+class NameField : public GlassField {
   Q_OBJECT
 
  public:
-  static constexpr int fieldWidth = 280;
+  static constexpr int fieldWidth = SheetWindow::contentWidth;
   static constexpr int fieldHeight = 24;
 
   explicit NameField(const QString& name);
 
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  void changeEvent(QEvent* event) override;
-
  private:
   void followDirection();
-  void applyColors();
 };
 
 }  // namespace vantorel

@@ -2,6 +2,7 @@
 
 #include "chrome/SymbolButton.h"
 #include "panel/RowContent.h"
+#include "panel/RowGeometry.h"
 
 namespace vantorel {
 
@@ -10,7 +11,7 @@ class PinButton : public SymbolButton {
   Q_OBJECT
 
  public:
-  static constexpr int side = 28;
+  static constexpr int side = static_cast<int>(RowGeometry::pinSide);
 
   explicit PinButton(QWidget* parent);
 

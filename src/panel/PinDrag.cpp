@@ -5,6 +5,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "chrome/Geometry.h"
 #include "panel/ClipRowView.h"
 #include "panel/PinDragGhost.h"
 #include "panel/RowGeometry.h"
@@ -13,11 +14,6 @@ namespace vantorel {
 namespace {
 
 constexpr Seconds scrollInterval{1.0 / 60};
-
-Rect toRect(const QRect& rect) {
-  return {static_cast<double>(rect.x()), static_cast<double>(rect.y()),
-          static_cast<double>(rect.width()), static_cast<double>(rect.height())};
-}
 
 }  // namespace
 
@@ -74,10 +70,7 @@ void PinDrag::followPointer() {
   ghost_->move(inList - *grip_);
   const QWidget* view = list_.parentWidget();
   const bool seen = view == nullptr || view->rect().contains(view->mapFromGlobal(pointer_));
-  markTarget(seen
-                 ? pinDropTarget(places_, dragged_.content().id,
-                                 {static_cast<double>(inList.x()), static_cast<double>(inList.y())})
-                 : std::nullopt);
+  markTarget(seen ? pinDropTarget(places_, dragged_.content().id, toPoint(inList)) : std::nullopt);
 }
 
 void PinDrag::markTarget(const std::optional<PinDropTarget>& target) {
@@ -92,7 +85,7 @@ void PinDrag::markTarget(const std::optional<PinDropTarget>& target) {
   auto& row = *rows_[target_->row];
   row.setDropPlace(target_->place);
   const Rect line = RowGeometry::dropLine(target_->place, row.width());
-  ghost_->leaveOpen(QRectF(line.x, line.y, line.width, line.height).toRect().translated(row.pos()));
+  ghost_->leaveOpen(toQRect(line).translated(row.pos()));
 }
 
 double PinDrag::scrollStep() const {

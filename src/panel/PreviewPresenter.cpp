@@ -1,40 +1,15 @@
 #include "panel/PreviewPresenter.h"
 
 #include <QWidget>
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
+#include "chrome/Geometry.h"
 #include "chrome/PopoverWindow.h"
 #include "chrome/ReadableGlassView.h"
 #include "panel/ClipPreviewViewController.h"
 #include "panel/PreviewGeometry.h"
 
 namespace vantorel {
-namespace {
-
-Rect toRect(const QRect& rect) {
-  return {static_cast<double>(rect.x()), static_cast<double>(rect.y()),
-          static_cast<double>(rect.width()), static_cast<double>(rect.height())};
-}
-
-QSize toSize(Size size) {
-  return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
-}
-
-/// What may be used of the screen that the window is on.
-std::optional<Rect> visibleFrameAround(const Screens& screens, const Rect& window) {
-  const Point middle{window.midX(), window.midY()};
-  const auto all = screens.screens();
-  const auto found = std::find_if(
-      all.begin(), all.end(), [&](const Screen& screen) { return screen.frame.contains(middle); });
-  if (found != all.end()) return found->visibleFrame;
-  const auto main = screens.mainScreen();
-  return main ? std::optional(main->visibleFrame) : std::nullopt;
-}
-
-}  // namespace
-
 PreviewPresenter::PreviewPresenter(const ChromeServices& services) : services_(services) {}
 
 PreviewPresenter::~PreviewPresenter() {
@@ -45,14 +20,15 @@ PreviewPresenter::~PreviewPresenter() {
 void PreviewPresenter::show(ClipItem item, SharedBitmap image, const QWidget& row) {
   close();
   const Rect panel = toRect(row.window()->geometry());
-  const auto area = visibleFrameAround(services_.screens, panel);
+  const auto screen = screenNear(services_.screens, {panel.midX(), panel.midY()});
+  const auto area = screen ? std::optional(screen->visibleFrame) : std::nullopt;
   controller_ = std::make_unique<ClipPreviewViewController>(
       std::move(item), std::move(image), PreviewGeometry::maximumSize(area), services_.dispatch);
   controller_->onHoverChanged = [this](bool hovering) {
     if (onHoverChanged) onHoverChanged(hovering);
   };
   window_ =
-      new PopoverWindow(QStringLiteral("Preview"), toSize(controller_->preferredContentSize()),
+      new PopoverWindow(QStringLiteral("Preview"), toQSize(controller_->preferredContentSize()),
                         PreviewGeometry::cornerRadius, services_);
   window_->onClosed = [this, shown = window_.data()] {
     if (window_ != shown) return;

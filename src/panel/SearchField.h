@@ -1,14 +1,15 @@
 #pragma once
 
-#include <QLineEdit>
 #include <functional>
+
+#include "chrome/GlassField.h"
 
 namespace vantorel {
 
 class SymbolButton;
 
 /// The panel's search field: a magnifying glass, the text, and a button that clears it.
-class SearchField : public QLineEdit {
+class SearchField : public GlassField {
   Q_OBJECT
 
  public:
@@ -21,12 +22,10 @@ class SearchField : public QLineEdit {
   std::function<void()> onEdit;
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
+  void drawOnBackground(QPainter& painter) const override;
 
  private:
-  void applyColors();
   void clearByButton();
 
   SymbolButton* clearButton_;

@@ -18,7 +18,7 @@ constexpr double endPoints = 11.5;
 constexpr double endMargin = 10;
 constexpr double selectionAlpha = 0.4;
 
-/// So little text can be empty lines only; as much as this fills every preview.
+/// So much text fills every preview, whatever it is made of.
 constexpr int mostPiecesMeasured = 4;
 
 void configure(QTextDocument& document, bool rtl) {
@@ -98,9 +98,7 @@ void TextPreview::appendInTurns() {
   const bool first = !std::exchange(begun_, true);
   appendPiece(*document(), *piece, first);
   if (first) moveCursor(QTextCursor::Start);
-  dispatch_.async([this, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired()) appendInTurns();
-  });
+  dispatch_.async(life_.guard([this] { appendInTurns(); }));
 }
 
 void TextPreview::appendEnd() {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QTextEdit>
-#include <memory>
 
+#include "base/Lifetime.h"
 #include "panel/PreviewText.h"
 #include "platform/Dispatch.h"
 
@@ -34,8 +34,7 @@ class TextPreview : public QTextEdit {
   Dispatch& dispatch_;
   bool begun_ = false;
   bool ended_ = false;  // the last line says that there is more
-  // Dies with this; queued work that finds it dead does nothing.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime life_;
 };
 
 }  // namespace vantorel

@@ -44,7 +44,11 @@ class Screens {
   [[nodiscard]] virtual Point mouseLocation() const = 0;
 };
 
-/// The first screen whose frame contains the pointer, else the main one.
+/// The first screen whose frame contains the point.
+[[nodiscard]] std::optional<Screen> screenContaining(const Screens& screens, Point point);
+/// The same, else the main one.
+[[nodiscard]] std::optional<Screen> screenNear(const Screens& screens, Point point);
+/// The same for the pointer.
 [[nodiscard]] std::optional<Screen> screenUnderMouse(const Screens& screens);
 
 }  // namespace vantorel
