@@ -7,9 +7,8 @@
 #include <QLabel>
 #include <QPainter>
 #include <algorithm>
-#include <cmath>
 
-#include "chrome/VantorelMenu.h"
+#include "chrome/Geometry.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/ClipRowView.h"
 #include "panel/ListGeometry.h"
@@ -23,10 +22,7 @@ constexpr int emptyTop = 24;
 constexpr int emptyHeight = 24;
 constexpr double separatorAlpha = 0.16;
 
-QRect rounded(const Rect& frame) {
-  return {static_cast<int>(std::lround(frame.x)), static_cast<int>(std::lround(frame.y)),
-          static_cast<int>(std::lround(frame.width)), static_cast<int>(std::lround(frame.height))};
-}
+Hover hoverOf(bool hovering) { return hovering ? Hover::entered : Hover::exited; }
 
 /// Lets a screen reader say which row has been chosen.
 void announceSelection(ClipRowView& row) {
@@ -47,7 +43,8 @@ ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
       emptyLabel_(new QLabel(this)),
       presenter_(services),
       previews_(services.dispatch,
-                {[this](Uuid id) { return openPreview(id); }, [this] { presenter_.close(); }}) {
+                {[this](Uuid id) { return openPreview(id); }, [this] { presenter_.close(); }}),
+      menu_(services, *this) {
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
   setAccessibleName(QStringLiteral("Clips"));
@@ -56,9 +53,16 @@ ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
   emptyLabel_->setGeometry(0, emptyTop, static_cast<int>(ListGeometry::listWidth), emptyHeight);
   tintEmptyLabel();
   presenter_.onHoverChanged = [this](bool hovering) {
-    previews_.previewHoverChanged(hovering ? Hover::entered : Hover::exited);
+    previews_.previewHoverChanged(hoverOf(hovering));
   };
   presenter_.onClosed = [this] { previews_.previewClosed(); };
+  menu_.onOpened = [this] {
+    if (onMenuOpened) onMenuOpened();
+  };
+  menu_.onClosed = [this] {
+    if (onMenuClosed) onMenuClosed();
+  };
+  menu_.onChosen = [this](RowAction action, Uuid id) { perform(commands, action, id); };
 }
 
 ClipListView::~ClipListView() = default;
@@ -74,10 +78,10 @@ void ClipListView::setRows(const std::vector<RowContent>& rows,
          static_cast<int>(ListGeometry::documentHeight(rows.size(), boundary)));
   for (std::size_t index = 0; index < rows.size(); ++index) {
     auto* row = rowToReuse(index);
-    const QRect place = rounded(ListGeometry::rowFrame(index, boundary));
+    const QRect place = toQRect(ListGeometry::rowFrame(index, boundary));
     // A preview stands beside its row: it goes when the row is another's, or is moved.
     const bool stays = row->content().id == rows[index].id && row->geometry() == place;
-    if (!stays) previews_.forget(Uuid(row->content().id));
+    if (!stays) previews_.forget(row->content().id);
     row->setContent(rows[index]);
     row->setGeometry(place);
     row->show();
@@ -143,7 +147,7 @@ ClipRowView* ClipListView::rowToReuse(std::size_t index) {
 /// Rows without an entry keep nothing of the one they had.
 void ClipListView::retireRows(std::size_t first) {
   for (std::size_t index = first; index < rows_.size(); ++index) {
-    previews_.forget(Uuid(rows_[index]->content().id));
+    previews_.forget(rows_[index]->content().id);
     rows_[index]->hide();
     rows_[index]->setContent({});
   }
@@ -157,9 +161,8 @@ void ClipListView::markSelection() {
 
 void ClipListView::paintEvent(QPaintEvent* /*event*/) {
   if (!boundary_) return;
-  const auto frame = ListGeometry::separatorFrame(*boundary_);
   QPainter painter(this);
-  painter.fillRect(QRectF(frame.x, frame.y, frame.width, frame.height),
+  painter.fillRect(toQRectF(ListGeometry::separatorFrame(*boundary_)),
                    VantorelTheme::labelWash(palette(), separatorAlpha));
 }
 
@@ -185,16 +188,90 @@ void ClipListView::hideEvent(QHideEvent* event) {
   if (event->spontaneous()) return;  // on another desktop, and back as it was
   endDrag();
   hidePreviews();
-  if (menu_) menu_->close();
+  menu_.close();
   for (auto* row : rows_) row->setContent({});
 }
 
 void ClipListView::tintEmptyLabel() {
-  QPalette colors = emptyLabel_->palette();
-  const QColor color = VantorelTheme::secondaryLabel(palette());
-  if (colors.color(QPalette::WindowText) == color) return;
-  colors.setColor(QPalette::WindowText, color);
-  emptyLabel_->setPalette(colors);
+  VantorelTheme::setTextColor(*emptyLabel_, VantorelTheme::secondaryLabel(palette()));
+}
+
+void ClipListView::wire(ClipRowView& row) {
+  row.onChoose = [this, &row] {
+    if (commands.onChoose) commands.onChoose(row.content().id);
+  };
+  row.onTogglePin = [this, &row] { perform(commands, RowAction::togglePin, row.content().id); };
+  row.onPress = [this] { hidePreviews(); };
+  row.onPressCancelled = [this] { markSelection(); };
+  row.onMenu = [this, &row](const QPoint& pointer) {
+    hidePreviews();
+    menu_.show(row, pointer);
+  };
+  row.onHoverChanged = [this, &row](bool hovering) {
+    previews_.rowHoverChanged(row.content().id, hoverOf(hovering),
+                              previewStart(row.content().kind));
+  };
+  row.onThumbnailHoverChanged = [this, &row](bool hovering) {
+    previews_.thumbnailHoverChanged(row.content().id, hoverOf(hovering));
+  };
+  row.onDrag = [this, &row](ClipRowView::DragStep step, const QPoint& pointer) {
+    switch (step) {
+      case ClipRowView::DragStep::begin:
+        beginDrag(row, pointer);
+        break;
+      case ClipRowView::DragStep::move:
+        if (drag_) drag_->moveTo(pointer);
+        break;
+      case ClipRowView::DragStep::drop:
+        dropDragged(pointer);
+        break;
+      case ClipRowView::DragStep::cancel:
+        endDrag();
+        break;
+    }
+  };
+}
+
+void ClipListView::showPreview(std::size_t index) {
+  if (const auto* shown = row(index)) previews_.showPreview(shown->content().id);
+}
+
+void ClipListView::hidePreviews() { previews_.hidePreview(); }
+
+bool ClipListView::openPreview(Uuid id) {
+  const auto* row = rowOf(id);
+  if (row == nullptr || !row->isVisible() || row->didDrag() || !commands.entry) return false;
+  auto item = commands.entry(id);
+  if (!item) return false;
+  presenter_.show(std::move(*item), row->thumbnail(), *row);
+  return true;
+}
+
+void ClipListView::beginDrag(ClipRowView& row, const QPoint& pointer) {
+  hidePreviews();
+  drag_ = std::make_unique<PinDrag>(
+      *this, std::vector(rows_.begin(), rows_.begin() + static_cast<std::ptrdiff_t>(rowCount_)),
+      row, services_.dispatch);
+  drag_->onEscape = [this] { endDrag(); };
+  drag_->onScroll = [this](double distance) {
+    if (onScroll) onScroll(distance);
+  };
+  drag_->moveTo(pointer);
+}
+
+void ClipListView::dropDragged(const QPoint& pointer) {
+  if (!drag_) return;
+  const auto drop = drag_->drop(pointer);
+  endDrag();
+  if (drop && commands.onDropPin) commands.onDropPin(drop->dragged, drop->onto, drop->place);
+}
+
+/// Ends a drag without a drop.
+void ClipListView::endDrag() {
+  if (!drag_) return;
+  drag_->dragged().cancelPress();
+  drag_.reset();
+  markSelection();
 }
 
 }  // namespace vantorel

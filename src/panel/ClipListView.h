@@ -10,7 +10,7 @@
 #include "panel/PreviewPresenter.h"
 #include "panel/RowCommands.h"
 #include "panel/RowContent.h"
-#include "panel/RowMenu.h"
+#include "panel/RowMenuPresenter.h"
 #include "panel/RowPreview.h"
 
 class QLabel;
@@ -19,7 +19,6 @@ namespace vantorel {
 
 class ClipRowView;
 class PinDrag;
-class VantorelMenu;
 
 /// The document of the list: the rows, the line below the pins, or one sentence when there is
 /// nothing to show. It has the keyboard while nothing is typed, with its dead keys. Rows are kept
@@ -79,8 +78,6 @@ class ClipListView : public QWidget {
 
   [[nodiscard]] ClipRowView* rowOf(Uuid id) const;
   bool openPreview(Uuid id);
-  void showMenu(ClipRowView& row, const QPoint& pointer);
-  void perform(RowAction action, Uuid id);
   void beginDrag(ClipRowView& row, const QPoint& pointer);
   void dropDragged(const QPoint& pointer);
   void endDrag();
@@ -93,7 +90,7 @@ class ClipListView : public QWidget {
   QLabel* emptyLabel_;
   PreviewPresenter presenter_;
   RowPreview previews_;
-  std::unique_ptr<VantorelMenu> menu_;
+  RowMenuPresenter menu_;
   std::unique_ptr<PinDrag> drag_;
 };
 

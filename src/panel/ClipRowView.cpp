@@ -1,10 +1,10 @@
 #include "panel/ClipRowView.h"
 
-#include <QEvent>
+#include <QMouseEvent>
 #include <QPainter>
-#include <cmath>
 #include <utility>
 
+#include "chrome/Geometry.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/PinButton.h"
 #include "panel/RowGeometry.h"
@@ -13,26 +13,10 @@ namespace vantorel {
 namespace {
 
 constexpr double imageRadius = 4;
-constexpr double titlePoints = 13.5;
-constexpr double metadataPoints = 10.8;
 constexpr double dividerAlpha = 0.1;
 constexpr double draggedOpacity = 0.35;
 
-QRectF toolkit(const Rect& rect) { return {rect.x, rect.y, rect.width, rect.height}; }
-
-QFont titleFont(bool named) {
-  return VantorelTheme::systemFont(titlePoints, named ? QFont::DemiBold : QFont::Medium);
-}
-
-QFont metadataFont() { return VantorelTheme::systemFont(metadataPoints, QFont::Medium); }
-
-/// Draws one line whose height is centred on `middle`. All rows share a base line, whatever fonts
-/// their scripts need; it lies on a whole pixel.
-void drawLine(QPainter& painter, double x, double middle, const QString& text) {
-  const QFontMetricsF metrics(painter.font());
-  const double baseline = middle + (metrics.ascent() - metrics.descent()) / 2;
-  painter.drawText(QPointF(x, std::round(baseline)), text);
-}
+QRectF imageArea(ClipKind kind) { return toQRectF(RowGeometry::image(kind)); }
 
 }  // namespace
 
@@ -71,7 +55,7 @@ void ClipRowView::setContent(const RowContent& content) {
   }
   pinButton_->setRow(content);
   setAccessibleName(QString::fromStdString(content.accessibilityText));
-  forgetLines();
+  forgetText();
 }
 
 void ClipRowView::updateThumbnail(SharedBitmap thumbnail) {
@@ -112,7 +96,7 @@ void ClipRowView::setDragged(bool dragged) {
   update();
 }
 
-/// There is a way from one colour to another only for who sees it.
+/// The colour fades only where that can be seen.
 void ClipRowView::updateBackground(Change change) {
   using Look = RowBackground::Look;
   const Look unselected = hovering_ || menuOpen_ ? Look::hovered : Look::plain;
@@ -120,9 +104,8 @@ void ClipRowView::updateBackground(Change change) {
                       isVisible() ? change : Change::immediate, palette());
 }
 
-void ClipRowView::forgetLines() {
-  title_ = {};
-  metadata_ = {};
+void ClipRowView::forgetText() {
+  text_.forget();
   update();
 }
 
@@ -130,15 +113,14 @@ void ClipRowView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   if (dragged_) painter.setOpacity(draggedOpacity);
   drawBackground(painter);
-  imageView_.draw(painter, toolkit(RowGeometry::image(content_.kind)), palette());
-  sourceIcon_.draw(painter, toolkit(RowGeometry::sourceIcon(content_.kind)), palette());
-  drawTitle(painter);
-  drawMetadata(painter);
+  imageView_.draw(painter, imageArea(content_.kind), palette());
+  sourceIcon_.draw(painter, toQRectF(RowGeometry::sourceIcon(content_.kind)), palette());
+  text_.draw(painter, content_, width(), palette());
 }
 
 void ClipRowView::drawBackground(QPainter& painter) const {
   if (content_.divided) {
-    painter.fillRect(toolkit(RowGeometry::divider(content_.kind, width())),
+    painter.fillRect(toQRectF(RowGeometry::divider(content_.kind, width())),
                      VantorelTheme::labelWash(palette(), dividerAlpha));
   }
   painter.setPen(Qt::NoPen);
@@ -150,58 +132,105 @@ void ClipRowView::drawBackground(QPainter& painter) const {
   }
   if (selected_) {
     painter.setBrush(VantorelTheme::gold());
-    painter.drawRoundedRect(toolkit(RowGeometry::selectionBar()), 1, 1);
+    painter.drawRoundedRect(toQRectF(RowGeometry::selectionBar()), 1, 1);
   }
   if (dropPlace_) {
-    painter.fillRect(toolkit(RowGeometry::dropLine(*dropPlace_, width())),
+    painter.fillRect(toQRectF(RowGeometry::dropLine(*dropPlace_, width())),
                      VantorelTheme::secondaryLabel(palette()));
   }
 }
 
-void ClipRowView::drawTitle(QPainter& painter) {
-  painter.setFont(titleFont(content_.named));
-  const Rect place = RowGeometry::title(content_.kind, width());
-  const QFontMetricsF metrics(painter.font());
-  if (title_.width < 0) {
-    title_.text =
-        metrics.elidedText(QString::fromStdString(content_.title), Qt::ElideRight, place.width);
-    title_.width = metrics.horizontalAdvance(title_.text);
-  }
-  painter.setPen(content_.available ? VantorelTheme::label(palette())
-                                    : VantorelTheme::tertiaryLabel(palette()));
-  painter.setLayoutDirection(content_.titleIsRTL ? Qt::RightToLeft : Qt::LeftToRight);
-  drawLine(painter, content_.titleIsRTL ? place.maxX() - title_.width : place.x, place.midY(),
-           title_.text);
-}
-
-void ClipRowView::drawMetadata(QPainter& painter) {
-  painter.setFont(metadataFont());
-  const Rect place = RowGeometry::metadata(content_.kind, width());
-  if (metadata_.width < 0) {
-    const QFontMetricsF metrics(painter.font());
-    // Left-to-right marks keep the parts in their order whatever scripts they are written in.
-    const auto text = QString::fromStdString(content_.metadata)
-                          .replace(QStringLiteral(" · "), QStringLiteral(" \u200E·\u200E "));
-    metadata_.text = metrics.elidedText(text, Qt::ElideRight, place.width);
-    metadata_.width = 0;
-  }
-  painter.setPen(VantorelTheme::secondaryLabel(palette()));
-  painter.setLayoutDirection(Qt::LeftToRight);
-  drawLine(painter, place.x, place.midY(), metadata_.text);
-}
-
 void ClipRowView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  pinButton_->move(toolkit(RowGeometry::pin(width())).topLeft().toPoint());
-  forgetLines();
+  pinButton_->move(toQRect(RowGeometry::pin(width())).topLeft());
+  forgetText();
 }
 
 void ClipRowView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange) {
-    forgetLines();
+    forgetText();
   }
   if (event->type() == QEvent::PaletteChange) updateBackground(Change::immediate);
+}
+
+void ClipRowView::mousePressEvent(QMouseEvent* event) {
+  const QPoint pointer = event->globalPosition().toPoint();
+  if (event->button() == Qt::LeftButton) {
+    press_.begin(toPoint(event->position()));
+    setSelected(true);
+    if (onPress) onPress();
+    return;
+  }
+  if (event->button() != Qt::RightButton) return;
+  if (!press_.isPressed()) {
+    if (onMenu) onMenu(pointer);
+    return;
+  }
+  // The other button takes back what the left one has begun.
+  const bool dragged = press_.isDragging();
+  press_.cancel();
+  if (dragged && onDrag) onDrag(DragStep::cancel, pointer);
+  if (!dragged && onPressCancelled) onPressCancelled();
+}
+
+void ClipRowView::mouseMoveEvent(QMouseEvent* event) {
+  const QPoint pointer = event->globalPosition().toPoint();
+  using Row = RowPress::Row;
+  switch (
+      press_.moveTo(toPoint(event->position()), content_.pinned ? Row::pinned : Row::notPinned)) {
+    case RowPress::Motion::none:
+      if (!press_.isPressed()) imageView_.track(event->position(), imageArea(content_.kind));
+      return;
+    case RowPress::Motion::startsDrag:
+      if (onDrag) onDrag(DragStep::begin, pointer);
+      return;
+    case RowPress::Motion::drags:
+      if (onDrag) onDrag(DragStep::move, pointer);
+      return;
+  }
+}
+
+void ClipRowView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  switch (press_.release(toPoint(event->position()), toRect(rect()))) {
+    case RowPress::End::nothing:
+      return;
+    case RowPress::End::click:
+      if (onChoose) onChoose();
+      return;
+    case RowPress::End::leftRow:
+      if (onPressCancelled) onPressCancelled();
+      return;
+    case RowPress::End::drop:
+      if (onDrag) onDrag(DragStep::drop, event->globalPosition().toPoint());
+      return;
+  }
+}
+
+void ClipRowView::enterEvent(QEnterEvent* event) {
+  QWidget::enterEvent(event);
+  hovering_ = true;
+  updateBackground(Change::animated);
+  if (onHoverChanged) onHoverChanged(true);
+  imageView_.track(event->position(), imageArea(content_.kind));
+}
+
+void ClipRowView::leaveEvent(QEvent* event) {
+  QWidget::leaveEvent(event);
+  hovering_ = false;
+  imageView_.track(std::nullopt, imageArea(content_.kind));
+  if (onHoverChanged) onHoverChanged(false);
+  updateBackground(Change::animated);
+}
+
+/// The pointer is not told to leave what is hidden under it.
+void ClipRowView::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  press_.cancel();
+  hovering_ = false;
+  imageView_.track(std::nullopt, imageArea(content_.kind));
+  updateBackground(Change::immediate);
 }
 
 }  // namespace vantorel

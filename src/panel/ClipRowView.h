@@ -9,6 +9,7 @@
 #include "panel/RowCommands.h"
 #include "panel/RowContent.h"
 #include "panel/RowPress.h"
+#include "panel/RowText.h"
 #include "panel/SourceIconView.h"
 #include "panel/ThumbnailImageView.h"
 
@@ -74,23 +75,16 @@ class ClipRowView : public QWidget {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  struct Line {
-    QString text;  // as long as fits
-    double width = -1;
-  };
   void updateBackground(Change change);
   void drawBackground(QPainter& painter) const;
-  void drawTitle(QPainter& painter);
-  void drawMetadata(QPainter& painter);
-  void forgetLines();
+  void forgetText();
 
   RowContent content_;
   PinButton* pinButton_;
   ThumbnailImageView imageView_;
   SourceIconView sourceIcon_;
   RowBackground background_;
-  Line title_;
-  Line metadata_;
+  RowText text_;
   RowPress press_;
   std::optional<DropPlace> dropPlace_;
   bool selected_ = false;

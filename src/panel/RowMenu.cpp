@@ -16,4 +16,26 @@ std::vector<RowMenuLine> rowMenu(const RowContent& row) {
   return lines;
 }
 
+void perform(const RowCommands& commands, RowAction action, Uuid id) {
+  const auto call = [&id](const std::function<void(Uuid)>& command) {
+    if (command) command(id);
+  };
+  switch (action) {
+    case RowAction::pastePlain:
+      return call(commands.onPastePlain);
+    case RowAction::togglePin:
+      return call(commands.onTogglePin);
+    case RowAction::rename:
+      return call(commands.onRename);
+    case RowAction::moveUp:
+      if (commands.onMovePin) commands.onMovePin(id, -1);
+      return;
+    case RowAction::moveDown:
+      if (commands.onMovePin) commands.onMovePin(id, 1);
+      return;
+    case RowAction::remove:
+      return call(commands.onDelete);
+  }
+}
+
 }  // namespace vantorel

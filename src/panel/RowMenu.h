@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "panel/RowCommands.h"
 #include "panel/RowContent.h"
 
 namespace vantorel {
@@ -21,5 +22,8 @@ struct RowMenuLine {
 
 /// What can be done with the entry of a row, from the top. Key symbols are not spelled out.
 [[nodiscard]] std::vector<RowMenuLine> rowMenu(const RowContent& row);
+
+/// Gives the command that the action stands for, if there is one.
+void perform(const RowCommands& commands, RowAction action, Uuid id);
 
 }  // namespace vantorel
