@@ -99,8 +99,8 @@ struct PanelBench {
                                               std::make_shared<PosixFileSystem>(), images}};
   HistoryPanelController controller{
       *store, paste,
-      PanelServices{dispatch, screens, monitors, accessibility, store.files(), images, thumbnails,
-                    icons, &backdrops}};
+      PanelServices{dispatch, screens, monitors, accessibility, store.files(),
+                    std::make_shared<PosixFileSystem>(), images, thumbnails, icons, &backdrops}};
 };
 
 Contents contents(std::int64_t images) {

@@ -210,9 +210,9 @@ HistoryPanelController& AppDelegate::panelController() {
     panelController_ = std::make_unique<HistoryPanelController>(
         store_, pasteController(),
         PanelServices{desktop_.dispatch, desktop_.screens, desktop_.monitors,
-                      desktop_.accessibility, desktop_.files, desktop_.images,
-                      desktop_.fileThumbnails, desktop_.icons, desktop_.backdrops, &desktop_.spaces,
-                      desktop_.keyCodeForScanCode});
+                      desktop_.accessibility, desktop_.files, desktop_.distantFiles,
+                      desktop_.images, desktop_.fileThumbnails, desktop_.icons, desktop_.backdrops,
+                      &desktop_.spaces, desktop_.keyCodeForScanCode});
   }
   return *panelController_;
 }

@@ -1,8 +1,18 @@
 #include "panel/FileAvailability.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vantorel {
+
+Availability availability(const ClipItem& item, FileSystem& files) {
+  if (item.kind != ClipKind::files) return Availability::available;
+  const auto& paths = item.filePaths;
+  const auto gone = std::find_if_not(paths.begin(), paths.end(),
+                                     [&](const auto& path) { return files.isWithinReach(path); });
+  if (gone == paths.end()) return Availability::available;
+  return gone == paths.begin() ? Availability::unavailable : Availability::incomplete;
+}
 
 FileAvailability::FileAvailability(Dispatch& dispatch, Probe probe)
     : probe_(std::move(probe)), lanes_(dispatch) {}

@@ -6,12 +6,17 @@
 #include <unordered_set>
 #include <vector>
 
+#include "base/FileSystem.h"
 #include "panel/RowContent.h"
 #include "platform/Dispatch.h"
 #include "platform/ProbeLanes.h"
 #include "store/ClipItem.h"
 
 namespace vantorel {
+
+/// Whether what the entry refers to is still there: always for text and images, for files when
+/// every path is within reach. Waits for the disk. Any thread.
+[[nodiscard]] Availability availability(const ClipItem& item, FileSystem& files);
 
 /// Knows whether the files of entries are still there without ever making the main thread wait for
 /// a disk, which may be one behind a dead network: then its entries stay unanswered, others do not,
@@ -23,7 +28,7 @@ class FileAvailability {
 
   /// `probe` looks at the disk; it is called on other threads, and may still be there when this has
   /// ended.
-  explicit FileAvailability(Dispatch& dispatch, Probe probe = availability);
+  FileAvailability(Dispatch& dispatch, Probe probe);
   ~FileAvailability();
   FileAvailability(const FileAvailability&) = delete;
   FileAvailability& operator=(const FileAvailability&) = delete;

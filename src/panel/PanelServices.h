@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "base/FileSystem.h"
 #include "chrome/ChromeServices.h"
 #include "chrome/KeyTranslation.h"
@@ -22,6 +24,7 @@ struct PanelServices {
   EventMonitors& eventMonitors;
   const AccessibilityPreferences& accessibility;
   FileSystem& files;
+  std::shared_ptr<FileSystem> distantFiles;  // asked on threads that may outlive everything here
   const ImageDecoder& images;
   FileThumbnails& fileThumbnails;
   Icons& icons;

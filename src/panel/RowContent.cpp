@@ -1,10 +1,5 @@
 #include "panel/RowContent.h"
 
-#include <algorithm>
-#include <filesystem>
-#include <system_error>
-
-#include "base/PathName.h"
 #include "chrome/TextPresentation.h"
 #include "store/ClipStore.h"
 
@@ -12,26 +7,15 @@ namespace vantorel {
 namespace {
 
 // More than any row can show, and little enough to lay out in no time.
-constexpr std::size_t mostTitleCharacters = 160;
-constexpr std::size_t mostDetailCharacters = 80;
+constexpr std::size_t maxTitleCharacters = 160;
+constexpr std::size_t maxDetailCharacters = 80;
 constexpr std::string_view dot = "  ·  ";
 
 std::string detail(std::string_view text) {
-  return TextPresentation::singleLine(text, mostDetailCharacters);
+  return TextPresentation::singleLine(text, maxDetailCharacters);
 }
 
 }  // namespace
-
-Availability availability(const ClipItem& item) {
-  if (item.kind != ClipKind::files) return Availability::available;
-  const auto& paths = item.filePaths;
-  const auto gone = std::find_if_not(paths.begin(), paths.end(), [](const auto& path) {
-    std::error_code error;
-    return isNameable(path) && std::filesystem::exists(path, error);
-  });
-  if (gone == paths.end()) return Availability::available;
-  return gone == paths.begin() ? Availability::unavailable : Availability::incomplete;
-}
 
 std::string_view placeholder(const ClipItem& item) {
   switch (item.kind) {
@@ -42,14 +26,14 @@ std::string_view placeholder(const ClipItem& item) {
     case ClipKind::files:
       break;
   }
-  return item.title == "Video" ? "film" : "doc";
+  return item.title == videoTitle ? "film" : "doc";
 }
 
 std::string titleText(const ClipItem& item) {
   std::string_view title = item.preview;
   if (item.kind == ClipKind::image) title = "Image";
   if (item.customName) title = *item.customName;
-  return TextPresentation::singleLine(title, mostTitleCharacters);
+  return TextPresentation::singleLine(title, maxTitleCharacters);
 }
 
 std::string metadataText(const ClipItem& item, Availability availability, std::string_view date) {

@@ -30,10 +30,6 @@ struct RowContent {
 /// when another one is.
 enum class Availability { available, incomplete, unavailable };
 
-/// Whether what the entry refers to is still there: always for text and images, for files when
-/// every path exists. Asks the file system.
-[[nodiscard]] Availability availability(const ClipItem& item);
-
 /// The name of the symbol that shows what kind of entry it is.
 [[nodiscard]] std::string_view placeholder(const ClipItem& item);
 

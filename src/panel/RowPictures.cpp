@@ -12,7 +12,10 @@ RowPictures::RowPictures(const ClipStore& store, const PanelServices& services,
       icons_(services.icons),
       clips_(clips),
       list_(list),
-      availability_(services.dispatch),
+      availability_(services.dispatch,
+                    [files = services.distantFiles](const ClipItem& item) {
+                      return vantorel::availability(item, *files);
+                    }),
       thumbnails_(store, ThumbnailServices{services.dispatch, services.files, services.images,
                                            services.fileThumbnails, services.icons,
                                            services.screens, [this](const ClipItem& item) {

@@ -8,6 +8,10 @@ using Error = FileSystem::Error;
 
 bool FaultyFileSystem::exists(const Path& path) { return !dead_ && files_.exists(path); }
 
+bool FaultyFileSystem::isWithinReach(const Path& path) {
+  return !dead_ && files_.isWithinReach(path);
+}
+
 std::optional<Bytes> FaultyFileSystem::readFile(const Path& path, std::uint64_t maximumBytes) {
   if (dead_ || unreadable_.count(path) != 0) return std::nullopt;
   return files_.readFile(path, maximumBytes);

@@ -9,7 +9,9 @@
 
 #include "chrome/PopoverWindow.h"
 #include "panel/ClipRowView.h"
+#include "panel/FileAvailability.h"
 #include "panel/ListGeometry.h"
+#include "platform/posix/PosixFileSystem.h"
 
 namespace vantorel {
 
@@ -70,9 +72,10 @@ Uuid ClipListTest::addPin(const std::string& text) {
 void ClipListTest::show() {
   std::stable_partition(items_.begin(), items_.end(),
                         [](const ClipItem& item) { return item.pinned(); });
+  PosixFileSystem files;
   std::vector<RowContent> rows;
   for (const auto& item : items_) {
-    rows.push_back(rowContent(item, availability(item), "Today, 9:26", canPinMore_));
+    rows.push_back(rowContent(item, availability(item, files), "Today, 9:26", canPinMore_));
   }
   list_.setRows(rows, ListGeometry::pinBoundary(items_));
   window_.show();

@@ -24,8 +24,9 @@ HistoryPanelTest::HistoryPanelTest()
   };
   controller_ = std::make_unique<HistoryPanelController>(
       *store_, paste_,
-      PanelServices{dispatch_, screens_, monitors_, accessibility_, store_.files(), images_,
-                    thumbnails_, icons_, &backdrops_, &spaces_});
+      PanelServices{dispatch_, screens_, monitors_, accessibility_, store_.files(),
+                    std::make_shared<PosixFileSystem>(), images_, thumbnails_, icons_, &backdrops_,
+                    &spaces_});
   store_->onChange = [this] { controller_->refreshIfVisible(); };
   store_->onSearchIndexChange = [this] { controller_->refreshSearchIfVisible(); };
 }

@@ -81,6 +81,11 @@ bool PosixFileSystem::exists(const Path& path) {
   return ::lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
+bool PosixFileSystem::isWithinReach(const Path& path) {
+  struct stat status {};
+  return isNameable(path) && ::stat(path.c_str(), &status) == 0;
+}
+
 std::optional<Bytes> PosixFileSystem::readFile(const Path& path, std::uint64_t maximumBytes) {
   if (!isNameable(path)) return std::nullopt;
   // Not blocking: opening a pipe would wait for its writer.

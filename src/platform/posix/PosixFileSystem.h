@@ -16,6 +16,7 @@ class PosixFileSystem : public FileSystem {
   explicit PosixFileSystem(ExcludeFromBackup excludeFromBackup = {});
 
   [[nodiscard]] bool exists(const Path& path) override;
+  [[nodiscard]] bool isWithinReach(const Path& path) override;
   [[nodiscard]] std::optional<Bytes> readFile(const Path& path,
                                               std::uint64_t maximumBytes) override;
   [[nodiscard]] std::optional<std::uint64_t> fileSize(const Path& path) override;

@@ -83,8 +83,8 @@ class PanelScene {
                                                std::make_shared<PosixFileSystem>(), images_}};
   HistoryPanelController controller_{
       *store, paste_,
-      PanelServices{dispatch, screens, monitors_, accessibility, store.files(), images_,
-                    thumbnails_, icons_, &backdrops}};
+      PanelServices{dispatch, screens, monitors_, accessibility, store.files(),
+                    std::make_shared<PosixFileSystem>(), images_, thumbnails_, icons_, &backdrops}};
 };
 
 [[nodiscard]] ClipItem pictureItem(const char* size);

@@ -3,19 +3,60 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <fstream>
 #include <map>
 #include <memory>
 
 #include "fakes/Gate.h"
 #include "fakes/ManualDispatch.h"
+#include "fakes/TemporaryDirectory.h"
 #include "fakes/TestStore.h"
 #include "fakes/ThreadedDispatch.h"
+#include "platform/posix/PosixFileSystem.h"
 
 namespace vantorel {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// Entries of files in a folder, some of which are not there.
+class AvailabilityOnDisk : public testing::Test {
+ protected:
+  [[nodiscard]] std::string file(const char* name) const {
+    const auto path = folder_.path() / name;
+    std::ofstream(path) << "x";
+    return path.string();
+  }
+  [[nodiscard]] std::string missing() const { return (folder_.path() / "missing").string(); }
+  Availability of(const ClipItem& item) { return availability(item, disk_); }
+  Availability of(std::vector<std::string> paths) { return of(filesItem(std::move(paths))); }
+
+  TemporaryDirectory folder_;
+  PosixFileSystem disk_;
+};
+
+TEST_F(AvailabilityOnDisk, TextAndImagesAreAlwaysThere) {
+  EXPECT_EQ(of(textItem("Hello")), Availability::available);
+  EXPECT_EQ(of(imageItem("gone.png", "hash")), Availability::available);
+}
+
+TEST_F(AvailabilityOnDisk, FilesAreThereWhenEveryOneIs) {
+  const auto one = file("one");
+  const auto two = file("two");
+  auto none = filesItem({one});
+  none.filePaths.clear();
+  EXPECT_EQ(of(none), Availability::available);
+  EXPECT_EQ(of({one}), Availability::available);
+  EXPECT_EQ(of({one, two}), Availability::available);
+  EXPECT_EQ(of({one, missing()}), Availability::incomplete);
+  EXPECT_EQ(of({missing(), one}), Availability::unavailable);
+}
+
+TEST_F(AvailabilityOnDisk, APathThatCannotExistIsNotThere) {
+  EXPECT_EQ(of({std::string(100'000, 'x')}), Availability::unavailable);
+  EXPECT_EQ(of({std::string("/tmp\0/x", 7)}), Availability::unavailable);
+}
 
 /// A disk that says what it is told to, and how often it was asked.
 class FileAvailabilityTest : public testing::Test {

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 namespace vantorel {
 namespace {
 
@@ -36,26 +32,6 @@ ClipItem filesItem(std::string title, std::vector<std::string> paths) {
   item.sourceAppName = "Files";
   return item;
 }
-
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "rows-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
-  }
-  ~ScratchFolder() { std::filesystem::remove_all(path_); }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  [[nodiscard]] std::string file(const char* name) const {
-    const auto path = path_ / name;
-    std::ofstream(path) << "x";
-    return path.string();
-  }
-  [[nodiscard]] std::string missing() const { return (path_ / "missing").string(); }
-
- private:
-  std::filesystem::path path_;
-};
 
 TEST(RowTitle, IsThePreviewTheKindOrTheUsersName) {
   EXPECT_EQ(titleText(textItem("Hello")), "Hello");
@@ -110,29 +86,6 @@ TEST(RowMetadata, AnUnrulySourceNameStaysOnItsLine) {
 TEST(RowAccessibility, SaysTitleThenMetadata) {
   EXPECT_EQ(accessibilityText(imageItem(), Availability::available, "Today"),
             "Image, 800 × 600 px  ·  Preview  ·  Today");
-}
-
-TEST(RowAvailability, TextAndImagesAreAlwaysThere) {
-  EXPECT_EQ(availability(textItem("Hello")), Availability::available);
-  EXPECT_EQ(availability(imageItem()), Availability::available);
-}
-
-TEST(RowAvailability, FilesAreThereWhenEveryOneIs) {
-  const ScratchFolder folder;
-  const auto one = folder.file("one");
-  const auto two = folder.file("two");
-  EXPECT_EQ(availability(filesItem("File", {one})), Availability::available);
-  EXPECT_EQ(availability(filesItem("2 files", {one, two})), Availability::available);
-  EXPECT_EQ(availability(filesItem("2 files", {one, folder.missing()})), Availability::incomplete);
-  EXPECT_EQ(availability(filesItem("2 files", {folder.missing(), one})), Availability::unavailable);
-  EXPECT_EQ(availability(filesItem("0 files", {})), Availability::available);
-}
-
-TEST(RowAvailability, APathThatCannotExistIsNotThere) {
-  EXPECT_EQ(availability(filesItem("File", {std::string(100'000, 'x')})),
-            Availability::unavailable);
-  EXPECT_EQ(availability(filesItem("File", {std::string("/tmp\0/x", 7)})),
-            Availability::unavailable);
 }
 
 TEST(RowSymbol, ShowsTheKind) {

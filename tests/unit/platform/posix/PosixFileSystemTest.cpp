@@ -134,6 +134,19 @@ TEST_F(Posix, SeesWhatStandsThere) {
   EXPECT_TRUE(files.exists(at(std::string(300, 'x').c_str())));
 }
 
+TEST_F(Posix, WithinReachIsOnlyWhatCanBeFollowed) {
+  EXPECT_FALSE(files.isWithinReach(at("none")));
+  ASSERT_FALSE(files.writeNewFile(at("f"), {}, 0600));
+  EXPECT_TRUE(files.isWithinReach(at("f")));
+  EXPECT_TRUE(files.isWithinReach(directory.path()));
+  fs::create_symlink(at("f"), at("link"));
+  EXPECT_TRUE(files.isWithinReach(at("link")));
+  fs::create_symlink(at("nowhere"), at("broken"));
+  EXPECT_FALSE(files.isWithinReach(at("broken")));
+  EXPECT_FALSE(files.isWithinReach(at(std::string(300, 'x').c_str())));
+  EXPECT_FALSE(files.isWithinReach(fs::path(at("f").string() + '\0' + "more")));
+}
+
 TEST_F(Posix, MeasuresOnlyFiles) {
   EXPECT_EQ(files.fileSize(at("none")), std::nullopt);
   EXPECT_EQ(files.fileSize(directory.path()), std::nullopt);

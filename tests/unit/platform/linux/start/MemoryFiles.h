@@ -17,6 +17,7 @@ class MemoryFiles : public FileSystem {
   };
 
   [[nodiscard]] bool exists(const Path& path) override;
+  [[nodiscard]] bool isWithinReach(const Path& path) override { return exists(path); }
   [[nodiscard]] std::optional<Bytes> readFile(const Path& path,
                                               std::uint64_t maximumBytes) override;
   [[nodiscard]] std::optional<std::uint64_t> fileSize(const Path& path) override;
