@@ -8,9 +8,9 @@
 #include "app/HelpPanel.h"
 #include "app/PrivacyPolicyPanel.h"
 #include "app/ShortcutPanel.h"
-#include "chrome/AccompanyingWindow.h"
 #include "chrome/CheckBox.h"
 #include "chrome/SheetWindow.h"
+#include "chrome/StickyWindow.h"
 
 namespace vantorel {
 namespace {
@@ -29,7 +29,7 @@ void showInTheMiddle(VantorelPanel& panel, const Desktop& desktop) {
     panel.move(static_cast<int>(std::lround(area.midX() - panel.width() / 2.0)),
                static_cast<int>(std::lround(area.midY() - panel.height() / 2.0)));
   }
-  accompanyUser(panel, &desktop.spaces);
+  showOnAllWorkspaces(panel, &desktop.spaces);
   panel.makeKeyAndOrderFront();
 }
 
@@ -37,7 +37,7 @@ void showInTheMiddle(VantorelPanel& panel, const Desktop& desktop) {
 template <class Window>
 void closeWindow(std::unique_ptr<Window>& window) {
   if (!window) return;
-  takeLeave(*window);
+  dismiss(*window);
   window.release()->deleteLater();
 }
 

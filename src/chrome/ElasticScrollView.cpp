@@ -58,7 +58,7 @@ void ElasticScrollView::wheelEvent(QWheelEvent* event) {
   push.delta = scrollingDelta(*event, QApplication::wheelScrollLines());
   push.before = offset();
   QScrollArea::wheelEvent(event);
-  event->accept();  // at its end, too, the list is who was meant
+  event->accept();  // the turn was meant for the list, even at its end
   push.after = offset();
   if (widget() == nullptr) return;
   push.viewHeight = viewport()->height();

@@ -5,7 +5,7 @@ class QRectF;
 
 namespace vantorel {
 
-/// Marks, within `bounds`, the control that the keyboard speaks to.
+/// Marks the control that has the keyboard, within its `bounds`.
 void drawFocusRing(QPainter& painter, const QRectF& bounds, double radius);
 
 }  // namespace vantorel

@@ -37,4 +37,9 @@ namespace vantorel {
           toQSize({rect.width, rect.height})};
 }
 
+/// The nearest place on a whole pixel, of which a point has `scale`.
+[[nodiscard]] inline double onPixel(double value, double scale) {
+  return std::round(value * scale) / scale;
+}
+
 }  // namespace vantorel

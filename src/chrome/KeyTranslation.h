@@ -6,10 +6,10 @@ class QKeyEvent;
 
 namespace vantorel {
 
-/// The key code of keys that this system has no number for.
+/// The key code of keys that this program has no number for.
 inline constexpr KeyCode unknownKeyCode = 0xFF;
 
-/// A toolkit's key press in this system's own terms: Ctrl and Super are command, Alt is option.
+/// A toolkit's key press in this program's own terms: Ctrl and Super are command, Alt is option.
 ///
 /// The characters without modifiers are what the layout prints on the key. Where that is no Latin
 /// letter, they are what a US keyboard prints at the same place, so that commands work on every

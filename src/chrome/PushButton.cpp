@@ -17,7 +17,7 @@ constexpr double largeRadius = 8;
 constexpr double regularFont = 13;
 constexpr double largeFont = 13;
 constexpr int titleMargin = 16;
-constexpr int leastWidth = 76;
+constexpr int minWidth = 76;
 constexpr int symbolSide = 15;
 constexpr int symbolGap = 7;
 constexpr double disabledAlpha = 0.4;
@@ -66,7 +66,7 @@ QSize PushButton::sizeHint() const {
   const double height = size_ == ControlSize::large ? largeHeight : regularHeight;
   // A font larger than foreseen still gets its room.
   constexpr int verticalMargin = 4;
-  return {std::max(width, leastWidth),
+  return {std::max(width, minWidth),
           std::max(static_cast<int>(height), fontMetrics().height() + 2 * verticalMargin)};
 }
 

@@ -6,7 +6,7 @@
 namespace vantorel::RubberBand {
 namespace {
 
-constexpr double leastDelta = 0.1;
+constexpr double minDelta = 0.1;
 constexpr double scrolled = 0.5;  // a list that moved so much has scrolled
 constexpr double give = 0.38;     // of each point pushed
 
@@ -14,7 +14,7 @@ constexpr double give = 0.38;     // of each point pushed
 
 std::optional<Bounce> bounce(const Push& push) {
   if (std::abs(push.after - push.before) >= scrolled) return std::nullopt;
-  if (std::abs(push.delta) <= leastDelta) return std::nullopt;
+  if (std::abs(push.delta) <= minDelta) return std::nullopt;
   const double last = std::max(push.documentHeight - push.viewHeight, 0.0);
   const bool atTop = push.after <= scrolled;
   const bool atEnd = push.after >= last - scrolled;

@@ -7,10 +7,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "chrome/AccompanyingWindow.h"
 #include "chrome/Geometry.h"
 #include "chrome/PushButton.h"
 #include "chrome/ReadableGlassView.h"
+#include "chrome/StickyWindow.h"
 #include "chrome/VantorelTheme.h"
 #include "chrome/WindowGlass.h"
 
@@ -104,7 +104,7 @@ void SheetWindow::begin(QWidget* firstResponder) {
   open_ = true;
   // Left to itself the focus would go to a button that Return does not mean.
   (firstResponder != nullptr ? firstResponder : this)->setFocus(Qt::OtherFocusReason);
-  if (attachedTo_ == nullptr) accompanyUser(*this, services_.spaces);
+  if (attachedTo_ == nullptr) showOnAllWorkspaces(*this, services_.spaces);
   show();
   raise();
   activateWindow();
@@ -113,7 +113,7 @@ void SheetWindow::begin(QWidget* firstResponder) {
 void SheetWindow::end(Answer answer) {
   if (!open_) return;
   open_ = false;
-  takeLeave(*this);
+  dismiss(*this);
   const auto finished = onFinished;  // which may destroy this
   if (finished) finished(answer);
 }

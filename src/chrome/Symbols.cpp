@@ -6,6 +6,8 @@
 #include <QSvgRenderer>
 #include <cmath>
 
+#include "chrome/Geometry.h"
+
 // Resources of a static library have to be asked for, outside every namespace.
 static void loadSymbols() { Q_INIT_RESOURCE(symbols); }
 
@@ -41,10 +43,9 @@ void draw(QPainter& painter, std::string_view name, const QRectF& area, double p
           const QColor& color) {
   const double scale = painter.device()->devicePixelRatioF();
   const auto picture = pixmap(name, points, color, scale);
-  const auto onPixel = [scale](double value) { return std::round(value * scale) / scale; };
-  painter.drawPixmap(
-      QPointF(onPixel(area.center().x() - points / 2), onPixel(area.center().y() - points / 2)),
-      picture);
+  painter.drawPixmap(QPointF(onPixel(area.center().x() - points / 2, scale),
+                             onPixel(area.center().y() - points / 2, scale)),
+                     picture);
 }
 
 }  // namespace vantorel::Symbols

@@ -15,7 +15,7 @@ namespace {
 constexpr double cornerRadius = 14;
 constexpr double fontPoints = 12.5;
 constexpr int inset = 14;
-constexpr std::size_t mostCharacters = 200;
+constexpr std::size_t maxCharacters = 200;
 
 }  // namespace
 
@@ -42,7 +42,7 @@ ToastPanel::ToastPanel(const QString& message, const ChromeServices& services)
   const auto utf8 = message.toStdString();
   label_->setLayoutDirection(TextPresentation::isPrimarilyRTL(utf8) ? Qt::RightToLeft
                                                                     : Qt::LeftToRight);
-  const auto line = QString::fromStdString(TextPresentation::singleLine(utf8, mostCharacters));
+  const auto line = QString::fromStdString(TextPresentation::singleLine(utf8, maxCharacters));
   label_->setText(label_->fontMetrics().elidedText(line, Qt::ElideRight, label_->width()));
   label_->setAccessibleName(message);
   tintLabel();

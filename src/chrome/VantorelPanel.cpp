@@ -11,9 +11,9 @@
 namespace vantorel {
 namespace {
 
-/// What the pointer was over when the window went has to be told: where it comes up again the
-/// pointer may be elsewhere.
-void leaveEverything(QWidget& window) {
+/// Tells what the pointer is over that it has left: when the window comes up again, the pointer may
+/// be elsewhere.
+void sendLeaveEvents(QWidget& window) {
   const auto parts = window.findChildren<QWidget*>();
   for (auto* part : parts) {
     if (!part->testAttribute(Qt::WA_UnderMouse)) continue;
@@ -79,7 +79,7 @@ void VantorelPanel::closeEvent(QCloseEvent* event) {
 
 void VantorelPanel::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
-  leaveEverything(*this);
+  sendLeaveEvents(*this);
 }
 
 }  // namespace vantorel

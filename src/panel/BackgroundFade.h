@@ -16,7 +16,7 @@ class BackgroundFade {
   /// There is more to see of the way.
   std::function<void()> onStep;
 
-  /// Begins anew; is at the end at once for who wants little motion.
+  /// Begins anew; ends at once when the user has asked for less motion.
   void start();
   void finish();
 

@@ -51,7 +51,7 @@ void ClipRowView::setContent(const RowContent& content) {
   if (content.sourceBundleIdentifier.empty()) {
     sourceIcon_.setUnknown();
   } else if (!sameSource) {
-    sourceIcon_.setNotKnown();
+    sourceIcon_.setPending();
   }
   pinButton_->setRow(content);
   setAccessibleName(QString::fromStdString(content.accessibilityText));
@@ -224,7 +224,7 @@ void ClipRowView::leaveEvent(QEvent* event) {
   updateBackground(Change::animated);
 }
 
-/// The pointer is not told to leave what is hidden under it.
+/// A row hidden under the pointer is not told that the pointer has left.
 void ClipRowView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
   press_.cancel();

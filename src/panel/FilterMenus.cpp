@@ -9,11 +9,11 @@ namespace vantorel::FilterMenus {
 namespace {
 
 // Names come from other programs and stand in one line of a menu.
-constexpr std::size_t mostNameCharacters = 60;
+constexpr std::size_t maxNameCharacters = 60;
 
 std::string nameOf(const ClipItem& item) {
   const auto name =
-      TextPresentation::singleLine(item.sourceAppName.value_or(std::string()), mostNameCharacters);
+      TextPresentation::singleLine(item.sourceAppName.value_or(std::string()), maxNameCharacters);
   return name.empty() ? "Unknown" : name;
 }
 

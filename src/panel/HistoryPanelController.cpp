@@ -4,8 +4,8 @@
 #include <QInputMethod>
 #include <utility>
 
-#include "chrome/AccompanyingWindow.h"
 #include "chrome/KeyTranslation.h"
+#include "chrome/StickyWindow.h"
 #include "panel/FilterMenuPresenter.h"
 #include "panel/HistoryPanelView.h"
 #include "panel/ListGeometry.h"
@@ -116,7 +116,7 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
   refresh(Selection::keepIndex);
   positionOnCurrentScreen();
   view_->list.setFocus();
-  accompanyUser(view_->panel, services_.spaces);
+  showOnAllWorkspaces(view_->panel, services_.spaces);
   view_->panel.makeKeyAndOrderFront();
   outsideClicks_->watch();
   warmSearchIndex(0);
@@ -133,7 +133,7 @@ void HistoryPanelController::hide() {
   view_->list.hidePreviews();
   naming_->cancel();
   filterMenus_->closeMenu();
-  takeLeave(view_->panel);
+  dismiss(view_->panel);
   view_->searchField.forget();
   view_->setSearchBar(SearchBar::hidden);
   outsideClicks_->rest();

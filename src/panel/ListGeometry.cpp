@@ -6,7 +6,7 @@
 namespace vantorel::ListGeometry {
 namespace {
 
-constexpr std::size_t mostRowsSeen = 9;
+constexpr std::size_t maxRowsSeen = 9;
 constexpr double maxListHeight = 448;
 constexpr double maxListHeightWhileSearching = 409;
 constexpr double minPanelHeight = 94;
@@ -31,7 +31,7 @@ double documentHeight(std::size_t count, std::optional<std::size_t> boundary) {
 
 double listHeight(std::size_t count, std::optional<std::size_t> boundary, SearchBar searchBar) {
   if (count == 0) return emptyHeight;
-  const auto seen = std::min(count, mostRowsSeen);
+  const auto seen = std::min(count, maxRowsSeen);
   const double height = rowsHeight(seen) + (boundary && *boundary < seen ? separatorSpace : 0);
   return std::min(height,
                   searchBar == SearchBar::shown ? maxListHeightWhileSearching : maxListHeight);

@@ -16,7 +16,7 @@ constexpr double backdropRadius = 12;
 constexpr double backdropAlpha = 0.12;
 constexpr double imageRadius = 5;
 constexpr double captionPoints = 12;
-constexpr std::size_t mostCaptionCharacters = 400;
+constexpr std::size_t maxCaptionCharacters = 400;
 
 }  // namespace
 
@@ -24,7 +24,7 @@ MediaPreview::MediaPreview(const ClipItem& item, SharedBitmap image, QWidget* pa
     : QWidget(parent),
       imageView_(imageRadius),
       caption_(QString::fromStdString(
-          TextPresentation::singleLine(item.preview, mostCaptionCharacters))) {
+          TextPresentation::singleLine(item.preview, maxCaptionCharacters))) {
   imageView_.setPlaceholder(item.kind, placeholder(item));
   imageView_.setImage(std::move(image));
   setAccessibleName(caption_);

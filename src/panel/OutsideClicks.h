@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "base/Lifetime.h"
 #include "panel/PanelServices.h"
@@ -14,8 +15,8 @@ class HistoryPanelView;
 class OutsideClicks {
  public:
   /// All outlive this.
-  OutsideClicks(const PanelServices& services, HistoryPanelView& view)
-      : services_(services), view_(view) {}
+  OutsideClicks(PanelServices services, HistoryPanelView& view)
+      : services_(std::move(services)), view_(view) {}
 
   /// There was such a press while the panel was shown; called in a turn of its own.
   std::function<void()> onClick;

@@ -8,7 +8,7 @@
 namespace vantorel {
 namespace {
 
-constexpr int mostNumberedEntries = 9;
+constexpr int maxNumberedEntries = 9;
 
 PanelKeyDecision passOn() { return {}; }
 
@@ -53,7 +53,7 @@ std::optional<PanelKeyDecision> commandKey(const KeyEvent& event, const PanelKey
     return consume(PanelAction::renameSelected);
   }
   if (key == "f") return consume(PanelAction::openSearch);
-  if (const auto number = decimal(key); number && *number >= 1 && *number <= mostNumberedEntries &&
+  if (const auto number = decimal(key); number && *number >= 1 && *number <= maxNumberedEntries &&
                                         static_cast<std::size_t>(*number) <= state.displayedCount) {
     const auto index = static_cast<std::size_t>(*number - 1);
     return PanelKeyDecision{KeyHandling::consumed, PanelAction::pasteAt, 0, index, styleOf(event)};

@@ -29,7 +29,8 @@ PinDrag::PinDrag(QWidget& list, std::vector<ClipRowView*> rows, ClipRowView& dra
     places_.push_back({row->content().id, toRect(row->geometry()), row->content().pinned});
   }
   dragged_.setDragged(true);
-  // The last filter sees a key first: Escape ends the drag before it could mean anything else.
+  // The filter installed last sees a key first: Escape ends the drag before it could mean anything
+  // else.
   if (window_) window_->installEventFilter(this);
 }
 

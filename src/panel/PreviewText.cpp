@@ -24,7 +24,7 @@ constexpr std::size_t lineCost = 4000;
 constexpr std::size_t breakSearch = 400;
 
 // No writing has more of them on one letter; piled up they take long, and other lines' room.
-constexpr int mostMarks = 16;
+constexpr int maxMarks = 16;
 
 constexpr UChar32 replacement = 0xFFFD;
 
@@ -51,10 +51,10 @@ bool isMark(UChar32 c) {
   return (U_GET_GC_MASK(c) & marks) != 0;
 }
 
-/// At most `mostBytes`, and no character cut in two.
-std::size_t endOfStart(std::string_view text, std::size_t mostBytes) {
-  if (text.size() <= mostBytes) return text.size();
-  std::size_t end = mostBytes;
+/// At most `maxBytes`, and no character cut in two.
+std::size_t endOfStart(std::string_view text, std::size_t maxBytes) {
+  if (text.size() <= maxBytes) return text.size();
+  std::size_t end = maxBytes;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
   return end;
 }
@@ -63,7 +63,7 @@ std::size_t endOfStart(std::string_view text, std::size_t mostBytes) {
 
 PreviewText::PreviewText(const ClipItem& item)
     : text_(item.text ? *item.text : SharedText(item.preview)) {
-  end_ = endOfStart(*text_, mostBytes);
+  end_ = endOfStart(*text_, maxBytes);
   goesOn_ = end_ < text_->size();
   rtl_ = TextPresentation::isPrimarilyRTL(std::string_view(*text_).substr(0, end_));
 }
@@ -90,8 +90,7 @@ std::size_t PreviewText::readLine(std::string& piece) {
       return spent;
     }
     marks = isMark(c) ? marks + 1 : 0;
-    if (!isOverride(c) && marks <= mostMarks)
-      appendCodePoint(piece, isForeign(c) ? replacement : c);
+    if (!isOverride(c) && marks <= maxMarks) appendCodePoint(piece, isForeign(c) ? replacement : c);
     const bool atBlank = u_isUWhiteSpace(c) != 0 && spent + breakSearch >= lineCost;
     if ((atBlank || spent >= lineCost) && offset_ < text.size()) return spent;
   }

@@ -27,7 +27,7 @@ class PreviewText {
   [[nodiscard]] bool goesOn() const { return goesOn_; }
 
   /// The most bytes of an entry that are shown.
-  static constexpr std::size_t mostBytes = 200'000;
+  static constexpr std::size_t maxBytes = 200'000;
 
  private:
   /// Appends one line, or the start of one that is too long; answers what laying it out costs.

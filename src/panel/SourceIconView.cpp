@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <cmath>
 
+#include "chrome/Geometry.h"
 #include "chrome/Symbols.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/AspectFit.h"
@@ -32,14 +33,14 @@ QPixmap prepared(const SharedBitmap& icon, int side, double scale) {
 
 }  // namespace
 
-void SourceIconView::setNotKnown() {
+void SourceIconView::setPending() {
   icon_.reset();
   prepared_ = {};
-  state_ = State::notKnown;
+  state_ = State::pending;
 }
 
 void SourceIconView::setUnknown() {
-  setNotKnown();
+  setPending();
   state_ = State::unknown;
 }
 
@@ -49,13 +50,13 @@ void SourceIconView::setIcon(SharedBitmap icon) {
     return;
   }
   if (icon == icon_) return;
-  setNotKnown();
+  setPending();
   icon_ = std::move(icon);
   state_ = State::icon;
 }
 
 void SourceIconView::draw(QPainter& painter, const QRectF& area, const QPalette& palette) {
-  if (state_ == State::notKnown) return;
+  if (state_ == State::pending) return;
   if (state_ == State::unknown) {
     Symbols::draw(painter, unknownSymbol, area, area.width(),
                   VantorelTheme::secondaryLabel(palette));
@@ -66,8 +67,7 @@ void SourceIconView::draw(QPainter& painter, const QRectF& area, const QPalette&
   if (prepared_.width() != side || prepared_.devicePixelRatioF() != scale) {
     prepared_ = prepared(icon_, side, scale);
   }
-  const auto onPixel = [scale](double value) { return std::round(value * scale) / scale; };
-  painter.drawPixmap(QPointF(onPixel(area.x()), onPixel(area.y())), prepared_);
+  painter.drawPixmap(QPointF(onPixel(area.x(), scale), onPixel(area.y(), scale)), prepared_);
 }
 
 }  // namespace vantorel

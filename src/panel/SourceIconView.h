@@ -14,12 +14,12 @@ namespace vantorel {
 class SourceIconView {
  public:
   enum class State {
-    notKnown,  // asked for perhaps, but not answered: nothing is drawn
-    unknown,   // nobody knows the application, or it has no icon
+    pending,  // perhaps asked for, but not answered: nothing is drawn
+    unknown,  // nobody knows the application, or it has no icon
     icon
   };
 
-  void setNotKnown();
+  void setPending();
   void setUnknown();
   /// Null: unknown.
   void setIcon(SharedBitmap icon);
@@ -28,7 +28,7 @@ class SourceIconView {
   void draw(QPainter& painter, const QRectF& area, const QPalette& palette);
 
  private:
-  State state_ = State::notKnown;
+  State state_ = State::pending;
   SharedBitmap icon_;
   QPixmap prepared_;  // as drawn last
 };

@@ -19,7 +19,7 @@ constexpr double endMargin = 10;
 constexpr double selectionAlpha = 0.4;
 
 /// So much text fills every preview, whatever it is made of.
-constexpr int mostPiecesMeasured = 4;
+constexpr int maxPiecesMeasured = 4;
 
 void configure(QTextDocument& document, bool rtl) {
   document.setUndoRedoEnabled(false);
@@ -57,7 +57,7 @@ double TextPreview::measuredHeight(PreviewText text) {
   QTextDocument document;
   configure(document, text.isRTL());
   document.setTextWidth(PreviewGeometry::textLineWidth);
-  for (int pieces = 0; pieces < mostPiecesMeasured; ++pieces) {
+  for (int pieces = 0; pieces < maxPiecesMeasured; ++pieces) {
     const auto piece = text.nextPiece();
     if (!piece) break;
     appendPiece(document, *piece, pieces == 0);

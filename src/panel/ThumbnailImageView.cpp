@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "chrome/Geometry.h"
 #include "chrome/Symbols.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/AspectFit.h"
@@ -29,10 +30,10 @@ std::optional<Rect> fitted(Size size, const QRectF& area) {
 
 /// Moved to whole pixels, so that the picture stays sharp.
 QRectF onPixels(const Rect& place, double scale) {
-  const auto onPixel = [scale](double value) { return std::round(value * scale) / scale; };
-  const double least = 1 / scale;
-  return {onPixel(place.x), onPixel(place.y), std::max(least, onPixel(place.width)),
-          std::max(least, onPixel(place.height))};
+  const double pixel = 1 / scale;
+  return {onPixel(place.x, scale), onPixel(place.y, scale),
+          std::max(pixel, onPixel(place.width, scale)),
+          std::max(pixel, onPixel(place.height, scale))};
 }
 
 }  // namespace
@@ -108,7 +109,7 @@ void ThumbnailImageView::drawPlaceholder(QPainter& painter, const QRectF& area,
   }
   const auto place = fitted({tileSide, tileSide}, area);
   if (!place) return;
-  const QRectF tile(place->x, place->y, place->width, place->height);
+  const QRectF tile = toQRectF(*place);
   const double zoom = tile.width() / tileSide;
   painter.setPen(Qt::NoPen);
   painter.setBrush(VantorelTheme::labelWash(palette, tileAlpha));

@@ -107,7 +107,7 @@ TEST_F(ClipRowTest, ARowGivenAnotherEntryForgetsThePictures) {
   items_[0].sourceBundleIdentifier = "org.example.Two";
   show();
   EXPECT_EQ(rowOf(other).thumbnail(), nullptr);
-  EXPECT_EQ(rowOf(other).sourceIconState(), SourceIconView::State::notKnown);
+  EXPECT_EQ(rowOf(other).sourceIconState(), SourceIconView::State::pending);
 }
 
 TEST_F(ClipRowTest, TheSameEntryShownAnewKeepsItsPicture) {
@@ -211,7 +211,7 @@ TEST_F(ClipRowTest, TheSourceIconAppearsWhenItIsKnown) {
   const auto id = addText("one");
   items_[0].sourceBundleIdentifier = "org.example.One";
   show();
-  EXPECT_EQ(rowOf(id).sourceIconState(), SourceIconView::State::notKnown);
+  EXPECT_EQ(rowOf(id).sourceIconState(), SourceIconView::State::pending);
   const auto empty = pictureOf(rowOf(id)).copy(iconAreaOfText);
   EXPECT_FALSE(hasColor(empty, qRgb(0, 0, 0), empty.rect()));
   list_.setSourceIcon("org.example.One", bitmap(32, 32, blue));
@@ -254,7 +254,7 @@ TEST_F(ClipRowTest, AnIconGoesToEveryRowOfItsApplication) {
   list_.setSourceIcon("org.example.One", bitmap(32, 32, blue));
   EXPECT_EQ(rowOf(one).sourceIconState(), SourceIconView::State::icon);
   EXPECT_EQ(rowOf(two).sourceIconState(), SourceIconView::State::icon);
-  EXPECT_EQ(rowOf(other).sourceIconState(), SourceIconView::State::notKnown);
+  EXPECT_EQ(rowOf(other).sourceIconState(), SourceIconView::State::pending);
 }
 
 TEST_F(ClipRowTest, NoGlyphIsCutAtAnyScale) {

@@ -182,7 +182,7 @@ TEST_F(PanelPictures, AnIconThatTakesItsTimeIsNotKnownUntilThen) {
   icons_.holdAnswers();
   addFrom("known", "org.notes");
   open();
-  EXPECT_EQ(icon(0), SourceIconView::State::notKnown);
+  EXPECT_EQ(icon(0), SourceIconView::State::pending);
   icons_.answerHeld();
   EXPECT_EQ(icon(0), SourceIconView::State::icon);
 }

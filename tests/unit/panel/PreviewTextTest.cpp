@@ -126,16 +126,16 @@ TEST(PreviewText, OfMegabytesTheStartIsShownAndItSaysSo) {
   EXPECT_TRUE(text.goesOn());
   std::size_t shown = 0;
   while (const auto piece = text.nextPiece()) shown += piece->size();
-  EXPECT_EQ(shown, PreviewText::mostBytes);
+  EXPECT_EQ(shown, PreviewText::maxBytes);
 }
 
 TEST(PreviewText, ATextThatFitsDoesNotGoOn) {
-  EXPECT_FALSE(PreviewText(item(std::string(PreviewText::mostBytes, 'x'))).goesOn());
-  EXPECT_TRUE(PreviewText(item(std::string(PreviewText::mostBytes + 1, 'x'))).goesOn());
+  EXPECT_FALSE(PreviewText(item(std::string(PreviewText::maxBytes, 'x'))).goesOn());
+  EXPECT_TRUE(PreviewText(item(std::string(PreviewText::maxBytes + 1, 'x'))).goesOn());
 }
 
 TEST(PreviewText, NoCharacterIsCutInTwoWhereItEnds) {
-  std::string text(PreviewText::mostBytes - 1, 'x');
+  std::string text(PreviewText::maxBytes - 1, 'x');
   text += "😀 and more";
   std::string last;
   for (const auto& piece : pieces(PreviewText(item(text)))) last = piece;

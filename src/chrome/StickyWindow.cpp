@@ -1,4 +1,4 @@
-#include "chrome/AccompanyingWindow.h"
+#include "chrome/StickyWindow.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -15,7 +15,7 @@ using Predecessor = QPointer<QWidget>;
 
 }  // namespace
 
-void accompanyUser(QWidget& window, const WindowSpaces* spaces) {
+void showOnAllWorkspaces(QWidget& window, const WindowSpaces* spaces) {
   if (!window.isVisible()) {
     window.setProperty(predecessorKey,
                        QVariant::fromValue(Predecessor(QApplication::activeWindow())));
@@ -24,7 +24,7 @@ void accompanyUser(QWidget& window, const WindowSpaces* spaces) {
 }
 
 // Some window managers pass over windows that are on every desktop when the keyboard falls free.
-void takeLeave(QWidget& window) {
+void dismiss(QWidget& window) {
   const bool hadKeyboard = window.isActiveWindow();
   window.hide();
   const auto predecessor = window.property(predecessorKey).value<Predecessor>();
