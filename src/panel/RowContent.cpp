@@ -1,6 +1,7 @@
 #include "panel/RowContent.h"
 
 #include "chrome/TextPresentation.h"
+#include "store/CapturedEntries.h"
 #include "store/ClipStore.h"
 
 namespace vantorel {
@@ -26,7 +27,7 @@ std::string_view placeholder(const ClipItem& item) {
     case ClipKind::files:
       break;
   }
-  return item.title == videoTitle ? "film" : "doc";
+  return isVideo(item) ? "film" : "doc";
 }
 
 std::string titleText(const ClipItem& item) {

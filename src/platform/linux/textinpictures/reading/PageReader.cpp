@@ -13,7 +13,7 @@ namespace {
 
 constexpr int pixelsAtOnce = 3'000'000;
 constexpr int fewestRowsAtOnce = 300;
-constexpr int softEdge = 4;                // rows around letters
+constexpr int softEdge = 4;               // rows around letters
 constexpr std::size_t maxText = 100'000;  // bytes, however many marks its characters carry
 
 std::size_t codePointsIn(const std::string& text) {
