@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <set>
 
 namespace vantorel {
@@ -28,6 +29,12 @@ TEST(Uuid, IsNotReadFromAnythingElse) {
     EXPECT_FALSE(Uuid::parse(text)) << text;
   }
   EXPECT_FALSE(Uuid::parse(std::string(36, '\0')));
+}
+
+TEST(Uuid, RandomOnesHashDifferently) {
+  std::set<std::size_t> hashes;
+  for (int i = 0; i < 100; ++i) hashes.insert(std::hash<Uuid>()(Uuid::random()));
+  EXPECT_EQ(hashes.size(), 100U);
 }
 
 TEST(Uuid, RandomOnesDifferAndSayThatTheyAreRandom) {
