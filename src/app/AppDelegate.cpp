@@ -46,7 +46,9 @@ AppDelegate::AppDelegate(const Desktop& desktop)
       hotKey_(desktop.hotKeys, desktop.defaults, desktop.dispatch),
       focus_(desktop.workspace, desktop.dispatch),
       statusItem_(desktop_, chromeServices(desktop), privacy_, focus_, *this),
-      windows_(desktop_, chromeServices(desktop), hotKey_) {}
+      windows_(desktop_, chromeServices(desktop), hotKey_) {
+  configureWindows();
+}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -55,7 +57,6 @@ void AppDelegate::applicationDidFinishLaunching() {
   configureHotKey();
   hotKey_.registerHotKey();
   configureServices();
-  configureWindows();
   focus_.startFocusTracking();
   if (store_.secureStorage() && store_.persistenceIsReady()) {
     watcher().start();

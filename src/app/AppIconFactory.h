@@ -6,7 +6,7 @@
 namespace vantorel::AppIconFactory {
 
 /// The picture called `name` among the program's resources; null when there is none. The program's
-/// own is "vt". Named after the PNG files that these pictures are on other desktops.
+/// own is "vt". The name is older than the pictures, which are SVG.
 [[nodiscard]] QIcon bundledPNG(std::string_view name);
 
 }  // namespace vantorel::AppIconFactory

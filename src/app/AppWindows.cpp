@@ -1,7 +1,6 @@
 #include "app/AppWindows.h"
 
 #include <QCoreApplication>
-#include <cmath>
 #include <optional>
 #include <string>
 
@@ -9,8 +8,9 @@
 #include "app/PrivacyPolicyPanel.h"
 #include "app/ShortcutPanel.h"
 #include "chrome/CheckBox.h"
+#include "chrome/Geometry.h"
 #include "chrome/SheetWindow.h"
-#include "chrome/StickyWindow.h"
+#include "chrome/WorkspaceWindows.h"
 
 namespace vantorel {
 namespace {
@@ -20,14 +20,13 @@ constexpr Seconds onboardingDelay{0.3};
 constexpr std::string_view unavailablePrompt = "That shortcut is unavailable. Try another.";
 constexpr std::string_view canPaste = "This desktop allows automatic paste.";
 constexpr std::string_view cannotPaste = "No automatic paste here. Press ⌘V to paste.";
-// What the first windows that were shipped say when a build carries no version.
+// Shown where the application carries no version; the program always sets one.
 constexpr auto versionWithoutOne = "0.3.1";
 
 void showInTheMiddle(VantorelPanel& panel, const Desktop& desktop) {
   if (const auto screen = desktop.screens.mainScreen()) {
     const auto& area = screen->visibleFrame;
-    panel.move(static_cast<int>(std::lround(area.midX() - panel.width() / 2.0)),
-               static_cast<int>(std::lround(area.midY() - panel.height() / 2.0)));
+    panel.move(toQPoint({area.midX() - panel.width() / 2.0, area.midY() - panel.height() / 2.0}));
   }
   showOnAllWorkspaces(panel, &desktop.spaces);
   panel.makeKeyAndOrderFront();

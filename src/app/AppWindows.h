@@ -32,8 +32,6 @@ class AppWindows {
   std::function<void(bool includingPinned)> onClear;
 
   void showShortcutPanel();
-  void closeShortcutPanel();
-  void resetShortcut();
   void applyShortcut(const HotKeyShortcut& candidate);
   /// The registered shortcut was pressed: whether it is recorded, since the recorder could not have
   /// the keyboard.
@@ -43,14 +41,10 @@ class AppWindows {
   void showFirstLaunchHelpIfNeeded();
   /// Replaces the help that is open.
   void showHelpPanel(bool isFirstLaunch);
-  void closeHelpPanel();
   /// Whether the welcome of the first start is open or about to be: whoever starts the application
   /// over has to show it again, for it comes only once by itself.
   [[nodiscard]] bool isWelcoming() const { return welcoming_; }
-  void openAccessibilitySettings();
-  void helpLaunchAtLoginChanged();
   void showPrivacyPolicy();
-  void closePrivacyPolicy();
 
   /// A question that is open already comes to the front.
   void confirmClearHistory();
@@ -59,6 +53,13 @@ class AppWindows {
   void stop();
 
  private:
+  void closeShortcutPanel();
+  void resetShortcut();
+  void closeHelpPanel();
+  void openAccessibilitySettings();
+  void helpLaunchAtLoginChanged();
+  void closePrivacyPolicy();
+
   const Desktop& desktop_;
   const ChromeServices chrome_;
   HotKeyRegistration& hotKey_;

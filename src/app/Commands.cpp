@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "app/ApplicationCommands.h"
 
@@ -49,9 +50,11 @@ constexpr std::array table = {
 
 }  // namespace
 
+// In the order of the commands, of which the first has no entry.
+static_assert(table.size() == static_cast<std::size_t>(Command::help));
+
 const CommandEntry& entryOf(Command command) {
-  return *std::find_if(table.begin(), table.end(),
-                       [&](const CommandEntry& entry) { return entry.command == command; });
+  return table.at(static_cast<std::size_t>(command) - 1);
 }
 
 const CommandEntry* entryNamed(std::string_view name) {

@@ -21,7 +21,8 @@ class ShortcutPanel : public VantorelPanel {
   Q_OBJECT
 
  public:
-  /// While another program has the keyboard, it is tried for this often, and so many times.
+  /// While another program has the keyboard, it is asked for again after this interval, so many
+  /// times.
   static constexpr Seconds grabRetryInterval{0.05};
   static constexpr int grabAttempts = 40;
   /// A panel that is forgotten gives the keyboard back, or the screen could not be locked.

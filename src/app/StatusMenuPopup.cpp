@@ -2,9 +2,9 @@
 
 #include <QAction>
 #include <QWindow>
-#include <cmath>
 #include <string>
 
+#include "chrome/Geometry.h"
 #include "chrome/VantorelMenu.h"
 
 namespace vantorel {
@@ -12,15 +12,6 @@ namespace {
 
 constexpr Seconds inputInterval{0.03};
 constexpr int inputAttempts = 100;
-
-/// An ampersand before a letter would mark the letter.
-QString label(const std::string& title) {
-  return QString::fromStdString(shownMenuTitle(title)).replace(u'&', QStringLiteral("&&"));
-}
-
-QPoint pixel(Point at) {
-  return {static_cast<int>(std::lround(at.x)), static_cast<int>(std::lround(at.y))};
-}
 
 }  // namespace
 
@@ -34,7 +25,7 @@ void StatusMenuPopup::popUp(const std::vector<MenuRow>& rows, Point at) {
   menu_->setWindowTitle("Vantorel Menu");
   menu_->setAccessibleName("Vantorel Menu");
   fill(*menu_, rows);
-  menu_->popup(pixel(at));
+  menu_->popup(toQPoint(at));
   takeInput(inputAttempts);
 }
 
@@ -54,7 +45,7 @@ void StatusMenuPopup::fill(VantorelMenu& menu, const std::vector<MenuRow>& rows)
     if (row.isSeparator()) {
       menu.addSeparator();
     } else if (!row.submenu.empty()) {
-      fill(menu.addSubmenu(label(row.title)), row.submenu);
+      fill(menu.addSubmenu(VantorelMenu::label(shownMenuTitle(row.title))), row.submenu);
     } else {
       add(menu, row);
     }
@@ -62,7 +53,7 @@ void StatusMenuPopup::fill(VantorelMenu& menu, const std::vector<MenuRow>& rows)
 }
 
 void StatusMenuPopup::add(VantorelMenu& menu, const MenuRow& row) {
-  QAction* action = menu.addAction(label(row.title));
+  QAction* action = menu.addAction(VantorelMenu::label(shownMenuTitle(row.title)));
   action->setEnabled(row.enabled);
   action->setCheckable(row.state != MenuState::none);
   action->setChecked(row.state == MenuState::on);

@@ -4,8 +4,8 @@
 
 namespace vantorel {
 
-/// The cipher refused: no random bytes to be had, too short for nonce and tag, or not authentic
-/// under this key.
+/// Sealing or opening failed: no random bytes to be had, too short for nonce and tag, or not
+/// authentic under this key.
 class CipherError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -9,10 +9,10 @@
 
 namespace vantorel {
 
-bool runDetached(std::function<void()> work) {
+bool runDetached(const char* name, std::function<void()> work) {
   try {
     std::thread thread(std::move(work));
-    pthread_setname_np(thread.native_handle(), "probe");
+    pthread_setname_np(thread.native_handle(), name);
     thread.detach();
     return true;
   } catch (const std::system_error&) {

@@ -10,6 +10,7 @@ namespace vantorel {
 /// so that it ends first. What leaves the owner goes through `guard` (what is delayed or queued,
 /// and what somebody keeps who may live longer); what its own members call needs none. Guarded
 /// callbacks are made and called on the owner's thread; they may travel through others.
+/// One that touches nothing of its owner may be called on any thread: the owner may end meanwhile.
 class Lifetime {
  public:
   Lifetime() = default;
@@ -31,7 +32,7 @@ class Lifetime {
     };
   }
 
-  /// Takes the life of every callback that was guarded so far.
+  /// Disarms every callback that was guarded so far.
   void end() { token_ = std::make_shared<const Token>(); }
 
  private:

@@ -7,7 +7,7 @@
 
 namespace vantorel {
 
-/// Values by key that knows which was used longest ago, for a cache to let go of.
+/// A map that knows which of its values was used longest ago, for a cache to drop.
 template <class Key, class Value>
 class Lru {
  public:

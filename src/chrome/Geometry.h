@@ -30,8 +30,8 @@ namespace vantorel {
   return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
 }
 
-/// Of the nearest size. A frame that grows around its centre by half a point each way goes up and
-/// to the left by the whole one.
+/// Its size to the nearest point, its position rounded down: a frame that is centred on half a
+/// point always moves the same way.
 [[nodiscard]] inline QRect toQRect(const Rect& rect) {
   return {QPoint(static_cast<int>(std::floor(rect.x)), static_cast<int>(std::floor(rect.y))),
           toQSize({rect.width, rect.height})};

@@ -10,9 +10,9 @@
 #include "chrome/Geometry.h"
 #include "chrome/PushButton.h"
 #include "chrome/ReadableGlassView.h"
-#include "chrome/StickyWindow.h"
 #include "chrome/VantorelTheme.h"
 #include "chrome/WindowGlass.h"
+#include "chrome/WorkspaceWindows.h"
 
 namespace vantorel {
 namespace {

@@ -25,6 +25,11 @@ MenuStyle* menuStyle() {
 
 }  // namespace
 
+QString VantorelMenu::label(std::string_view title) {
+  return QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()))
+      .replace(u'&', QStringLiteral("&&"));
+}
+
 VantorelMenu::VantorelMenu(const AccessibilityPreferences& accessibility,
                            const WindowBackdrops* backdrops, QWidget* parent)
     : QMenu(parent), accessibility_(accessibility), backdrops_(backdrops) {

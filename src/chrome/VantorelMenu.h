@@ -2,6 +2,7 @@
 
 #include <QMenu>
 #include <functional>
+#include <string_view>
 
 #include "chrome/GlassFinish.h"
 #include "platform/AccessibilityPreferences.h"
@@ -15,6 +16,9 @@ class VantorelMenu : public QMenu {
   Q_OBJECT
 
  public:
+  /// A title as menus take it: an ampersand would mark the letter after it.
+  [[nodiscard]] static QString label(std::string_view title);
+
   VantorelMenu(const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops,
                QWidget* parent = nullptr);
 

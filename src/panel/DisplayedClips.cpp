@@ -25,6 +25,7 @@ void DisplayedClips::refresh(const std::vector<ClipItem>& history, Selection sel
 void DisplayedClips::clear() {
   items_.clear();
   index_.clear();
+  filter = {};
   selected_ = 0;
 }
 

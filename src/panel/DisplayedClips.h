@@ -30,7 +30,7 @@ class DisplayedClips {
   void refresh(const std::vector<ClipItem>& history, Selection selection);
   /// Does some of the work of searching `item` ahead of need.
   void prepareSearch(const ClipItem& item) { index_.prepare(item); }
-  /// Keeps nothing of the history.
+  /// Keeps nothing of the history, nor of what was searched for in it.
   void clear();
 
   [[nodiscard]] const std::vector<ClipItem>& items() const { return items_; }

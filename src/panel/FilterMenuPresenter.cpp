@@ -9,11 +9,9 @@
 namespace vantorel {
 namespace {
 
-/// A row that is ticked when it is the one chosen. What would mark a letter in a menu is only a
-/// character here.
+/// A row that is ticked when it is the one chosen.
 QAction& addRow(VantorelMenu& menu, std::string_view title, bool on) {
-  auto* row = menu.addAction(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()))
-                                 .replace(QLatin1Char('&'), QStringLiteral("&&")));
+  auto* row = menu.addAction(VantorelMenu::label(title));
   row->setCheckable(true);
   row->setChecked(on);
   return *row;

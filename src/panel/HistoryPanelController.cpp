@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "chrome/KeyTranslation.h"
-#include "chrome/StickyWindow.h"
+#include "chrome/WorkspaceWindows.h"
 #include "panel/FilterMenuPresenter.h"
 #include "panel/HistoryPanelView.h"
 #include "panel/ListGeometry.h"
@@ -66,8 +66,8 @@ void HistoryPanelController::connectParts() {
   };
   pins_.onLimitReached = [this] { toast_.show(pinLimitText()); };
   naming_->onNamed = [this](Uuid id) { refreshAndSelect(id); };
+  outsideClicks_->ignores = [this] { return naming_->isUnderWay(); };
   outsideClicks_->onClick = [this] {
-    if (naming_->isUnderWay()) return;
     forgetPredecessor(view_->panel);
     hide();
   };

@@ -20,14 +20,14 @@ bool isOnOwnWindow(Point point) {
 }  // namespace
 
 void OutsideClicks::watch() {
-  monitor_ = services_.eventMonitors.addGlobalMouseDownMonitor(life_.guard([this] { pressed(); }));
+  monitor_ = monitors_.addGlobalMouseDownMonitor(life_.guard([this] { pressed(); }));
 }
 
 void OutsideClicks::pressed() {
-  if (!view_.panel.isVisible()) return;
-  const Point mouse = services_.screens.mouseLocation();
+  if (!view_.panel.isVisible() || (ignores && ignores())) return;
+  const Point mouse = screens_.mouseLocation();
   if (view_.frame().contains(mouse) || isOnOwnWindow(mouse)) return;
-  services_.dispatch.async(life_.guard([this] {
+  dispatch_.async(life_.guard([this] {
     if (onClick) onClick();
   }));
 }

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <utility>
 
 #include "base/Lifetime.h"
 #include "panel/PanelServices.h"
@@ -15,8 +14,14 @@ class HistoryPanelView;
 class OutsideClicks {
  public:
   /// All outlive this.
-  OutsideClicks(PanelServices services, HistoryPanelView& view)
-      : services_(std::move(services)), view_(view) {}
+  OutsideClicks(const PanelServices& services, HistoryPanelView& view)
+      : dispatch_(services.dispatch),
+        screens_(services.screens),
+        monitors_(services.eventMonitors),
+        view_(view) {}
+
+  /// Whether a press just now concerns nobody.
+  std::function<bool()> ignores;
 
   /// There was such a press while the panel was shown; called in a turn of its own.
   std::function<void()> onClick;
@@ -27,7 +32,9 @@ class OutsideClicks {
  private:
   void pressed();
 
-  PanelServices services_;
+  Dispatch& dispatch_;
+  const Screens& screens_;
+  EventMonitors& monitors_;
   HistoryPanelView& view_;
   std::unique_ptr<Observation> monitor_;
   Lifetime life_;

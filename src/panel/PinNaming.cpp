@@ -1,6 +1,5 @@
 #include "panel/PinNaming.h"
 
-#include <algorithm>
 #include <string>
 
 #include "chrome/SheetWindow.h"
@@ -14,9 +13,8 @@ PinNaming::PinNaming(ClipStore& store, const ChromeServices& services, QWidget& 
 PinNaming::~PinNaming() = default;
 
 void PinNaming::begin(Uuid id) {
-  const auto found = std::find_if(store_.items().begin(), store_.items().end(),
-                                  [&](const ClipItem& item) { return item.id == id; });
-  if (found == store_.items().end() || !found->pinned() || sheet_) return;
+  const auto* found = findById(store_.items(), id);
+  if (found == nullptr || !found->pinned() || sheet_) return;
   sheet_ = std::make_unique<SheetWindow>(
       SheetWindow::Question{
           QStringLiteral("Name Pinned Clip"), {}, QStringLiteral("Save"), QStringLiteral("Cancel")},

@@ -4,8 +4,8 @@
 
 namespace vantorel {
 
-/// What becomes of a request when nobody is there to do it: a start of the program, or nothing, as
-/// of one to quit.
+/// What becomes of a request while nobody runs: the program starts to do it, or it counts as done,
+/// as quitting does.
 enum class IfNobodyRuns { start, end };
 
 /// What a start of the program, or another program, asks of the running instance: one of the

@@ -30,9 +30,9 @@ namespace vantorel {
 /// Everything the program needs of the desktop it runs on. Built by that desktop's factory, which
 /// owns the ports and outlives whoever was given this.
 ///
-/// The ports keep the names, numbers and shapes of the desktop that the program was first described
-/// for. Each implementation maps what its desktop has to them, and each port says where one may
-/// ignore what it is given.
+/// The core speaks of one desktop's services, by that desktop's names, numbers and shapes, and so
+/// do the ports. Each implementation maps what its desktop has to them, and each port says where
+/// one may ignore what it is given.
 struct Desktop {
   Dispatch& dispatch;
   FileSystem& files;

@@ -5,7 +5,7 @@
 namespace vantorel {
 
 /// A key by its place on the keyboard, whatever the layout prints on it. The numbers are those of
-/// the desktop that the program was first described for, and stored settings hold them; an adapter
+/// the one desktop whose names the core speaks, and stored settings hold them; an adapter
 /// translates them at its edge.
 using KeyCode = std::uint32_t;
 

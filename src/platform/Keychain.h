@@ -8,7 +8,7 @@
 
 namespace vantorel {
 
-/// How a keychain answers: a number of the desktop that the program was first described for. An
+/// How a keychain answers: a number of the one desktop whose names the core speaks. An
 /// implementation maps its own failures to the ones below; messages and logs show the number.
 using OSStatus = std::int32_t;
 

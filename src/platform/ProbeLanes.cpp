@@ -55,7 +55,7 @@ void ProbeLanes::startLanes(std::size_t count) {
     auto lane = std::make_shared<Lane>();
     {
       const std::lock_guard lock(shared_->mutex);
-      if (shared_->lanes.size() >= mostLanes) return;
+      if (shared_->lanes.size() >= maxLanes) return;
       shared_->lanes.push_back(lane);
     }
     dispatch_.detach([shared = shared_, lane] { work(shared, lane); });

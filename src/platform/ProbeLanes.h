@@ -23,7 +23,7 @@ class ProbeLanes {
   /// steps.
   static constexpr Seconds patience{0.1};
   /// As many are asked beside each other at most, when none of them is answered.
-  static constexpr std::size_t mostLanes = 64;
+  static constexpr std::size_t maxLanes = 64;
 
   /// `dispatch` outlives this.
   explicit ProbeLanes(Dispatch& dispatch);

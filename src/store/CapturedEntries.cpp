@@ -89,9 +89,9 @@ ClipItem filesEntry(std::vector<std::string> paths, const SourceApp& source, Dat
   return item;
 }
 
-std::optional<EncodedImage> encodedImage(const Image& image, std::size_t mostBytes) {
-  const auto fits = [mostBytes](const std::shared_ptr<const Bytes>& bytes) {
-    return bytes && bytes->size() <= mostBytes;
+std::optional<EncodedImage> encodedImage(const Image& image, std::size_t maxBytes) {
+  const auto fits = [maxBytes](const std::shared_ptr<const Bytes>& bytes) {
+    return bytes && bytes->size() <= maxBytes;
   };
   if (auto png = image.pngData(); fits(png)) return EncodedImage{std::move(png), "png"};
   if (auto jpeg = image.jpegData(jpegCompression); fits(jpeg)) {
@@ -104,7 +104,7 @@ ClipItem imageEntry(Size size, std::string assetFilename, std::string contentHas
                     const SourceApp& source, Date now) {
   ClipItem item = newEntry(ClipKind::image, source, now);
   item.title = "Image";
-  // Points, whatever the unit that is written: the size as the picture is seen.
+  // In points, although it says px: the size at which the picture is seen.
   item.preview = wholePoints(size.width) + " × " + wholePoints(size.height) + " px";
   item.assetFilename = std::move(assetFilename);
   item.contentHash = std::move(contentHash);

@@ -16,7 +16,7 @@ namespace vantorel {
 /// Extensions, in lower case, by which one file counts as a video.
 inline constexpr std::array<std::string_view, 6> videoExtensions = {"mov", "mp4", "m4v",
                                                                     "avi", "mkv", "webm"};
-/// The title of one video. What a history says of its files is all that tells them from others.
+/// The title of a single video: nothing else in an entry tells it from another file.
 inline constexpr std::string_view videoTitle = "Video";
 [[nodiscard]] bool isVideo(const ClipItem& item);
 
@@ -31,9 +31,9 @@ struct EncodedImage {
   std::shared_ptr<const Bytes> bytes;
   std::string extension;
 };
-/// Losslessly if that takes at most `mostBytes`, else as a JPEG if that does, else not at all:
+/// Losslessly if that takes at most `maxBytes`, else as a JPEG if that does, else not at all:
 /// never scaled down.
-[[nodiscard]] std::optional<EncodedImage> encodedImage(const Image& image, std::size_t mostBytes);
+[[nodiscard]] std::optional<EncodedImage> encodedImage(const Image& image, std::size_t maxBytes);
 
 /// A new entry for an image that is stored under `assetFilename`.
 [[nodiscard]] ClipItem imageEntry(Size size, std::string assetFilename, std::string contentHash,

@@ -22,7 +22,7 @@ namespace {
 constexpr unsigned directoryPermissions = 0700;
 constexpr std::string_view historyName = "history.vntl";
 constexpr std::string_view legacyHistoryName = "history.json";
-constexpr std::uint64_t mostEnvelopeOverhead = 4096;
+constexpr std::uint64_t maxEnvelopeOverhead = 4096;
 
 std::filesystem::path baseDirectory(const ClipStoreServices& services,
                                     const std::optional<std::filesystem::path>& baseUrl) {
@@ -85,7 +85,7 @@ bool ClipStore::load() {
 
 bool ClipStore::loadSealed() {
   if (!secureStorage_) return false;
-  auto envelope = services_.files.readFile(indexUrl_, maximumHistoryBytes + mostEnvelopeOverhead);
+  auto envelope = services_.files.readFile(indexUrl_, maximumHistoryBytes + maxEnvelopeOverhead);
   if (!envelope || !SecureStorage::isSealed(*envelope)) return false;
   auto json = opened(*secureStorage_, *envelope);
   envelope.reset();  // it is as large as what is read from it
@@ -121,8 +121,8 @@ bool ClipStore::encryptLegacyAssets() {
 void ClipStore::tidyLoadedHistory() {
   separateIdentities(items_);
   items_ = coalesced(std::move(items_));
+  saver_.removeUnfinishedWrites();  // before there is one under way
   commit(Upkeep::all);
-  saver_.removeUnfinishedWrites();
   for (const ClipItem& item : items_) readings_.begin(item);
 }
 

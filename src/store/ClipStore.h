@@ -116,8 +116,8 @@ class ClipStore {
   [[nodiscard]] std::optional<Bytes> assetData(const ClipItem& item) const;
 
  private:
-  /// What a change of the list asks for before it is saved: new numbers for the pins, or these
-  /// after the order and the limits.
+  /// What is done to a changed list before it is saved. `numbers`: pins are numbered anew; `all`:
+  /// it is put in order and cut to its limits first.
   enum class Upkeep { none, numbers, all };
 
   void commit(Upkeep upkeep);

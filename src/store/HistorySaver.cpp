@@ -15,7 +15,7 @@ namespace {
 constexpr Seconds longestRetry{300};
 
 // Encoding, sealing and writing so much takes about half of the time between two frames.
-constexpr std::size_t mostBytesAtOnce = 2'000'000;
+constexpr std::size_t maxBytesAtOnce = 2'000'000;
 
 std::size_t contentBytes(const std::vector<ClipItem>& items) {
   std::size_t total = 0;
@@ -56,12 +56,15 @@ HistorySaver::~HistorySaver() {
   (void)saveAtOnce();
 }
 
-bool HistorySaver::saveAtOnce() { return writeHistory(files_, path_, *storage_, items_); }
+bool HistorySaver::saveAtOnce() {
+  return storage_ && writeHistory(files_, path_, *storage_, items_);
+}
 
 void HistorySaver::save() {
+  if (!storage_) return;
   if (background_) {
     background_->again = true;
-  } else if (contentBytes(items_) > mostBytesAtOnce) {
+  } else if (contentBytes(items_) > maxBytesAtOnce) {
     saveInBackground();
   } else {
     settle(saveAtOnce());

@@ -22,17 +22,18 @@ namespace vantorel {
 class HistorySaver {
  public:
   /// Saves `items`, as it then is, to the file at `path`; the list, the dispatch and the files
-  /// outlive this. Without a storage nothing may be saved.
+  /// outlive this. Without a storage nothing is saved.
   HistorySaver(Dispatch& dispatch, FileSystem& files, std::filesystem::path path,
                AssetFolder assets, std::shared_ptr<const SecureStorage> storage,
                const std::vector<ClipItem>& items);
-  /// Waits for a save under way, and then saves what has changed since it began.
+  /// Waits for a save under way, and then saves once more.
   ~HistorySaver();
   HistorySaver(const HistorySaver&) = delete;
   HistorySaver& operator=(const HistorySaver&) = delete;
 
   /// Saves before it returns, or fails without trying again.
   [[nodiscard]] bool saveAtOnce();
+  /// Saves at once, or a long list on a queue; tries again by itself when that fails.
   void save();
   /// Returns when nothing writes any more. Whether the last save came to its end is not known then.
   void giveUpSave() { background_.reset(); }

@@ -9,7 +9,8 @@
 namespace vantorel {
 
 /// Where threads of a test wait, as those do whose disk does not answer, until the test opens it.
-/// Threads that nobody joins share it.
+/// Threads that nobody joins share it; a test opens it before it ends, so that none of them speaks
+/// up in the next one.
 class Gate {
  public:
   /// Waits until the gate is open. The limit only bounds a failure: a test that needs it to go on

@@ -18,7 +18,7 @@ class ThreadedDispatch : public ManualDispatch {
  public:
   void detach(Work work) override {
     ++detached_;
-    ASSERT_TRUE(runDetached([work = std::move(work), ended = ended_] {
+    ASSERT_TRUE(runDetached("probe", [work = std::move(work), ended = ended_] {
       work();
       ++*ended;
     }));

@@ -113,6 +113,16 @@ TEST_F(PanelNaming, AClickOutsideHidesNothingUnderTheSheet) {
   EXPECT_TRUE(panel().isVisible());
 }
 
+TEST_F(PanelNaming, AClickUnderTheSheetHidesNothingWhenTheSheetEndsMeanwhile) {
+  addTexts({"a"}, 1);
+  openSheet();
+  monitors_.pressMouse();
+  QTest::keyClick(&field(), Qt::Key_Return);
+  ASSERT_EQ(sheet(), nullptr);
+  dispatch_.runQueued();
+  EXPECT_TRUE(panel().isVisible());
+}
+
 TEST_F(PanelNaming, HidingThePanelCancels) {
   addTexts({"a"}, 1);
   openSheet();

@@ -13,8 +13,8 @@ namespace vantorel {
 /// The size of the image in `bytes` when they are a whole and undamaged PNG of acceptable size:
 /// every chunk within the bytes and true to its checksum, the obligatory ones in their order, and
 /// pixel data that begins well and is long enough to be what the header claims. No pixel is
-/// decoded, for what was offered is kept as it is and only has to be known as whole. What follows
-/// the end of the image is not looked at.
+/// decoded: what was offered is kept unchanged, so it only has to be complete. What follows the end
+/// of the image is not looked at.
 [[nodiscard]] std::optional<EncodedSize> checkedPng(ByteView bytes);
 
 }  // namespace vantorel

@@ -104,7 +104,7 @@ std::unique_ptr<Timer> QtDispatch::every(Seconds interval, Work work) {
 
 void QtDispatch::detach(Work work) {
   // Without a thread it is as if the work never came back.
-  static_cast<void>(runDetached(std::move(work)));
+  static_cast<void>(runDetached("probe", std::move(work)));
 }
 
 std::unique_ptr<SerialQueue> QtDispatch::serialQueue(const std::string& label) {

@@ -98,7 +98,7 @@ std::unique_ptr<Timer> MainLoop::schedule(Seconds delay, Seconds interval, Work 
 
 void MainLoop::detach(Work work) {
   // Without a thread it is as if the work never came back.
-  static_cast<void>(runDetached(std::move(work)));
+  static_cast<void>(runDetached("probe", std::move(work)));
 }
 
 std::unique_ptr<SerialQueue> MainLoop::serialQueue(const std::string& /*label*/) {

@@ -137,8 +137,11 @@ TEST_F(DisplayedClipsTest, ClearedFiltersLeaveTheSearch) {
 TEST_F(DisplayedClipsTest, ClearedItKeepsNothingAndBeginsAtTheTop) {
   list({"a", "b"});
   clips_.select(1);
+  clips_.filter.query = "b";
+  clips_.filter.sourceId = "editor";
   clips_.clear();
   EXPECT_THAT(clips_.items(), IsEmpty());
+  EXPECT_FALSE(clips_.isNarrowed());
   clips_.refresh(history_, Selection::keepIndex);
   EXPECT_EQ(selected(), "a");
 }

@@ -132,7 +132,7 @@ TEST_F(ProbeLanesTest, ManyWithoutAnswerAreSoonBehindIt) {
 }
 
 TEST_F(ProbeLanesTest, TheNumberOfThreadsIsBounded) {
-  const auto most = static_cast<int>(ProbeLanes::mostLanes);
+  const auto most = static_cast<int>(ProbeLanes::maxLanes);
   for (int i = 0; i < most; ++i) askStuck();
   for (int i = 0; i < 10; ++i) ask(i);
   for (int looks = 0; looks < 20; ++looks) {

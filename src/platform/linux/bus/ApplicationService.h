@@ -25,13 +25,13 @@ class ApplicationService {
   ApplicationService& operator=(const ApplicationService&) = delete;
 
   /// Becomes the one owner of the program's name, or learns that another is: nobody is queued.
-  /// Waits no longer than `forwardTimeLimit` for the bus. A name that
-  /// was won is claimed again from a bus that went away and came back.
+  /// Waits no longer than `forwardTimeLimit` for the bus. A name that was won is claimed again from
+  /// a bus that went away and came back.
   [[nodiscard]] NameClaim claim();
 
   /// Called on the main queue for each request; the caller has its answer before. An unknown name,
-  /// or an action without the text that it needs, is an error to the caller and no request. What
-  /// comes before there is a handler waits in the event loop.
+  /// or an action without the text that it needs, is an error to the caller and no request. Set
+  /// it before the event loop runs: a request that finds no handler is dropped.
   void onRequest(std::function<void(const ActionRequest&)> handler);
 
  private:

@@ -67,13 +67,14 @@ StatusNotifierTray::~StatusNotifierTray() {
 
 template <class Work>
 void StatusNotifierTray::later(Work work) {
-  services_.dispatch.async([token = std::weak_ptr(handlers_), work] {
-    if (const auto handlers = token.lock()) work(*handlers);
-  });
+  if (!handlers_) return;
+  // Each handler may hide the item, and so end the others while it runs.
+  services_.dispatch.async(showing_.guard([this, work] { work(Handlers(*handlers_)); }));
 }
 
 void StatusNotifierTray::show(Handlers handlers) {
-  handlers_ = std::make_shared<Handlers>(std::move(handlers));
+  showing_.end();
+  handlers_ = std::move(handlers);
   item_.setActive(true);
   menu_.refresh();
   if (!watcher_) join();
@@ -81,6 +82,7 @@ void StatusNotifierTray::show(Handlers handlers) {
 
 // The objects stay: a watcher forgets an item only when its program leaves the bus.
 void StatusNotifierTray::hide() {
+  showing_.end();
   handlers_.reset();
   item_.setActive(false);
 }

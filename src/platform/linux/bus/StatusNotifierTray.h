@@ -3,7 +3,9 @@
 #include <QDBusServiceWatcher>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
@@ -46,10 +48,11 @@ class StatusNotifierTray : public StatusItem {
 
   Services services_;
   std::filesystem::path iconThemes_;
-  std::shared_ptr<Handlers> handlers_;  // null while hidden; its life is the weak token
+  std::optional<Handlers> handlers_;  // absent while hidden
   TrayItem item_;
   TrayMenu menu_;
   std::unique_ptr<QDBusServiceWatcher> watcher_;  // null until there was a bus
+  Lifetime showing_;
 };
 
 /// A template picture as trays want it: in a grey that is seen on light bars and on dark ones.

@@ -5,6 +5,7 @@
 #include "base/PercentCoding.h"
 
 namespace vantorel {
+
 std::optional<std::string> sessionBusAddress(const EnvironmentLookup& lookup) {
   if (auto address = lookup("DBUS_SESSION_BUS_ADDRESS"); address && !address->empty()) {
     return address;

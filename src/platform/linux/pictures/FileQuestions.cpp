@@ -66,8 +66,8 @@ Answer FileQuestions::ask(const Path& file, std::chrono::milliseconds limit,
     if (shared_->stopped || !shared_->underWay.insert(file).second) return {};
   }
   auto answer = std::make_shared<std::optional<Answer>>();
-  const bool isAsked =
-      runDetached([shared = shared_, file, answer, question = std::move(question)] {
+  const bool isAsked = runDetached(
+      "file question", [shared = shared_, file, answer, question = std::move(question)] {
         auto found = question();
         {
           const std::lock_guard lock(shared->mutex);

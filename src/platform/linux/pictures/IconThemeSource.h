@@ -28,8 +28,8 @@ class IconThemeSource {
   /// `files` outlives this.
   IconThemeSource(FileSystem& files, Places places, SettingsManager settingsManager);
 
-  /// Any thread. The first call reads the index of each theme that counts; whoever
-  /// asks meanwhile waits for it.
+  /// Any thread. The first call reads the index of each theme that counts; whoever asks meanwhile
+  /// waits for it.
   [[nodiscard]] std::shared_ptr<const IconThemes> themes();
 
   /// Reads again when another theme is in use now or an installed one has changed; answers whether

@@ -19,7 +19,7 @@ void KeptIcons::keep(const std::string& name, SharedBitmap picture, std::uint64_
   const std::lock_guard lock(mutex_);
   if (generation != generation_) return;
   pictures_.insert(name, std::move(picture));
-  if (pictures_.size() > most_) (void)pictures_.takeOldest();
+  if (pictures_.size() > maxCount_) (void)pictures_.takeOldest();
 }
 
 void KeptIcons::clear() {

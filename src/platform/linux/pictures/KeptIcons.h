@@ -15,7 +15,7 @@ namespace vantorel {
 /// kept too, as null. Any thread.
 class KeptIcons {
  public:
-  explicit KeptIcons(std::size_t most) : most_(most) {}
+  explicit KeptIcons(std::size_t maxCount) : maxCount_(maxCount) {}
 
   /// Absent when nothing is known about the name.
   [[nodiscard]] std::optional<SharedBitmap> find(const std::string& name);
@@ -27,7 +27,7 @@ class KeptIcons {
   void clear();
 
  private:
-  const std::size_t most_;
+  const std::size_t maxCount_;
   mutable std::mutex mutex_;  // all below
   Lru<std::string, SharedBitmap> pictures_;
   std::uint64_t generation_ = 0;

@@ -8,7 +8,6 @@ namespace vantorel {
 
 MimeTypeDatabase::MimeTypeDatabase(const std::vector<std::filesystem::path>& directories) {
   for (const auto& directory : directories) caches_.push_back(directory / "mime.cache");
-  times_ = ChangeTimes(caches_);
 }
 
 std::vector<std::filesystem::path> MimeTypeDatabase::directories(const EnvironmentLookup& lookup) {
@@ -46,11 +45,11 @@ std::vector<std::string> MimeTypeDatabase::iconsOf(const std::string& type) cons
   return names;
 }
 
-// The toolkit looks for changes only every five seconds, and what was asked for since may be old:
-// therefore once more the next time.
+// The toolkit looks for changes only every five seconds, so answers given just after a change may
+// be old: it is said once more.
 bool MimeTypeDatabase::refresh() {
-  const bool changed = times_.haveChanged();
-  if (changed) times_ = ChangeTimes(caches_);
+  const bool changed = times_ && times_->haveChanged();
+  if (changed || !times_) times_ = ChangeTimes(caches_);
   return std::exchange(changedBefore_, changed) || changed;
 }
 

@@ -37,7 +37,10 @@ ThemeIcons::ThemeIcons(Dispatch& dispatch, Sources sources, Sides sides)
       typeIcons_(maxTypeIcons),
       extensionIcons_(maxExtensions),
       queue_(dispatch.serialQueue("com.vantorel.icons")) {
-  queue_->async([this] { (void)sources_.themes.themes(); });
+  queue_->async([this] {
+    (void)sources_.themes.themes();
+    (void)sources_.types.refresh();
+  });
 }
 
 ThemeIcons::~ThemeIcons() { questions_.stop(); }

@@ -25,7 +25,7 @@ namespace vantorel {
 /// hold up the others. A file whose thumbnailer took too long even there, or crashed, is not tried
 /// again before it changes, as long as the program runs.
 ///
-/// Made by hand, for the one library that runs thumbnailers belongs to a single desktop.
+/// Made by hand, since the one library that runs thumbnailers belongs to a single desktop.
 class ThumbnailerRuns {
  public:
   using Completion = std::function<void(SharedBitmap)>;

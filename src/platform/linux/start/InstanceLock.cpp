@@ -24,8 +24,10 @@ InstanceLock::Result InstanceLock::take(const std::filesystem::path& path) {
 std::optional<std::filesystem::path> instanceLockPath(const XdgDirectories& directories) {
   if (!directories.runtime) return std::nullopt;
   constexpr std::size_t digits = 16;
-  const auto history = directories.dataHome.value_or("").native();
-  const auto name = ContentFingerprint::data(bytesOf(history)).substr(0, digits);
+  // However the place is spelled, the history there has one lock.
+  auto history = directories.dataHome.value_or("").lexically_normal();
+  if (!history.has_filename()) history = history.parent_path();
+  const auto name = ContentFingerprint::data(bytesOf(history.native())).substr(0, digits);
   return *directories.runtime / ("vantorel-" + name + ".lock");
 }
 

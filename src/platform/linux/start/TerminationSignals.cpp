@@ -43,7 +43,10 @@ char readByte(const FileDescriptor& file) {
 }  // namespace
 
 TerminationSignals::TerminationSignals(Dispatch& dispatch, std::function<void()> handler)
-    : dispatch_(dispatch), handler_(std::make_shared<std::function<void()>>(std::move(handler))) {
+    : dispatch_(dispatch), handler_(std::move(handler)) {
+  notify_ = life_.guard([this] {
+    if (handler_) handler_();
+  });
   previous_.push_back({.signal = SIGPIPE});
   struct sigaction ignore {};
   ignore.sa_handler = SIG_IGN;
@@ -82,9 +85,7 @@ void TerminationSignals::install(int signal) {
 
 void TerminationSignals::waitForSignal() {
   if (readByte(pipe_->readEnd) != signalArrived) return;
-  dispatch_.async([token = std::weak_ptr(handler_)] {
-    if (const auto handler = token.lock(); handler && *handler) (*handler)();
-  });
+  dispatch_.async(notify_);
   while (readByte(pipe_->readEnd) == signalArrived) {
   }
 }

@@ -2,12 +2,12 @@
 
 #include <csignal>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <thread>
 #include <vector>
 
 #include "base/FileDescriptor.h"
+#include "base/Lifetime.h"
 #include "platform/Dispatch.h"
 
 namespace vantorel {
@@ -41,10 +41,12 @@ class TerminationSignals {
   void waitForSignal();
 
   Dispatch& dispatch_;
-  std::shared_ptr<std::function<void()>> handler_;  // its life is the weak token
+  std::function<void()> handler_;
+  std::function<void()> notify_;  // calls the handler, on the main queue
   std::vector<Previous> previous_;
   std::optional<Pipe> pipe_;  // absent where none was to be had: nobody listens then
   std::thread thread_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

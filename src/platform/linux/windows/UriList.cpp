@@ -29,6 +29,7 @@ std::string_view nextLine(std::string_view& rest) {
   return line;
 }
 
+/// Some programs end the whole list with a NUL.
 std::string_view stripped(std::string_view line) {
   constexpr std::string_view blanks(" \t\0", 3);
   const auto first = line.find_first_not_of(blanks);

@@ -53,6 +53,18 @@ TEST(InstanceLockPath, HasTheSameNameInEveryBuild) {
   EXPECT_EQ(instanceLockPath(directories), "/run/user/1000/vantorel-9b4098df90f3f50f.lock");
 }
 
+TEST(InstanceLockPath, IsTheSameHoweverThePlaceIsSpelled) {
+  XdgDirectories directories;
+  directories.runtime = "/run/user/1000";
+  directories.dataHome = "/home/one/.local/share";
+  const auto plain = instanceLockPath(directories);
+  for (const auto* spelled : {"/home/one//.local/share", "/home/one/.local/share/",
+                              "/home/one/.local/./share", "/home/one/.local/x/../share"}) {
+    directories.dataHome = spelled;
+    EXPECT_EQ(instanceLockPath(directories), plain) << spelled;
+  }
+}
+
 TEST(InstanceLockPath, IsOneForEachHistory) {
   XdgDirectories directories;
   EXPECT_EQ(instanceLockPath(directories), std::nullopt);

@@ -1,4 +1,4 @@
-#include "chrome/StickyWindow.h"
+#include "chrome/WorkspaceWindows.h"
 
 #include <QApplication>
 #include <QPointer>
