@@ -17,6 +17,9 @@ namespace {
 
 constexpr QRgb red = 0xFFFF0000;
 
+/// In which any process does its first steps, on a busy machine and under sanitizers too.
+constexpr std::chrono::seconds timeToBegin{3};
+
 class FileThumbnailsTest : public FileThumbnailsFixture {
  protected:
   FileThumbnailsTest() { open(dispatch); }
@@ -154,14 +157,16 @@ TEST_F(FileThumbnailsTest, AThumbnailerThatHangsIsKilled) {
 }
 
 TEST_F(FileThumbnailsTest, AThumbnailerThatTakesAWhileIsWaitedFor) {
-  openWith(std::chrono::milliseconds(50), std::chrono::seconds(20));
-  install("video/mp4", "echo x >>$root/runs; sleep 0.3; cp $made $out");
+  openWith(timeToBegin, std::chrono::seconds(20));
+  install("video/mp4",
+          "echo x >>$root/runs; test -e $root/again || { touch $root/again; exec sleep 1000; }; "
+          "cp $made $out");
   EXPECT_EQ(middleOf(pictureOf(files.write("a.mp4", "film"))), made);
   EXPECT_EQ(contents("runs"), "x\nx\n") << "begun anew where it holds nobody up";
 }
 
 TEST_F(FileThumbnailsTest, AFileWhoseThumbnailerHungIsTriedAgainOnlyWhenItHasChanged) {
-  openWith(std::chrono::milliseconds(300), std::chrono::milliseconds(300));
+  openWith(timeToBegin, timeToBegin);
   install("video/mp4", "echo x >>$root/runs; sleep 1000");
   const auto file = files.write("a.mp4", "film");
   for (int times = 0; times < 3; ++times) EXPECT_EQ(pictureOf(file), nullptr);

@@ -101,6 +101,7 @@ TEST_F(LimitedProcessTest, HasLimitedMemory) {
   const std::vector<std::string> command = {"/bin/dd", "if=/dev/zero", "of=/dev/null", "bs=200M",
                                             "count=1"};
   ProcessLimits limits;
+  limits.time = std::chrono::minutes(1);  // this is not about time
   EXPECT_EQ(runLimited(command, files.root(), limits, stop), ProcessEnd::success);
   limits.memory = std::uint64_t{64} << 20U;
   EXPECT_EQ(runLimited(command, files.root(), limits, stop), ProcessEnd::failure);
