@@ -257,11 +257,11 @@ TEST_F(Engine, APictureThatNeverEndsIsGivenUpOnce) {
   EXPECT_LT(steady_clock::now() - start, 2 * hasty.pictureLimit) << "it was tried again";
 }
 
-/// One that waits for 0.2 s, and has read a picture with the worker that gets only idle time: where
-/// other programs leave it none, that one has been replaced already.
+/// One that waits for two seconds, and has read a picture with the worker that gets only idle time:
+/// where other programs leave it too little, that one has been replaced already.
 std::unique_ptr<WorkerTextRecognition> impatientWithFirstWorker() {
   auto impatient = settings();
-  impatient.patience = std::chrono::milliseconds(200);
+  impatient.patience = std::chrono::seconds(2);
   for (;;) {
     auto recognition = std::make_unique<WorkerTextRecognition>(impatient);
     EXPECT_EQ(recognition->recognize(pictureOf("one"), {"en-US"}, {}).lines, Languages{"one"});
