@@ -20,9 +20,7 @@ constexpr auto values = digitValues();
 
 std::uint32_t valueOf(char digit) { return values[static_cast<unsigned char>(digit)]; }
 
-std::byte digit(std::uint32_t group, unsigned shift) {
-  return static_cast<std::byte>(alphabet[(group >> shift) & 63U]);
-}
+char digit(std::uint32_t group, unsigned shift) { return alphabet[(group >> shift) & 63U]; }
 
 std::byte byteAt(std::uint32_t group, unsigned shift) {
   return static_cast<std::byte>((group >> shift) & 255U);
@@ -30,10 +28,7 @@ std::byte byteAt(std::uint32_t group, unsigned shift) {
 
 }  // namespace
 
-void appendBase64(Bytes& out, ByteView bytes) {
-  const std::size_t start = out.size();
-  out.resize(start + base64Length(bytes.size()));
-  std::byte* to = out.data() + start;
+void writeBase64(char* to, ByteView bytes) {
   std::size_t i = 0;
   for (; i + 3 <= bytes.size(); i += 3) {
     const std::uint32_t group = std::to_integer<std::uint32_t>(bytes[i]) << 16U |
@@ -50,8 +45,8 @@ void appendBase64(Bytes& out, ByteView bytes) {
   if (rest == 2) group |= std::to_integer<std::uint32_t>(bytes[i + 1]) << 8U;
   *to++ = digit(group, 18);
   *to++ = digit(group, 12);
-  *to++ = rest == 2 ? digit(group, 6) : std::byte{'='};
-  *to = std::byte{'='};
+  *to++ = rest == 2 ? digit(group, 6) : '=';
+  *to = '=';
 }
 
 std::optional<Bytes> bytesFromBase64(std::string_view text) {

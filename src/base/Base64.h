@@ -12,10 +12,11 @@ namespace vantorel {
   return (byteCount + 2) / 3 * 4;
 }
 
-/// Appends the standard Base64 form of `bytes`, padded, without line breaks.
-void appendBase64(Bytes& out, ByteView bytes);
+/// Writes the standard Base64 form of `bytes`, padded, without line breaks, to `to`, which has room
+/// for `base64Length` characters.
+void writeBase64(char* to, ByteView bytes);
 
-/// Reads exactly what `appendBase64` writes: absent for white space, missing or misplaced padding,
+/// Reads exactly what `writeBase64` writes: absent for white space, missing or misplaced padding,
 /// foreign characters, or stray bits before the padding. Made by hand, since what libraries read is
 /// wider: other padding, or none, and two texts for the same bytes.
 [[nodiscard]] std::optional<Bytes> bytesFromBase64(std::string_view text);

@@ -52,11 +52,11 @@ std::size_t expectedSize(const std::vector<ClipItem>& items) {
 }  // namespace
 
 Bytes encodeHistory(const std::vector<ClipItem>& items) {
-  Bytes json;
-  json.reserve(expectedSize(items));
-  BytesStream stream(json);
-  HistoryWriter(stream).write(items);
-  return json;
+  HistoryJson json;
+  json.Reserve(expectedSize(items));
+  HistoryWriter(json).write(items);
+  const ByteView bytes = bytesOf({json.GetString(), json.GetSize()});
+  return {bytes.begin(), bytes.end()};
 }
 
 std::optional<std::vector<ClipItem>> decodeHistory(Bytes json) {

@@ -1,28 +1,12 @@
 #include "store/HistoryWriter.h"
 
-#include <algorithm>
-
 #include "base/Base64.h"
 #include "base/Iso8601.h"
 #include "store/HistoryFields.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
-namespace {
-
-/// RapidJSON writes \u001F, a history \u001f.
-void makeEscapesSmall(Bytes::iterator from, Bytes::iterator end) {
-  for (;;) {
-    from = std::find(from, end, std::byte('\\'));
-    if (from == end) return;
-    if (from[1] == std::byte('u') && from[5] >= std::byte('A')) from[5] |= std::byte(0x20);
-    from += 2;
-  }
-}
-
-}  // namespace
-
-HistoryWriter::HistoryWriter(BytesStream& stream) : PrettyWriter(stream), stream_(stream) {
+HistoryWriter::HistoryWriter(HistoryJson& json) : PrettyWriter(json), json_(json) {
   SetIndent(' ', 2);
 }
 
@@ -52,23 +36,22 @@ void HistoryWriter::field(std::string_view key, const std::optional<Value>& valu
 }
 
 void HistoryWriter::string(std::string_view text) {
-  const std::size_t start = stream_.bytes().size();
   // The name of a file may be any bytes. Written as they are they would make the whole history
   // unreadable, so what is not UTF-8 is replaced.
   const std::string replaced = isValidUtf8(text) ? std::string() : validUtf8(std::string(text));
   if (!replaced.empty()) text = replaced;
   String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-  makeEscapesSmall(stream_.bytes().begin() + static_cast<std::ptrdiff_t>(start),
-                   stream_.bytes().end());
 }
 
 void HistoryWriter::value(Date date) { string(iso8601(date)); }
 
 void HistoryWriter::value(const SharedBytes& bytes) {
   PrettyPrefix(rapidjson::kStringType);
-  stream_.Put('"');
-  appendBase64(stream_.bytes(), bytes.get());
-  stream_.Put('"');
+  const std::size_t length = base64Length(bytes.get().size());
+  char* to = json_.Push(length + 2);
+  *to++ = '"';
+  writeBase64(to, bytes.get());
+  to[length] = '"';
 }
 
 void HistoryWriter::value(const std::vector<std::string>& texts) {

@@ -4,29 +4,15 @@
 
 #include <string_view>
 
-#include "base/Bytes.h"
 #include "store/ClipItem.h"
+#include "store/HistoryJson.h"
 
 namespace vantorel {
 
-/// Lets RapidJSON write into bytes.
-class BytesStream {
- public:
-  using Ch = char;
-  explicit BytesStream(Bytes& bytes) : bytes_(bytes) {}
-
-  void Put(char c) { bytes_.push_back(static_cast<std::byte>(c)); }
-  void Flush() {}
-  Bytes& bytes() { return bytes_; }
-
- private:
-  Bytes& bytes_;
-};
-
 /// Writes entries as JSON.
-class HistoryWriter : private rapidjson::PrettyWriter<BytesStream> {
+class HistoryWriter : private rapidjson::PrettyWriter<HistoryJson> {
  public:
-  explicit HistoryWriter(BytesStream& stream);
+  explicit HistoryWriter(HistoryJson& json);
 
   void write(const std::vector<ClipItem>& items);
 
@@ -48,7 +34,7 @@ class HistoryWriter : private rapidjson::PrettyWriter<BytesStream> {
   void value(const SharedBytes& bytes);
   void value(const std::vector<std::string>& texts);
 
-  BytesStream& stream_;
+  HistoryJson& json_;
 };
 
 }  // namespace vantorel
