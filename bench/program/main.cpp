@@ -96,8 +96,13 @@ Samples measureTyping(const Screen& screen, Arguments arguments) {
 void serveUntilSealed(const Screen& screen, ClipboardOwner& owner, FolderWatch& folder) {
   const auto deadline = Clock::now() + std::chrono::seconds(20);
   while (!folder.finished()) {
+    // What is sealed before the copy was handed over is an earlier one, or a picture's words.
+    if (owner.served()) {
+      folder.read();
+    } else {
+      folder.reset();
+    }
     while (const auto event = screen.nextEvent(Clock::now())) owner.handle(*event);
-    folder.read();
     if (Clock::now() > deadline) failWaiting("the history to be sealed");
     pollfd waiting[] = {{screen.descriptor(), POLLIN, 0}, {folder.descriptor(), POLLIN, 0}};
     poll(waiting, 2, 100);
