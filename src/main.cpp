@@ -3,10 +3,14 @@
 #include <span>
 
 #include "app/CommandLine.h"
+#include "app/DesktopReport.h"
+#include "app/HotKeyShortcut.h"
 #include "app/Program.h"
+#include "chrome/KeySymbols.h"
 #include "platform/linux/bus/ApplicationService.h"
 #include "platform/linux/bus/OneInstance.h"
 #include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/desktop/DesktopSurvey.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
 #include "platform/linux/desktop/SessionMember.h"
 #include "platform/linux/keyring/SecretServiceKeychain.h"
@@ -16,11 +20,29 @@
 #include "platform/qt/QtDispatch.h"
 #include "security/HistoryKeychain.h"
 
+namespace {
+
+/// What `--check` does: no instance is started or asked.
+int check() {
+  using namespace vantorel;
+  HotKeyShortcut shortcut;
+  const auto facts = surveyDesktop([&](const UserDefaults& defaults) {
+    shortcut = HotKeyShortcut::load(defaults);
+    return ShortcutKeys{shortcut.keyCode, shortcut.modifiers};
+  });
+  const auto report = DesktopReport::of(facts, spelledKeys(shortcut.display()));
+  std::fputs(report.text.c_str(), stdout);
+  return report.isEnough ? 0 : 1;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
   using namespace vantorel;
   const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
   const auto line = CommandLine::parse(arguments.subspan(arguments.empty() ? 0 : 1));
   if (const auto status = Program::answer(line)) return *status;
+  if (line.command == Command::check) return check();
   returnFreedLargeBlocks();
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;

@@ -88,6 +88,8 @@ The rest of the menu:
   --clear      clear the history; you are asked first
 
 Other:
+  --check      say what this desktop gives Vantorel, what is missing and what
+               to install; exit status 1 when something needed is missing
   --version    print the version and exit
   --help       print this help and exit
 

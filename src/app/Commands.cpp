@@ -44,6 +44,7 @@ constexpr std::array table = {
                  call<&Application::confirmClearHistory>},
     CommandEntry{Command::about, "about", "About Vantorel", call<&Application::showAbout>},
     CommandEntry{Command::quit, "quit", "Quit Vantorel", call<&Application::quit>},
+    CommandEntry{Command::check, "check", "", nullptr},
     CommandEntry{Command::version, "version", "", nullptr},
     CommandEntry{Command::help, "help", "", nullptr},
 };

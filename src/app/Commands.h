@@ -28,6 +28,7 @@ enum class Command {
   clear,
   about,
   quit,
+  check,
   version,
   help,
 };

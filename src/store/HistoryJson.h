@@ -13,7 +13,8 @@ namespace vantorel {
 
 /// A text of JSON that grows. Of its own kind, so that RapidJSON writes into it what needs no
 /// escaping eight characters at once: one by one, a full history takes longer to save.
-/// RapidJSON's own scan of many characters (RAPIDJSON_SSE2) takes U+001A to U+001F for plain in 1.1.0.
+/// RapidJSON's own scan of many characters (RAPIDJSON_SSE2) takes U+001A to U+001F for plain
+/// in 1.1.0.
 class HistoryJson : public rapidjson::StringBuffer {};
 
 inline void PutReserve(HistoryJson& json, std::size_t count) { json.Reserve(count); }

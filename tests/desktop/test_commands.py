@@ -9,9 +9,11 @@ from Xlib import X, XK
 from Xlib.ext import xtest
 
 from harness import applications
+from harness.case import VantorelTestCase
 from harness.keyring import KeyringState
 from harness.tray import Tray
 from harness.tray_case import HELP, MENU, PINNED_TOO, QUESTION, RECORDER, StatusMenuTestCase
+from harness.vantorel import program_path
 from harness.waiting import wait_for
 
 _ENTRY = os.path.join(os.path.dirname(__file__), "..", "..", "packaging",
@@ -254,6 +256,79 @@ class LostBus(StatusMenuTestCase):
     def _contents(self, key):
         from harness.history import unseal
         return unseal(key, self.vantorel.history.raw())
+
+
+class Check(VantorelTestCase):
+    autostart = False
+
+    def check(self, env=None):
+        done = self.desktop.run([program_path(), "--check"], env)
+        return done.returncode, done.stdout.decode()
+
+    def assert_says(self, expected, env=None):
+        status, text = self.check(env)
+        self.assertIn(expected, text)
+        return status
+
+    def test_a_desktop_with_all_that_is_needed_is_enough(self):
+        before = sorted(os.listdir(self.desktop.home))
+        self.assertEqual(self.assert_says("yes  Keyring           unlocked"), 0)
+        self.assert_says("yes  Display           X11 with Openbox")
+        self.assert_says("Super+Shift+V is free")
+        self.assert_says("no   Tray")
+        self.assert_says("read in eng, heb")
+        self.assertEqual(self.desktop.keyring.item_count(), 0)
+        self.assertEqual(sorted(os.listdir(self.desktop.home)), before)
+
+    def test_the_running_instance_and_a_tray_are_seen(self):
+        Tray(self.desktop)
+        self.vantorel.start()
+        self.assertEqual(self.assert_says("yes  Tray"), 0)
+        self.assert_says("asked for by the running Vantorel")
+
+    def test_keys_that_another_program_holds_are_named_as_chosen(self):
+        self.vantorel.set_defaults({"shortcut.keyCode": 11, "shortcut.modifiers": 0x100 | 0x200,
+                                    "shortcut.keyLabel": "B"})
+        self.assert_says("Super+Shift+B is free")
+        self.take_keys(XK.XK_b)
+        self.assertEqual(self.assert_says("NO   Shortcut          Super+Shift+B cannot be had"), 1)
+
+    def test_a_locked_keyring_is_no_missing_one(self):
+        self.desktop.keyring.lock()
+        self.assertEqual(self.assert_says("NO   Keyring           locked"), 1)
+
+    def test_damaged_settings_stay_where_they_are(self):
+        os.makedirs(os.path.dirname(self.vantorel.defaults_file), exist_ok=True)
+        with open(self.vantorel.defaults_file, "w", encoding="ascii") as file:
+            file.write("{")
+        self.assert_says("Super+Shift+V")
+        with open(self.vantorel.defaults_file, encoding="ascii") as file:
+            self.assertEqual(file.read(), "{")
+        self.assertEqual(os.listdir(os.path.dirname(self.vantorel.defaults_file)),
+                         ["defaults.json"])
+
+    def test_without_a_display_or_a_bus_it_says_just_that(self):
+        status, text = self.check({"DISPLAY": ":4711", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/no"})
+        self.assertEqual(status, 1)
+        self.assertIn("NO   Display", text)
+        self.assertIn("NO   Session bus", text)
+        self.assertNotIn("Keyring", text)
+
+    def take_keys(self, keysym):
+        root = self.desktop.display.screen().root
+        code = self.desktop.display.keysym_to_keycode(keysym)
+        root.grab_key(code, X.Mod4Mask | X.ShiftMask, False, X.GrabModeAsync, X.GrabModeAsync)
+        self.desktop.display.sync()
+
+
+class CheckWithoutKeyring(VantorelTestCase):
+    autostart = False
+    desktop_options = {"keyring": KeyringState.ABSENT}
+
+    def test_it_says_what_to_install(self):
+        done = self.desktop.run([program_path(), "--check"])
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("Install gnome-keyring", done.stdout.decode())
 
 
 if __name__ == "__main__":

@@ -34,6 +34,7 @@ TEST(CommandLine, UnderstandsEachOption) {
            {"--clear", Command::clear},
            {"--about", Command::about},
            {"--quit", Command::quit},
+           {"--check", Command::check},
            {"--version", Command::version},
            {"--help", Command::help}}) {
     const CommandLine line = parse({option});

@@ -6,6 +6,7 @@
 
 #include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/bus/StatusNotifierTray.h"
+#include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/DesktopColors.h"
 #include "platform/linux/pictures/LinuxFileThumbnails.h"
 #include "platform/linux/pictures/ThemeIcons.h"
@@ -49,8 +50,7 @@ struct LinuxDesktop::Ports {
   XdgDirectories directories = XdgDirectories::fromEnvironment(processEnvironment);
   PosixFileSystem files{setNoDump};
   std::shared_ptr<FileSystem> distantFiles = std::make_shared<PosixFileSystem>();
-  JsonUserDefaults defaults{
-      files, directories.configHome.value_or("/nonexistent") / "vantorel" / "defaults.json"};
+  JsonUserDefaults defaults{files, defaultsFile(directories)};
   AutostartLoginItem loginItem{files, AutostartPlaces::fromEnvironment(processEnvironment),
                                ownProgramPath()};
   QtImageDecoder images;

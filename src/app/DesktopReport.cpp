@@ -1,0 +1,169 @@
+#include "app/DesktopReport.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace vantorel {
+namespace {
+
+/// needed: without it the program does not do what it is for. extra: it does, with less comfort.
+enum class Weight { needed, extra };
+
+struct Finding {
+  std::string_view subject;
+  Weight weight = Weight::needed;
+  bool isThere = false;
+  std::string says = {};
+  std::string remedy = {};  // of what is not there
+};
+
+Finding display(const DesktopFacts& facts) {
+  if (!facts.hasWindowSystem) {
+    return {.subject = "Display",
+            .says = "no X server that this program can use",
+            .remedy = "Start it in an X11 session; DISPLAY names the server."};
+  }
+  std::string says = facts.windowManager.empty() ? "X11, without a window manager that says its name"
+                                                 : "X11 with " + facts.windowManager;
+  says += facts.hasCompositor ? ", windows may be translucent" : ", windows are drawn opaque";
+  return {.subject = "Display", .isThere = true, .says = std::move(says)};
+}
+
+Finding bus(const DesktopFacts& facts) {
+  return {.subject = "Session bus",
+          .isThere = facts.hasSessionBus,
+          .says = facts.hasSessionBus ? "answers" : "none that answers",
+          .remedy = "Log in to a desktop session, or start the program under dbus-run-session."};
+}
+
+Finding keyring(const DesktopFacts& facts) {
+  using Keyring = DesktopFacts::Keyring;
+  constexpr std::string_view nothingRecorded = "; nothing is recorded until then";
+  Finding finding{.subject = "Keyring"};
+  switch (facts.keyring) {
+    case Keyring::unlocked:
+      finding.isThere = true;
+      finding.says = "unlocked";
+      break;
+    case Keyring::locked:
+      finding.says = "locked";
+      finding.remedy = "Unlock it" + std::string(nothingRecorded) + ".";
+      break;
+    case Keyring::noCollection:
+      finding.says = "has no default keyring";
+      finding.remedy = "Create one in your keyring's own program, such as Passwords and Keys" +
+                       std::string(nothingRecorded) + ".";
+      break;
+    case Keyring::absent:
+      finding.says = "no Secret Service answers";
+      finding.remedy =
+          "Install gnome-keyring, or switch on the one of KeePassXC or KWallet" +
+          std::string(nothingRecorded) + ".";
+      break;
+  }
+  return finding;
+}
+
+Finding shortcut(const DesktopFacts& facts, const std::string& keys) {
+  using Shortcut = DesktopFacts::Shortcut;
+  Finding finding{.subject = "Shortcut", .isThere = facts.shortcut != Shortcut::taken};
+  switch (facts.shortcut) {
+    case Shortcut::held:
+      finding.says = keys + ", asked for by the running Vantorel";
+      break;
+    case Shortcut::free:
+      finding.says = keys + " is free";
+      break;
+    case Shortcut::taken:
+      finding.says = keys + " cannot be had";
+      finding.remedy =
+          "Choose another with vantorel --shortcut, or have your desktop run vantorel --toggle.";
+      break;
+  }
+  return finding;
+}
+
+std::string languages(const std::vector<std::string>& names) {
+  std::string text;
+  for (const auto& name : names) text += (text.empty() ? "" : ", ") + name;
+  return text;
+}
+
+Finding textInPictures(const DesktopFacts& facts) {
+  const bool isThere = facts.hasTextReader && !facts.textLanguages.empty();
+  return {.subject = "Text in pictures",
+          .weight = Weight::extra,
+          .isThere = isThere,
+          .says = isThere               ? "read in " + languages(facts.textLanguages)
+                  : facts.hasTextReader ? "no models to read it with"
+                                        : "the program vantorel-text is not installed",
+          .remedy = facts.hasTextReader ? "Install tesseract-ocr-eng and tesseract-ocr-heb."
+                                        : "Install Vantorel anew."};
+}
+
+Finding pasting(const DesktopFacts& facts) {
+  return {.subject = "Pasting",
+          .isThere = facts.canPressKeys,
+          .says = facts.canPressKeys ? "into the window in front" : "the server presses no keys (XTEST)",
+          .remedy = "What you choose is put on the clipboard; paste it yourself."};
+}
+
+Finding tray(const DesktopFacts& facts) {
+  return {.subject = "Tray",
+          .weight = Weight::extra,
+          .isThere = facts.hasTray,
+          .says = facts.hasTray ? "there" : "none for StatusNotifier items",
+          .remedy = "Commands are options too; vantorel --menu shows the menu at the pointer."};
+}
+
+Finding lightAndDark(const DesktopFacts& facts) {
+  return {.subject = "Light and dark",
+          .weight = Weight::extra,
+          .isThere = facts.hasSettingsPortal,
+          .says = facts.hasSettingsPortal ? "told by the desktop's portal" : "no settings portal",
+          .remedy = "Install xdg-desktop-portal; until then the theme's name decides."};
+}
+
+/// What hangs on something that is missing is not mentioned.
+std::vector<Finding> findings(const DesktopFacts& facts, const std::string& keys) {
+  std::vector<Finding> all{display(facts)};
+  if (facts.hasWindowSystem) {
+    all.push_back(shortcut(facts, keys));
+    all.push_back(pasting(facts));
+  }
+  all.push_back(bus(facts));
+  if (facts.hasSessionBus) {
+    all.push_back(keyring(facts));
+    all.push_back(tray(facts));
+    all.push_back(lightAndDark(facts));
+  }
+  all.push_back(textInPictures(facts));
+  return all;
+}
+
+}  // namespace
+
+DesktopReport DesktopReport::of(const DesktopFacts& facts, const std::string& shortcut) {
+  constexpr std::size_t subjectWidth = 18;
+  DesktopReport report;
+  report.isEnough = true;
+  for (const Finding& finding : findings(facts, shortcut)) {
+    const bool isNeeded = finding.weight == Weight::needed;
+    report.isEnough = report.isEnough && (finding.isThere || !isNeeded);
+    std::string subject(finding.subject);
+    subject.resize(std::max(subjectWidth, subject.size() + 2), ' ');
+    report.text += finding.isThere ? "yes  " : isNeeded ? "NO   " : "no   ";
+    report.text += subject + finding.says + "\n";
+    if (!finding.isThere) {
+      report.text += std::string(subjectWidth + 5, ' ') + finding.remedy + "\n";
+    }
+  }
+  report.text += facts.isRunning ? "Vantorel is running.\n" : "Vantorel is not running.\n";
+  report.text += report.isEnough ? "What you copy is recorded and can be pasted again.\n"
+                                 : "Something that is needed is missing: see NO above.\n";
+  return report;
+}
+
+}  // namespace vantorel

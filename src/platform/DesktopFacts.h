@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vantorel {
+
+/// What a desktop gives a clipboard history, and what it lacks, as found by looking once.
+struct DesktopFacts {
+  enum class Keyring { absent, noCollection, locked, unlocked };
+  /// held: this user's running instance has it.
+  enum class Shortcut { free, held, taken };
+
+  bool hasWindowSystem = false;  // that this program can speak to
+  std::string windowManager;     // its name; empty when none runs or it does not say
+  bool hasCompositor = false;
+  bool hasSessionBus = false;
+  bool isRunning = false;  // an instance of this program, on that bus
+  Keyring keyring = Keyring::absent;
+  Shortcut shortcut = Shortcut::taken;
+  bool canPressKeys = false;
+  bool hasTray = false;
+  bool hasSettingsPortal = false;
+  bool hasTextReader = false;              // the program that reads the text in pictures
+  std::vector<std::string> textLanguages;  // the models it finds, as the engine names them
+};
+
+}  // namespace vantorel

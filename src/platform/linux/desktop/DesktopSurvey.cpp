@@ -1,0 +1,141 @@
+#include "platform/linux/desktop/DesktopSurvey.h"
+
+#include <xcb/xfixes.h>
+#include <xcb/xtest.h>
+
+#include <chrono>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "platform/ApplicationId.h"
+#include "platform/linux/desktop/DefaultsFile.h"
+#include "platform/linux/glib/BusConnection.h"
+#include "platform/linux/glib/SessionBusAddress.h"
+#include "platform/linux/keyring/KeyringState.h"
+#include "platform/linux/settings/JsonUserDefaults.h"
+#include "platform/linux/textinpictures/TextModels.h"
+#include "platform/linux/textinpictures/WorkerTextRecognition.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11KeyGrabber.h"
+#include "platform/linux/x11/X11Property.h"
+#include "platform/linux/xdg/XdgDirectories.h"
+#include "platform/posix/PosixFileSystem.h"
+
+namespace vantorel {
+namespace {
+
+constexpr std::chrono::seconds patience{5};
+
+/// Reads; whatever would change anything fails.
+class UntouchedFiles : public PosixFileSystem {
+ public:
+  [[nodiscard]] Error createDirectories(const Path&, unsigned) override { return refusal(); }
+  [[nodiscard]] Error setPermissions(const Path&, unsigned) override { return refusal(); }
+  [[nodiscard]] Error writeNewFile(const Path&, ByteView, unsigned) override { return refusal(); }
+  [[nodiscard]] Error rename(const Path&, const Path&) override { return refusal(); }
+  [[nodiscard]] Error remove(const Path&) override { return refusal(); }
+
+ private:
+  static Error refusal() { return std::make_error_code(std::errc::read_only_file_system); }
+};
+
+/// The message bus's own answers.
+class Bus {
+ public:
+  explicit Bus(const std::string& address)
+      : served_(loop_), connection_(openBusConnection(address, [this](const auto& start) {
+          return loop_.await(deadline_, start);
+        })) {}
+
+  [[nodiscard]] bool answers() const { return connection_ != nullptr; }
+
+  [[nodiscard]] bool has(const char* name) {
+    const auto reply = ask("NameHasOwner", g_variant_new("(s)", name));
+    gboolean owned = FALSE;
+    if (reply) g_variant_get(reply.get(), "(b)", &owned);
+    return owned != FALSE;
+  }
+
+  [[nodiscard]] bool starts(std::string_view name) {
+    const auto reply = ask("ListActivatableNames", nullptr);
+    if (!reply) return false;
+    const VariantPointer names(g_variant_get_child_value(reply.get(), 0));
+    for (gsize i = 0; i < g_variant_n_children(names.get()); ++i) {
+      const VariantPointer each(g_variant_get_child_value(names.get(), i));
+      if (g_variant_get_string(each.get(), nullptr) == name) return true;
+    }
+    return false;
+  }
+
+ private:
+  VariantPointer ask(const char* method, GVariant* arguments) {
+    const VariantPointer kept(arguments ? g_variant_ref_sink(arguments) : nullptr);
+    const auto result = loop_.await(deadline_, [&](auto* cancellable, auto done, gpointer slot) {
+      g_dbus_connection_call(connection_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                             "org.freedesktop.DBus", method, kept.get(), nullptr,
+                             G_DBUS_CALL_FLAGS_NONE, -1, cancellable, done, slot);
+    });
+    return VariantPointer(g_dbus_connection_call_finish(connection_.get(), result.get(), nullptr));
+  }
+
+  const Deadline deadline_ = std::chrono::steady_clock::now() + patience;
+  GlibLoop loop_;
+  GlibLoop::Served served_;
+  ObjectPointer<GDBusConnection> connection_;
+};
+
+void lookAtBus(DesktopFacts& facts) {
+  const auto address = sessionBusAddress(processEnvironment);
+  if (!address) return;
+  Bus bus(*address);
+  facts.hasSessionBus = bus.answers();
+  if (!facts.hasSessionBus) return;
+  facts.isRunning = bus.has(applicationId::name);
+  facts.hasTray = bus.has("org.kde.StatusNotifierWatcher");
+  constexpr auto portal = "org.freedesktop.portal.Desktop";
+  facts.hasSettingsPortal = bus.has(portal) || bus.starts(portal);
+}
+
+std::string windowManager(X11Connection& x11) {
+  const auto check = x11.atom("_NET_SUPPORTING_WM_CHECK");
+  const auto window = values32Property(x11, x11.root(), check);
+  if (window.empty() || values32Property(x11, window.front(), check) != window) return {};
+  return stringProperty(x11, window.front(), x11.atom("_NET_WM_NAME")).value_or("no name");
+}
+
+void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
+  auto x11 = X11Connection::open();
+  if (!x11 || !x11->extension(xcb_xfixes_id)) return;
+  facts.hasWindowSystem = true;
+  facts.windowManager = windowManager(*x11);
+  const auto compositor = x11->atom("_NET_WM_CM_S" + std::to_string(x11->screenNumber()));
+  const auto owner = x11->reply(xcb_get_selection_owner_reply,
+                                xcb_get_selection_owner(x11->xcb(), compositor));
+  facts.hasCompositor = owner && owner->owner != XCB_WINDOW_NONE;
+  facts.canPressKeys = x11->extension(xcb_test_id) != nullptr;
+  X11KeyGrabber grabber(std::move(x11), [](HotKeyRef /*pressed*/) {});
+  if (facts.isRunning) {
+    facts.shortcut = DesktopFacts::Shortcut::held;
+  } else if (grabber.isAvailable() && grabber.add(1, {shortcut.keyCode, shortcut.modifiers})) {
+    facts.shortcut = DesktopFacts::Shortcut::free;
+  }
+}
+
+}  // namespace
+
+DesktopFacts surveyDesktop(const std::function<ShortcutKeys(const UserDefaults&)>& chosen) {
+  DesktopFacts facts;
+  UntouchedFiles files;
+  const auto directories = XdgDirectories::fromEnvironment(processEnvironment);
+  const JsonUserDefaults defaults(files, defaultsFile(directories));
+  lookAtBus(facts);
+  lookAtWindows(facts, chosen(defaults));
+  if (facts.hasSessionBus) facts.keyring = keyringState(patience);
+  facts.hasTextReader = files.isWithinReach(textWorkerProgram());
+  const auto models = processEnvironment("TESSDATA_PREFIX").value_or(std::string());
+  facts.textLanguages = installedModels(modelDirectories(models)).names;
+  return facts;
+}
+
+}  // namespace vantorel

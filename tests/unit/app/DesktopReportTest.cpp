@@ -1,0 +1,96 @@
+#include "app/DesktopReport.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vantorel {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+DesktopFacts wholeDesktop() {
+  return {.hasWindowSystem = true,
+          .windowManager = "Openbox",
+          .hasCompositor = true,
+          .hasSessionBus = true,
+          .isRunning = false,
+          .keyring = DesktopFacts::Keyring::unlocked,
+          .shortcut = DesktopFacts::Shortcut::free,
+          .canPressKeys = true,
+          .hasTray = true,
+          .hasSettingsPortal = true,
+          .hasTextReader = true,
+          .textLanguages = {"eng", "heb"}};
+}
+
+DesktopReport report(const DesktopFacts& facts) { return DesktopReport::of(facts, "Super+V"); }
+
+TEST(DesktopReport, SaysYesToEverythingWhereEverythingIs) {
+  const auto whole = report(wholeDesktop());
+  EXPECT_TRUE(whole.isEnough);
+  EXPECT_THAT(whole.text, Not(HasSubstr("NO ")));
+  EXPECT_THAT(whole.text, Not(HasSubstr("no ")));
+  EXPECT_THAT(whole.text, HasSubstr("yes  Display           X11 with Openbox"));
+  EXPECT_THAT(whole.text, HasSubstr("Super+V is free"));
+  EXPECT_THAT(whole.text, HasSubstr("eng, heb"));
+}
+
+TEST(DesktopReport, NamesTheRunningInstance) {
+  auto facts = wholeDesktop();
+  EXPECT_THAT(report(facts).text, HasSubstr("Vantorel is not running."));
+  facts.isRunning = true;
+  facts.shortcut = DesktopFacts::Shortcut::held;
+  EXPECT_THAT(report(facts).text, HasSubstr("Vantorel is running."));
+  EXPECT_TRUE(report(facts).isEnough);
+}
+
+TEST(DesktopReport, EachKeyringThatCannotBeUsedHasItsRemedy) {
+  using Keyring = DesktopFacts::Keyring;
+  for (const auto& [keyring, remedy] : {std::pair(Keyring::locked, "Unlock it"),
+                                        std::pair(Keyring::noCollection, "Create one"),
+                                        std::pair(Keyring::absent, "Install gnome-keyring")}) {
+    auto facts = wholeDesktop();
+    facts.keyring = keyring;
+    EXPECT_FALSE(report(facts).isEnough);
+    EXPECT_THAT(report(facts).text, HasSubstr("NO   Keyring"));
+    EXPECT_THAT(report(facts).text, HasSubstr(remedy));
+  }
+}
+
+TEST(DesktopReport, WhatRecordingAndPastingNeedIsNeeded) {
+  for (const auto take : {+[](DesktopFacts& facts) { facts.hasWindowSystem = false; },
+                          +[](DesktopFacts& facts) { facts.hasSessionBus = false; },
+                          +[](DesktopFacts& facts) { facts.canPressKeys = false; },
+                          +[](DesktopFacts& facts) {
+                            facts.shortcut = DesktopFacts::Shortcut::taken;
+                          }}) {
+    auto facts = wholeDesktop();
+    take(facts);
+    EXPECT_FALSE(report(facts).isEnough);
+    EXPECT_THAT(report(facts).text, HasSubstr("NO   "));
+  }
+}
+
+TEST(DesktopReport, ComfortsAreNotNeeded) {
+  for (const auto take : {+[](DesktopFacts& facts) { facts.hasTray = false; },
+                          +[](DesktopFacts& facts) { facts.hasSettingsPortal = false; },
+                          +[](DesktopFacts& facts) { facts.hasTextReader = false; },
+                          +[](DesktopFacts& facts) { facts.textLanguages.clear(); }}) {
+    auto facts = wholeDesktop();
+    take(facts);
+    EXPECT_TRUE(report(facts).isEnough);
+    EXPECT_THAT(report(facts).text, HasSubstr("\nno   "));
+  }
+}
+
+TEST(DesktopReport, WhatHangsOnSomethingMissingIsNotMentioned) {
+  const auto nothing = report({});
+  EXPECT_THAT(nothing.text, HasSubstr("NO   Display"));
+  EXPECT_THAT(nothing.text, HasSubstr("NO   Session bus"));
+  EXPECT_THAT(nothing.text, Not(HasSubstr("Shortcut")));
+  EXPECT_THAT(nothing.text, Not(HasSubstr("Keyring")));
+}
+
+}  // namespace
+}  // namespace vantorel
