@@ -135,6 +135,7 @@ void ManualDispatch::advance(Seconds interval) {
 
 void ManualDispatch::setNow(Date now) {
   const std::lock_guard lock(queue_->mutex);
+  for (const auto& timer : queue_->timers) timer->due += now - queue_->now;
   queue_->now = now;
 }
 

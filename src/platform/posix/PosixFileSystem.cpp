@@ -91,9 +91,8 @@ std::optional<Bytes> PosixFileSystem::readFile(const Path& path, std::uint64_t m
   // Not blocking: opening a pipe would wait for its writer.
   const FileDescriptor file = open(path, O_RDONLY | O_NONBLOCK);
   struct stat status {};
-  if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
+  // What could not be opened has no status either.
+  if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   const auto size = static_cast<std::uint64_t>(status.st_size);
   if (size > maximumBytes) return std::nullopt;
   try {

@@ -32,6 +32,13 @@ TEST_F(PauseExpiryTest, WithoutAPauseItWaitsForNothing) {
   EXPECT_EQ(expired, 0);
 }
 
+TEST_F(PauseExpiryTest, NobodyNeedsToListen) {
+  expiry.onExpired = nullptr;
+  pauseFor(10);
+  dispatch.advance(Seconds(10));
+  EXPECT_EQ(dispatch.timerCount(), 0U);
+}
+
 TEST_F(PauseExpiryTest, TellsOnceWhenThePauseHasRunOutAndWaitsNoMore) {
   pauseFor(900);
   dispatch.advance(Seconds(899.5));

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include <string_view>
 
 namespace vantorel {
@@ -20,6 +23,14 @@ TEST(LatinKeys, KnownPlaces) {
   EXPECT_EQ(keyCodeOfLatin(' '), keys::space);
   EXPECT_EQ(keyCodeOfLatin('3'), KeyCode{20});  // not the keypad's
   EXPECT_EQ(latinCharacter(85), '3');           // the keypad's
+}
+
+TEST(LatinKeys, TheKeypadHasTheCharactersOfItsCaps) {
+  const std::vector<std::pair<KeyCode, char>> keypad = {
+      {65, '.'}, {67, '*'}, {69, '+'}, {75, '/'}, {78, '-'}, {82, '0'}, {83, '1'}, {84, '2'},
+      {85, '3'}, {86, '4'}, {87, '5'}, {88, '6'}, {89, '7'}, {91, '8'}, {92, '9'}};
+  for (const auto& [key, character] : keypad) EXPECT_EQ(latinCharacter(key), character) << key;
+  EXPECT_EQ(latinCharacter(90), std::nullopt);
 }
 
 TEST(LatinKeys, WhatIsNotThereIsAbsent) {

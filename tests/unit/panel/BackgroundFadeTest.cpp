@@ -43,6 +43,14 @@ TEST_F(BackgroundFadeTest, IsOverAtOnceForWhoWantsLittleMotion) {
   EXPECT_EQ(dispatch_.timerCount(), 0U);
 }
 
+TEST_F(BackgroundFadeTest, AClockThatWasSetBackEndsItWhereItWouldEnd) {
+  fade_.start();
+  dispatch_.setNow(advanced(dispatch_.now(), Seconds(-3600)));
+  dispatch_.advance(Seconds(0.03));
+  EXPECT_EQ(fade_.progress(), 1);
+  EXPECT_EQ(dispatch_.timerCount(), 0U);
+}
+
 TEST_F(BackgroundFadeTest, FinishedTakesNoMoreSteps) {
   fade_.start();
   fade_.finish();

@@ -56,6 +56,13 @@ TEST(RowMenu, EveryLineDoesWhatItSays) {
                                    RowAction::moveUp, RowAction::moveDown, RowAction::remove));
 }
 
+TEST(RowMenu, ALineThatNobodyServesDoesNothing) {
+  for (const auto action : {RowAction::pastePlain, RowAction::togglePin, RowAction::rename,
+                            RowAction::moveUp, RowAction::moveDown, RowAction::remove}) {
+    EXPECT_NO_THROW(perform({}, action, Uuid::random()));
+  }
+}
+
 TEST(RowMenu, WithFivePinsAnotherCannotBePinnedAndTheMenuSaysWhy) {
   const auto line = lineFor(row(ClipKind::text, false, Pins::full), RowAction::togglePin);
   EXPECT_EQ(line.title, "Pin");

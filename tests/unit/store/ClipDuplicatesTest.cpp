@@ -110,6 +110,7 @@ TEST(PreservingPin, PrefersThePinThatIsListedFirst) {
   ClipItem last = unnumbered;
   last.pinOrder.reset();
   EXPECT_EQ(preservingPin({plain, second, last, first}, textItem("a")).id, first.id);
+  EXPECT_EQ(preservingPin({first, last, second}, textItem("a")).id, first.id);
 }
 
 TEST(PreservingPin, WithoutAPinTakesTheFirstMatch) {

@@ -69,6 +69,14 @@ TEST(Pruned, AnAgeWithoutBoundKeepsEverything) {
   }
 }
 
+TEST(Pruned, AnAgeOfCenturiesIsCountedToo) {
+  constexpr double century = 3'155'760'000;
+  const auto result =
+      pruned({textItem("young", testDate(-century)), textItem("old", testDate(-3 * century))},
+             testDate(), Seconds(2 * century), 50);
+  EXPECT_EQ(texts(result.kept), std::vector<std::string>{"young"});
+}
+
 TEST(Pruned, AnAgeThatReachesBeforeTheBeginningOfTimeKeepsEverything) {
   const Date now(Date::duration::min() / 4);
   EXPECT_EQ(pruned({textItem("a", now)}, now, Seconds(9e12), 50).kept.size(), 1U);
