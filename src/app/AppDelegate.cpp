@@ -46,6 +46,7 @@ AppDelegate::AppDelegate(const Desktop& desktop)
       hotKey_(desktop.hotKeys, desktop.defaults, desktop.dispatch),
       focus_(desktop.workspace, desktop.dispatch),
       statusItem_(desktop_, chromeServices(desktop), privacy_, focus_, *this),
+      trouble_(desktop_.notifications),
       windows_(desktop_, chromeServices(desktop), hotKey_) {
   configureWindows();
 }
@@ -63,8 +64,15 @@ void AppDelegate::applicationDidFinishLaunching() {
   } else {
     show(storageUnavailable);
   }
+  lookForTrouble();
   windows_.showFirstLaunchHelpIfNeeded();
   warmUp();
+}
+
+void AppDelegate::lookForTrouble() {
+  if (!store_.secureStorage()) return trouble_.report(Trouble::noKey);
+  if (!store_.persistenceIsReady()) return trouble_.report(Trouble::historyUnreadable);
+  trouble_.report(Trouble::none);
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -91,6 +99,7 @@ void AppDelegate::configureHotKey() {
 }
 
 void AppDelegate::configureServices() {
+  trouble_.onChange = [this] { statusItem_.setTrouble(trouble_.trouble()); };
   store_.onChange = [this] { panelController().refreshIfVisible(); };
   store_.onSearchIndexChange = [this] { panelController().refreshSearchIfVisible(); };
   pasteController().onInternalPasteboardWrite = [this] { watcher().noteOwnWrite(); };

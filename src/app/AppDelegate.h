@@ -10,6 +10,7 @@
 #include "app/FocusTracker.h"
 #include "app/HotKeyRegistration.h"
 #include "app/StatusItemController.h"
+#include "app/TroubleReporter.h"
 #include "base/Lifetime.h"
 #include "capture/ClipboardWatcher.h"
 #include "capture/PrivacyPreferences.h"
@@ -69,6 +70,7 @@ class AppDelegate : public ApplicationCommands {
   void configureServices();
   void configureWindows();
   void clearHistory(bool includingPinned);
+  void lookForTrouble();
   void pause(Seconds interval, std::string_view notice);
   void show(std::string_view notice);
   void keepContents(const ClipItem& item, std::function<void()> done);
@@ -90,6 +92,7 @@ class AppDelegate : public ApplicationCommands {
   std::unique_ptr<ClipboardWatcher> watcher_;
   std::unique_ptr<HistoryPanelController> panelController_;
   StatusItemController statusItem_;
+  TroubleReporter trouble_;
   AppWindows windows_;
   Lifetime life_;
 };

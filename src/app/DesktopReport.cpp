@@ -25,8 +25,9 @@ Finding display(const DesktopFacts& facts) {
             .says = "no X server that this program can use",
             .remedy = "Start it in an X11 session; DISPLAY names the server."};
   }
-  std::string says = facts.windowManager.empty() ? "X11, without a window manager that says its name"
-                                                 : "X11 with " + facts.windowManager;
+  std::string says = facts.windowManager.empty()
+                         ? "X11, without a window manager that says its name"
+                         : "X11 with " + facts.windowManager;
   says += facts.hasCompositor ? ", windows may be translucent" : ", windows are drawn opaque";
   return {.subject = "Display", .isThere = true, .says = std::move(says)};
 }
@@ -58,9 +59,8 @@ Finding keyring(const DesktopFacts& facts) {
       break;
     case Keyring::absent:
       finding.says = "no Secret Service answers";
-      finding.remedy =
-          "Install gnome-keyring, or switch on the one of KeePassXC or KWallet" +
-          std::string(nothingRecorded) + ".";
+      finding.remedy = "Install gnome-keyring, or switch on the one of KeePassXC or KWallet" +
+                       std::string(nothingRecorded) + ".";
       break;
   }
   return finding;
@@ -106,7 +106,8 @@ Finding textInPictures(const DesktopFacts& facts) {
 Finding pasting(const DesktopFacts& facts) {
   return {.subject = "Pasting",
           .isThere = facts.canPressKeys,
-          .says = facts.canPressKeys ? "into the window in front" : "the server presses no keys (XTEST)",
+          .says = facts.canPressKeys ? "into the window in front"
+                                     : "the server presses no keys (XTEST)",
           .remedy = "What you choose is put on the clipboard; paste it yourself."};
 }
 

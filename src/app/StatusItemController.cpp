@@ -33,10 +33,15 @@ void StatusItemController::configureMenuBar() {
 
 void StatusItemController::refreshStatusItem() {
   const bool isPaused = privacy_.isPaused();
-  desktop_.statusItem.setImage(statusImage(isPaused));
-  desktop_.statusItem.setToolTip(std::string(statusToolTip(isPaused)));
+  desktop_.statusItem.setImage(statusImage(isPaused || trouble_ != Trouble::none));
+  desktop_.statusItem.setToolTip(std::string(statusToolTip(isPaused, trouble_)));
   desktop_.statusItem.menuChanged();
   pauseExpiry_.watch();
+}
+
+void StatusItemController::setTrouble(Trouble trouble) {
+  trouble_ = trouble;
+  refreshStatusItem();
 }
 
 void StatusItemController::showStatusMenu() { showStatusMenu(desktop_.screens.mouseLocation()); }

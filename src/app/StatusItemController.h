@@ -27,6 +27,8 @@ class StatusItemController {
   void configureMenuBar();
   /// To be called whenever a pause was begun or ended.
   void refreshStatusItem();
+  /// The item looks paused as long as there is a trouble, and says which.
+  void setTrouble(Trouble trouble);
   /// Pops the menu up under the pointer.
   void showStatusMenu();
   /// Takes the item away.
@@ -41,6 +43,7 @@ class StatusItemController {
   PrivacyPreferences& privacy_;
   const FocusTracker& focus_;
   ApplicationCommands& application_;
+  Trouble trouble_ = Trouble::none;
   PauseExpiry pauseExpiry_;
   StatusMenuPopup popup_;
   Lifetime life_;

@@ -87,8 +87,9 @@ std::vector<MenuRow> statusMenuRows(const StatusMenuState& state) {
   return rows;
 }
 
-std::string_view statusToolTip(bool isPaused) {
-  return isPaused ? "Vantorel — History Paused" : "Vantorel";
+std::string_view statusToolTip(bool isPaused, Trouble trouble) {
+  if (isPaused) return "Vantorel — History Paused";
+  return trouble == Trouble::none ? "Vantorel" : wordsOf(trouble).toolTip;
 }
 
 }  // namespace vantorel

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/Trouble.h"
 #include "platform/LoginItem.h"
 #include "platform/MenuRow.h"
 #include "platform/Workspace.h"
@@ -26,6 +27,7 @@ struct StatusMenuState {
 /// The action of a row is the name of its command, and its represented object the argument.
 [[nodiscard]] std::vector<MenuRow> statusMenuRows(const StatusMenuState& state);
 
-[[nodiscard]] std::string_view statusToolTip(bool isPaused);
+/// A pause is the user's own doing, and goes before a trouble.
+[[nodiscard]] std::string_view statusToolTip(bool isPaused, Trouble trouble = Trouble::none);
 
 }  // namespace vantorel

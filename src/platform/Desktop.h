@@ -15,6 +15,7 @@
 #include "platform/KeyboardGrabs.h"
 #include "platform/Keychain.h"
 #include "platform/LoginItem.h"
+#include "platform/Notifications.h"
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
@@ -46,6 +47,7 @@ struct Desktop {
   HotKeys& hotKeys;
   LoginItem& loginItem;
   StatusItem& statusItem;
+  Notifications& notifications;
   KeyboardGrabs& keyboardGrabs;
   EventMonitors& monitors;
   Screens& screens;

@@ -9,6 +9,7 @@
 #include "fakes/FakeKeyboardGrabs.h"
 #include "fakes/FakeKeychain.h"
 #include "fakes/FakeLoginItem.h"
+#include "fakes/FakeNotifications.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakeScreens.h"
 #include "fakes/FakeStatusItem.h"
@@ -39,6 +40,7 @@ struct FakeDesktop {
   FakeLoginItem loginItem;
   FakeKeyboardGrabs keyboardGrabs;
   FakeStatusItem statusItem;
+  FakeNotifications notifications;
   FakeEventMonitors monitors;
   FakeScreens screens;
   FakeAccessibilityPreferences accessibility;
@@ -61,6 +63,7 @@ struct FakeDesktop {
                    .hotKeys = hotKeys,
                    .loginItem = loginItem,
                    .statusItem = statusItem,
+                   .notifications = notifications,
                    .keyboardGrabs = keyboardGrabs,
                    .monitors = monitors,
                    .screens = screens,

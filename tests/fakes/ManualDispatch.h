@@ -32,8 +32,8 @@ class ManualDispatch : public Dispatch {
   /// Moves the clock, running every timer that falls due at its own moment, and all queued work
   /// before and after each.
   void advance(Seconds interval);
-  /// Sets the clock without running anything, as a suspended machine does, or a user. Timers wait as
-  /// much longer or shorter: they count the time that the machine runs.
+  /// Sets the clock without running anything, as a suspended machine does, or a user. Timers wait
+  /// as much longer or shorter: they count the time that the machine runs.
   void setNow(Date now);
   /// Runs queued work, and what it queues, until nothing is left. Answers how many pieces ran.
   int runQueued();

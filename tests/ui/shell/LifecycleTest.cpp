@@ -7,6 +7,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr auto storageUnavailable =
@@ -110,6 +111,27 @@ TEST_F(Lifecycle, WithoutAKeyringNothingIsCapturedAndTheRestWorks) {
   EXPECT_FALSE(desktop.statusItem.titles().empty());
   desktop.statusItem.choose("For 1 Hour");
   EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel — History Paused");
+}
+
+TEST_F(Lifecycle, WithoutAKeyringTheBarAndANotificationSayWhy) {
+  loseTheKeyring();
+  testing::internal::CaptureStderr();
+  launch();
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("vantorel: nothing is recorded"));
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel — Nothing Recorded: No Keyring");
+  EXPECT_EQ(desktop.statusItem.image().name, "com.vantorel.Vantorel-paused-symbolic");
+  ASSERT_TRUE(desktop.notifications.shown());
+  EXPECT_EQ(desktop.notifications.shown()->title, "Vantorel records nothing");
+  terminate();
+  EXPECT_FALSE(desktop.notifications.shown());
+}
+
+TEST_F(Lifecycle, WithEverythingThereNothingIsSaid) {
+  testing::internal::CaptureStderr();
+  launch();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel");
+  EXPECT_EQ(desktop.notifications.posts(), 0);
 }
 
 TEST_F(Lifecycle, ATakenShortcutDoesNotStopTheStart) {

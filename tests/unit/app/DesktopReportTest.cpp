@@ -47,9 +47,9 @@ TEST(DesktopReport, NamesTheRunningInstance) {
 
 TEST(DesktopReport, EachKeyringThatCannotBeUsedHasItsRemedy) {
   using Keyring = DesktopFacts::Keyring;
-  for (const auto& [keyring, remedy] : {std::pair(Keyring::locked, "Unlock it"),
-                                        std::pair(Keyring::noCollection, "Create one"),
-                                        std::pair(Keyring::absent, "Install gnome-keyring")}) {
+  for (const auto& [keyring, remedy] :
+       {std::pair(Keyring::locked, "Unlock it"), std::pair(Keyring::noCollection, "Create one"),
+        std::pair(Keyring::absent, "Install gnome-keyring")}) {
     auto facts = wholeDesktop();
     facts.keyring = keyring;
     EXPECT_FALSE(report(facts).isEnough);
@@ -59,12 +59,11 @@ TEST(DesktopReport, EachKeyringThatCannotBeUsedHasItsRemedy) {
 }
 
 TEST(DesktopReport, WhatRecordingAndPastingNeedIsNeeded) {
-  for (const auto take : {+[](DesktopFacts& facts) { facts.hasWindowSystem = false; },
-                          +[](DesktopFacts& facts) { facts.hasSessionBus = false; },
-                          +[](DesktopFacts& facts) { facts.canPressKeys = false; },
-                          +[](DesktopFacts& facts) {
-                            facts.shortcut = DesktopFacts::Shortcut::taken;
-                          }}) {
+  for (const auto take :
+       {+[](DesktopFacts& facts) { facts.hasWindowSystem = false; },
+        +[](DesktopFacts& facts) { facts.hasSessionBus = false; },
+        +[](DesktopFacts& facts) { facts.canPressKeys = false; },
+        +[](DesktopFacts& facts) { facts.shortcut = DesktopFacts::Shortcut::taken; }}) {
     auto facts = wholeDesktop();
     take(facts);
     EXPECT_FALSE(report(facts).isEnough);

@@ -156,6 +156,8 @@ TEST(StatusMenu, OnlyQuitHasAKeyAndOnlySwitchesHaveAState) {
 TEST(StatusMenu, TheToolTipSaysWhetherHistoryIsPaused) {
   EXPECT_EQ(statusToolTip(false), "Vantorel");
   EXPECT_EQ(statusToolTip(true), "Vantorel — History Paused");
+  EXPECT_EQ(statusToolTip(true, Trouble::noKey), "Vantorel — History Paused");
+  EXPECT_EQ(statusToolTip(false, Trouble::noKey), "Vantorel — Nothing Recorded: No Keyring");
 }
 
 TEST(StatusMenu, ATitleIsShownOnOneLine) {

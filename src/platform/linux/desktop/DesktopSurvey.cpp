@@ -110,8 +110,8 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
   facts.hasWindowSystem = true;
   facts.windowManager = windowManager(*x11);
   const auto compositor = x11->atom("_NET_WM_CM_S" + std::to_string(x11->screenNumber()));
-  const auto owner = x11->reply(xcb_get_selection_owner_reply,
-                                xcb_get_selection_owner(x11->xcb(), compositor));
+  const auto owner =
+      x11->reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(x11->xcb(), compositor));
   facts.hasCompositor = owner && owner->owner != XCB_WINDOW_NONE;
   facts.canPressKeys = x11->extension(xcb_test_id) != nullptr;
   X11KeyGrabber grabber(std::move(x11), [](HotKeyRef /*pressed*/) {});

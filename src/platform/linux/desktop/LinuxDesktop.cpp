@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/linux/applications/DesktopEntries.h"
+#include "platform/linux/bus/DesktopNotifications.h"
 #include "platform/linux/bus/StatusNotifierTray.h"
 #include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/DesktopColors.h"
@@ -59,6 +60,7 @@ struct LinuxDesktop::Ports {
        modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
   QtScreens screens;
   StatusNotifierTray statusItem{{dispatch, screens, bus}, installedIconThemes(ownProgramPath())};
+  DesktopNotifications notifications{bus};
   X11EventMonitors monitors{dispatch};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<X11DesktopSettings> accessibility = X11DesktopSettings::open(dispatch);
@@ -133,6 +135,7 @@ Desktop LinuxDesktop::ports() {
       .hotKeys = *ports_->hotKeys,
       .loginItem = ports_->loginItem,
       .statusItem = ports_->statusItem,
+      .notifications = ports_->notifications,
       .keyboardGrabs = ports_->keyboardGrabs,
       .monitors = ports_->monitors,
       .screens = ports_->screens,

@@ -1,0 +1,66 @@
+"""What keeps the history from its work is seen for as long as it lasts."""
+
+import os
+import unittest
+
+from harness.case import VantorelTestCase
+from harness.history import text_item
+from harness.keyring import KeyringState
+from harness.notifications import NotificationService
+from harness.tray import Tray
+from harness.vantorel import STORAGE_NOTICE
+
+NOTHING = "Vantorel records nothing"
+
+
+class TroubleTestCase(VantorelTestCase):
+    autostart = False
+
+    def setUp(self):
+        super().setUp()
+        self.notifications = NotificationService(self.desktop)
+        self.tray = Tray(self.desktop)
+
+    def start_in_trouble(self, tool_tip):
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+        self.tray.wait_for_tool_tip(tool_tip)
+        return self.notifications.wait_for_title(NOTHING)
+
+
+class WithoutKeyring(TroubleTestCase):
+    desktop_options = {"keyring": KeyringState.ABSENT}
+
+    def test_the_bar_the_desktop_and_the_terminal_say_so(self):
+        message = self.start_in_trouble("Vantorel — Nothing Recorded: No Keyring")
+        self.assertEqual(message["application"], "Vantorel")
+        self.assertEqual(message["entry"], "com.vantorel.Vantorel")
+        self.assertEqual(message["actions"], {})
+        self.assertEqual(self.vantorel.log().count("nothing is recorded"), 1)
+
+    def test_quitting_takes_the_message_away(self):
+        self.start_in_trouble("Vantorel — Nothing Recorded: No Keyring")
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.notifications.wait_until_empty()
+
+
+class OfAnotherKey(TroubleTestCase):
+    def test_a_history_that_does_not_open_is_named(self):
+        self.vantorel.history.write([text_item("old")], key=os.urandom(32))
+        message = self.start_in_trouble(
+            "Vantorel — Nothing Recorded: The History Cannot Be Opened")
+        self.assertIn("set it aside", message["body"])
+        self.assertIn("--new-history", self.vantorel.log())
+
+
+class WithoutTrouble(TroubleTestCase):
+    def test_nothing_is_said(self):
+        self.vantorel.start()
+        self.tray.wait_for_tool_tip("Vantorel")
+        self.vantorel.copy("a text")
+        self.assertEqual(self.notifications.shown(), [])
+        self.assertNotIn("nothing is recorded", self.vantorel.log())
+
+
+if __name__ == "__main__":
+    unittest.main()
