@@ -6,30 +6,35 @@ TroubleWords wordsOf(Trouble trouble) {
   switch (trouble) {
     case Trouble::historyUnreadable:
       return {.toolTip = "Vantorel — Nothing Recorded: The History Cannot Be Opened",
-              .line = "vantorel: nothing is recorded: the history on the disk cannot be opened. "
-                      "'vantorel --new-history' sets it aside.",
+              .line =
+                  "vantorel: nothing is recorded: the history on the disk cannot be opened. "
+                  "'vantorel --new-history' sets it aside.",
               .title = "Vantorel records nothing",
-              .body = "The history on the disk cannot be opened with the key in your keyring. It "
-                      "is left as it is. You can set it aside, where it is kept, and begin a new "
-                      "one.",
+              .body =
+                  "The history on the disk cannot be opened with the key in your keyring. It "
+                  "is left as it is. You can set it aside, where it is kept, and begin a new "
+                  "one.",
               .action = "Begin a New History"};
     case Trouble::notSaved:
       return {.toolTip = "Vantorel — The History Cannot Be Saved",
               .line = "vantorel: the history cannot be saved; it is tried again.",
               .title = "Vantorel cannot save its history",
-              .body = "The disk may be full or read-only. What you copy is kept in memory and "
-                      "saved as soon as that is possible.",
+              .body =
+                  "The disk may be full or read-only. What you copy is kept in memory and "
+                  "saved as soon as that is possible.",
               .action = ""};
     case Trouble::noKey:
     case Trouble::none:
       break;
   }
   return {.toolTip = "Vantorel — Nothing Recorded: No Keyring",
-          .line = "vantorel: nothing is recorded: the keyring is locked, missing or does not "
-                  "answer. 'vantorel --check' says more.",
+          .line =
+              "vantorel: nothing is recorded: the keyring is locked, missing or does not "
+              "answer. 'vantorel --check' says more.",
           .title = "Vantorel records nothing",
-          .body = "The keyring that holds the key of your history is locked, missing or does not "
-                  "answer. Recording begins by itself when it is there.",
+          .body =
+              "The keyring that holds the key of your history is locked, missing or does not "
+              "answer. Recording begins by itself when it is there.",
           .action = ""};
 }
 

@@ -31,9 +31,9 @@ class DesktopNotifications : public QObject, public Notifications {
   void close(unsigned id);
 
   SessionBus& bus_;
-  QString listeningTo_;           // the name of the connection
+  QString listeningTo_;            // the name of the connection
   std::optional<unsigned> shown_;  // what the service calls it
-  int posted_ = 0;                // whose answer is awaited
+  int posted_ = 0;                 // whose answer is awaited
   std::function<void()> onAction_;
 };
 
