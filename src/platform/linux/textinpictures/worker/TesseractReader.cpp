@@ -1,8 +1,11 @@
 #include "platform/linux/textinpictures/worker/TesseractReader.h"
 
+#include <fcntl.h>
 #include <tesseract/resultiterator.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 namespace vantorel {
@@ -41,15 +44,35 @@ ReadWord wordAt(const tesseract::ResultIterator& place) {
 
 }  // namespace
 
-TesseractReader::TesseractReader(std::filesystem::path modelDirectory, std::string model)
-    : modelDirectory_(std::move(modelDirectory)), model_(std::move(model)) {}
+TesseractReader::TesseractReader(const std::filesystem::path& modelDirectory, std::string model)
+    : model_(std::move(model)),
+      file_(::open((modelDirectory / (model_ + ".traineddata")).c_str(), O_RDONLY | O_CLOEXEC)) {}
 
 TesseractReader::~TesseractReader() = default;
 
+Bytes TesseractReader::modelBytes() const {
+  const off_t size = file_.isOpen() ? ::lseek(file_.get(), 0, SEEK_END) : 0;
+  if (size <= 0 || size > INT_MAX) return {};
+  Bytes bytes(static_cast<std::size_t>(size));
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t got = retryingInterrupted([&] {
+      return ::pread(file_.get(), bytes.data() + done, bytes.size() - done,
+                     static_cast<off_t>(done));
+    });
+    if (got <= 0) return {};
+    done += static_cast<std::size_t>(got);
+  }
+  return bytes;
+}
+
 bool TesseractReader::load() {
   if (state_ != State::asleep) return state_ == State::loaded;
-  const bool loaded =
-      engine_.Init(modelDirectory_.c_str(), model_.c_str(), tesseract::OEM_LSTM_ONLY) == 0;
+  const Bytes bytes = modelBytes();
+  const bool loaded = !bytes.empty() && engine_.Init(reinterpret_cast<const char*>(bytes.data()),
+                                                     static_cast<int>(bytes.size()), model_.c_str(),
+                                                     tesseract::OEM_LSTM_ONLY, nullptr, 0, nullptr,
+                                                     nullptr, false, nullptr) == 0;
   state_ = loaded ? State::loaded : State::failed;
   if (!loaded) return false;
   engine_.SetPageSegMode(tesseract::PSM_SINGLE_LINE);

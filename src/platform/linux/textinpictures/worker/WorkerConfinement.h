@@ -2,11 +2,16 @@
 
 namespace vantorel {
 
-/// From now on this process can read files and answer over what it has open, and nothing else: it
-/// starts no program and no other process, opens nothing for writing, creates, renames and deletes
-/// nothing, reaches no network and no other process. Whoever gets hold of it through a picture made
-/// for that gains nothing to carry away. Everything refused fails with EPERM. False where the
-/// system cannot do this. One thread, before any other has begun.
+/// From now on this process can compute, read what it has open and answer over it, and nothing
+/// else. It opens no file, not even for reading, and asks for the facts of none; it starts no
+/// program, process or thread; it reaches no network and no other process, neither by signals nor
+/// through its limits, its share of the processor or its memory; it makes no memory executable. So
+/// whoever gets hold of it through a picture made for that gains nothing to carry away.
+///
+/// Two walls, each of its own accord: the calls that it may make are listed, any other fails with
+/// EPERM; and where the kernel has Landlock the tree of files is closed as well. What is needed of
+/// files is opened before. False where the list cannot be had; the process is not to go on then.
+/// One thread, before any other has begun.
 [[nodiscard]] bool confine();
 
 }  // namespace vantorel

@@ -31,10 +31,20 @@ constexpr double maxReadingSeconds = 15;  // of the processor, for one picture
 constexpr double maxProcessorSeconds = 20;
 constexpr std::chrono::seconds transferLimit{600};  // a busy machine leaves little time
 
+using Readers = std::vector<std::unique_ptr<TesseractReader>>;
+
+Readers openModels(const std::string& directory, const std::vector<std::string>& models) {
+  Readers readers;
+  readers.reserve(models.size());
+  for (const std::string& model : models)
+    readers.push_back(std::make_unique<TesseractReader>(directory, model));
+  return readers;
+}
+
 class Worker {
  public:
-  Worker(const std::string& directory, const std::vector<std::string>& models)
-      : page_(readers(directory, models), [this] { return processorSeconds() > timeUp_; }) {}
+  explicit Worker(Readers opened)
+      : page_(readers(std::move(opened)), [this] { return processorSeconds() > timeUp_; }) {}
 
   [[nodiscard]] TextReply read(const Bytes& picture) {
     if (!hasEngine_) return {Status::noEngine, {}};
@@ -55,12 +65,10 @@ class Worker {
 
  private:
   /// Readers of digits come first, and only the first that works is loaded before it is needed.
-  std::vector<std::unique_ptr<LineReader>> readers(const std::string& directory,
-                                                   const std::vector<std::string>& models) {
+  std::vector<std::unique_ptr<LineReader>> readers(Readers opened) {
     std::vector<std::unique_ptr<LineReader>> all;
-    for (const std::string& model : models) {
-      auto reader = std::make_unique<TesseractReader>(directory, model);
-      if (model == "heb" || all.empty()) {
+    for (auto& reader : opened) {
+      if (reader->model() == "heb" || all.empty()) {
         all.push_back(std::move(reader));
       } else {
         all.insert(all.begin(), std::move(reader));
@@ -83,8 +91,10 @@ int run(std::span<const char* const> arguments) {
   if (arguments.size() != expected) return EXIT_FAILURE;
   const Share share = std::string_view(arguments[4]) == "small" ? Share::small : Share::leftOver;
   const auto parent = static_cast<pid_t>(std::strtol(arguments[5], nullptr, 10));
-  if (!limitThisProcess(parent, share) || !confine()) return EXIT_FAILURE;
-  Worker worker(arguments[1], splitList(arguments[2], ','));
+  if (!limitThisProcess(parent, share)) return EXIT_FAILURE;
+  Readers opened = openModels(arguments[1], splitList(arguments[2], ','));
+  if (!confine()) return EXIT_FAILURE;
+  Worker worker(std::move(opened));
   const std::chrono::seconds idleLimit{std::strtol(arguments[3], nullptr, 10)};
   while (hasInput(STDIN_FILENO, steady_clock::now() + idleLimit)) {
     const auto picture = receivePicture(STDIN_FILENO, steady_clock::now() + transferLimit);
