@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::string_view storageUnavailable =
     "Secure storage is unavailable. Clipboard monitoring is paused.";
+constexpr std::string_view settingsLost =
+    "Settings could not be read. History is paused until you resume it.";
 constexpr Seconds fifteenMinutes{900};
 constexpr Seconds oneHour{3'600};
 constexpr Seconds aDay{86'400};  // from now, whatever the time of the day is
@@ -61,6 +63,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   focus_.startFocusTracking();
   if (store_.secureStorage() && store_.persistenceIsReady()) {
     watcher().start();
+    if (privacy_.pausedUntil() == PrivacyPreferences::indefinitely) show(settingsLost);
   } else {
     show(storageUnavailable);
   }

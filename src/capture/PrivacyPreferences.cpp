@@ -36,6 +36,7 @@ bool isPasswordManager(const std::string& bundleIdentifier) {
 
 PrivacyPreferences::PrivacyPreferences(UserDefaults& defaults, const Dispatch& dispatch)
     : defaults_(defaults), dispatch_(dispatch) {
+  if (defaults_.areLost()) setPausedUntil(indefinitely);
   if (!defaults_.contains(ignorePasswordManagersKey)) {
     defaults_.set(ignorePasswordManagersKey, true);
   }

@@ -21,7 +21,12 @@ class PrivacyPreferences {
   static constexpr std::string_view ignorePasswordManagersKey = "privacy.ignorePasswordManagers";
   static constexpr std::string_view excludedBundleIdsKey = "privacy.excludedBundleIDs";
 
-  /// Turns ignoring password managers on where nothing was chosen. Both outlive this object.
+  /// Until the user resumes: a date that nobody lives to see.
+  static constexpr Date indefinitely =
+      std::chrono::sys_days{std::chrono::year{9999} / std::chrono::December / 31};
+
+  /// Turns ignoring password managers on where nothing was chosen, and pauses indefinitely where
+  /// nobody knows what was. Both outlive this object.
   PrivacyPreferences(UserDefaults& defaults, const Dispatch& dispatch);
 
   [[nodiscard]] std::optional<Date> pausedUntil() const;

@@ -21,6 +21,9 @@ class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
 
+  /// There were settings, and nobody knows what they were; until the first one is set.
+  [[nodiscard]] virtual bool areLost() const = 0;
+
   [[nodiscard]] virtual bool contains(std::string_view key) const = 0;
   [[nodiscard]] virtual std::optional<bool> boolean(std::string_view key) const = 0;
   [[nodiscard]] virtual std::optional<std::int64_t> integer(std::string_view key) const = 0;

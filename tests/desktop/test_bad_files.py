@@ -8,7 +8,7 @@ from harness import pictures
 from harness.case import VantorelTestCase
 from harness.history import files_holding, seal, text_item
 from harness.keyring import KeyringState
-from harness.vantorel import STORAGE_NOTICE
+from harness.vantorel import SETTINGS_NOTICE, STORAGE_NOTICE
 from harness.waiting import stays_true, wait_for
 
 
@@ -183,12 +183,54 @@ class DamagedDefaults(VantorelTestCase):
         os.makedirs(os.path.dirname(self.vantorel.defaults_file))
         with open(self.vantorel.defaults_file, "wb") as file:
             file.write(b'{"shortcut.keyCode": ')
-        self.vantorel.start()
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_for_notice(SETTINGS_NOTICE)
         folder = os.path.dirname(self.vantorel.defaults_file)
         kept = [name for name in os.listdir(folder)
                 if b'{"shortcut.keyCode": ' == _contents(os.path.join(folder, name))]
         self.assertEqual(len(kept), 1)
         self.assertNotEqual(kept, ["defaults.json"])
+
+    def _cut(self, path):
+        with open(path, "rb+") as file:
+            file.truncate(os.path.getsize(path) - 5)
+
+    def _copies_nothing(self):
+        owner = self.clipboard.own(offers={"UTF8_STRING": b"not to be captured"})
+        stays_true("nothing captured", lambda: not owner.contents_requested(), 1)
+
+    def test_exclusion_and_pause_outlive_a_damaged_file(self):
+        self.vantorel.set_defaults({"privacy.excludedBundleIDs": ["secretapp"],
+                                    "privacy.pausedUntil": "2099-01-01T00:00:00Z"})
+        self.vantorel.start(capturing=False)
+        wait_for("the settings to be written",
+                 lambda: "privacy.ignorePasswordManagers" in self.vantorel.defaults())
+        self.assertEqual(self.vantorel.quit(), 0)
+        self._cut(self.vantorel.defaults_file)
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_until_on_bus()
+        self._copies_nothing()
+        run_action(self.desktop, "resume")
+        self.vantorel.wait_until_capturing()
+        self.vantorel.copy("from another application")
+        self.clipboard.own(offers={"x-nothing/at-all": b""}, window_class="SecretApp")
+        self.desktop.windows.wait_active(self.desktop.windows.wait_for_title("SecretApp"))
+        self._copies_nothing()
+
+    def test_with_nothing_to_go_by_it_waits_to_be_resumed(self):
+        self.vantorel.set_defaults({"privacy.excludedBundleIDs": ["secretapp"]})
+        self._cut(self.vantorel.defaults_file)
+        self.vantorel.start(capturing=False, welcome=True)
+        self.vantorel.wait_for_notice(SETTINGS_NOTICE)
+        self._copies_nothing()
+        self.assertEqual(self.vantorel.log().count("the settings cannot be read"), 1)
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.vantorel.start(capturing=False, welcome=True)
+        self.vantorel.wait_for_notice(SETTINGS_NOTICE)
+        self._copies_nothing()
+        run_action(self.desktop, "resume")
+        self.vantorel.wait_until_capturing()
+        self.vantorel.copy("after resuming")
 
     def test_unknown_settings_are_kept(self):
         self.vantorel.set_defaults({"didShowOnboardingV2": True, "from.the.future": [1, "two"]})
@@ -196,6 +238,11 @@ class DamagedDefaults(VantorelTestCase):
         wait_for("the default to be written",
                  lambda: "privacy.ignorePasswordManagers" in self.vantorel.defaults())
         self.assertEqual(self.vantorel.defaults()["from.the.future"], [1, "two"])
+
+
+def run_action(desktop, name):
+    desktop.bus_call("com.vantorel.Vantorel", "/com/vantorel/Vantorel",
+                     "org.freedesktop.Application.ActivateAction", name, "[]", "{}")
 
 
 def _contents(path):

@@ -11,6 +11,7 @@ namespace vantorel {
 /// Settings in memory alone; `set` and `contains` serve the test as they serve the program.
 class FakeUserDefaults : public UserDefaults {
  public:
+  [[nodiscard]] bool areLost() const override { return areLost_; }
   [[nodiscard]] bool contains(std::string_view key) const override {
     return values_.find(key) != values_.end();
   }
@@ -31,11 +32,19 @@ class FakeUserDefaults : public UserDefaults {
     return value<std::vector<std::string>>(key);
   }
   void set(std::string_view key, DefaultsValue value) override {
+    areLost_ = false;
     values_.insert_or_assign(std::string(key), std::move(value));
   }
   void remove(std::string_view key) override {
     const auto found = values_.find(key);
     if (found != values_.end()) values_.erase(found);
+  }
+
+  // The test's side.
+
+  void lose() {
+    values_.clear();
+    areLost_ = true;
   }
 
   // The test's side.
@@ -54,6 +63,7 @@ class FakeUserDefaults : public UserDefaults {
   }
 
   std::map<std::string, DefaultsValue, std::less<>> values_;
+  bool areLost_ = false;
 };
 
 }  // namespace vantorel

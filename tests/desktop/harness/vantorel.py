@@ -13,6 +13,7 @@ from .waiting import wait_for
 SHORTCUT = "Super+Shift+v"
 PANEL = "Vantorel"
 STORAGE_NOTICE = "Secure storage is unavailable. Clipboard monitoring is paused."
+SETTINGS_NOTICE = "Settings could not be read. History is paused until you resume it."
 NO_TARGET_NOTICE = "Copied to clipboard. Press Ctrl+V to paste."
 GONE_NOTICE = "This item is no longer available."
 

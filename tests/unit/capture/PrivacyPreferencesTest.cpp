@@ -36,6 +36,16 @@ TEST_F(PrivacyPreferencesTest, KeepsAStoredChoiceNotToIgnorePasswordManagers) {
   EXPECT_THAT(defaults.boolean(PrivacyPreferences::ignorePasswordManagersKey), Optional(false));
 }
 
+TEST_F(PrivacyPreferencesTest, LostSettingsPauseUntilSomebodyResumes) {
+  defaults.lose();
+  PrivacyPreferences nextStart(defaults, dispatch);
+  EXPECT_EQ(nextStart.pausedUntil(), PrivacyPreferences::indefinitely);
+  EXPECT_TRUE(nextStart.shouldIgnore({}, {"Some Program", "some.program"}));
+  nextStart.setPausedUntil(std::nullopt);
+  PrivacyPreferences oneMore(defaults, dispatch);
+  EXPECT_FALSE(oneMore.isPaused());
+}
+
 TEST_F(PrivacyPreferencesTest, LeavesAnUnreadableChoiceAloneAndTakesItForOff) {
   defaults.set(PrivacyPreferences::ignorePasswordManagersKey, std::string("yes"));
   PrivacyPreferences nextStart(defaults, dispatch);

@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/LinuxDesktop.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 #include <utility>
 
@@ -106,6 +107,10 @@ LinuxDesktop::~LinuxDesktop() = default;
 std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& keychain,
                                                  SessionBus& bus) {
   auto ports = std::make_unique<Ports>(dispatch, keychain, bus);
+  if (ports->defaults.areLost()) {
+    std::fputs("vantorel: the settings cannot be read; nothing is recorded until resumed.\n",
+               stderr);
+  }
   if (ports->pasteboard && ports->workspace) {
     ports->input = std::make_unique<X11SyntheticInput>(
         dispatch, ports->workspace->applications(),

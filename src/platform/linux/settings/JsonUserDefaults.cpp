@@ -18,30 +18,42 @@ std::filesystem::path withSuffix(const std::filesystem::path& path, const std::s
 }  // namespace
 
 JsonUserDefaults::JsonUserDefaults(FileSystem& files, std::filesystem::path path)
-    : files_(files), path_(std::move(path)) {
-  switch (read()) {
-    case Reading::understood:
-      break;
-    case Reading::damaged:
-      memoryOnly_ = !setAside();
-      break;
-    case Reading::refused:
-      memoryOnly_ = true;
-      break;
+    : files_(files), path_(std::move(path)), copy_(withSuffix(path_, ".last-good")) {
+  const Reading reading = read(path_);
+  if (reading == Reading::understood) {
+    keepCopy();
+  } else {
+    recover(reading);
   }
 }
 
-JsonUserDefaults::Reading JsonUserDefaults::read() {
-  if (!files_.exists(path_)) return Reading::understood;
-  const auto size = files_.fileSize(path_);
+JsonUserDefaults::Reading JsonUserDefaults::read(const Path& path) {
+  if (!files_.exists(path)) return Reading::absent;
+  const auto size = files_.fileSize(path);
   if (!size) return Reading::refused;
   if (*size > maximumFileSize) return Reading::damaged;
-  const auto bytes = files_.readFile(path_, maximumFileSize);
+  const auto bytes = files_.readFile(path, maximumFileSize);
   if (!bytes) return Reading::refused;
   auto members = parseJsonObject(textOf(*bytes));
   if (!members) return Reading::damaged;
   members_ = std::move(*members);
   return Reading::understood;
+}
+
+/// Nothing is written while nothing is known: what stands there tells the next start as well.
+void JsonUserDefaults::recover(Reading instead) {
+  const Reading copy = read(copy_);
+  if (instead == Reading::absent && copy == Reading::absent) return;
+  isOutOfReach_ = instead == Reading::refused;
+  isDamaged_ = instead == Reading::damaged;
+  areLost_ = copy != Reading::understood;
+  if (!areLost_) write();
+}
+
+/// Of a file that others wrote, too: an older program, or the user.
+void JsonUserDefaults::keepCopy() {
+  const auto copy = files_.exists(copy_) ? files_.readFile(copy_, maximumFileSize) : std::nullopt;
+  if (!copy || textOf(*copy) != jsonObjectText(members_)) put(copy_);
 }
 
 bool JsonUserDefaults::setAside() {
@@ -92,6 +104,7 @@ std::optional<std::vector<std::string>> JsonUserDefaults::stringArray(std::strin
 void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
   auto text = jsonText(value);
   if (!text || !isJsonKey(key)) return;
+  areLost_ = false;
   const auto found = std::find_if(members_.begin(), members_.end(),
                                   [&](const JsonMember& member) { return member.key == key; });
   if (found == members_.end()) {
@@ -109,21 +122,33 @@ void JsonUserDefaults::remove(std::string_view key) {
 }
 
 void JsonUserDefaults::write() {
-  if (memoryOnly_) return;
   const auto directory = path_.parent_path();
   if (files_.createDirectories(directory, directoryPermissions)) return;
   // A directory that others made with wider permissions is narrowed as far as we may; the file is
   // closed to others either way.
   static_cast<void>(files_.setPermissions(directory, directoryPermissions));
-  const auto temporary = withSuffix(path_, ".new");
+  // The copy first: it is what is read if this process ends before the file is in its place.
+  put(copy_);
+  if (!isOutOfReach_) put(path_);
+}
+
+void JsonUserDefaults::put(const Path& path) {
+  const Path temporary = withSuffix(path, ".new");
   if (files_.exists(temporary) && files_.remove(temporary)) return;
   const std::string text = jsonObjectText(members_);
-  if (files_.writeNewFile(temporary, bytesOf(text), filePermissions) ||
-      files_.rename(temporary, path_)) {
+  if (files_.writeNewFile(temporary, bytesOf(text), filePermissions) || !makePlace(path) ||
+      files_.rename(temporary, path)) {
     static_cast<void>(files_.remove(temporary));
     return;
   }
-  static_cast<void>(files_.syncDirectory(directory));
+  static_cast<void>(files_.syncDirectory(path.parent_path()));
+}
+
+bool JsonUserDefaults::makePlace(const Path& path) {
+  if (path != path_ || !isDamaged_) return true;
+  isOutOfReach_ = !setAside();
+  isDamaged_ = isOutOfReach_;
+  return !isOutOfReach_;
 }
 
 }  // namespace vantorel

@@ -11,10 +11,14 @@ namespace vantorel {
 /// The settings as one JSON object of dotted keys in a file that only its owner may read. Dates are
 /// ISO 8601 strings, to the millisecond; what is stored under keys of others is kept as it is.
 ///
-/// A file that is there but makes no sense (see `parseJsonObject`, or larger than
-/// `maximumFileSize`) is set aside as "<name>.damaged-<n>" and the settings begin anew. A file that
-/// cannot be read or set aside is never written over: the settings then live in memory only. A
-/// value that JSON cannot say leaves the stored one as it is.
+/// What was last read or written stands in a second file, "<name>.last-good", from which the
+/// settings come when the first makes no sense (see `parseJsonObject`, or larger than
+/// `maximumFileSize`), cannot be read, or is gone. When neither can be understood they are lost,
+/// also at the next start, until something is set.
+///
+/// A file that makes no sense is set aside as "<name>.damaged-<n>" when the next one takes its
+/// place. A file that cannot be read or set aside is never written over: the settings then live in
+/// the second one alone. A value that JSON cannot say leaves the stored one as it is.
 class JsonUserDefaults : public UserDefaults {
  public:
   static constexpr std::uint64_t maximumFileSize = 1U << 20;
@@ -22,6 +26,7 @@ class JsonUserDefaults : public UserDefaults {
   /// Reads `path`; its directory is created at the first write. `files` outlives this.
   JsonUserDefaults(FileSystem& files, std::filesystem::path path);
 
+  [[nodiscard]] bool areLost() const override { return areLost_; }
   /// False for JSON's null.
   [[nodiscard]] bool contains(std::string_view key) const override;
   [[nodiscard]] std::optional<bool> boolean(std::string_view key) const override;
@@ -35,17 +40,26 @@ class JsonUserDefaults : public UserDefaults {
   void remove(std::string_view key) override;
 
  private:
-  enum class Reading { understood, damaged, refused };
+  using Path = std::filesystem::path;
+  enum class Reading { absent, understood, damaged, refused };
 
-  [[nodiscard]] Reading read();
+  /// Takes over what the file says when it is understood.
+  [[nodiscard]] Reading read(const Path& path);
+  void recover(Reading instead);
+  void keepCopy();
   [[nodiscard]] bool setAside();
+  void put(const Path& path);
+  [[nodiscard]] bool makePlace(const Path& path);
   [[nodiscard]] const JsonMember* find(std::string_view key) const;
   void write();
 
   FileSystem& files_;
-  std::filesystem::path path_;
+  const Path path_;
+  const Path copy_;
   std::vector<JsonMember> members_;
-  bool memoryOnly_ = false;
+  bool areLost_ = false;
+  bool isDamaged_ = false;  // what stands at `path_`
+  bool isOutOfReach_ = false;
 };
 
 }  // namespace vantorel

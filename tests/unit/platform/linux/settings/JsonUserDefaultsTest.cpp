@@ -17,6 +17,7 @@ using testing::Optional;
 
 const std::filesystem::path directory = "/home/u/.config/vantorel";
 const std::filesystem::path path = directory / "defaults.json";
+const std::filesystem::path copyPath = directory / "defaults.json.last-good";
 const std::filesystem::path aside1 = directory / "defaults.json.damaged-1";
 const std::filesystem::path aside2 = directory / "defaults.json.damaged-2";
 
@@ -127,7 +128,7 @@ TEST_F(JsonUserDefaultsTest, NeverWritesIntoTheStoredFileItself) {
   EXPECT_EQ(open().integer("a"), 2);
 }
 
-TEST_F(JsonUserDefaultsTest, SetsADamagedFileAsideAndBeginsAnew) {
+TEST_F(JsonUserDefaultsTest, SetsADamagedFileAsideWhenItBeginsAnew) {
   const std::string deep(100'000, '[');
   const std::string nested = R"({"a":)" + std::string(65, '[') + std::string(65, ']') + "}";
   for (const std::string& text : std::vector<std::string>{"",
@@ -161,8 +162,7 @@ TEST_F(JsonUserDefaultsTest, SetsADamagedFileAsideAndBeginsAnew) {
     store(text);
     auto defaults = open();
     EXPECT_FALSE(defaults.contains("a")) << text.substr(0, 40);
-    EXPECT_EQ(files.files[aside1].text, text) << text.substr(0, 40);
-    EXPECT_EQ(stored(), "none") << text.substr(0, 40);
+    EXPECT_EQ(stored(), text) << text.substr(0, 40);
     defaults.set("a", true);
     EXPECT_EQ(open().boolean("a"), true) << text.substr(0, 40);
     EXPECT_EQ(files.files[aside1].text, text) << text.substr(0, 40);
@@ -172,19 +172,21 @@ TEST_F(JsonUserDefaultsTest, SetsADamagedFileAsideAndBeginsAnew) {
 TEST_F(JsonUserDefaultsTest, ASecondDamagedFileDoesNotReplaceTheFirst) {
   files.files[aside1] = {"earlier", 0600};
   store("damaged");
-  const auto defaults = open();
+  open().set("a", true);
   EXPECT_EQ(files.files[aside1].text, "earlier");
   EXPECT_EQ(files.files[aside2].text, "damaged");
 }
 
 TEST_F(JsonUserDefaultsTest, ADamagedFileThatCannotBeSetAsideIsNotOverwritten) {
   store("damaged");
-  files.failing.insert(MemoryFiles::Operation::rename);
   auto defaults = open();
+  files.failing.insert(MemoryFiles::Operation::rename);
+  defaults.set("a", false);
   files.failing.clear();
   defaults.set("a", true);
-  EXPECT_EQ(defaults.boolean("a"), true);
   EXPECT_EQ(stored(), "damaged");
+  EXPECT_EQ(open().boolean("a"), true) << "the copy has it";
+  EXPECT_EQ(files.files[aside1].text, "damaged");
 }
 
 TEST_F(JsonUserDefaultsTest, AnUnreadableFileIsNotOverwritten) {
@@ -209,12 +211,73 @@ TEST_F(JsonUserDefaultsTest, AFailedWriteLeavesTheStoredSettingsAndTheNextOneTri
     defaults.set("a", std::int64_t{2});
     EXPECT_EQ(defaults.integer("a"), 2);
     EXPECT_EQ(stored(), R"({"a": 1})");
-    EXPECT_EQ(files.files.size(), 1U) << "a failed write leaves nothing behind";
+    EXPECT_EQ(files.files.size(), 2U) << "a failed write leaves nothing behind";
     files.failing.clear();
     defaults.set("b", std::int64_t{3});
     EXPECT_EQ(open().integer("a"), 2);
     EXPECT_EQ(open().integer("b"), 3);
   }
+}
+
+TEST_F(JsonUserDefaultsTest, TheLastGoodFileIsReadWhereTheFirstMakesNoSense) {
+  open().set("a", std::int64_t{7});
+  const std::string damaged = stored().substr(0, stored().size() - 5);
+  store(damaged);
+  EXPECT_EQ(open().integer("a"), 7);
+  EXPECT_EQ(files.files[aside1].text, damaged);
+  EXPECT_EQ(stored(), files.files[copyPath].text);
+  EXPECT_EQ(files.files[copyPath].permissions, 0600U);
+  EXPECT_FALSE(open().areLost());
+}
+
+TEST_F(JsonUserDefaultsTest, WhatOthersWroteIsCopiedWhenItIsRead) {
+  store(R"({"a": 1})");
+  (void)open();
+  store("damaged");
+  EXPECT_EQ(open().integer("a"), 1);
+}
+
+TEST_F(JsonUserDefaultsTest, ASoundFileCountsBeforeItsCopy) {
+  open().set("a", std::int64_t{1});
+  store(R"({"a": 2})");
+  EXPECT_EQ(open().integer("a"), 2);
+}
+
+TEST_F(JsonUserDefaultsTest, TheCopyIsReadWhereTheFirstIsGoneOrUnreadable) {
+  open().set("a", std::int64_t{7});
+  files.unreadable.insert(path);
+  auto defaults = open();
+  EXPECT_EQ(defaults.integer("a"), 7);
+  EXPECT_FALSE(defaults.areLost());
+  const std::string before = stored();
+  defaults.set("a", std::int64_t{8});
+  EXPECT_EQ(stored(), before);
+  EXPECT_EQ(open().integer("a"), 8);
+  files.unreadable.clear();
+  files.files.erase(path);
+  EXPECT_EQ(open().integer("a"), 8);
+  EXPECT_NE(stored(), "none");
+}
+
+TEST_F(JsonUserDefaultsTest, SettingsAreLostUntilTheFirstIsSet) {
+  EXPECT_FALSE(open().areLost()) << "a first start";
+  store("damaged");
+  EXPECT_TRUE(open().areLost());
+  EXPECT_TRUE(open().areLost()) << "the start before wrote nothing";
+  files.files[copyPath] = {"damaged too", 0600};
+  EXPECT_TRUE(open().areLost());
+  files.files.erase(path);
+  EXPECT_TRUE(open().areLost());
+  auto defaults = open();
+  defaults.set("a", true);
+  EXPECT_FALSE(defaults.areLost());
+  EXPECT_FALSE(open().areLost());
+}
+
+TEST_F(JsonUserDefaultsTest, SettingsInAnUnreadableFileAreLost) {
+  store(R"({"a": 1})");
+  files.unreadable.insert(path);
+  EXPECT_TRUE(open().areLost());
 }
 
 TEST_F(JsonUserDefaultsTest, ALeftoverOfAnInterruptedWriteIsNoObstacle) {
