@@ -3,6 +3,7 @@
 import os
 import subprocess
 import unittest
+from urllib.parse import quote
 
 from harness import applications, pictures
 from harness.case import VantorelTestCase
@@ -248,6 +249,29 @@ class Files(VantorelTestCase):
         for name, contents in (("first file.txt", "1"), ("קובץ.txt", "2")):
             with open(target.wait_for_file(name), encoding="utf-8") as file:
                 wait_for(f"the contents of {name}", lambda: file.seek(0) or file.read() == contents)
+
+    def test_a_files_name_is_no_command_to_a_terminal(self):
+        name = self.file("x\necho pwned >P\n", contents=b"")
+        script = f"cd '{self.path()}'; exec tee received | dash"
+        applications.Application(self.desktop, "xterm", ["xterm", "-e", "sh", "-c", script],
+                                 "xterm")
+        wait_for("the terminal's program to listen", lambda: os.path.exists(self.path("received")))
+        self.clipboard.copy_as("text/uri-list", f"file://{quote(name)}\r\n".encode())
+        wait_for("an entry of files", lambda: self.vantorel.newest().get("filePaths") == [name])
+        self.vantorel.open_panel()
+        self.desktop.keyboard.tap("Return")
+        self.vantorel.wait_until_hidden()
+
+        def received():
+            self.desktop.keyboard.tap("Return")
+            with open(self.path("received"), encoding="utf-8") as file:
+                return "pwned" in file.read()
+
+        wait_for("the name in the terminal", received)
+        self.desktop.keyboard.type("echo >done")
+        self.desktop.keyboard.tap("Return")
+        wait_for("what follows to be done", lambda: os.path.exists(self.path("done")))
+        self.assertFalse(os.path.exists(self.path("P")))
 
     def test_files_are_offered_in_both_forms_that_file_managers_know(self):
         path = self.path("from", "first file.txt")

@@ -1,5 +1,7 @@
 #include "platform/linux/windows/PasteboardContents.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "platform/linux/windows/PasteboardTargets.h"
@@ -67,6 +69,36 @@ void addImage(SelectionOffer& offer, const Contents& contents) {
                          }});
 }
 
+bool isControl(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
+
+/// Those above ASCII, of two bytes, are obeyed by some terminals too.
+bool holdsControl(std::string_view text) {
+  unsigned char before = 0;
+  return std::any_of(text.begin(), text.end(), [&before](char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    const bool endsOne = before == 0xC2 && byte >= 0x80 && byte < 0xA0;
+    before = byte;
+    return endsOne || isControl(byte);
+  });
+}
+
+/// As `$'…'`, plain ASCII. Quotes and backslashes are numbers as well: a shell that knows nothing
+/// of this way of quoting takes all of it for one word.
+std::string shellQuoted(std::string_view text) {
+  std::string result = "$'";
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (!isControl(byte) && byte < 0x80 && character != '\'' && character != '\\') {
+      result += character;
+      continue;
+    }
+    result += '\\';
+    for (const unsigned place : {6U, 3U, 0U})
+      result += static_cast<char>('0' + (byte >> place & 7U));
+  }
+  return result + '\'';
+}
+
 }  // namespace
 
 PasteboardContents contentsOf(std::vector<std::filesystem::path> files) {
@@ -74,7 +106,7 @@ PasteboardContents contentsOf(std::vector<std::filesystem::path> files) {
   std::string text;
   for (const auto& file : files) {
     if (!text.empty()) text += '\n';
-    text += file.native();
+    text += holdsControl(file.native()) ? shellQuoted(file.native()) : file.native();
   }
   contents.string = decodedText(bytesOf(text), TextEncoding::utf8);
   contents.files = std::move(files);

@@ -21,7 +21,8 @@ struct PasteboardContents {
   std::shared_ptr<const Image> image;
 };
 
-/// Files with their paths as text beside them, one on each line, for editors and terminals.
+/// Files with their paths as text beside them, one on each line, for editors and terminals. A path
+/// with a control character in it, which a terminal would obey, stands there as a shell quotes it.
 [[nodiscard]] PasteboardContents contentsOf(std::vector<std::filesystem::path> files);
 
 /// The contents in every form that X11 programs ask for. Nothing is copied or encoded until a form
