@@ -31,7 +31,7 @@ class FileThumbnailsFixture : public ::testing::Test {
                                      files / "cache",
                                      {{files / "thumbnailers"}, {"/usr/bin", "/bin"}},
                                      userFiles,
-                                     files / "temporary"},
+                                     {files / "temporary", {}}},
         limits);
   }
 

@@ -18,10 +18,14 @@ class InstalledThumbnailerTest : public FileThumbnailsFixture {
 
   ManualDispatch dispatch;
   MimeTypeDatabase installedTypes{MimeTypeDatabase::directories(processEnvironment)};
-  LinuxFileThumbnails thumbnails{
-      dispatch,
-      {files.system, decoder, installedTypes, files / "cache",
-       Thumbnailers::Places::fromEnvironment(processEnvironment), userFiles, files / "temporary"}};
+  LinuxFileThumbnails thumbnails{dispatch,
+                                 {files.system,
+                                  decoder,
+                                  installedTypes,
+                                  files / "cache",
+                                  Thumbnailers::Places::fromEnvironment(processEnvironment),
+                                  userFiles,
+                                  {files / "temporary", "/usr/bin/bwrap"}}};
 };
 
 TEST_F(InstalledThumbnailerTest, DrawsADrawing) {

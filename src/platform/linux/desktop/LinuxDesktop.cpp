@@ -71,9 +71,13 @@ struct LinuxDesktop::Ports {
   MimeTypeDatabase types{MimeTypeDatabase::directories(processEnvironment)};
   LinuxFileThumbnails fileThumbnails{
       dispatch,
-      {files, images, types, directories.cacheHome ? *directories.cacheHome / "thumbnails" : "",
+      {files,
+       images,
+       types,
+       directories.cacheHome ? *directories.cacheHome / "thumbnails" : "",
        Thumbnailers::Places::fromEnvironment(processEnvironment),
-       std::make_shared<PosixFileSystem>(), directories.runtime.value_or("/tmp")}};
+       std::make_shared<PosixFileSystem>(),
+       {directories.runtime.value_or("/tmp"), "/usr/bin/bwrap"}}};
   IconThemeSource themes{files, IconThemeSource::Places::fromEnvironment(processEnvironment),
                          [this] { return accessibility->iconTheme(); }};
   std::optional<ThemeIcons> icons;

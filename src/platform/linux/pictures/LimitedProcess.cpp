@@ -27,16 +27,19 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int couldNotStart = 127;
 
-/// This process's environment without a screen to open windows on.
-std::vector<std::string> environmentWith(const std::filesystem::path& temporary) {
-  std::vector<std::string> result;
+/// What says where programs are and how the user reads and writes.
+bool isHandedOn(std::string_view name) {
+  constexpr std::array<std::string_view, 5> names = {"PATH", "LANG", "LANGUAGE", "TZ",
+                                                     "XDG_DATA_DIRS"};
+  return name.starts_with("LC_") || std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::vector<std::string> bareEnvironment(const std::filesystem::path& home) {
+  std::vector<std::string> result{"HOME=" + home.string(), "TMPDIR=" + home.string()};
   for (char** variable = environ; *variable != nullptr; ++variable) {
     const std::string_view text(*variable);
-    const auto name = text.substr(0, text.find('='));
-    if (name == "DISPLAY" || name == "WAYLAND_DISPLAY" || name == "TMPDIR") continue;
-    result.emplace_back(text);
+    if (isHandedOn(text.substr(0, text.find('=')))) result.emplace_back(text);
   }
-  result.push_back("TMPDIR=" + temporary.string());
   return result;
 }
 
@@ -101,15 +104,14 @@ Waited waitFor(pid_t process, const StopSignal& stop, Clock::time_point deadline
 
 }  // namespace
 
-ProcessEnd runLimited(const std::vector<std::string>& command,
-                      const std::filesystem::path& temporary, const ProcessLimits& limits,
-                      const StopSignal& stop) {
+ProcessEnd runLimited(const std::vector<std::string>& command, const std::filesystem::path& home,
+                      const ProcessLimits& limits, const StopSignal& stop) {
   const bool canBeTold = std::all_of(command.begin(), command.end(), isNameable);
   if (command.empty() || !canBeTold || stop.isRaised()) return ProcessEnd::notStarted;
   const FileDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
   if (!nothing.isOpen()) return ProcessEnd::notStarted;
   Start start{.words = command,
-              .variables = environmentWith(temporary),
+              .variables = bareEnvironment(home),
               .arguments = {},
               .environment = {},
               .limits = limits,
@@ -132,7 +134,8 @@ ProcessEnd runLimited(const std::vector<std::string>& command,
   if (waited == Waited::stopped) return ProcessEnd::stopped;
   if (waited == Waited::tookTooLong) return ProcessEnd::tookTooLong;
   if (reaped != process) return ProcessEnd::failure;
-  if (WIFSIGNALED(status)) return ProcessEnd::crashed;
+  constexpr int toldOfSignal = 128;
+  if (WIFSIGNALED(status) || WEXITSTATUS(status) > toldOfSignal) return ProcessEnd::crashed;
   return WEXITSTATUS(status) == 0 ? ProcessEnd::success : ProcessEnd::failure;
 }
 

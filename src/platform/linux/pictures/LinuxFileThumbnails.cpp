@@ -35,7 +35,7 @@ LinuxFileThumbnails::LinuxFileThumbnails(Dispatch& dispatch, Sources sources,
       cache_(sources.files, sources.decoder, std::move(sources.cache)),
       thumbnailers_(sources.files, std::move(sources.thumbnailers)),
       questions_(std::move(sources.userFiles)),
-      runs_({dispatch, sources.files, sources.decoder}, std::move(sources.temporary), limits),
+      runs_({dispatch, sources.files, sources.decoder}, std::move(sources.runs), limits),
       queue_(dispatch.serialQueue("com.vantorel.file-thumbs")) {}
 
 LinuxFileThumbnails::~LinuxFileThumbnails() {

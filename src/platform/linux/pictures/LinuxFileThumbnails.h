@@ -29,7 +29,7 @@ class LinuxFileThumbnails : public FileThumbnails {
     Thumbnailers::Places thumbnailers;
     /// The user's own files; one that does not answer counts as having no picture.
     std::shared_ptr<FileSystem> userFiles;
-    std::filesystem::path temporary;  // where thumbnailers leave their pictures for a moment
+    ThumbnailerRuns::Places runs;
   };
 
   /// What was given outlives this. When this ends, the running thumbnailers are killed.

@@ -9,9 +9,10 @@
 
 namespace vantorel {
 
-ThumbnailerRuns::ThumbnailerRuns(Services services, std::filesystem::path temporary, Limits limits)
+ThumbnailerRuns::ThumbnailerRuns(Services services, Places places, Limits limits)
     : services_(services),
-      temporary_(std::move(temporary)),
+      temporary_(std::move(places.temporary)),
+      bubblewrap_(std::move(places.bubblewrap)),
       limits_(limits),
       slowQueue_(services.dispatch.serialQueue("com.vantorel.slow-thumbs")),
       quickQueue_(services.dispatch.serialQueue("com.vantorel.thumbnailers")) {}
@@ -50,17 +51,18 @@ void ThumbnailerRuns::tryWithTimeout(const Request& request, const ThumbnailerEn
 
 ThumbnailerRuns::Attempt ThumbnailerRuns::attempt(const Request& request,
                                                   const ThumbnailerEntry& thumbnailer,
-                                                  std::chrono::milliseconds time) const {
+                                                  std::chrono::milliseconds time) {
   const PrivateDirectory directory(temporary_);
   if (directory.path().empty()) return {};
   const auto output = directory.path() / "thumbnail.png";
   const auto command =
       thumbnailerCommand(thumbnailer, {request.file, thumbnailUri(request.file), output,
                                        std::max(request.most.width, request.most.height)});
+  const auto boxed = bubblewrap_.boxed(command, {request.file, directory.path()}, stop_);
   auto limits = limits_.process;
   limits.time = time;
   Attempt result;
-  result.end = runLimited(command, directory.path(), limits, stop_);
+  result.end = runLimited(boxed, directory.path(), limits, stop_);
   if (result.end != ProcessEnd::success) return result;
   const auto bytes = services_.files.readFile(output, limits.fileSize);
   if (bytes) result.picture = pixelsWithin(services_.decoder, *bytes, request.most);

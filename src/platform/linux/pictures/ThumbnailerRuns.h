@@ -15,6 +15,7 @@
 #include "platform/Bitmap.h"
 #include "platform/Dispatch.h"
 #include "platform/Image.h"
+#include "platform/linux/pictures/Bubblewrap.h"
 #include "platform/linux/pictures/LimitedProcess.h"
 #include "platform/linux/pictures/ThumbnailerEntry.h"
 
@@ -45,8 +46,12 @@ class ThumbnailerRuns {
     PixelSize most;
   };
 
-  /// `temporary`: where thumbnailers leave their pictures for a moment.
-  ThumbnailerRuns(Services services, std::filesystem::path temporary, Limits limits);
+  struct Places {
+    std::filesystem::path temporary;   // where thumbnailers leave their pictures for a moment
+    std::filesystem::path bubblewrap;  // what they are boxed with, where it is there and works
+  };
+
+  ThumbnailerRuns(Services services, Places places, Limits limits);
   ~ThumbnailerRuns();
   ThumbnailerRuns(const ThumbnailerRuns&) = delete;
   ThumbnailerRuns& operator=(const ThumbnailerRuns&) = delete;
@@ -70,11 +75,12 @@ class ThumbnailerRuns {
   [[nodiscard]] bool hasFailed(const Request& request) const;
   void tryWithTimeout(const Request& request, const ThumbnailerEntry& thumbnailer);
   [[nodiscard]] Attempt attempt(const Request& request, const ThumbnailerEntry& thumbnailer,
-                                std::chrono::milliseconds time) const;
+                                std::chrono::milliseconds time);
   void finish(const Request& request, const Attempt& attempt);
 
   Services services_;
   const std::filesystem::path temporary_;
+  Bubblewrap bubblewrap_;
   const Limits limits_;
   StopSignal stop_;
 

@@ -63,6 +63,7 @@ TEST_F(LimitedProcessTest, EndsWithSuccessOrFailure) {
   EXPECT_EQ(run("exit 0"), ProcessEnd::success);
   EXPECT_EQ(run("exit 3"), ProcessEnd::failure);
   EXPECT_EQ(run("kill -SEGV $$"), ProcessEnd::crashed);
+  EXPECT_EQ(run("sh -c 'kill -SEGV $$'; exit $?"), ProcessEnd::crashed) << "told of by a shell";
   EXPECT_EQ(runLimited({"/nonexistent/program"}, files.root(), {}, stop), ProcessEnd::failure);
   EXPECT_EQ(runLimited({}, files.root(), {}, stop), ProcessEnd::notStarted);
 }
@@ -107,15 +108,18 @@ TEST_F(LimitedProcessTest, HasLimitedMemory) {
   EXPECT_EQ(runLimited(command, files.root(), limits, stop), ProcessEnd::failure);
 }
 
-TEST_F(LimitedProcessTest, HasNoInputNoScreenAndNoneOfOurFiles) {
-  ::setenv("DISPLAY", ":4711", 1);
+TEST_F(LimitedProcessTest, HasNoInputAndNothingOfOurEnvironmentAndFiles) {
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
+                           "SSH_AUTH_SOCK", "XDG_RUNTIME_DIR", "XAUTHORITY", "A_TOKEN"})
+    ::setenv(name, "ours", 1);
   std::ifstream open(files.write("secret", "x"));
   EXPECT_EQ(run("env >" + quoted("environment") + "; cat >" + quoted("input") +
                 "; ls -l /proc/self/fd >" + quoted("open")),
             ProcessEnd::success);
-  ::unsetenv("DISPLAY");
-  EXPECT_THAT(contents("environment"), Not(HasSubstr("DISPLAY=")));
-  EXPECT_THAT(contents("environment"), HasSubstr("TMPDIR=" + files.root().string()));
+  EXPECT_THAT(contents("environment"), Not(HasSubstr("=ours")));
+  EXPECT_THAT(contents("environment"), HasSubstr("PATH=" + std::string(::getenv("PATH"))));
+  for (const char* name : {"HOME", "TMPDIR"})
+    EXPECT_THAT(contents("environment"), HasSubstr(name + ("=" + files.root().string()) + "\n"));
   EXPECT_EQ(contents("input"), "");
   EXPECT_THAT(contents("open"), HasSubstr("/dev/null"));
   EXPECT_THAT(contents("open"), Not(HasSubstr("secret")));
