@@ -3,55 +3,66 @@
 #include <QBuffer>
 #include <QImageReader>
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "platform/qt/AreaAverage.h"
 #include "platform/qt/BitmapPixels.h"
+#include "platform/qt/ImageFormat.h"
 
 namespace vantorel {
 namespace {
 
-constexpr std::array<std::string_view, 15> pictureFormats = {"png", "jpeg", "jpg",  "bmp",  "dib",
-                                                             "gif", "tif",  "tiff", "webp", "ico",
-                                                             "jp2", "avif", "heif", "heic", "jxl"};
+using namespace std::string_view_literals;
 
-/// A device over bytes that somebody else keeps.
-class ByteSource {
+/// Reads bytes that somebody else keeps, as what they begin as and as nothing else: a plug-in of
+/// the toolkit that no format named is neither loaded nor asked.
+class PictureReader {
  public:
-  explicit ByteSource(ByteView bytes)
-      : data_(QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()),
+  explicit PictureReader(ByteView bytes)
+      : format_(imageFormatOf(bytes)),
+        data_(QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()),
                                       static_cast<qsizetype>(bytes.size()))),
-        buffer_(&data_) {
+        buffer_(&data_),
+        reader_(&buffer_, format_) {
     buffer_.open(QIODevice::ReadOnly);
+    reader_.setAutoDetectImageFormat(false);
+    reader_.setDecideFormatFromContent(false);
+    reader_.setAutoTransform(true);
   }
-  [[nodiscard]] QIODevice* device() { return &buffer_; }
+
+  /// Whether there is a picture of acceptable size, as far as it can be told before reading.
+  [[nodiscard]] bool announcesPicture() const {
+    if (format_ == nullptr) return false;
+    const QSize announced = reader_.size();
+    return !announced.isValid() || accepts(announced);
+  }
+  [[nodiscard]] bool accepts(QSize size) const {
+    return isAcceptable(encodedSize(size), isCommon() ? maxImagePixels : maxUncommonPixels);
+  }
+  [[nodiscard]] bool isJpeg() const { return format_ == "jpeg"sv; }
+  [[nodiscard]] bool turnsOnItsSide() const {
+    return (reader_.transformation() & QImageIOHandler::TransformationRotate90) != 0;
+  }
+  [[nodiscard]] QSize size() const { return reader_.size(); }
+  void setScaledSize(QSize size) { reader_.setScaledSize(size); }
+  /// Null when it is damaged, or larger than it announced and so not acceptable.
+  [[nodiscard]] QImage read() {
+    QImage pixels = reader_.read();
+    return accepts(pixels.size()) ? pixels : QImage();
+  }
 
  private:
+  [[nodiscard]] bool isCommon() const { return isJpeg() || format_ == "png"sv; }
+  static EncodedSize encodedSize(QSize size) {
+    return {static_cast<std::uint32_t>(std::max(size.width(), 0)),
+            static_cast<std::uint32_t>(std::max(size.height(), 0))};
+  }
+
+  const char* const format_;  // null: none that may be read
   QByteArray data_;
   QBuffer buffer_;
+  QImageReader reader_;
 };
-
-EncodedSize encodedSize(QSize size) {
-  return {static_cast<std::uint32_t>(std::max(size.width(), 0)),
-          static_cast<std::uint32_t>(std::max(size.height(), 0))};
-}
-
-bool isPicture(const QByteArray& format) {
-  const std::string_view name(format.constData(), static_cast<std::size_t>(format.size()));
-  return std::find(pictureFormats.begin(), pictureFormats.end(), name) != pictureFormats.end();
-}
-
-/// Whether the reader has a picture of acceptable size, as far as it can be told before reading.
-bool announcesPicture(const QImageReader& reader) {
-  if (!isPicture(reader.format())) return false;
-  const QSize announced = reader.size();
-  return !announced.isValid() || isAcceptable(encodedSize(announced));
-}
-
-bool turnsOnItsSide(const QImageReader& reader) {
-  return (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
-}
 
 QSize reducedSize(QSize whole, PixelSize fitting) {
   const auto reduced = vantorel::reducedSize({whole.width(), whole.height()}, fitting);
@@ -61,31 +72,24 @@ QSize reducedSize(QSize whole, PixelSize fitting) {
 }  // namespace
 
 QImage decodedPixels(ByteView bytes) {
-  ByteSource source(bytes);
-  QImageReader reader(source.device(), QImageReader::imageFormat(source.device()));
-  reader.setAutoTransform(true);
-  if (!announcesPicture(reader)) return {};
-  QImage pixels = reader.read();
-  if (pixels.isNull() || !isAcceptable(encodedSize(pixels.size()))) return {};
-  return pixels;
+  PictureReader reader(bytes);
+  return reader.announcesPicture() ? reader.read() : QImage();
 }
 
 SharedBitmap reducedPixels(ByteView bytes, PixelSize fitting) {
-  ByteSource source(bytes);
-  QImageReader reader(source.device(), QImageReader::imageFormat(source.device()));
-  reader.setAutoTransform(true);
-  if (!announcesPicture(reader)) return nullptr;
+  PictureReader reader(bytes);
+  if (!reader.announcesPicture()) return nullptr;
   QSize whole = reader.size();
-  if (turnsOnItsSide(reader)) whole.transpose();
-  const bool skipsPixels = reader.format() == "jpeg" && whole.isValid();
+  if (reader.turnsOnItsSide()) whole.transpose();
+  const bool skipsPixels = reader.isJpeg() && whole.isValid();
   if (skipsPixels) {
     // Most of the pixels of a photograph need not be decoded at all. It is turned afterwards.
     QSize reduced = reducedSize(whole, fitting);
-    if (turnsOnItsSide(reader)) reduced.transpose();
+    if (reader.turnsOnItsSide()) reduced.transpose();
     reader.setScaledSize(reduced);
   }
   QImage pixels = reader.read();
-  if (pixels.isNull() || !isAcceptable(encodedSize(pixels.size()))) return nullptr;
+  if (pixels.isNull()) return nullptr;
   if (!skipsPixels) whole = pixels.size();
   // Transparent pixels weigh nothing in what they are mixed with.
   pixels.convertTo(QImage::Format_ARGB32_Premultiplied);
@@ -98,9 +102,7 @@ SharedBitmap reducedPixels(ByteView bytes, PixelSize fitting) {
 }
 
 EncodedSize shownSize(ByteView bytes, EncodedSize stored) {
-  ByteSource source(bytes);
-  QImageReader reader(source.device());
-  return turnsOnItsSide(reader) ? EncodedSize{stored.height, stored.width} : stored;
+  return PictureReader(bytes).turnsOnItsSide() ? EncodedSize{stored.height, stored.width} : stored;
 }
 
 }  // namespace vantorel

@@ -9,8 +9,9 @@
 namespace vantorel {
 
 /// The pixels of an encoded image, turned as its maker meant it to be seen. Null when it is
-/// damaged, of no known format, or not of acceptable size. Formats that are text, or drawings of
-/// any size, are not images here: a copied program must not become one. Any thread.
+/// damaged, of none of the formats of `imageFormatOf`, or not of acceptable size. Formats that are
+/// text, or drawings of any size, are not images here: a copied program must not become one. Any
+/// thread.
 [[nodiscard]] QImage decodedPixels(ByteView bytes);
 
 /// The same, scaled down with its proportions to fit into `fitting`, never up, and no side shorter

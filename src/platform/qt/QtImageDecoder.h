@@ -4,8 +4,8 @@
 
 namespace vantorel {
 
-/// Reads images with the toolkit and the formats that it has plug-ins for: PNG, JPEG, BMP and GIF
-/// always, TIFF, WebP and others where the system installed them. Needs no application object.
+/// Reads images with the toolkit: PNG, JPEG, BMP, GIF and ICO always, TIFF and WebP where the
+/// system installed the plug-ins; nothing else, whatever is installed. Needs no application object.
 class QtImageDecoder : public ImageDecoder {
  public:
   /// Raises the toolkit's own limit on memory for one image to what the program accepts.

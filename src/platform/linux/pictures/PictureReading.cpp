@@ -73,8 +73,10 @@ std::map<std::string, std::string> textsOfPng(ByteView bytes) {
   QByteArray data = viewOf(bytes);
   QBuffer buffer(&data);
   buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer, "png");
+  reader.setAutoDetectImageFormat(false);
   // The reader alone takes a colon for the end of a text's name; the picture knows better.
-  const QImage image = QImageReader(&buffer, "png").read();
+  const QImage image = reader.read();
   std::map<std::string, std::string> texts;
   for (const auto& key : image.textKeys()) {
     texts.emplace(key.toStdString(), image.text(key).toStdString());

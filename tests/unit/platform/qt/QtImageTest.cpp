@@ -102,6 +102,41 @@ TEST(Decoder, RefusesABitmapThatClaimsTooMuch) {
   EXPECT_EQ(decode(bitmap), nullptr);
 }
 
+/// A bitmap of one bit to a pixel, so that its many pixels take little room.
+Bytes sparse(int width, int height, const char* format) {
+  QImage pixels(width, height, QImage::Format_Mono);
+  pixels.fill(0);
+  return encoded(pixels, format);
+}
+
+TEST(Decoder, RefusesManyPixelsOfUncommonFormats) {
+  for (const auto* format : {"bmp", "tiff"}) {
+    EXPECT_EQ(decode(sparse(8000, 5001, format)), nullptr) << format;
+    EXPECT_NE(decode(sparse(8000, 100, format)), nullptr) << format;
+    EXPECT_EQ(QtImageDecoder().bitmap(sparse(8000, 5001, format), {9, 9}), nullptr) << format;
+  }
+  EXPECT_NE(decode(sparse(8000, 5001, "png")), nullptr);
+}
+
+TEST(Decoder, RefusesWhatOtherPlugInsWouldRead) {
+  const auto icns = "icns\0\0\0\x20is32\0\0\0\x18"s + std::string(16, '\0');
+  const auto targa = "\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\x18\0\0\0\xFF"s;
+  const auto wireless = "\0\0\x08\x01\xFF"s;
+  const auto drawing =
+      "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><rect width='9'/></svg>"s;
+  const auto rows = "P6 1 1 255 abc"s;
+  for (const auto& text : {icns, targa, wireless, drawing, rows}) {
+    EXPECT_EQ(decode(copied(text)), nullptr) << text;
+    EXPECT_EQ(QtImageDecoder().bitmap(copied(text), {9, 9}), nullptr) << text;
+  }
+}
+
+TEST(Decoder, ReadsAnIcon) {
+  const auto image = decode(encoded(colourful(32, 32, Transparency::none), "ico"));
+  ASSERT_TRUE(image);
+  EXPECT_EQ(image->size(), (Size{32, 32}));
+}
+
 TEST(Jpeg, HasTheSizeThatAViewerSees) {
   const auto jpeg = encoded(colourful(60, 40, Transparency::none), "jpg");
   for (const char upright : {'\1', '\2', '\3', '\4'}) {
