@@ -227,6 +227,7 @@ PinResult ClipStore::togglePinned(Uuid id) {
   ClipItem* const item = findById(items_, id);
   if (item == nullptr) return PinResult::notFound;
   if (!item->pinned() && !canPinMore()) return PinResult::limitReached;
+  numberPins(items_);  // one that was removed has left a gap
   item->isPinned = !item->pinned();
   item->pinOrder.reset();
   if (item->pinned()) item->pinOrder = static_cast<std::int64_t>(pinnedCount(items_)) - 1;

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
@@ -7,6 +7,7 @@
 namespace vantorel {
 namespace {
 
+using testing::ElementsAre;
 using Texts = std::vector<std::string>;
 
 std::vector<std::optional<std::int64_t>> pinOrders(TestStore& store) {
@@ -25,6 +26,29 @@ TEST(ClipStorePins, APinComesAfterThePinsBeforeIt) {
   EXPECT_EQ(store.texts(), (Texts{"a", "b", "c"}));
   EXPECT_EQ(store.item(a).pinOrder, 0);
   EXPECT_EQ(store.item(b).pinOrder, 1);
+}
+
+TEST(ClipStorePins, ANewPinComesLastAlsoWhereOneWasDeleted) {
+  TestStore store;
+  std::vector<Uuid> ids;
+  for (const char* text : {"a", "b", "c", "d"}) ids.push_back(store.addText(text));
+  for (int i = 0; i < 3; ++i) store->togglePinned(ids[i]);
+  store->remove(ids[0]);
+  store->togglePinned(ids[3]);
+  EXPECT_EQ(store.texts(), (Texts{"b", "c", "d"}));
+  EXPECT_THAT(pinOrders(store), ElementsAre(0, 1, 2));
+}
+
+TEST(ClipStorePins, ANewPinComesLastAmongFiveOfWhichTwoWereDeleted) {
+  TestStore store;
+  std::vector<Uuid> ids;
+  for (const char* text : {"1", "2", "3", "4", "5", "6"}) ids.push_back(store.addText(text));
+  for (int i = 0; i < 5; ++i) store->togglePinned(ids[i]);
+  store->remove(ids[0]);
+  store->remove(ids[1]);
+  store->togglePinned(ids[5]);
+  EXPECT_EQ(store.texts(), (Texts{"3", "4", "5", "6"}));
+  EXPECT_THAT(pinOrders(store), ElementsAre(0, 1, 2, 3));
 }
 
 TEST(ClipStorePins, NoMoreThanFive) {
