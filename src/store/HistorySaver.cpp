@@ -51,9 +51,17 @@ HistorySaver::HistorySaver(Dispatch& dispatch, FileSystem& files, std::filesyste
       items_(items) {}
 
 HistorySaver::~HistorySaver() {
-  if (!background_) return;
+  const bool isOnDisk = !endsUnsaved() || saveAtOnce();
+  if (isOnDisk && !discarded_.empty()) assets_.removeOrphans(namedAssets(items_));
+}
+
+/// Gives up the save under way, if any; whether the latest list is still to be written.
+bool HistorySaver::endsUnsaved() {
+  if (!background_) return !isSaved_;
+  const auto hasSaved = background_->hasSaved;
+  const bool again = background_->again;
   giveUpSave();
-  (void)saveAtOnce();
+  return again || !*hasSaved;
 }
 
 bool HistorySaver::saveAtOnce() {
@@ -62,6 +70,7 @@ bool HistorySaver::saveAtOnce() {
 
 void HistorySaver::save() {
   if (!storage_) return;
+  isSaved_ = false;
   if (background_) {
     background_->again = true;
   } else if (contentBytes(items_) > maxBytesAtOnce) {
@@ -83,13 +92,17 @@ void HistorySaver::saveInBackground() {
     }
   });
   background_->queue->async([items = items_, storage = storage_, path = path_, &files = files_,
-                             &main = dispatch_, finish = std::move(finish)] {
-    main.async([finish, saved = writeHistory(files, path, *storage, items)] { finish(saved); });
+                             &main = dispatch_, hasSaved = background_->hasSaved,
+                             finish = std::move(finish)] {
+    const bool saved = writeHistory(files, path, *storage, items);
+    *hasSaved = saved;
+    main.async([finish, saved] { finish(saved); });
   });
 }
 
 void HistorySaver::settle(bool saved) {
   if (saved) {
+    isSaved_ = true;
     retry_.reset();
     retryDelay_ = firstRetry;
     discarded_.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <set>
@@ -26,7 +27,8 @@ class HistorySaver {
   HistorySaver(Dispatch& dispatch, FileSystem& files, std::filesystem::path path,
                AssetFolder assets, std::shared_ptr<const SecureStorage> storage,
                const std::vector<ClipItem>& items);
-  /// Waits for a save under way, and then saves once more.
+  /// Waits for a save under way. Unless that brought the latest list to the disk, or nothing had to
+  /// go there, saves once more.
   ~HistorySaver();
   HistorySaver(const HistorySaver&) = delete;
   HistorySaver& operator=(const HistorySaver&) = delete;
@@ -56,11 +58,13 @@ class HistorySaver {
   struct Background {
     std::unique_ptr<SerialQueue> queue;
     bool again = false;  // the list has changed since
+    std::shared_ptr<std::atomic<bool>> hasSaved = std::make_shared<std::atomic<bool>>(false);
     Lifetime life;
   };
 
   void saveInBackground();
   void settle(bool saved);
+  [[nodiscard]] bool endsUnsaved();
 
   Dispatch& dispatch_;
   FileSystem& files_;
@@ -72,6 +76,7 @@ class HistorySaver {
   Seconds retryDelay_ = firstRetry;
   std::unique_ptr<Timer> retry_;
   std::unique_ptr<Background> background_;  // while a save is under way
+  bool isSaved_ = true;                     // the list as it is, or it was not to be saved
 };
 
 }  // namespace vantorel

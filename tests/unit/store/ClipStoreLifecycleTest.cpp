@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
 #include "store/HistoryFile.h"
 #include "store/SealedFile.h"
@@ -531,6 +532,27 @@ TEST(ClipStoreSaving, ChangesDuringAnOutageDoNotPutTheNextTryOff) {
   const std::size_t before = attempts(store);
   store.dispatch().advance(Seconds(1));
   EXPECT_EQ(attempts(store), before + 1);
+}
+
+TEST(ClipStoreSaving, AStoreThatEndsMakesALastAttemptAtWhatFailed) {
+  TestStore store;
+  store->captureImage(FakeImage({1, 1}, "picture"), {});
+  store.files().fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  store->remove(store->items()[0].id);
+  store.addText("a");
+  store.files().recover();
+  store.quit();
+  ASSERT_TRUE(store.savedItems());
+  EXPECT_EQ(store.savedItems()->size(), 1U);
+  EXPECT_TRUE(store.assetNames().empty());
+}
+
+TEST(ClipStoreSaving, AStoreThatEndsWithItsListOnTheDiskWritesNothing) {
+  TestStore store;
+  store.addText("a");
+  const std::size_t before = store.files().calls().size();
+  store.quit();
+  EXPECT_EQ(store.files().calls().size(), before);
 }
 
 TEST(ClipStoreSaving, AStoreThatIsGoneTriesNothing) {

@@ -63,6 +63,24 @@ TEST_F(SavingALongHistory, EndsWithTheLatestListOnTheDisk) {
   EXPECT_EQ(savedCount(), 2U);
 }
 
+TEST_F(SavingALongHistory, WhatASaveUnderWayHasWrittenIsNotWrittenAgainAtTheEnd) {
+  store_.addText(longText('a'));
+  const auto before = writes();
+  ASSERT_TRUE(store_.dispatch().runOne());  // written, and the main thread not told yet
+  store_.quit();
+  EXPECT_EQ(writes(), before + 1);
+  EXPECT_EQ(savedCount(), 1U);
+}
+
+TEST_F(SavingALongHistory, WhatASaveUnderWayCouldNotWriteIsWrittenAtTheEnd) {
+  store_.files().fail(Operation::writeNewFile, std::errc::no_space_on_device);
+  store_.addText(longText('a'));
+  ASSERT_TRUE(store_.dispatch().runOne());
+  store_.files().recover();
+  store_.quit();
+  EXPECT_EQ(savedCount(), 1U);
+}
+
 TEST_F(SavingALongHistory, IsTriedAgainAfterAFailure) {
   store_.files().fail(Operation::writeNewFile, std::errc::no_space_on_device);
   store_.addText(longText('a'));
