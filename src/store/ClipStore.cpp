@@ -19,7 +19,6 @@
 namespace vantorel {
 namespace {
 
-constexpr unsigned directoryPermissions = 0700;
 constexpr std::string_view historyName = "history.vntl";
 constexpr std::string_view legacyHistoryName = "history.json";
 constexpr std::uint64_t maxEnvelopeOverhead = 4096;
@@ -50,13 +49,14 @@ ClipStore::ClipStore(ClipStoreServices services,
                      std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits)
     : services_(std::move(services)),
       limits_(limits),
-      baseUrl_(baseDirectory(services_, baseUrl)),
-      indexUrl_(baseUrl_ / historyName),
-      legacyIndexUrl_(baseUrl_ / legacyHistoryName),
-      assets_(services_.files, baseUrl_ / "Assets"),
+      directories_(services_.files, baseDirectory(services_, baseUrl)),
+      indexUrl_(directories_.base() / historyName),
+      legacyIndexUrl_(directories_.base() / legacyHistoryName),
+      assets_(services_.files, directories_.assets()),
       secureStorage_(secureStorage ? std::move(secureStorage)
                                    : storageFor(services_.keychain, !baseUrl.has_value())),
-      saver_(services_.dispatch, services_.files, indexUrl_, assets_, secureStorage_, items_),
+      file_(services_.files, directories_, indexUrl_, secureStorage_),
+      saver_(services_.dispatch, file_, assets_, items_),
       readings_({.dispatch = services_.dispatch,
                  .recognition = services_.recognition,
                  .queue = services_.recognitionQueue,
@@ -65,18 +65,8 @@ ClipStore::ClipStore(ClipStoreServices services,
                 items_, [this](Uuid id, const auto& contentHash, const std::string& text) {
                   setRecognizedText(id, contentHash, text);
                 }) {
-  prepareStorageDirectories();
-  if (persistenceIsReady_) persistenceIsReady_ = load();
+  persistenceIsReady_ = !directories_.prepare() && load();
   if (persistenceIsReady_) tidyLoadedHistory();
-}
-
-void ClipStore::prepareStorageDirectories() {
-  FileSystem& files = services_.files;
-  // The permissions may be another's, if the directories stood there before.
-  persistenceIsReady_ = !files.createDirectories(assetsUrl(), directoryPermissions) &&
-                        !files.setPermissions(baseUrl_, directoryPermissions) &&
-                        !files.setPermissions(assetsUrl(), directoryPermissions) &&
-                        !files.excludeFromBackup(baseUrl_);
 }
 
 bool ClipStore::load() {
@@ -102,7 +92,7 @@ bool ClipStore::migrateLegacy() {
   auto items = decodeHistory(std::move(*json));
   if (!items || !secureStorage_) return false;
   items_ = std::move(*items);
-  if (!encryptLegacyAssets() || !saver_.saveAtOnce()) return false;
+  if (!encryptLegacyAssets() || !file_.write(items_)) return false;
   (void)services_.files.remove(legacyIndexUrl_);
   return true;
 }
@@ -121,7 +111,7 @@ bool ClipStore::encryptLegacyAssets() {
 void ClipStore::tidyLoadedHistory() {
   separateIdentities(items_);
   items_ = coalesced(std::move(items_));
-  saver_.removeUnfinishedWrites();  // before there is one under way
+  file_.removeUnfinishedWrites();  // before there is one under way
   commit(Upkeep::all);
   for (const ClipItem& item : items_) readings_.begin(item);
 }
@@ -192,7 +182,8 @@ std::optional<ClipStore::Capture> ClipStore::captureImage(const Image& image,
   std::string name = Uuid::random().string() + "." + encoded->extension;
   if (const ClipItem* const stored = storedImage(hash)) {
     name = *stored->assetFilename;
-  } else if (!writeSealed(services_.files, assetsUrl() / name, *secureStorage_, *encoded->bytes)) {
+  } else if (directories_.restore() ||
+             !writeSealed(services_.files, assetsUrl() / name, *secureStorage_, *encoded->bytes)) {
     return std::nullopt;
   }
   const Capture capture = insert(

@@ -18,9 +18,11 @@
 #include "security/SecureStorage.h"
 #include "store/AssetFolder.h"
 #include "store/ClipItem.h"
+#include "store/HistoryDirectories.h"
 #include "store/HistorySaver.h"
 #include "store/PictureReadings.h"
 #include "store/PinResult.h"
+#include "store/SealedHistory.h"
 #include "store/SourceApp.h"
 
 namespace vantorel {
@@ -74,8 +76,8 @@ class ClipStore {
 
   [[nodiscard]] const std::vector<ClipItem>& items() const { return items_; }
   [[nodiscard]] const ClipStoreLimits& limits() const { return limits_; }
-  [[nodiscard]] const std::filesystem::path& baseUrl() const { return baseUrl_; }
-  [[nodiscard]] const std::filesystem::path& assetsUrl() const { return assets_.directory(); }
+  [[nodiscard]] const std::filesystem::path& baseUrl() const { return directories_.base(); }
+  [[nodiscard]] const std::filesystem::path& assetsUrl() const { return directories_.assets(); }
   [[nodiscard]] const std::filesystem::path& indexUrl() const { return indexUrl_; }
   [[nodiscard]] const std::filesystem::path& legacyIndexUrl() const { return legacyIndexUrl_; }
   /// Absent when no key could be had: nothing is read or written then.
@@ -125,7 +127,6 @@ class ClipStore {
   bool takeOut(const std::function<bool(const ClipItem&)>& goes);
   void discardAssetsOf(const std::vector<ClipItem>& dropped);
 
-  void prepareStorageDirectories();
   [[nodiscard]] bool load();
   [[nodiscard]] bool loadSealed();
   [[nodiscard]] bool migrateLegacy();
@@ -139,13 +140,14 @@ class ClipStore {
 
   ClipStoreServices services_;
   ClipStoreLimits limits_;
-  std::filesystem::path baseUrl_;
+  HistoryDirectories directories_;
   std::filesystem::path indexUrl_;
   std::filesystem::path legacyIndexUrl_;
   AssetFolder assets_;
   std::shared_ptr<SecureStorage> secureStorage_;
   std::vector<ClipItem> items_;
   bool persistenceIsReady_ = true;
+  SealedHistory file_;
   HistorySaver saver_;
   PictureReadings readings_;
 };

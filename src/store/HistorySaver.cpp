@@ -1,13 +1,9 @@
 #include "store/HistorySaver.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 
-#include "base/AtomicFile.h"
 #include "store/ClipRetention.h"
-#include "store/HistoryFile.h"
-#include "store/SealedFile.h"
 
 namespace vantorel {
 namespace {
@@ -27,31 +23,14 @@ std::size_t contentBytes(const std::vector<ClipItem>& items) {
   return total;
 }
 
-bool writeHistory(FileSystem& files, const std::filesystem::path& path,
-                  const SecureStorage& storage, const std::vector<ClipItem>& items) {
-  if (contentBytes(items) > maximumHistoryBytes) return false;  // nor does the JSON fit then
-  try {
-    const Bytes json = encodeHistory(items);
-    return json.size() <= maximumHistoryBytes && writeSealed(files, path, storage, json);
-  } catch (const std::exception&) {  // no memory for it
-    return false;
-  }
-}
-
 }  // namespace
 
-HistorySaver::HistorySaver(Dispatch& dispatch, FileSystem& files, std::filesystem::path path,
-                           AssetFolder assets, std::shared_ptr<const SecureStorage> storage,
+HistorySaver::HistorySaver(Dispatch& dispatch, SealedHistory file, AssetFolder assets,
                            const std::vector<ClipItem>& items)
-    : dispatch_(dispatch),
-      files_(files),
-      path_(std::move(path)),
-      assets_(std::move(assets)),
-      storage_(std::move(storage)),
-      items_(items) {}
+    : dispatch_(dispatch), file_(std::move(file)), assets_(std::move(assets)), items_(items) {}
 
 HistorySaver::~HistorySaver() {
-  const bool isOnDisk = !endsUnsaved() || saveAtOnce();
+  const bool isOnDisk = !endsUnsaved() || file_.write(items_);
   if (isOnDisk && !discarded_.empty()) assets_.removeOrphans(namedAssets(items_));
 }
 
@@ -64,19 +43,14 @@ bool HistorySaver::endsUnsaved() {
   return again || !*hasSaved;
 }
 
-bool HistorySaver::saveAtOnce() {
-  return storage_ && writeHistory(files_, path_, *storage_, items_);
-}
-
 void HistorySaver::save() {
-  if (!storage_) return;
   isSaved_ = false;
   if (background_) {
     background_->again = true;
   } else if (contentBytes(items_) > maxBytesAtOnce) {
     saveInBackground();
   } else {
-    settle(saveAtOnce());
+    settle(file_.write(items_));
   }
 }
 
@@ -91,10 +65,9 @@ void HistorySaver::saveInBackground() {
       settle(saved);
     }
   });
-  background_->queue->async([items = items_, storage = storage_, path = path_, &files = files_,
-                             &main = dispatch_, hasSaved = background_->hasSaved,
-                             finish = std::move(finish)] {
-    const bool saved = writeHistory(files, path, *storage, items);
+  background_->queue->async([items = items_, file = file_, &main = dispatch_,
+                             hasSaved = background_->hasSaved, finish = std::move(finish)] {
+    const bool saved = file.write(items);
     *hasSaved = saved;
     main.async([finish, saved] { finish(saved); });
   });
@@ -115,14 +88,6 @@ void HistorySaver::settle(bool saved) {
     retryDelay_ = std::min(retryDelay_ * 2, longestRetry);
     save();
   });
-}
-
-void HistorySaver::removeUnfinishedWrites() {
-  const auto directory = path_.parent_path();
-  for (const auto& name : files_.list(directory).value_or(std::vector<FileSystem::Path>())) {
-    if (isUnfinishedWrite(name.string(), path_.filename().string()))
-      (void)files_.remove(directory / name);
-  }
 }
 
 void HistorySaver::deleteDiscarded() {

@@ -1,18 +1,16 @@
 #pragma once
 
 #include <atomic>
-#include <filesystem>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "base/FileSystem.h"
 #include "base/Lifetime.h"
 #include "platform/Dispatch.h"
-#include "security/SecureStorage.h"
 #include "store/AssetFolder.h"
 #include "store/ClipItem.h"
+#include "store/SealedHistory.h"
 
 namespace vantorel {
 
@@ -22,10 +20,8 @@ namespace vantorel {
 /// list in memory no longer does: only then are they deleted. Main thread.
 class HistorySaver {
  public:
-  /// Saves `items`, as it then is, to the file at `path`; the list, the dispatch and the files
-  /// outlive this. Without a storage nothing is saved.
-  HistorySaver(Dispatch& dispatch, FileSystem& files, std::filesystem::path path,
-               AssetFolder assets, std::shared_ptr<const SecureStorage> storage,
+  /// Saves `items`, as it then is, to `file`. All outlive this but what is copied.
+  HistorySaver(Dispatch& dispatch, SealedHistory file, AssetFolder assets,
                const std::vector<ClipItem>& items);
   /// Waits for a save under way. Unless that brought the latest list to the disk, or nothing had to
   /// go there, saves once more.
@@ -33,15 +29,10 @@ class HistorySaver {
   HistorySaver(const HistorySaver&) = delete;
   HistorySaver& operator=(const HistorySaver&) = delete;
 
-  /// Saves before it returns, or fails without trying again.
-  [[nodiscard]] bool saveAtOnce();
   /// Saves at once, or a long list on a queue; tries again by itself when that fails.
   void save();
   /// Returns when nothing writes any more. Whether the last save came to its end is not known then.
   void giveUpSave() { background_.reset(); }
-
-  /// Of saves that a sudden end cut short.
-  void removeUnfinishedWrites();
 
   /// Asset files that the list names no longer, and the disk perhaps still does.
   void discard(const std::set<std::string>& names) {
@@ -67,10 +58,8 @@ class HistorySaver {
   [[nodiscard]] bool endsUnsaved();
 
   Dispatch& dispatch_;
-  FileSystem& files_;
-  std::filesystem::path path_;
+  SealedHistory file_;
   AssetFolder assets_;
-  std::shared_ptr<const SecureStorage> storage_;
   const std::vector<ClipItem>& items_;
   std::set<std::string> discarded_;
   Seconds retryDelay_ = firstRetry;

@@ -2,6 +2,7 @@
 
 import os
 import random
+import shutil
 import signal
 import time
 import unittest
@@ -60,6 +61,20 @@ class Restart(VantorelTestCase):
             self.vantorel.copy(f"text {number}")
         self.assertEqual(self.vantorel.history.texts(),
                          [f"text {number}" for number in range(52, 2, -1)])
+
+
+class DirectoryTakenAway(VantorelTestCase):
+    def test_the_history_is_whole_again_with_the_next_copy(self):
+        self.vantorel.copy("before")
+        shutil.rmtree(self.vantorel.history.directory)
+        self.vantorel.copy("after")
+        self.assertEqual(self.vantorel.history.texts(), ["after", "before"])
+        for name, mode in self.vantorel.history.modes().items():
+            folder = os.path.isdir(os.path.join(self.vantorel.history.directory, name))
+            self.assertEqual(mode, 0o700 if folder else 0o600, name)
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.vantorel.start()
+        self.assertEqual(self.vantorel.history.texts(), ["after", "before"])
 
 
 class Secrecy(VantorelTestCase):

@@ -534,6 +534,43 @@ TEST(ClipStoreSaving, ChangesDuringAnOutageDoNotPutTheNextTryOff) {
   EXPECT_EQ(attempts(store), before + 1);
 }
 
+TEST(ClipStoreSaving, DirectoriesThatWereTakenAwayAreMadeAgain) {
+  for (const bool all : {true, false}) {
+    TestStore store;
+    store.addText("a");
+    fs::remove_all(all ? store.base() : store.assets());
+    store.addText("b");
+    ASSERT_TRUE(store.savedItems());
+    EXPECT_EQ(store.savedItems()->size(), 2U);
+    EXPECT_EQ(permissions(store.base()), 0700U);
+    EXPECT_EQ(permissions(store.assets()), 0700U);
+    EXPECT_EQ(store.dispatch().timerCount(), 0U);
+  }
+}
+
+TEST(ClipStoreSaving, APictureIsKeptAlsoAfterTheDirectoriesWereTakenAway) {
+  TestStore store;
+  store.addText("a");
+  fs::remove_all(store.base());
+  EXPECT_TRUE(store->captureImage(FakeImage({1, 1}, "picture"), {}));
+  store.restart();
+  ASSERT_EQ(store->items().size(), 2U);
+  EXPECT_EQ(store->assetData(store->items()[0]), toBytes("picture"));
+}
+
+TEST(ClipStoreSaving, DirectoriesThatCannotBeMadeAgainAreTriedAgain) {
+  TestStore store;
+  store.addText("a");
+  fs::remove_all(store.base());
+  store.files().fail(FaultyFileSystem::Operation::createDirectories, std::errc::io_error);
+  store.addText("b");
+  EXPECT_FALSE(store.savedItems());
+  store.files().recover();
+  store.dispatch().advance(Seconds(5));
+  ASSERT_TRUE(store.savedItems());
+  EXPECT_EQ(store.savedItems()->size(), 2U);
+}
+
 TEST(ClipStoreSaving, AStoreThatEndsMakesALastAttemptAtWhatFailed) {
   TestStore store;
   store->captureImage(FakeImage({1, 1}, "picture"), {});

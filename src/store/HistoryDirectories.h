@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+
+#include "base/FileSystem.h"
+
+namespace vantorel {
+
+/// Where a history lives: a base directory, and in it one for the pictures. Cheap to copy. Any
+/// thread.
+class HistoryDirectories {
+ public:
+  /// `files` outlives this.
+  HistoryDirectories(FileSystem& files, std::filesystem::path base);
+
+  [[nodiscard]] const std::filesystem::path& base() const { return base_; }
+  [[nodiscard]] const std::filesystem::path& assets() const { return assets_; }
+
+  /// Makes what is missing, and everything its owner's alone.
+  [[nodiscard]] FileSystem::Error prepare() const;
+  /// The same, once they stood, should somebody have taken them away since. Asks the disk one
+  /// question where nobody has.
+  [[nodiscard]] FileSystem::Error restore() const;
+
+ private:
+  FileSystem& files_;
+  std::filesystem::path base_;
+  std::filesystem::path assets_;
+};
+
+}  // namespace vantorel
