@@ -39,6 +39,10 @@ class FileSystem {
   [[nodiscard]] virtual Error setPermissions(const Path& path, unsigned permissions) = 0;
   /// Keeps the directory out of backups as far as the file system can be told.
   [[nodiscard]] virtual Error excludeFromBackup(const Path& path) = 0;
+  /// Takes the directory for this process until it ends, or until it takes another. Success, too,
+  /// when it has it already, and where directories cannot be taken; `device_or_resource_busy` when
+  /// another process has it.
+  [[nodiscard]] virtual Error claim(const Path& directory) = 0;
 
   /// Creates `path`, which must not exist, with `permissions` from its first moment, writes the
   /// bytes and brings them to the disk.

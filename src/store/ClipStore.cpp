@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/ContentFingerprint.h"
+#include "platform/ApplicationId.h"
 #include "store/CapturedEntries.h"
 #include "store/ClipDuplicates.h"
 #include "store/ClipOrder.h"
@@ -30,7 +31,7 @@ std::filesystem::path baseDirectory(const ClipStoreServices& services,
     std::fputs("vantorel: there is no directory to keep the history in\n", stderr);
     std::abort();
   }
-  return services.applicationSupport / "ClipHistory";
+  return services.applicationSupport / applicationId::historyDirectory;
 }
 
 std::shared_ptr<SecureStorage> storageFor(Keychain& keychain, bool isProduction) {

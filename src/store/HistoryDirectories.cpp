@@ -15,11 +15,10 @@ Error HistoryDirectories::prepare() const {
   // The permissions may be another's, if the directories stood there before.
   if (const Error error = files_.setPermissions(base_, ownerOnly)) return error;
   if (const Error error = files_.setPermissions(assets_, ownerOnly)) return error;
-  return files_.excludeFromBackup(base_);
+  if (const Error error = files_.excludeFromBackup(base_)) return error;
+  return files_.claim(base_);
 }
 
-Error HistoryDirectories::restore() const {
-  return files_.exists(assets_) ? Error() : prepare();
-}
+Error HistoryDirectories::restore() const { return files_.exists(assets_) ? Error() : prepare(); }
 
 }  // namespace vantorel

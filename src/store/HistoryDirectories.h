@@ -16,7 +16,8 @@ class HistoryDirectories {
   [[nodiscard]] const std::filesystem::path& base() const { return base_; }
   [[nodiscard]] const std::filesystem::path& assets() const { return assets_; }
 
-  /// Makes what is missing, and everything its owner's alone.
+  /// Makes what is missing, and everything its owner's alone and this process's: two programs
+  /// would delete each other's pictures, and the last to save would win.
   [[nodiscard]] FileSystem::Error prepare() const;
   /// The same, once they stood, should somebody have taken them away since. Asks the disk one
   /// question where nobody has.

@@ -11,7 +11,7 @@ from harness import applications, pictures
 from harness.case import VantorelTestCase
 from harness.desktop import PrivateDesktop
 from harness.history import files_holding, text_item
-from harness.vantorel import Vantorel
+from harness.vantorel import Vantorel, program_path
 from harness.waiting import stays_true, wait_for
 
 
@@ -217,6 +217,40 @@ class OneInstance(VantorelTestCase):
         self.assertEqual(self.vantorel.process.returncode, 0)
 
 
+class OneWriter(VantorelTestCase):
+    """One history has one program, also when neither session knows of the other."""
+
+    def _second(self, **variables):
+        runtime = os.path.join(self.desktop.base, "another-runtime")
+        os.makedirs(runtime, mode=0o700, exist_ok=True)
+        return self.desktop.run(
+            [program_path()], {"XDG_RUNTIME_DIR": runtime,
+                               "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus",
+                               **variables}, limit=10)
+
+    def _expect_refusal(self, second):
+        self.assertEqual(second.returncode, 1)
+        self.assertEqual(second.stderr.decode(), "vantorel: already running, and no session bus "
+                                                 "reaches it from here.\n")
+        self.assertTrue(self.vantorel.is_running())
+
+    def test_a_second_program_is_refused(self):
+        self.vantorel.copy("of the first")
+        self._expect_refusal(self._second())
+        self.vantorel.copy("still of the first")
+
+    def test_a_second_program_is_refused_however_it_spells_the_place(self):
+        link = os.path.join(self.desktop.base, "link")
+        os.symlink(self.desktop.env["XDG_DATA_HOME"], link)
+        self._expect_refusal(self._second(XDG_DATA_HOME=link))
+
+    def test_a_second_program_is_refused_after_the_directory_was_made_again(self):
+        self.vantorel.copy("before")
+        shutil.rmtree(self.vantorel.history.directory)
+        self.vantorel.copy("after")
+        self._expect_refusal(self._second())
+
+
 class CommandLine(VantorelTestCase):
     def _run(self, *arguments):
         answer = self.vantorel.command(*arguments)
@@ -252,7 +286,6 @@ class CommandLine(VantorelTestCase):
 
     def test_version_and_help_need_no_desktop(self):
         bare = {"DISPLAY": "", "DBUS_SESSION_BUS_ADDRESS": ""}
-        from harness.vantorel import program_path
         version = self.desktop.run([program_path(), "--version"], bare)
         self.assertEqual(version.returncode, 0)
         self.assertRegex(version.stdout.decode(), r"\d+\.\d+")

@@ -41,6 +41,10 @@ Error FaultyFileSystem::excludeFromBackup(const Path& path) {
   return change(Operation::excludeFromBackup, path, [&] { return files_.excludeFromBackup(path); });
 }
 
+Error FaultyFileSystem::claim(const Path& directory) {
+  return change(Operation::claim, directory, [&] { return files_.claim(directory); });
+}
+
 Error FaultyFileSystem::writeNewFile(const Path& path, ByteView bytes, unsigned permissions) {
   return change(
       Operation::writeNewFile, path, [&] { return files_.writeNewFile(path, bytes, permissions); },

@@ -72,8 +72,8 @@ struct CloseDirectory {
 
 }  // namespace
 
-PosixFileSystem::PosixFileSystem(ExcludeFromBackup excludeFromBackup)
-    : excludeFromBackup_(std::move(excludeFromBackup)) {}
+PosixFileSystem::PosixFileSystem(OnDirectory excludeFromBackup, OnDirectory claim)
+    : excludeFromBackup_(std::move(excludeFromBackup)), claim_(std::move(claim)) {}
 
 bool PosixFileSystem::exists(const Path& path) {
   if (!isNameable(path)) return false;
@@ -148,6 +148,11 @@ Error PosixFileSystem::setPermissions(const Path& path, unsigned permissions) {
 Error PosixFileSystem::excludeFromBackup(const Path& path) {
   if (!isNameable(path)) return noSuchName();
   return excludeFromBackup_ ? excludeFromBackup_(path) : Error();
+}
+
+Error PosixFileSystem::claim(const Path& directory) {
+  if (!isNameable(directory)) return noSuchName();
+  return claim_ ? claim_(directory) : Error();
 }
 
 Error PosixFileSystem::writeNewFile(const Path& path, ByteView bytes, unsigned permissions) {

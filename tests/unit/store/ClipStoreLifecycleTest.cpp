@@ -285,7 +285,7 @@ TEST(ClipStoreStart, RefusesAHistoryOfAbsurdSizeWithoutReadingIt) {
 }
 
 TEST(ClipStoreStart, IsWithoutPersistenceWhenAnyStepOfThePreparationFails) {
-  for (int step = 0; step < 4; ++step) {
+  for (int step = 0; step < 5; ++step) {
     Place place;
     place.files.failAt(step, std::errc::permission_denied);
     const auto store = place.open();
@@ -409,7 +409,7 @@ TEST(ClipStoreMigration, IsPutOffWithoutAKey) {
 }
 
 TEST(ClipStoreMigration, IsTriedAgainAtTheNextStartWhenItFailed) {
-  for (int step = 4; step < 10; ++step) {  // every operation after the preparation's four
+  for (int step = 5; step < 11; ++step) {  // every operation after the preparation's five
     Place place;
     writeFile(place.assets() / "plain.png", "picture");
     writeFile(place.legacy(), legacyJson({imageItem("plain.png", "h1"), textItem("text")}));

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "platform/ApplicationId.h"
 #include "platform/linux/bus/ApplicationService.h"
 #include "platform/linux/start/StartDecision.h"
 #include "platform/linux/xdg/XdgDirectories.h"
@@ -28,12 +29,20 @@ std::optional<int> OneInstance::endsWithToolkit(ApplicationService& service) {
   return statusOf(decideWithToolkit({
       .forward = [this] { return forward(); },
       .claim = [&service] { return service.claim(); },
-      .lock =
-          [this] {
-            const auto path = instanceLockPath(XdgDirectories::fromEnvironment(processEnvironment));
-            return path ? lock_.take(*path) : InstanceLock::Result::unavailable;
-          },
+      .lock = [this] { return takeLocks(); },
   }));
+}
+
+/// The session's lock tells of an instance whose history stands nowhere yet, the history's own of
+/// one that has another session.
+InstanceLock::Result OneInstance::takeLocks() {
+  using Result = InstanceLock::Result;
+  const auto directories = XdgDirectories::fromEnvironment(processEnvironment);
+  const auto path = instanceLockPath(directories);
+  const Result session = path ? lock_.take(*path) : Result::unavailable;
+  if (session == Result::heldByAnother || !directories.dataHome) return session;
+  const Result history = historyLock_.take(*directories.dataHome / applicationId::historyDirectory);
+  return history == Result::unavailable ? session : history;
 }
 
 ForwardResult OneInstance::forward() const {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "platform/ActionRequest.h"
+#include "platform/linux/start/HistoryLock.h"
 #include "platform/linux/start/InstanceLock.h"
 #include "platform/linux/start/RunningInstance.h"
 
@@ -24,11 +25,16 @@ class OneInstance {
   /// Once there is an application object and with it `service`.
   [[nodiscard]] std::optional<int> endsWithToolkit(ApplicationService& service);
 
+  /// What keeps the history this instance's own; lives as long as this.
+  [[nodiscard]] HistoryLock& historyLock() { return historyLock_; }
+
  private:
   [[nodiscard]] ForwardResult forward() const;
+  [[nodiscard]] InstanceLock::Result takeLocks();
 
   const ActionRequest request_;
   InstanceLock lock_;
+  HistoryLock historyLock_;
 };
 
 }  // namespace vantorel

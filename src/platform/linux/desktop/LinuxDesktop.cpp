@@ -14,6 +14,7 @@
 #include "platform/linux/pictures/ThemeIcons.h"
 #include "platform/linux/settings/JsonUserDefaults.h"
 #include "platform/linux/start/AutostartLoginItem.h"
+#include "platform/linux/start/HistoryLock.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "platform/linux/windows/KeyCodeTable.h"
@@ -43,14 +44,17 @@ std::filesystem::path installedIconThemes(const std::filesystem::path& program) 
 }  // namespace
 
 struct LinuxDesktop::Ports {
-  Ports(Dispatch& dispatchPort, Keychain& keychainPort, SessionBus& sessionBus)
-      : dispatch(dispatchPort), keychain(keychainPort), bus(sessionBus) {}
+  Ports(Dispatch& dispatchPort, Keychain& keychainPort, SessionBus& sessionBus, HistoryLock& lock)
+      : dispatch(dispatchPort), keychain(keychainPort), bus(sessionBus), historyLock(lock) {}
 
   Dispatch& dispatch;
   Keychain& keychain;
   SessionBus& bus;
+  HistoryLock& historyLock;
   XdgDirectories directories = XdgDirectories::fromEnvironment(processEnvironment);
-  PosixFileSystem files{setNoDump};
+  PosixFileSystem files{setNoDump, [this](const std::filesystem::path& directory) {
+                          return historyLock.claim(directory);
+                        }};
   std::shared_ptr<FileSystem> distantFiles = std::make_shared<PosixFileSystem>();
   JsonUserDefaults defaults{files, defaultsFile(directories)};
   AutostartLoginItem loginItem{files, AutostartPlaces::fromEnvironment(processEnvironment),
@@ -109,8 +113,8 @@ LinuxDesktop::LinuxDesktop(std::unique_ptr<Ports> ports) : ports_(std::move(port
 LinuxDesktop::~LinuxDesktop() = default;
 
 std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& keychain,
-                                                 SessionBus& bus) {
-  auto ports = std::make_unique<Ports>(dispatch, keychain, bus);
+                                                 SessionBus& bus, HistoryLock& historyLock) {
+  auto ports = std::make_unique<Ports>(dispatch, keychain, bus, historyLock);
   if (ports->defaults.areLost()) {
     std::fputs("vantorel: the settings cannot be read; nothing is recorded until resumed.\n",
                stderr);

@@ -6,6 +6,7 @@
 
 namespace vantorel {
 
+class HistoryLock;
 class SessionBus;
 
 /// Builds and owns the ports of an X11 desktop. Main thread.
@@ -14,7 +15,8 @@ class LinuxDesktop {
   /// Null when no X server can be reached. Needs the toolkit's application object; all outlive the
   /// result.
   [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(Dispatch& dispatch, Keychain& keychain,
-                                                          SessionBus& bus);
+                                                          SessionBus& bus,
+                                                          HistoryLock& historyLock);
   ~LinuxDesktop();
   LinuxDesktop(const LinuxDesktop&) = delete;
   LinuxDesktop& operator=(const LinuxDesktop&) = delete;

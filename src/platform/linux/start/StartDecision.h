@@ -32,9 +32,8 @@ struct StartSteps {
 };
 
 /// Then, once there is an application object: becomes the one instance, or hands the request to
-/// whoever became it at the same moment. A lock file keeps a second instance away from the history
-/// of one that the session bus does not know of; where a lock is not to be had the program runs
-/// without.
+/// whoever became it at the same moment. Locks keep a second instance away from the history of one
+/// that the session bus does not know of; where none is to be had the program runs without.
 [[nodiscard]] StartDecision decideWithToolkit(const StartSteps& steps);
 
 }  // namespace vantorel

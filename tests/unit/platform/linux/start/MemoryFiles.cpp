@@ -43,6 +43,8 @@ FileSystem::Error MemoryFiles::setPermissions(const Path& path, unsigned permiss
 
 FileSystem::Error MemoryFiles::excludeFromBackup(const Path& /*path*/) { return {}; }
 
+FileSystem::Error MemoryFiles::claim(const Path& /*directory*/) { return {}; }
+
 FileSystem::Error MemoryFiles::writeNewFile(const Path& path, ByteView bytes,
                                             unsigned permissions) {
   if (files.contains(path)) return make_error_code(std::errc::file_exists);

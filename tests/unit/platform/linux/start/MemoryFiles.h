@@ -25,6 +25,7 @@ class MemoryFiles : public FileSystem {
   [[nodiscard]] Error createDirectories(const Path& path, unsigned permissions) override;
   [[nodiscard]] Error setPermissions(const Path& path, unsigned permissions) override;
   [[nodiscard]] Error excludeFromBackup(const Path& path) override;
+  [[nodiscard]] Error claim(const Path& directory) override;
   [[nodiscard]] Error writeNewFile(const Path& path, ByteView bytes, unsigned permissions) override;
   [[nodiscard]] Error rename(const Path& from, const Path& to) override;
   [[nodiscard]] Error syncDirectory(const Path& path) override;
