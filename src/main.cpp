@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
     keychain.prepare({HistoryKeychain::baseQuery(HistoryKeychain::Backend::loginKeychain)},
                      [&program] { program.keyringAnswered(); });
   };
-  keychain.onUnlocked(prepare);
+  keychain.onAvailable(prepare);
   prepare();  // the keyring answers while the toolkit gets ready
 
   Program::describeApplication();

@@ -29,8 +29,8 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  /// The keyring's answer is known; called again when the user has unlocked it later: the history
-  /// can be read then, so the application starts over.
+  /// The keyring's answer is known; called again when it has come or was unlocked later: the
+  /// history can be read then, so the application starts over.
   void keyringAnswered();
   /// There is a desktop; its ports live until `end` returns.
   void begin(const Desktop& desktop);

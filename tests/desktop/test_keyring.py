@@ -27,6 +27,17 @@ class KeyringTestCase(VantorelTestCase):
         self.vantorel.press_shortcut()
         self.vantorel.wait_until_hidden()
 
+    def expect_capture(self):
+        """The keyring has come: what is copied now is kept under the key that lies there."""
+        wait_for("capturing", self.copied_text_is_saved, 20)
+        self.assertEqual(self.desktop.keyring.item_count(), 1)
+
+    def copied_text_is_saved(self):
+        self.clipboard.copy("after the keyring came")
+        key = self.desktop.keyring.key()
+        return (key is not None and self.vantorel.history.exists()
+                and _opens_with(self.vantorel.history, key, "after the keyring came"))
+
     def expect_no_file(self):
         self.assertFalse(self.vantorel.history.exists())
         files = [name for _, _, names in os.walk(self.vantorel.history.directory)
@@ -62,6 +73,38 @@ class Absent(KeyringTestCase):
         self.expect_panel_and_no_capture()
         self.expect_no_file()
 
+    def test_one_that_comes_later_is_used(self):
+        self.start_and_expect_the_notice()
+        self.desktop.keyring.start(KeyringState.UNLOCKED, self.desktop.env)
+        self.expect_capture()
+
+    def test_one_that_comes_later_and_locked_is_used_when_it_is_unlocked(self):
+        self.start_and_expect_the_notice()
+        self.desktop.keyring.start(KeyringState.UNLOCKED, self.desktop.env)
+        self.expect_capture()
+        self.assertEqual(self.vantorel.quit(), 0)
+        key = self.desktop.keyring.key()
+        before = self.vantorel.history.raw()
+        self.desktop.keyring.stop()
+        self.start_and_expect_the_notice()
+        self.desktop.keyring.start(KeyringState.NO_COLLECTION, self.desktop.env)
+        wait_for("the locked collection", self.desktop.keyring.is_locked)
+        stays_true("the history", lambda: self.vantorel.history.raw() == before, 2)
+        self.desktop.keyring.unlock()
+        self.expect_capture()
+        self.assertEqual(self.desktop.keyring.key(), key)
+
+    def test_the_history_of_its_key_is_read(self):
+        self.desktop.keyring.start(KeyringState.UNLOCKED, self.desktop.env)
+        self.desktop.keyring.store(KEY)
+        self.desktop.keyring.stop()
+        self.vantorel.history.write([text_item("from before")], key=KEY)
+        self.start_and_expect_the_notice()
+        self.desktop.keyring.start(KeyringState.UNLOCKED, self.desktop.env)
+        self.expect_capture()
+        self.assertEqual(self.desktop.keyring.key(), KEY)
+        self.assertTrue(_opens_with(self.vantorel.history, KEY, "from before"))
+
 
 class WithoutCollection(KeyringTestCase):
     desktop_options = {"keyring": KeyringState.NO_COLLECTION}
@@ -72,16 +115,27 @@ class WithoutCollection(KeyringTestCase):
         self.expect_no_file()
         self.assertEqual(self.desktop.keyring.item_count(), 0)
 
+    def test_a_collection_that_is_made_later_is_used(self):
+        self.start_and_expect_the_notice()
+        self.desktop.keyring.make_default(self.desktop.keyring.create_collection())
+        self.expect_capture()
+
+    def test_a_collection_that_becomes_the_default_one_later_is_used(self):
+        self.start_and_expect_the_notice()
+        made = self.desktop.keyring.create_collection()
+        stays_true("no file", lambda: not self.vantorel.history.exists(), 2)
+        self.desktop.keyring.make_default(made)
+        self.expect_capture()
+
 
 class Stopped(KeyringTestCase):
-    def test_it_is_given_up_in_seconds_and_nothing_is_created_later(self):
+    def test_it_is_given_up_in_seconds_and_used_when_it_answers_again(self):
         self.desktop.keyring.suspend()
         self.start_and_expect_the_notice()
         self.expect_panel_and_no_capture()
         self.expect_no_file()
         self.desktop.keyring.resume()
-        wait_for("the keyring to answer again", self.desktop.keyring.default_collection)
-        stays_true("no key", lambda: self.desktop.keyring.item_count() == 0, 1)
+        self.expect_capture()
 
     def test_an_existing_key_and_history_stay(self):
         sealed = seal(KEY, json.dumps([text_item("behind the silence")]).encode())

@@ -5,13 +5,19 @@ import os
 import signal
 import subprocess
 
-from .waiting import wait_for
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402  (the version has to be named first)
+
+from .waiting import wait_for  # noqa: E402
 
 SERVICE = "com.vantorel.mvp.history-encryption"
 ACCOUNT = "history-key-v1"
 
 _NAME = "org.freedesktop.secrets"
 _PATH = "/org/freedesktop/secrets"
+_WITHOUT_QUESTIONS = "org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface"
 _PASSWORD = b"the private desktop's keyring"
 
 
@@ -66,6 +72,44 @@ class Keyring:
 
     def resume(self):
         os.kill(self.process.pid, signal.SIGCONT)
+
+    def stop(self):
+        """The daemon ends; its collections stay on the disk."""
+        self._processes.stop(self.process)
+        wait_for("the keyring's name to be free", lambda: not self._has_owner())
+
+    def unlock(self):
+        """Unlocks the default collection without asking anybody, as a log-in does."""
+        path = self.default_collection()
+        self._with_master_password("UnlockWithMasterPassword", GLib.Variant("o", path))
+        wait_for("the default collection to be unlocked", lambda: self.is_locked() is False)
+
+    def create_collection(self, label="made"):
+        """Makes a collection that no alias names, without asking anybody."""
+        properties = {"org.freedesktop.Secret.Collection.Label": GLib.Variant("s", label)}
+        self._with_master_password("CreateWithMasterPassword", GLib.Variant("a{sv}", properties))
+        return _PATH + "/collection/" + label
+
+    def make_default(self, path):
+        self._call(_NAME, _PATH, "org.freedesktop.Secret.Service.SetAlias", "default", path)
+        wait_for("the default collection", lambda: self.default_collection() == path)
+
+    def _with_master_password(self, method, subject):
+        """A session lasts as long as the connection that opened it: both calls go over one."""
+        bus = Gio.DBusConnection.new_for_address_sync(
+            self._env["DBUS_SESSION_BUS_ADDRESS"],
+            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+
+        def call(interface, name, arguments):
+            return bus.call_sync(_NAME, _PATH, interface, name, arguments, None,
+                                 Gio.DBusCallFlags.NONE, 10000, None)
+
+        session = call("org.freedesktop.Secret.Service", "OpenSession",
+                       GLib.Variant("(sv)", ("plain", GLib.Variant("s", ""))))[1]
+        master = GLib.Variant("(oayays)", (session, b"", _PASSWORD, "text/plain"))
+        call(_WITHOUT_QUESTIONS, method, GLib.Variant.new_tuple(subject, master))
+        bus.close_sync(None)
 
     def default_collection(self):
         """The object path of the default collection, "/" when there is none."""

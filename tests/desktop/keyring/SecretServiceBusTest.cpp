@@ -24,7 +24,7 @@ class SecretServiceBusTest : public testing::Test {
     std::promise<decltype(step(*bus_))> promise;
     auto answer = promise.get_future();
     thread_.post([&] {
-      if (!bus_) bus_ = std::make_unique<SecretServiceBus>(thread_, [] {});
+      if (!bus_) bus_ = std::make_unique<SecretServiceBus>(thread_, [](KeyringNews /*news*/) {});
       promise.set_value(step(*bus_));
     });
     return answer.get();

@@ -63,8 +63,18 @@ class SecretServiceKeychainTest : public testing::Test {
   }
 
   SecretServiceKeychain& keychain() {
-    if (!keychain_) keychain_ = std::make_unique<SecretServiceKeychain>(dispatch_);
+    if (!keychain_) {
+      keychain_ = std::make_unique<SecretServiceKeychain>(dispatch_);
+      keychain_->onAvailable([this] { ++availableCalls_; });
+    }
     return *keychain_;
+  }
+
+  bool waitUntilAvailable() {
+    return waitFor([&] {
+      dispatch_.runQueued();
+      return availableCalls_ > 0;
+    });
   }
 
   OSStatus find() { return keychain().copyMatching(query).status; }
@@ -93,6 +103,7 @@ class SecretServiceKeychainTest : public testing::Test {
   PrivateSession session_;
   std::unique_ptr<PrivateKeyring> keyring_;
   ManualDispatch dispatch_;
+  int availableCalls_ = 0;
   std::unique_ptr<SecretServiceKeychain> keychain_;
 };
 
@@ -240,6 +251,59 @@ TEST_F(SecretServiceKeychainTest, AServiceThatComesLaterIsFound) {
   EXPECT_EQ(find(), keychainStatus::notAvailable);
   startKeyring(State::unlocked);
   EXPECT_EQ(find(), keychainStatus::itemNotFound);
+}
+
+TEST_F(SecretServiceKeychainTest, AServiceThatComesLaterIsAnnouncedOnce) {
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  dispatch_.runQueued();
+  EXPECT_EQ(availableCalls_, 0);
+  startKeyring(State::unlocked);
+  ASSERT_TRUE(waitUntilAvailable());
+  EXPECT_EQ(productionStatus(), keychainStatus::success);
+  dispatch_.runQueued();
+  EXPECT_EQ(availableCalls_, 1);
+}
+
+TEST_F(SecretServiceKeychainTest, AnAnnouncementIsMadeForEachTimeThatThereWasNone) {
+  for (int times = 1; times <= 2; ++times) {
+    EXPECT_EQ(find(), keychainStatus::notAvailable);
+    startKeyring(State::unlocked);
+    ASSERT_TRUE(waitFor([&] {
+      dispatch_.runQueued();
+      return availableCalls_ == times;
+    }));
+    EXPECT_EQ(find(), keychainStatus::itemNotFound);
+    keyring_->end();
+  }
+}
+
+TEST_F(SecretServiceKeychainTest, AServiceThatAnswersAgainIsAnnounced) {
+  startKeyring(State::unlocked);
+  ASSERT_EQ(add(), keychainStatus::success);
+  keyring_->suspend();
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  dispatch_.runQueued();
+  EXPECT_EQ(availableCalls_, 0);
+  keyring_->resume();
+  ASSERT_TRUE(waitUntilAvailable());
+  EXPECT_EQ(text(keychain().copyMatching(query).data), text(someKey()));
+}
+
+TEST_F(SecretServiceKeychainTest, AServiceWithoutADefaultCollectionIsNotAnnounced) {
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  startKeyring(State::empty);
+  // What comes after it in the line shows that it was looked at.
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  dispatch_.runQueued();
+  EXPECT_EQ(availableCalls_, 0);
+}
+
+TEST_F(SecretServiceKeychainTest, EndsAtOnceWhileItWaitsForAService) {
+  startKeyring(State::unlocked);
+  keyring_->suspend();
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  EXPECT_LT(timed([&] { keychain_.reset(); }), atOnce);
 }
 
 TEST_F(SecretServiceKeychainTest, ADeadBusIsNoKeychain) {

@@ -29,7 +29,7 @@ class UnlockPromptTest : public testing::Test {
     }
     keyring_ = std::make_unique<PrivateKeyring>(PrivateKeyring::State::locked);
     keychain_ = std::make_unique<SecretServiceKeychain>(dispatch_);
-    keychain_->onUnlocked([this] { ++unlockedCalls_; });
+    keychain_->onAvailable([this] { ++unlockedCalls_; });
   }
 
   void prepare() {

@@ -57,12 +57,12 @@ GVariant* tupleOf(GVariant* value) { return g_variant_new_tuple(&value, 1); }
 
 }  // namespace
 
-SecretServiceBus::SecretServiceBus(GlibThread& thread, std::function<void()> unlockedLater)
+SecretServiceBus::SecretServiceBus(GlibThread& thread, std::function<void(KeyringNews)> heard)
     : bus_(thread),
-      unlockedLater_(std::move(unlockedLater)),
-      prompts_(bus_, [this] { unlockedLater_(); }) {}
+      watch_(bus_, heard),
+      prompts_(bus_, [heard = std::move(heard)] { heard(KeyringNews::arrived); }) {}
 
-SecretServiceBus::~SecretServiceBus() { endWatch(); }
+SecretServiceBus::~SecretServiceBus() = default;
 
 void SecretServiceBus::begin(Deadline deadline) {
   session_.reset();
@@ -94,7 +94,7 @@ KeyringAnswer<bool> SecretServiceBus::isLocked(const ObjectPath& collection) {
 }
 
 KeyringAnswer<UnlockOutcome> SecretServiceBus::unlock(const ObjectPath& object) {
-  watchForUnlock();
+  watch_.listen();
   // Not even requested a second time: gnome-keyring 42 ends with a failed assertion when another
   // unlocking is requested and dropped while a question is open.
   if (asked_.contains(object)) return UnlockOutcome::refused;
@@ -203,33 +203,6 @@ KeyringAnswer<Done> SecretServiceBus::remove(const ObjectPath& item) {
   const auto reply = bus_.call(item, itemInterface, "Delete", g_variant_new("()"));
   if (!reply) return reply.failure();
   return Done{};
-}
-
-void SecretServiceBus::watchForUnlock() {
-  GDBusConnection* connection = bus_.connection();
-  if (!connection || connection == watched_.get()) return;
-  endWatch();
-  watched_.reset(G_DBUS_CONNECTION(g_object_ref(connection)));
-  // Services differ in which of the two they send.
-  watch("org.freedesktop.DBus.Properties", "PropertiesChanged", collectionInterface);
-  watch(serviceInterface, "CollectionChanged", nullptr);
-}
-
-void SecretServiceBus::watch(const char* interface, const char* signal, const char* argument) {
-  watches_.push_back(g_dbus_connection_signal_subscribe(
-      watched_.get(), KeyringBus::serviceName, interface, signal, nullptr, argument,
-      G_DBUS_SIGNAL_FLAGS_NONE,
-      [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*, GVariant*,
-         gpointer self) { static_cast<SecretServiceBus*>(self)->unlockedLater_(); },
-      this, nullptr));
-}
-
-void SecretServiceBus::endWatch() {
-  for (const guint watch : watches_) {
-    g_dbus_connection_signal_unsubscribe(watched_.get(), watch);
-  }
-  watches_.clear();
-  watched_.reset();
 }
 
 }  // namespace vantorel

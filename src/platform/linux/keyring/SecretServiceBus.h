@@ -7,6 +7,7 @@
 #include "platform/linux/keyring/KeyringBus.h"
 #include "platform/linux/keyring/KeyringPrompts.h"
 #include "platform/linux/keyring/KeyringService.h"
+#include "platform/linux/keyring/KeyringWatch.h"
 
 namespace vantorel {
 
@@ -17,14 +18,18 @@ class KeyringSession;
 /// the encryption of a session is taken from it. On the keyring's thread.
 class SecretServiceBus : public KeyringService {
  public:
-  /// `unlockedLater` is called whenever something may have been unlocked that was found locked
-  /// before: by the user's late answer, or by another program.
-  SecretServiceBus(GlibThread& thread, std::function<void()> unlockedLater);
+  /// `heard` is called with what may let a lookup end otherwise than the last one did: from the
+  /// first unlocking on that is asked for, or from `watch`, until `endWatch`.
+  SecretServiceBus(GlibThread& thread, std::function<void(KeyringNews)> heard);
   ~SecretServiceBus() override;
 
   /// Begins a piece of work; every step of it ends at `deadline`.
   void begin(Deadline deadline);
   void setDeadline(Deadline deadline) { bus_.setDeadline(deadline); }
+
+  /// To be told when the service answers, or has a default collection, or has unlocked it.
+  void watch() { watch_.ask(); }
+  void endWatch() { watch_.end(); }
 
   [[nodiscard]] KeyringAnswer<ObjectPath> collectionNamed(const std::string& alias) override;
   [[nodiscard]] KeyringAnswer<bool> isLocked(const ObjectPath& collection) override;
@@ -43,20 +48,15 @@ class SecretServiceBus : public KeyringService {
 
  private:
   [[nodiscard]] KeyringSession* session();
-  void watchForUnlock();
-  void watch(const char* interface, const char* signal, const char* argument);
-  void endWatch();
   [[nodiscard]] KeyringAnswer<UnlockOutcome> ask(const ObjectPath& prompt);
   [[nodiscard]] KeyringAnswer<ObjectPath> createdByPrompt(const ObjectPath& prompt);
   [[nodiscard]] std::uint64_t creationTime(const ObjectPath& item);
 
   KeyringBus bus_;
-  std::function<void()> unlockedLater_;
+  KeyringWatch watch_;
   KeyringPrompts prompts_;
   std::set<ObjectPath> asked_;
   std::unique_ptr<KeyringSession> session_;  // of the current piece of work
-  ObjectPointer<GDBusConnection> watched_;
-  std::vector<guint> watches_;
 };
 
 }  // namespace vantorel

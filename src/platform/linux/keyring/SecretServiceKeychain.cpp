@@ -33,15 +33,16 @@ bool same(const KeychainQuery& a, const KeychainQuery& b) {
 /// Everything that lives on the keyring's thread, and that thread.
 class SecretServiceKeychain::Worker {
  public:
-  /// `unlocked` is called on the thread.
-  explicit Worker(std::function<void()> unlocked)
-      : unlocked_(std::move(unlocked)), thread_("keyring", [this] { service_.reset(); }) {}
+  /// `available` is called on the thread.
+  explicit Worker(std::function<void()> available)
+      : available_(std::move(available)), thread_("keyring", [this] { service_.reset(); }) {}
 
   /// Runs `work` on the thread; each of its steps ends before `deadline`.
   void post(Deadline deadline, std::function<void(KeyringService&)> work) {
     thread_.post([this, deadline, work = std::move(work)] {
       if (!service_) {
-        service_ = std::make_unique<SecretServiceBus>(thread_, [this] { lookAgain(); });
+        service_ =
+            std::make_unique<SecretServiceBus>(thread_, [this](KeyringNews news) { heard(news); });
       }
       service_->begin(deadline - margin);
       work(*service_);
@@ -50,29 +51,75 @@ class SecretServiceKeychain::Worker {
 
   [[nodiscard]] KeychainResult find(KeyringService& service, const KeychainQuery& query) {
     auto result = findKeyringItem(service, query);
-    foundLocked_ = result.status == keychainStatus::userCanceled;
+    if (saysWhatIsThere(result.status)) {
+      stopWaiting();
+    } else {
+      waitFor({.query = query});
+    }
     return result;
   }
 
+  [[nodiscard]] OSStatus add(KeyringService& service, const KeychainQuery& query,
+                             const std::string& label, const SecretBytes& secret) {
+    const OSStatus status = addKeyringItem(service, query, label, secret);
+    if (status == keychainStatus::success || status == keychainStatus::duplicateItem) {
+      stopWaiting();
+    } else {
+      waitFor({.query = query, .refused = true});
+    }
+    return status;
+  }
+
  private:
-  /// Something may have been unlocked: if it is what a lookup found locked, tells the program.
-  void lookAgain() {
-    if (!foundLocked_ || announced_) return;
-    post(Clock::now() + timeLimit, [this](KeyringService& service) {
-      if (!foundLocked_ || announced_) return;
-      const auto collection = service.collectionNamed("default");
-      if (!collection || collection->empty()) return;
-      const auto locked = service.isLocked(*collection);
-      if (!locked || *locked) return;
-      announced_ = true;
-      unlocked_();
+  /// What could not be had.
+  struct Missed {
+    KeychainQuery query;
+    bool refused = false;  // the service that is there has taken no new item
+  };
+
+  static bool saysWhatIsThere(OSStatus status) {
+    return status == keychainStatus::success || status == keychainStatus::itemNotFound;
+  }
+
+  void waitFor(Missed missed) {
+    missed_ = std::move(missed);
+    service_->watch();
+  }
+
+  void stopWaiting() {
+    if (missed_) service_->endWatch();
+    missed_.reset();
+  }
+
+  void heard(KeyringNews news) {
+    if (!missed_) return;
+    if (news == KeyringNews::arrived) missed_->refused = false;
+    if (std::exchange(looking_, true)) return;
+    const Deadline deadline = Clock::now() + timeLimit;
+    post(deadline, [this, deadline](KeyringService& service) {
+      looking_ = false;
+      lookAgain(service, deadline);
     });
   }
 
-  std::function<void()> unlocked_;
+  /// Only what a lookup now answers is announced, so that the program does not start over in vain.
+  void lookAgain(KeyringService& service, Deadline deadline) {
+    if (!missed_) return;
+    const OSStatus status = findKeyringItem(service, missed_->query).status;
+    if (!missed_) return;
+    const bool canBeAdded = status == keychainStatus::itemNotFound && !missed_->refused;
+    if (status == keychainStatus::success || canBeAdded) {
+      stopWaiting();
+      available_();
+    } else if (Clock::now() >= deadline - margin) {
+      service_->watch();  // it is silent: the answer to one more question will say when it is not
+    }
+  }
+
+  std::function<void()> available_;
   std::unique_ptr<SecretServiceBus> service_;
-  bool foundLocked_ = false;  // by the last lookup
-  bool announced_ = false;
+  std::optional<Missed> missed_;  // by the last lookup or addition
+  bool looking_ = false;
   GlibThread thread_;  // last: it ends before what it uses
 };
 
@@ -84,15 +131,15 @@ struct SecretServiceKeychain::Prepared {
 
 SecretServiceKeychain::SecretServiceKeychain(Dispatch& dispatch) : dispatch_(dispatch) {
   worker_ = std::make_unique<Worker>(onMainQueue(dispatch, life_.guard([this] {
-    const auto handler = onUnlocked_;
+    const auto handler = onAvailable_;
     if (handler) handler();
   })));
 }
 
 SecretServiceKeychain::~SecretServiceKeychain() = default;
 
-void SecretServiceKeychain::onUnlocked(std::function<void()> handler) {
-  onUnlocked_ = std::move(handler);
+void SecretServiceKeychain::onAvailable(std::function<void()> handler) {
+  onAvailable_ = std::move(handler);
 }
 
 void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,
@@ -142,9 +189,9 @@ OSStatus SecretServiceKeychain::add(const KeychainQuery& query,
   if (query.useDataProtectionKeychain) return keychainStatus::missingEntitlement;
   const Deadline deadline = Clock::now() + timeLimit;
   const auto call = std::make_shared<KeyringCall<OSStatus>>();
-  worker_->post(deadline, [query, label = attributes.label, secret = shared(data),
-                           call](KeyringService& service) {
-    call->deliver(addKeyringItem(service, query, label, *secret));
+  worker_->post(deadline, [worker = worker_.get(), query, label = attributes.label,
+                           secret = shared(data), call](KeyringService& service) {
+    call->deliver(worker->add(service, query, label, *secret));
   });
   return call->wait(deadline).value_or(keychainStatus::notAvailable);
 }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "base/Lifetime.h"
@@ -29,10 +30,11 @@ class SecretServiceKeychain : public Keychain {
   explicit SecretServiceKeychain(Dispatch& dispatch);
   ~SecretServiceKeychain() override;
 
-  /// Called on the main queue, once, when the keyring has been unlocked after a `copyMatching` or a
-  /// prepared one was answered with `userCanceled`. The program can then `prepare` again and start
-  /// over with its history.
-  void onUnlocked(std::function<void()> handler);
+  /// Called on the main queue when a key could be had although the last `copyMatching`, prepared
+  /// one or `add` could not have it: the keyring was unlocked, its service came or answers again, a
+  /// default collection was made. The program can then `prepare` again and start over with its
+  /// history. Once for each time that it could not be had.
+  void onAvailable(std::function<void()> handler);
 
   /// Begins to look up these queries and returns at once. When the answers are known, or after
   /// `timeLimit`, `ready` is called on the main queue; the first `copyMatching` for each query then
@@ -52,7 +54,7 @@ class SecretServiceKeychain : public Keychain {
   [[nodiscard]] std::optional<KeychainResult> takePrepared(const KeychainQuery& query);
 
   Dispatch& dispatch_;
-  std::function<void()> onUnlocked_;
+  std::function<void()> onAvailable_;
   std::vector<Prepared> prepared_;
   std::unique_ptr<Worker> worker_;
   Lifetime life_;
