@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -45,6 +47,19 @@ struct KeychainResult {
   std::optional<SecretBytes> data;
 };
 
+/// A change of an item that is under way. Main thread.
+class KeychainUpdate {
+ public:
+  /// Gives the change up unless it was settled.
+  virtual ~KeychainUpdate() = default;
+
+  /// Whether the keychain has answered.
+  [[nodiscard]] virtual bool hasEnded() const = 0;
+  /// The keychain's answer, at once and only once. One that has not come is not waited for: the
+  /// change is given up, which is `notAvailable`, and the item keeps or gets back its old data.
+  [[nodiscard]] virtual OSStatus settle() = 0;
+};
+
 /// The user's keychain. Main thread; answers within 5 seconds whatever the service does.
 /// `itemNotFound` means that an unlocked keychain was searched and holds no such item: a locked,
 /// silent or absent one must answer otherwise, since the caller creates a new key on it.
@@ -60,8 +75,11 @@ class Keychain {
                                      const KeychainAttributes& attributes,
                                      const SecretBytes& data) = 0;
 
-  /// Replaces the data of the matching item; never adds one.
-  [[nodiscard]] virtual OSStatus update(const KeychainQuery& query, const SecretBytes& data) = 0;
+  /// Begins to replace the data of the matching item and returns at once; never adds one. `ended`
+  /// is called on the main queue when the keychain has answered, or after 5 seconds, unless it has
+  /// answered before this returns.
+  [[nodiscard]] virtual std::unique_ptr<KeychainUpdate> beginUpdate(
+      const KeychainQuery& query, const SecretBytes& data, std::function<void()> ended) = 0;
 };
 
 }  // namespace vantorel

@@ -71,10 +71,10 @@ KeychainResult read(Keychain& keychain, Backend backend) {
   return keychain.copyMatching(baseQuery(backend));
 }
 
-void replace(Keychain& keychain, const SecretBytes& key, Backend backend) {
+std::unique_ptr<KeychainUpdate> beginReplacing(Keychain& keychain, const SecretBytes& key,
+                                               Backend backend, std::function<void()> ended) {
   if (key.size() != keySize) throw SecureStorageError(SecureStorageError::Kind::invalidKey);
-  const auto status = keychain.update(baseQuery(backend), key);
-  if (status != keychainStatus::success) throw SecureStorageError::keychain(status);
+  return keychain.beginUpdate(baseQuery(backend), key, std::move(ended));
 }
 
 }  // namespace vantorel::HistoryKeychain

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string_view>
 
 #include "base/SecretBytes.h"
@@ -32,8 +34,11 @@ struct Material {
 /// The item's bytes, if any, and the keychain's status.
 [[nodiscard]] KeychainResult read(Keychain& keychain, Backend backend);
 
-/// Overwrites the stored key, which must exist; throws `SecureStorageError` when it could not, and
+/// Begins to overwrite the stored key, which must exist: see `Keychain::beginUpdate`. Throws
 /// `invalidKey` for anything but 32 bytes.
-void replace(Keychain& keychain, const SecretBytes& key, Backend backend);
+[[nodiscard]] std::unique_ptr<KeychainUpdate> beginReplacing(Keychain& keychain,
+                                                             const SecretBytes& key,
+                                                             Backend backend,
+                                                             std::function<void()> ended);
 
 }  // namespace vantorel::HistoryKeychain

@@ -99,8 +99,9 @@ SecureStorage::SecureStorage(SecretBytes key, PersistKey persistKey)
 std::shared_ptr<SecureStorage> SecureStorage::production(Keychain& keychain) {
   auto material = HistoryKeychain::loadOrCreate(keychain);
   return std::make_shared<SecureStorage>(
-      std::move(material.data), [&keychain, backend = material.backend](const SecretBytes& key) {
-        HistoryKeychain::replace(keychain, key, backend);
+      std::move(material.data),
+      [&keychain, backend = material.backend](const SecretBytes& key, std::function<void()> ended) {
+        return HistoryKeychain::beginReplacing(keychain, key, backend, std::move(ended));
       });
 }
 
@@ -146,11 +147,26 @@ Bytes SecureStorage::open(ByteView envelope) const {
   return plaintext;
 }
 
-void SecureStorage::rotateKey() {
+void SecureStorage::beginRotation(std::function<void()> ended) {
+  if (rotation_) return;
   auto fresh = std::make_shared<const SecretBytes>(randomSecret(keySize));
-  if (persistKey_) persistKey_(*fresh);
+  if (!persistKey_) return use(std::move(fresh));
+  auto update = persistKey_(*fresh, std::move(ended));
+  const bool known = update->hasEnded();
+  rotation_ = std::make_unique<Rotation>(Rotation{std::move(fresh), std::move(update)});
+  if (known) (void)settleRotation();
+}
+
+bool SecureStorage::settleRotation() {
+  const auto rotation = std::exchange(rotation_, nullptr);
+  if (!rotation || rotation->update->settle() != keychainStatus::success) return false;
+  use(rotation->key);
+  return true;
+}
+
+void SecureStorage::use(std::shared_ptr<const SecretBytes> key) {
   const std::lock_guard lock(keyMutex_);
-  key_.swap(fresh);
+  key_.swap(key);
 }
 
 std::shared_ptr<const SecretBytes> SecureStorage::key() const {

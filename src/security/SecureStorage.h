@@ -13,11 +13,12 @@ namespace vantorel {
 
 /// Seals and opens everything the history writes: AES-256-GCM in an envelope of magic, nonce,
 /// ciphertext and tag. The key is an immutable snapshot: sealing and opening may run on any thread
-/// while the main thread rotates it.
+/// while the main thread rotates it. A new key is used once the keychain has it, and not before.
 class SecureStorage {
  public:
-  /// Stores a new key; throws when it cannot, and the old key then stays.
-  using PersistKey = std::function<void(const SecretBytes& key)>;
+  /// Begins to store a new key, as `Keychain::beginUpdate` does.
+  using PersistKey = std::function<std::unique_ptr<KeychainUpdate>(const SecretBytes& key,
+                                                                   std::function<void()> ended)>;
 
   /// Prefix of every envelope, and the additional authenticated data of its cipher.
   static constexpr std::string_view magic = "VNTL1";
@@ -42,16 +43,29 @@ class SecureStorage {
   /// changed or sealed under another key. Any thread.
   [[nodiscard]] Bytes open(ByteView envelope) const;
 
-  /// Replaces the key by a new random one, after the keychain has taken it; throws and keeps the
-  /// old one otherwise. What was sealed before cannot be opened any more. Main thread.
-  void rotateKey();
+  /// Begins to replace the key by a new random one; nothing happens while that is under way. When
+  /// the keychain has answered, `ended` is called on the main queue, and the rotation is to be
+  /// settled; where there is nothing to wait for, it is settled when this returns. Main thread.
+  void beginRotation(std::function<void()> ended);
+  [[nodiscard]] bool isRotating() const { return rotation_ != nullptr; }
+  /// Ends the rotation, at once. True: the keychain has the new key, which is in use from now on,
+  /// and what was sealed before cannot be opened any more. False: it has refused it or not answered
+  /// yet, and the old key stays, here and there. Main thread.
+  bool settleRotation();
 
  private:
+  struct Rotation {
+    std::shared_ptr<const SecretBytes> key;
+    std::unique_ptr<KeychainUpdate> update;
+  };
+
+  void use(std::shared_ptr<const SecretBytes> key);
   [[nodiscard]] std::shared_ptr<const SecretBytes> key() const;
 
   mutable std::mutex keyMutex_;
   std::shared_ptr<const SecretBytes> key_;
   PersistKey persistKey_;
+  std::unique_ptr<Rotation> rotation_;  // while one is under way
 };
 
 }  // namespace vantorel

@@ -123,7 +123,9 @@ void ClipStore::commit(Upkeep upkeep) {
   if (upkeep != Upkeep::none) numberPins(items_);
   readings_.stopNeedless();
   if (persistenceIsReady_) {
-    saver_.save();
+    // Nothing is lost meanwhile, and no file lies there under a key that the keychain has not.
+    const bool saysNothing = items_.empty() && isRotatingKey();
+    if (!saysNothing) saver_.save();
   } else {
     saver_.deleteDiscarded();  // no save will ever succeed, and the user took them out
   }
@@ -248,31 +250,6 @@ bool ClipStore::movePinned(Uuid id, Uuid relativeTo, bool before) {
 
 void ClipStore::remove(Uuid id) {
   if (takeOut([id](const ClipItem& item) { return item.id == id; })) commit(Upkeep::none);
-}
-
-void ClipStore::clear(bool includingPinned) {
-  takeOut([&](const ClipItem& item) { return includingPinned || !item.pinned(); });
-  // A history that could not be read may hold pins: it goes only with everything.
-  if (persistenceIsReady_ || includingPinned) clearDisk();
-  commit(Upkeep::none);
-}
-
-/// Takes away what the list on the disk has besides the pins that are left.
-void ClipStore::clearDisk() {
-  // Nothing may bring back what is being taken away.
-  saver_.giveUpSave();
-  // The legacy history first: left alone without the other, it would be taken up again.
-  (void)services_.files.remove(legacyIndexUrl_);
-  if (!items_.empty()) return;
-  (void)services_.files.remove(indexUrl_);
-  try {
-    // So that no copy of what was cleared can be opened.
-    if (secureStorage_) secureStorage_->rotateKey();
-  } catch (const std::exception&) {
-    // The keychain did not take the new key: the old one stays, and the next clear tries again.
-  }
-  // The disk names no picture any more, and may have no room to say so.
-  if (!services_.files.exists(indexUrl_)) assets_.removeOrphans({});
 }
 
 std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/FileSystem.h"
+#include "base/Lifetime.h"
 #include "platform/CaptureLimits.h"
 #include "platform/Dispatch.h"
 #include "platform/Image.h"
@@ -65,7 +66,8 @@ class ClipStore {
   /// directory nor an Application Support.
   ClipStore(ClipStoreServices services, const std::optional<std::filesystem::path>& baseUrl,
             std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits);
-  ~ClipStore() = default;
+  /// Gives up replacing the key if the keychain has not answered yet.
+  ~ClipStore();
   ClipStore(const ClipStore&) = delete;
   ClipStore& operator=(const ClipStore&) = delete;
 
@@ -109,8 +111,9 @@ class ClipStore {
   bool movePinned(Uuid id, Uuid relativeTo, bool before);
   /// Nothing happens, and nobody is told, when there is no such entry.
   void remove(Uuid id);
-  /// A clear that leaves nothing also replaces the storage key. While the history on the disk
-  /// could not be read, only a clear of everything touches it.
+  /// A clear that leaves nothing also replaces the storage key, once the keychain has taken the new
+  /// one; what is saved until then is sealed under the old one, and anew afterwards. While the
+  /// history on the disk could not be read, only a clear of everything touches it.
   void clear(bool includingPinned);
 
   /// The bytes of an entry's image, opened if they are sealed; absent when the file is missing,
@@ -133,6 +136,11 @@ class ClipStore {
   [[nodiscard]] bool encryptLegacyAssets();
   void tidyLoadedHistory();
   void clearDisk();
+  void replaceKey();
+  void settleKey();
+  [[nodiscard]] bool isRotatingKey() const {
+    return secureStorage_ && secureStorage_->isRotating();
+  }
 
   [[nodiscard]] const ClipItem* storedImage(const std::string& contentHash) const;
   void setRecognizedText(Uuid id, const std::optional<std::string>& contentHash,
@@ -150,6 +158,7 @@ class ClipStore {
   SealedHistory file_;
   HistorySaver saver_;
   PictureReadings readings_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

@@ -2,6 +2,7 @@
 
 import json
 import os
+import time
 import unittest
 
 from harness.case import VantorelTestCase
@@ -165,6 +166,77 @@ class Unlocked(KeyringTestCase):
         self.desktop.keyring.lock()
         self.clipboard.copy("after the lock")
         wait_for("a saved text", lambda: _opens_with(self.vantorel.history, key, "after the lock"))
+
+
+class Clearing(KeyringTestCase):
+    """The keyring is asked for a new key while everything else goes on."""
+
+    def clear_everything(self):
+        self.vantorel.command("--clear")
+        question = self.desktop.windows.wait_for_title("Clear Clipboard History?")
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(question))
+        self.desktop.keyboard.tap("Space")
+        self.desktop.keyboard.tap("Return")
+
+    def start_and_suspend_the_keyring(self):
+        self.vantorel.start()
+        self.vantorel.copy("before the clear")
+        key = self.desktop.keyring.key()
+        self.desktop.keyring.suspend()
+        return key
+
+    def copy_and_save(self, text, key):
+        """While the keyring is silent it cannot be asked for the key."""
+        self.clipboard.copy(text)
+        history = self.vantorel.history
+        wait_for("the saved text", lambda: history.exists() and _opens_with(history, key, text))
+
+    def longest_answer(self):
+        """Asks for the tray's status as often as it takes a silent keyring to be given up."""
+        longest = 0
+        end = time.monotonic() + 6
+        while time.monotonic() < end:
+            begin = time.monotonic()
+            status = self.desktop.bus_call(
+                "com.vantorel.Vantorel", "/StatusNotifierItem",
+                "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierItem", "Status")
+            self.assertIn("Active", status)
+            longest = max(longest, time.monotonic() - begin)
+        return longest
+
+    def test_a_silent_keyring_stops_nothing(self):
+        key = self.start_and_suspend_the_keyring()
+        self.clear_everything()
+        self.assertLess(self.longest_answer(), 1.5)
+        self.copy_and_save("after the clear", key)
+        self.desktop.keyring.resume()
+        wait_for("the old key", lambda: self.desktop.keyring.key() == key)
+        self.assertEqual(self.vantorel.history.texts(), ["after the clear"])
+
+    def test_quitting_meanwhile_takes_no_time_and_loses_nothing(self):
+        key = self.start_and_suspend_the_keyring()
+        self.clear_everything()
+        self.vantorel.wait_for_notice("All clipboard history cleared.")
+        self.copy_and_save("after the clear", key)
+        begin = time.monotonic()
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.assertLess(time.monotonic() - begin, 1.5)
+        self.desktop.keyring.resume()
+        wait_for("the old key", lambda: self.desktop.keyring.key() == key)
+        self.vantorel.start()
+        self.assertEqual(self.vantorel.history.texts(), ["after the clear"])
+        self.assertEqual(self.desktop.keyring.key(), key)
+
+    def test_an_answering_keyring_has_the_new_key_and_the_history_is_sealed_with_it(self):
+        self.vantorel.start()
+        self.vantorel.copy("before the clear")
+        old = self.desktop.keyring.key()
+        self.clear_everything()
+        wait_for("a new key", lambda: self.desktop.keyring.key() not in (None, old))
+        self.vantorel.copy("after the clear")
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.assertTrue(_opens_with(self.vantorel.history, self.desktop.keyring.key(),
+                                    "after the clear"))
 
 
 def _opens_with(history, key, text):

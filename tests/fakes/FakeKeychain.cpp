@@ -1,5 +1,8 @@
 #include "fakes/FakeKeychain.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "security/HistoryKeychain.h"
 
 namespace vantorel {
@@ -52,12 +55,68 @@ OSStatus FakeKeychain::add(const KeychainQuery& query, const KeychainAttributes&
   return added ? keychainStatus::success : keychainStatus::duplicateItem;
 }
 
-OSStatus FakeKeychain::update(const KeychainQuery& query, const SecretBytes& data) {
+struct FakeKeychain::Change {
+  KeychainQuery query;
+  Bytes data;
+  std::function<void()> ended;
+  std::optional<OSStatus> status;
+  bool settled = false;
+};
+
+class FakeKeychain::Update : public KeychainUpdate {
+ public:
+  explicit Update(std::shared_ptr<Change> change) : change_(std::move(change)) {}
+  ~Update() override { change_->settled = true; }
+  Update(const Update&) = delete;
+  Update& operator=(const Update&) = delete;
+
+  [[nodiscard]] bool hasEnded() const override { return change_->status.has_value(); }
+  [[nodiscard]] OSStatus settle() override {
+    change_->settled = true;
+    return change_->status.value_or(keychainStatus::notAvailable);
+  }
+
+ private:
+  std::shared_ptr<Change> change_;
+};
+
+std::unique_ptr<KeychainUpdate> FakeKeychain::endedUpdate(OSStatus status) {
+  auto change = std::make_shared<Change>();
+  change->status = status;
+  return std::make_unique<Update>(std::move(change));
+}
+
+std::unique_ptr<KeychainUpdate> FakeKeychain::beginUpdate(const KeychainQuery& query,
+                                                          const SecretBytes& data,
+                                                          std::function<void()> ended) {
+  if (!answersUpdatesLate) return endedUpdate(changed(query, data.view()));
+  changes_.push_back(std::make_shared<Change>(Change{
+      .query = query, .data = copied(data.view()), .ended = std::move(ended), .status = {}}));
+  return std::make_unique<Update>(changes_.back());
+}
+
+OSStatus FakeKeychain::changed(const KeychainQuery& query, ByteView data) {
   if (const auto status = scripted(Operation::update, query, {})) return *status;
   const auto item = items_.find(nameOf(query));
   if (item == items_.end()) return keychainStatus::itemNotFound;
-  item->second = copied(data.view());
+  item->second = copied(data);
   return keychainStatus::success;
+}
+
+int FakeKeychain::waitingUpdates() const {
+  return static_cast<int>(std::count_if(changes_.begin(), changes_.end(), [](const auto& change) {
+    return !change->settled && !change->status;
+  }));
+}
+
+void FakeKeychain::makeUpdates() {
+  for (const auto& change : changes_) {
+    if (!change->settled && !change->status) change->status = changed(change->query, change->data);
+  }
+}
+
+void FakeKeychain::tellOfUpdates() {
+  for (const auto& change : std::exchange(changes_, {})) change->ended();
 }
 
 void FakeKeychain::fail(Backend backend, OSStatus status) { failing_[backend] = status; }

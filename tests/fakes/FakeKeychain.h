@@ -3,6 +3,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -18,7 +19,10 @@ class FakeKeychain : public Keychain {
   [[nodiscard]] KeychainResult copyMatching(const KeychainQuery& query) override;
   [[nodiscard]] OSStatus add(const KeychainQuery& query, const KeychainAttributes& attributes,
                              const SecretBytes& data) override;
-  [[nodiscard]] OSStatus update(const KeychainQuery& query, const SecretBytes& data) override;
+  /// Answers at once, unless `answersUpdatesLate`.
+  [[nodiscard]] std::unique_ptr<KeychainUpdate> beginUpdate(const KeychainQuery& query,
+                                                            const SecretBytes& data,
+                                                            std::function<void()> ended) override;
 
   // The test's side.
 
@@ -41,6 +45,15 @@ class FakeKeychain : public Keychain {
   /// Runs before each `add`, as another process that steps in between.
   std::function<void()> beforeAdd;
 
+  /// An update with that answer.
+  [[nodiscard]] static std::unique_ptr<KeychainUpdate> endedUpdate(OSStatus status);
+  bool answersUpdatesLate = false;
+  /// Updates that wait for their answer.
+  [[nodiscard]] int waitingUpdates() const;
+  /// Makes the changes that were not given up; those who wait are told of it by `tellOfUpdates`.
+  void makeUpdates();
+  void tellOfUpdates();
+
   /// Stores bytes under the name that the program uses for its key.
   void setKey(Backend backend, ByteView bytes);
   [[nodiscard]] std::optional<Bytes> key(Backend backend) const;
@@ -53,6 +66,11 @@ class FakeKeychain : public Keychain {
   std::optional<OSStatus> scripted(Operation operation, const KeychainQuery& query,
                                    const KeychainAttributes& attributes);
 
+  struct Change;
+  class Update;
+  [[nodiscard]] OSStatus changed(const KeychainQuery& query, ByteView data);
+
+  std::vector<std::shared_ptr<Change>> changes_;
   std::map<Name, Bytes> items_;
   std::map<Backend, OSStatus> failing_;
   std::map<std::pair<Operation, Backend>, std::deque<OSStatus>> once_;

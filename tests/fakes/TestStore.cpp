@@ -14,8 +14,11 @@ namespace vantorel {
 TestStore::TestStore(ClipStoreLimits limits)
     : limits_(limits),
       storage_(std::make_shared<SecureStorage>(
-          randomSecret(SecureStorage::keySize), [this](const SecretBytes& /*key*/) {
-            if (files_.isDead()) throw std::runtime_error("a dead process replaces no key");
+          randomSecret(SecureStorage::keySize),
+          [this](const SecretBytes& /*key*/, const std::function<void()>& /*ended*/) {
+            // A dead process replaces no key.
+            return FakeKeychain::endedUpdate(files_.isDead() ? keychainStatus::notAvailable
+                                                             : keychainStatus::success);
           })) {
   start();
 }

@@ -79,7 +79,16 @@ class SecretServiceKeychainTest : public testing::Test {
 
   OSStatus find() { return keychain().copyMatching(query).status; }
   OSStatus add() { return keychain().add(query, attributes, someKey()); }
-  OSStatus update() { return keychain().update(query, someKey('u')); }
+  /// The answer of an update that is waited for.
+  OSStatus update() {
+    bool ended = false;
+    const auto update = keychain().beginUpdate(query, someKey('u'), [&ended] { ended = true; });
+    EXPECT_TRUE(waitFor([&] {
+      dispatch_.runQueued();
+      return ended;
+    }));
+    return update->settle();
+  }
   static int itemCount() { return PrivateKeyring::itemCount(service, account); }
 
   /// The status with which the history's key could not be had; success when it could.
@@ -121,7 +130,9 @@ TEST_F(SecretServiceKeychainTest, TheDataProtectionKeychainIsNotHere) {
               EXPECT_EQ(keychain().copyMatching(other).status, keychainStatus::missingEntitlement);
               EXPECT_EQ(keychain().add(other, attributes, someKey()),
                         keychainStatus::missingEntitlement);
-              EXPECT_EQ(keychain().update(other, someKey()), keychainStatus::missingEntitlement);
+              const auto update = keychain().beginUpdate(other, someKey(), {});
+              EXPECT_TRUE(update->hasEnded());
+              EXPECT_EQ(update->settle(), keychainStatus::missingEntitlement);
             }),
             atOnce);
 }
@@ -361,6 +372,40 @@ TEST_F(SecretServiceKeychainTest, AnUpdateThatWasGivenUpIsNotMadeUpForLater) {
   EXPECT_EQ(text(keychain().copyMatching(query).data), text(someKey()));
   EXPECT_EQ(update(), keychainStatus::success);
   EXPECT_EQ(text(keychain().copyMatching(query).data), text(someKey('u')));
+}
+
+TEST_F(SecretServiceKeychainTest, AnUpdateMakesNobodyWaitAndMayBeGivenUp) {
+  startKeyring(State::unlocked);
+  ASSERT_EQ(add(), keychainStatus::success);
+  keyring_->suspend();
+  EXPECT_LT(timed([&] {
+              const auto update = keychain().beginUpdate(query, someKey('u'), [] {});
+              EXPECT_FALSE(update->hasEnded());
+              EXPECT_EQ(update->settle(), keychainStatus::notAvailable);
+            }),
+            atOnce);
+  keyring_->resume();
+  EXPECT_EQ(text(keychain().copyMatching(query).data), text(someKey()));
+  EXPECT_EQ(PrivateKeyring::lookUp(service, account), text(someKey()));
+}
+
+TEST_F(SecretServiceKeychainTest, EndingDuringAnUpdateLeavesTheOldKey) {
+  startKeyring(State::unlocked);
+  ASSERT_EQ(add(), keychainStatus::success);
+  auto update = keychain().beginUpdate(query, someKey('u'), [] {});
+  const OSStatus status = update->settle();
+  EXPECT_LT(timed([&] { keychain_.reset(); }), atOnce);
+  EXPECT_EQ(PrivateKeyring::lookUp(service, account),
+            text(someKey(status == keychainStatus::success ? 'u' : 'k')));
+}
+
+TEST_F(SecretServiceKeychainTest, AnAnswerThatNobodyHasHeardOfYetCounts) {
+  startKeyring(State::unlocked);
+  ASSERT_EQ(add(), keychainStatus::success);
+  const auto update = keychain().beginUpdate(query, someKey('u'), [] {});
+  ASSERT_TRUE(waitFor([&] { return update->hasEnded(); }));
+  EXPECT_EQ(update->settle(), keychainStatus::success);
+  EXPECT_EQ(PrivateKeyring::lookUp(service, account), text(someKey('u')));
 }
 
 TEST_F(SecretServiceKeychainTest, EndsAtOnceWhileTheServiceIsSilent) {

@@ -109,7 +109,10 @@ TEST_F(UnlockPromptTest, AnotherQuestionIsNotPutWhileOneIsOpen) {
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
   const auto begin = Clock::now();
   EXPECT_EQ(found(), lockedStatus);
-  EXPECT_EQ(keychain_->update(query, SecretBytes(32)), keychainStatus::userCanceled);
+  bool ended = false;
+  const auto update = keychain_->beginUpdate(query, SecretBytes(32), [&ended] { ended = true; });
+  ASSERT_TRUE(waitUntil([&] { return ended; }));
+  EXPECT_EQ(update->settle(), keychainStatus::userCanceled);
   EXPECT_LT(Clock::now() - begin, milliseconds(4000));
   ASSERT_TRUE(PromptDisplay::dismiss());
   EXPECT_EQ(found(), lockedStatus);

@@ -171,7 +171,9 @@ TEST(Replace, OverwritesOnlyInTheBackendAsked) {
   FakeKeychain keychain;
   keychain.setKey(Store::dataProtection, key(1));
   keychain.setKey(Store::login, key(2));
-  HistoryKeychain::replace(keychain, SecretBytes(ByteView(key(5))), Backend::loginKeychain);
+  const auto update = HistoryKeychain::beginReplacing(keychain, SecretBytes(ByteView(key(5))),
+                                                      Backend::loginKeychain, {});
+  EXPECT_EQ(update->settle(), keychainStatus::success);
   EXPECT_EQ(keychain.key(Store::login), key(5));
   EXPECT_EQ(keychain.key(Store::dataProtection), key(1));
 }
@@ -181,7 +183,8 @@ TEST(Replace, RefusesKeysOfTheWrongLengthBeforeAskingTheKeychain) {
   keychain.setKey(Store::login, key(2));
   for (const std::size_t size : {0U, 31U, 33U}) {
     try {
-      HistoryKeychain::replace(keychain, SecretBytes(size), Backend::loginKeychain);
+      (void)HistoryKeychain::beginReplacing(keychain, SecretBytes(size), Backend::loginKeychain,
+                                            {});
       ADD_FAILURE() << size;
     } catch (const SecureStorageError& error) {
       EXPECT_EQ(error.kind(), SecureStorageError::Kind::invalidKey);
@@ -192,10 +195,9 @@ TEST(Replace, RefusesKeysOfTheWrongLengthBeforeAskingTheKeychain) {
 
 TEST(Replace, NeverAddsAnItem) {
   FakeKeychain keychain;
-  EXPECT_EQ(statusThrownBy([&] {
-              HistoryKeychain::replace(keychain, SecretBytes(32), Backend::loginKeychain);
-            }),
-            keychainStatus::itemNotFound);
+  const auto update =
+      HistoryKeychain::beginReplacing(keychain, SecretBytes(32), Backend::loginKeychain, {});
+  EXPECT_EQ(update->settle(), keychainStatus::itemNotFound);
   EXPECT_EQ(keychain.itemCount(), 0U);
 }
 

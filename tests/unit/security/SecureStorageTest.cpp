@@ -149,26 +149,97 @@ TEST(Key, OfAnyLengthButThirtyTwoIsRefused) {
 TEST(Rotation, MakesWhatWasSealedBeforeUnreadable) {
   const auto storage = SecureStorage::ephemeral();
   const auto before = storage->seal(bytes("old"));
-  storage->rotateKey();
+  storage->beginRotation({});
   EXPECT_THROW((void)storage->open(before), CipherError);
   EXPECT_EQ(storage->open(storage->seal(bytes("new"))), bytes("new"));
 }
 
 TEST(Rotation, StoresTheNewKeyBeforeUsingIt) {
   SecretBytes stored;
-  SecureStorage storage(keyOf(32), [&](const SecretBytes& key) { stored = key.duplicate(); });
-  storage.rotateKey();
+  SecureStorage storage(keyOf(32), [&](const SecretBytes& key, const auto& /*ended*/) {
+    stored = key.duplicate();
+    return FakeKeychain::endedUpdate(keychainStatus::success);
+  });
+  storage.beginRotation({});
+  EXPECT_FALSE(storage.isRotating());
   ASSERT_EQ(stored.size(), 32U);
   EXPECT_EQ(SecureStorage(std::move(stored)).open(storage.seal(bytes("x"))), bytes("x"));
 }
 
 TEST(Rotation, KeepsTheOldKeyWhenTheNewOneCannotBeStored) {
-  SecureStorage storage(keyOf(32), [](const SecretBytes&) {
-    throw SecureStorageError::keychain(keychainStatus::notAvailable);
+  SecureStorage storage(keyOf(32), [](const SecretBytes& /*key*/, const auto& /*ended*/) {
+    return FakeKeychain::endedUpdate(keychainStatus::notAvailable);
   });
   const auto envelope = storage.seal(bytes("kept"));
-  EXPECT_THROW(storage.rotateKey(), SecureStorageError);
+  storage.beginRotation({});
+  EXPECT_FALSE(storage.isRotating());
   EXPECT_EQ(storage.open(envelope), bytes("kept"));
+}
+
+/// A storage whose keychain answers late.
+class LateRotation : public testing::Test {
+ protected:
+  LateRotation() {
+    keychain_.setKey(Backend::login, keyOf(32).view());
+    keychain_.answersUpdatesLate = true;
+    storage_ = SecureStorage::production(keychain_);
+    envelope_ = storage_->seal(bytes("text"));
+    storage_->beginRotation([this] { ++ended_; });
+  }
+
+  [[nodiscard]] bool opensWhatWasSealedBefore() const {
+    try {
+      return storage_->open(envelope_) == bytes("text");
+    } catch (const CipherError&) {
+      return false;
+    }
+  }
+  /// Whether the keychain holds the key that is in use.
+  [[nodiscard]] bool agrees() {
+    const auto stored = keychain_.key(Backend::login);
+    return SecureStorage(SecretBytes(ByteView(*stored))).open(storage_->seal(bytes("x"))) ==
+           bytes("x");
+  }
+
+  FakeKeychain keychain_;
+  std::shared_ptr<SecureStorage> storage_;
+  Bytes envelope_;
+  int ended_ = 0;
+};
+
+TEST_F(LateRotation, UsesTheOldKeyUntilTheKeychainHasTheNewOne) {
+  EXPECT_TRUE(storage_->isRotating());
+  EXPECT_TRUE(opensWhatWasSealedBefore());
+  keychain_.makeUpdates();
+  EXPECT_TRUE(opensWhatWasSealedBefore());
+  keychain_.tellOfUpdates();
+  EXPECT_EQ(ended_, 1);
+  EXPECT_TRUE(storage_->settleRotation());
+  EXPECT_FALSE(storage_->isRotating());
+  EXPECT_FALSE(opensWhatWasSealedBefore());
+  EXPECT_TRUE(agrees());
+}
+
+TEST_F(LateRotation, IsGivenUpWhenItIsSettledTooEarly) {
+  EXPECT_FALSE(storage_->settleRotation());
+  keychain_.makeUpdates();
+  EXPECT_TRUE(opensWhatWasSealedBefore());
+  EXPECT_TRUE(agrees());
+}
+
+TEST_F(LateRotation, CountsAnAnswerThatNobodyHasHeardOfYet) {
+  keychain_.makeUpdates();
+  EXPECT_TRUE(storage_->settleRotation());
+  EXPECT_TRUE(agrees());
+}
+
+TEST_F(LateRotation, IsBegunOnceAtATime) {
+  storage_->beginRotation({});
+  EXPECT_EQ(keychain_.waitingUpdates(), 1);
+  EXPECT_FALSE(storage_->settleRotation());
+  storage_->beginRotation({});
+  EXPECT_EQ(keychain_.waitingUpdates(), 1);
+  EXPECT_TRUE(storage_->isRotating());
 }
 
 TEST(Rotation, MayHappenWhileOtherThreadsSealAndOpen) {
@@ -191,7 +262,7 @@ TEST(Rotation, MayHappenWhileOtherThreadsSealAndOpen) {
   // Rotates as long as it takes the readers to meet it often, however they are scheduled.
   int rotations = 0;
   while (rotations < 200 || opened < 200) {
-    storage->rotateKey();
+    storage->beginRotation({});
     ++rotations;
   }
   stop = true;
@@ -219,7 +290,7 @@ TEST(Production, RotatesInTheBackendThatTheKeyCameFrom) {
   FakeKeychain keychain;
   keychain.setKey(Backend::login, keyOf(32).view());
   const auto storage = SecureStorage::production(keychain);
-  storage->rotateKey();
+  storage->beginRotation({});
   EXPECT_FALSE(keychain.key(Backend::dataProtection));
   const auto stored = keychain.key(Backend::login);
   ASSERT_TRUE(stored);
@@ -233,7 +304,8 @@ TEST(Production, KeepsBothKeysWhenTheKeychainRefusesTheNewOne) {
   const auto storage = SecureStorage::production(keychain);
   const auto envelope = storage->seal(bytes("text"));
   keychain.fail(Backend::login, keychainStatus::userCanceled);
-  EXPECT_THROW(storage->rotateKey(), SecureStorageError);
+  storage->beginRotation({});
+  EXPECT_FALSE(storage->isRotating());
   EXPECT_EQ(storage->open(envelope), bytes("text"));
   EXPECT_EQ(SecureStorage(SecretBytes(ByteView(*keychain.key(Backend::login)))).open(envelope),
             bytes("text"));

@@ -190,7 +190,7 @@ TEST_F(ThumbnailProviderTest, ADamagedFileYieldsNothing) {
 
 TEST_F(ThumbnailProviderTest, AFileUnderAnotherKeyYieldsNothing) {
   const auto item = addImage("one", picture(4));
-  store_.storage()->rotateKey();
+  store_.storage()->beginRotation({});
   EXPECT_THAT(*requested(item), ElementsAre(nullptr));
 }
 

@@ -44,6 +44,15 @@ ObjectPointer<GAsyncResult> GlibThread::await(Deadline deadline, const GlibLoop:
   return loop_.await(deadline, start, [this] { return ending(); });
 }
 
+void GlibThread::flush(Deadline deadline, GDBusConnection& connection) {
+  const auto flushed = loop_.await(
+      deadline, [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
+        g_dbus_connection_flush(&connection, cancellable, done, slot);
+      });
+  // Whether it came out in time is of no use to anybody.
+  (void)g_dbus_connection_flush_finish(&connection, flushed.get(), nullptr);
+}
+
 void GlibThread::run(const std::function<void()>& atEnd) {
   const GlibLoop::Served served(loop_);
   for (;;) {

@@ -27,6 +27,8 @@ class GlibThread {
   /// As the loop's, but both also end when the thread is to end. On the thread.
   bool runUntil(Deadline deadline, const std::function<bool()>& done);
   [[nodiscard]] ObjectPointer<GAsyncResult> await(Deadline deadline, const GlibLoop::Start& start);
+  /// What was sent over the connection leaves the process, also when the thread is to end.
+  void flush(Deadline deadline, GDBusConnection& connection);
 
  private:
   void run(const std::function<void()>& atEnd);

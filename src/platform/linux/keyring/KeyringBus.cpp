@@ -1,5 +1,6 @@
 #include "platform/linux/keyring/KeyringBus.h"
 
+#include <chrono>
 #include <climits>
 #include <string_view>
 #include <utility>
@@ -10,6 +11,7 @@ namespace vantorel {
 namespace {
 
 constexpr int noTimeoutOfItsOwn = INT_MAX;
+constexpr std::chrono::milliseconds longestFlush(250);
 
 KeyringFailure failureOf(const GError* error) {
   const TextPointer name(g_dbus_error_get_remote_error(error));
@@ -66,6 +68,7 @@ void KeyringBus::send(const ObjectPath& object, const char* interface, const cha
   g_dbus_connection_call(connection_.get(), serviceName, object.c_str(), interface, method,
                          held.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, noTimeoutOfItsOwn, nullptr,
                          nullptr, nullptr);
+  thread_.flush(std::chrono::steady_clock::now() + longestFlush, *connection_);
 }
 
 KeyringAnswer<VariantPointer> KeyringBus::property(const ObjectPath& object, const char* interface,

@@ -30,7 +30,8 @@ class KeyringBus {
   /// Calls a method of the keyring service; takes `arguments` when they are floating.
   [[nodiscard]] KeyringAnswer<VariantPointer> call(const ObjectPath& object, const char* interface,
                                                    const char* method, GVariant* arguments);
-  /// The same without waiting for an answer.
+  /// The same without waiting for an answer, but for its way out of this process, which may end
+  /// next; where the bus is silent, a quarter of a second.
   void send(const ObjectPath& object, const char* interface, const char* method,
             GVariant* arguments);
   /// The value of a property, which has to be of that GLib `type`; asked from the service each

@@ -10,7 +10,7 @@
 namespace vantorel {
 
 /// One answer on its way from the keyring's thread to the main thread, which waits for it until a
-/// deadline and then gives it up. Shared by both.
+/// deadline, or does not wait, and then gives it up. Shared by both.
 template <class Answer>
 class KeyringCall {
  public:
@@ -23,6 +23,18 @@ class KeyringCall {
     return std::exchange(answer_, std::nullopt);
   }
 
+  /// The answer if it is there; none is taken any more.
+  std::optional<Answer> giveUp() {
+    const std::lock_guard lock(mutex_);
+    givenUp_ = true;
+    return std::exchange(answer_, std::nullopt);
+  }
+
+  [[nodiscard]] bool isAnswered() const {
+    const std::lock_guard lock(mutex_);
+    return answer_.has_value();
+  }
+
   /// False when nobody wants the answer any more.
   bool deliver(Answer answer) {
     const std::lock_guard lock(mutex_);
@@ -33,7 +45,7 @@ class KeyringCall {
   }
 
  private:
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::condition_variable answered_;
   std::optional<Answer> answer_;
   bool givenUp_ = false;

@@ -26,7 +26,7 @@ Keyring keyringState(std::chrono::seconds timeLimit) {
   KeyringCall<Keyring> call;
   GlibThread thread("keyring", [] {});
   thread.post([&] {
-    SecretServiceBus service(thread, [] {});
+    SecretServiceBus service(thread, [](KeyringNews /*heard*/) {});
     service.begin(deadline);
     call.deliver(stateOf(service));
   });

@@ -123,6 +123,23 @@ class SecretServiceKeychain::Worker {
   GlibThread thread_;  // last: it ends before what it uses
 };
 
+/// The main thread's end of a change that the keyring's thread makes.
+class SecretServiceKeychain::Update : public KeychainUpdate {
+ public:
+  explicit Update(std::shared_ptr<KeyringCall<OSStatus>> call) : call_(std::move(call)) {}
+  ~Update() override { call_->giveUp(); }
+  Update(const Update&) = delete;
+  Update& operator=(const Update&) = delete;
+
+  [[nodiscard]] bool hasEnded() const override { return call_->isAnswered(); }
+  [[nodiscard]] OSStatus settle() override {
+    return call_->giveUp().value_or(keychainStatus::notAvailable);
+  }
+
+ private:
+  std::shared_ptr<KeyringCall<OSStatus>> call_;
+};
+
 struct SecretServiceKeychain::Prepared {
   KeychainQuery query;
   Deadline deadline;
@@ -196,16 +213,25 @@ OSStatus SecretServiceKeychain::add(const KeychainQuery& query,
   return call->wait(deadline).value_or(keychainStatus::notAvailable);
 }
 
-OSStatus SecretServiceKeychain::update(const KeychainQuery& query, const SecretBytes& data) {
-  if (query.useDataProtectionKeychain) return keychainStatus::missingEntitlement;
-  const Deadline deadline = Clock::now() + timeLimit;
-  const auto call = std::make_shared<KeyringCall<OSStatus>>();
-  worker_->post(deadline, [query, secret = shared(data), call](KeyringService& service) {
-    const OSStatus status = updateKeyringItem(
-        service, query, *secret, [&] { return call->deliver(keychainStatus::success); });
-    if (status != keychainStatus::success) call->deliver(status);
-  });
-  return call->wait(deadline).value_or(keychainStatus::notAvailable);
+std::unique_ptr<KeychainUpdate> SecretServiceKeychain::beginUpdate(const KeychainQuery& query,
+                                                                   const SecretBytes& data,
+                                                                   std::function<void()> ended) {
+  auto call = std::make_shared<KeyringCall<OSStatus>>();
+  auto update = std::make_unique<Update>(call);
+  if (query.useDataProtectionKeychain) {
+    call->deliver(keychainStatus::missingEntitlement);
+    return update;
+  }
+  worker_->post(Clock::now() + timeLimit,
+                [query, secret = shared(data), call = std::move(call),
+                 tell = onMainQueue(dispatch_, std::move(ended))](KeyringService& service) {
+                  const OSStatus status = updateKeyringItem(service, query, *secret, [&] {
+                    return call->deliver(keychainStatus::success);
+                  });
+                  if (status != keychainStatus::success) call->deliver(status);
+                  tell();
+                });
+  return update;
 }
 
 }  // namespace vantorel

@@ -17,7 +17,7 @@ namespace vantorel {
 ///
 /// The service is asked on a thread of this object's own. A call that it does not answer within
 /// `timeLimit` is given up: its late answer is dropped, and an update that was given up is taken
-/// back. The user is asked to unlock once in this object's life.
+/// back, also when this ends first. The user is asked to unlock once in this object's life.
 ///
 /// To start without waiting: construct this first thing in the program, call `prepare` with the
 /// query of the history's key, make the toolkit ready, enter the event loop, and create what reads
@@ -45,9 +45,12 @@ class SecretServiceKeychain : public Keychain {
   [[nodiscard]] KeychainResult copyMatching(const KeychainQuery& query) override;
   [[nodiscard]] OSStatus add(const KeychainQuery& query, const KeychainAttributes& attributes,
                              const SecretBytes& data) override;
-  [[nodiscard]] OSStatus update(const KeychainQuery& query, const SecretBytes& data) override;
+  [[nodiscard]] std::unique_ptr<KeychainUpdate> beginUpdate(const KeychainQuery& query,
+                                                            const SecretBytes& data,
+                                                            std::function<void()> ended) override;
 
  private:
+  class Update;
   class Worker;
   struct Prepared;
 
