@@ -22,7 +22,8 @@ class PinDrag;
 
 /// The document of the list: the rows, the line below the pins, or one sentence when there is
 /// nothing to show. It has the keyboard while nothing is typed, with its dead keys. Rows are kept
-/// and reused; hidden by the program, they keep nothing of the entries that they showed.
+/// and reused; hidden by the program, they keep nothing of the entries that they showed,
+/// not even where nobody looks.
 class ClipListView : public QWidget {
   Q_OBJECT
 

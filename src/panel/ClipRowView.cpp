@@ -39,6 +39,7 @@ void ClipRowView::setContent(const RowContent& content) {
   if (content == content_) return;
   const bool sameEntry = content.id == content_.id;
   const bool sameSource = content.sourceBundleIdentifier == content_.sourceBundleIdentifier;
+  forget(content_);
   content_ = content;
   if (!sameEntry) {
     press_.reset();

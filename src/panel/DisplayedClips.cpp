@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/WipedText.h"
+
 namespace vantorel {
 
 bool DisplayedClips::isFiltered() const {
@@ -23,8 +25,9 @@ void DisplayedClips::refresh(const std::vector<ClipItem>& history, Selection sel
 }
 
 void DisplayedClips::clear() {
-  items_.clear();
+  std::vector<ClipItem>().swap(items_);  // cleared, it would keep short texts where they stood
   index_.clear();
+  wipe(filter.query);
   filter = {};
   selected_ = 0;
 }

@@ -1,5 +1,6 @@
 #include "panel/RowContent.h"
 
+#include "base/WipedText.h"
 #include "chrome/TextPresentation.h"
 #include "store/CapturedEntries.h"
 #include "store/ClipStore.h"
@@ -63,6 +64,14 @@ std::string pinToolTip(const RowContent& row) {
 
 std::string pinLimitText() {
   return "Up to " + std::to_string(ClipStore::maxPinnedItems) + " pins. Unpin an item first.";
+}
+
+void forget(RowContent& row) {
+  for (auto* text :
+       {&row.title, &row.metadata, &row.accessibilityText, &row.sourceBundleIdentifier}) {
+    wipe(*text);
+  }
+  row = {};
 }
 
 RowContent rowContent(const ClipItem& item, Availability availability, std::string_view date,

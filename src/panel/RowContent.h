@@ -26,6 +26,9 @@ struct RowContent {
   friend bool operator==(const RowContent&, const RowContent&) = default;
 };
 
+/// Makes it empty, and overwrites the texts that it held.
+void forget(RowContent& row);
+
 /// `unavailable` when the first file, whose picture stands for all of them, is gone; `incomplete`
 /// when another one is.
 enum class Availability { available, incomplete, unavailable };

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "base/WipedText.h"
 #include "text/CaseFolding.h"
 #include "text/Unicode.h"
 
@@ -35,7 +36,7 @@ void ClipSearchIndex::prepare(const ClipItem& item) { (void)folded(item); }
 
 void ClipSearchIndex::clear() {
   entries_ = {};
-  needle_ = {};
+  wipe(needle_);
 }
 
 ClipSearchIndex::Entry& ClipSearchIndex::folded(const ClipItem& item) {

@@ -5,6 +5,7 @@
 #include <QHideEvent>
 
 #include "chrome/VantorelTheme.h"
+#include "fakes/LeftInString.h"
 #include "panel/ClipRowView.h"
 #include "panel/PinButton.h"
 #include "ui/ClipListTest.h"
@@ -133,6 +134,22 @@ TEST_F(ClipRowTest, AHiddenListKeepsNothingOfItsEntries) {
   EXPECT_TRUE(row.accessibleName().isEmpty());
   show();
   EXPECT_EQ(row.content().id, id);
+}
+
+TEST_F(ClipRowTest, AHiddenRowKeepsNoTextBehindItsEnd) {
+  for (const auto* text : {"hunter2", "a text that is too long to stand in the string itself"}) {
+    items_.clear();
+    const auto id = addText(text);
+    items_[0].sourceBundleIdentifier = "org.example.OneWithALongName";
+    show();
+    const auto& row = rowOf(id);
+    ASSERT_EQ(row.content().title, text);
+    window_.hide();
+    const auto& content = row.content();
+    for (const auto* left : {&content.title, &content.metadata, &content.accessibilityText,
+                             &content.sourceBundleIdentifier})
+      EXPECT_FALSE(isAnythingLeftIn(*left)) << text;
+  }
 }
 
 TEST_F(ClipRowTest, AListThatTheDesktopPutsOutOfSightStaysAsItIs) {

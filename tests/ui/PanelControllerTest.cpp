@@ -397,6 +397,18 @@ TEST_F(PanelController, KeepsNothingOfItsEntriesInRowsOnceItIsHidden) {
   EXPECT_THAT(titles(), ElementsAre("secret", "b"));
 }
 
+TEST_F(PanelController, KeepsNothingThatWasSearchedForOnceItIsHidden) {
+  addTexts({"secret", "b"});
+  open();
+  controller_->openSearch(std::nullopt);
+  searchField().insert("secret");
+  ASSERT_TRUE(searchField().isUndoAvailable());
+  controller_->hide();
+  EXPECT_TRUE(searchField().text().isEmpty());
+  EXPECT_FALSE(searchField().isUndoAvailable());
+  EXPECT_FALSE(searchField().isRedoAvailable());
+}
+
 TEST_F(PanelController, KeepsNothingOfRemovedEntriesInSpareRows) {
   const auto ids = addTexts({"secret", "b"});
   open();

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "fakes/LeftInString.h"
 #include "fakes/TestStore.h"
 
 namespace vantorel {
@@ -141,7 +142,9 @@ TEST_F(DisplayedClipsTest, ClearedItKeepsNothingAndBeginsAtTheTop) {
   clips_.filter.sourceId = "editor";
   clips_.clear();
   EXPECT_THAT(clips_.items(), IsEmpty());
+  EXPECT_EQ(clips_.items().capacity(), 0U);
   EXPECT_FALSE(clips_.isNarrowed());
+  EXPECT_FALSE(isAnythingLeftIn(clips_.filter.query));
   clips_.refresh(history_, Selection::keepIndex);
   EXPECT_EQ(selected(), "a");
 }

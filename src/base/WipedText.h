@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace vantorel {
+
+/// Empties `text` and overwrites wherever it stood, then gives the memory back. Emptied in the
+/// usual way a string keeps its memory, with all of its characters but the first. Any thread.
+void wipe(std::string& text) noexcept;
+
+}  // namespace vantorel
