@@ -56,7 +56,7 @@ ClipStore::ClipStore(ClipStoreServices services,
       assets_(services_.files, directories_.assets()),
       secureStorage_(secureStorage ? std::move(secureStorage)
                                    : storageFor(services_.keychain, !baseUrl.has_value())),
-      file_(services_.files, directories_, indexUrl_, secureStorage_),
+      file_({services_.files, secureStorage_}, directories_, indexUrl_, limits_.maxHistoryBytes),
       saver_(services_.dispatch, file_, assets_, items_),
       readings_({.dispatch = services_.dispatch,
                  .recognition = services_.recognition,
@@ -93,7 +93,9 @@ bool ClipStore::migrateLegacy() {
   auto items = decodeHistory(std::move(*json));
   if (!items || !secureStorage_) return false;
   items_ = std::move(*items);
-  if (!encryptLegacyAssets() || !file_.write(items_)) return false;
+  if (!encryptLegacyAssets() || file_.write(items_) != SealedHistory::Outcome::saved) {
+    return false;
+  }
   (void)services_.files.remove(legacyIndexUrl_);
   return true;
 }

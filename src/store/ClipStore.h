@@ -20,6 +20,7 @@
 #include "store/AssetFolder.h"
 #include "store/ClipItem.h"
 #include "store/HistoryDirectories.h"
+#include "store/HistoryFile.h"
 #include "store/HistorySaver.h"
 #include "store/PictureReadings.h"
 #include "store/PinResult.h"
@@ -33,6 +34,7 @@ struct ClipStoreLimits {
   Seconds maxAge{604'800};                    // of unpinned entries
   std::uint64_t maxAssetBytes = 157'286'400;  // all image files together
   std::size_t maxSingleImageBytes = largestEncodedImage;
+  std::uint64_t maxHistoryBytes = maximumHistoryBytes;  // of JSON; what is over is not saved
 };
 
 /// What the store needs of its surroundings. All outlive the store.

@@ -8,6 +8,8 @@
 namespace vantorel {
 namespace {
 
+using Outcome = SealedHistory::Outcome;
+
 constexpr Seconds longestRetry{300};
 
 // Encoding, sealing and writing so much takes about half of the time between two frames.
@@ -30,21 +32,17 @@ HistorySaver::HistorySaver(Dispatch& dispatch, SealedHistory file, AssetFolder a
     : dispatch_(dispatch), file_(std::move(file)), assets_(std::move(assets)), items_(items) {}
 
 HistorySaver::~HistorySaver() {
-  const bool isOnDisk = !endsUnsaved() || file_.write(items_);
-  if (isOnDisk && !discarded_.empty()) assets_.removeOrphans(namedAssets(items_));
-}
-
-/// Gives up the save under way, if any; whether the latest list is still to be written.
-bool HistorySaver::endsUnsaved() {
-  if (!background_) return !isSaved_;
-  const auto hasSaved = background_->hasSaved;
-  const bool again = background_->again;
-  giveUpSave();
-  return again || !*hasSaved;
+  if (background_) {
+    const auto outcome = background_->outcome;
+    const bool again = background_->again;
+    giveUpSave();
+    if (!again) settle(*outcome);
+  }
+  if (isOwed_) settle(file_.write(items_));
 }
 
 void HistorySaver::save() {
-  isSaved_ = false;
+  isOwed_ = true;
   if (background_) {
     background_->again = true;
   } else if (contentBytes(items_) > maxBytesAtOnce) {
@@ -57,32 +55,33 @@ void HistorySaver::save() {
 void HistorySaver::saveInBackground() {
   background_ = std::make_unique<Background>();
   background_->queue = dispatch_.serialQueue("com.vantorel.history");
-  auto finish = background_->life.guard([this](bool saved) {
+  auto finish = background_->life.guard([this](Outcome outcome) {
     const bool again = std::exchange(background_, nullptr)->again;
     if (again) {
       save();
     } else {
-      settle(saved);
+      settle(outcome);
     }
   });
   background_->queue->async([items = items_, file = file_, &main = dispatch_,
-                             hasSaved = background_->hasSaved, finish = std::move(finish)] {
-    const bool saved = file.write(items);
-    *hasSaved = saved;
-    main.async([finish, saved] { finish(saved); });
+                             last = background_->outcome, finish = std::move(finish)] {
+    const Outcome outcome = file.write(items);
+    *last = outcome;
+    main.async([finish, outcome] { finish(outcome); });
   });
 }
 
-void HistorySaver::settle(bool saved) {
-  if (saved) {
-    isSaved_ = true;
+void HistorySaver::settle(Outcome outcome) {
+  if (outcome != Outcome::failed) {
+    isOwed_ = false;
     retry_.reset();
     retryDelay_ = firstRetry;
+  }
+  if (outcome == Outcome::saved) {
     discarded_.clear();
     assets_.removeOrphans(namedAssets(items_));
-    return;
   }
-  if (retry_) return;
+  if (retry_ || !isOwed_) return;
   retry_ = dispatch_.after(retryDelay_, [this] {
     const auto fired = std::move(retry_);  // this very timer: it goes when its work is done
     retryDelay_ = std::min(retryDelay_ * 2, longestRetry);

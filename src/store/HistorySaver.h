@@ -14,7 +14,8 @@
 
 namespace vantorel {
 
-/// Brings the history onto the disk. A save that failed is tried again by itself. A list of some
+/// Brings the history onto the disk. A save that failed is tried again by itself, but not one of a
+/// list that is too large, which waits until the list changes. A list of some
 /// megabytes is written on a queue of its own, and once more if it has changed meanwhile, so that a
 /// long text stops nothing. Until a save has succeeded the list on the disk may name files that the
 /// list in memory no longer does: only then are they deleted. Main thread.
@@ -49,13 +50,14 @@ class HistorySaver {
   struct Background {
     std::unique_ptr<SerialQueue> queue;
     bool again = false;  // the list has changed since
-    std::shared_ptr<std::atomic<bool>> hasSaved = std::make_shared<std::atomic<bool>>(false);
+    /// What has become of it so far.
+    std::shared_ptr<std::atomic<SealedHistory::Outcome>> outcome =
+        std::make_shared<std::atomic<SealedHistory::Outcome>>(SealedHistory::Outcome::failed);
     Lifetime life;
   };
 
   void saveInBackground();
-  void settle(bool saved);
-  [[nodiscard]] bool endsUnsaved();
+  void settle(SealedHistory::Outcome outcome);
 
   Dispatch& dispatch_;
   SealedHistory file_;
@@ -65,7 +67,7 @@ class HistorySaver {
   Seconds retryDelay_ = firstRetry;
   std::unique_ptr<Timer> retry_;
   std::unique_ptr<Background> background_;  // while a save is under way
-  bool isSaved_ = true;                     // the list as it is, or it was not to be saved
+  bool isOwed_ = false;                     // the list is to be saved, and no save has ended
 };
 
 }  // namespace vantorel

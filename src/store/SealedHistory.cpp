@@ -5,33 +5,39 @@
 
 #include "base/AtomicFile.h"
 #include "store/HistoryFile.h"
+#include "store/HistorySize.h"
 #include "store/SealedFile.h"
 
 namespace vantorel {
 
-SealedHistory::SealedHistory(FileSystem& files, HistoryDirectories directories,
-                             std::filesystem::path path,
-                             std::shared_ptr<const SecureStorage> storage)
-    : files_(files),
+using Outcome = SealedHistory::Outcome;
+
+SealedHistory::SealedHistory(Services services, HistoryDirectories directories,
+                             std::filesystem::path path, std::uint64_t maximumBytes)
+    : services_(std::move(services)),
       directories_(std::move(directories)),
       path_(std::move(path)),
-      storage_(std::move(storage)) {}
+      maximumBytes_(maximumBytes) {}
 
-bool SealedHistory::write(const std::vector<ClipItem>& items) const {
-  if (!storage_ || directories_.restore()) return false;
+Outcome SealedHistory::write(const std::vector<ClipItem>& items) const {
+  if (!services_.storage || directories_.restore()) return Outcome::failed;
   try {
-    const Bytes json = encodeHistory(items);
-    return json.size() <= maximumHistoryBytes && writeSealed(files_, path_, *storage_, json);
+    const auto fitting = withinHistorySize(items, maximumBytes_);
+    if (!fitting) return Outcome::tooLarge;
+    const Bytes json = encodeHistory(*fitting);
+    if (json.size() > maximumBytes_) return Outcome::tooLarge;
+    const bool isWritten = writeSealed(services_.files, path_, *services_.storage, json);
+    return isWritten ? Outcome::saved : Outcome::failed;
   } catch (const std::exception&) {  // no memory for it
-    return false;
+    return Outcome::failed;
   }
 }
 
 void SealedHistory::removeUnfinishedWrites() const {
   const auto& directory = directories_.base();
-  for (const auto& name : files_.list(directory).value_or(std::vector<FileSystem::Path>())) {
+  for (const auto& name : services_.files.list(directory).value_or(std::vector<FileSystem::Path>())) {
     if (isUnfinishedWrite(name.string(), path_.filename().string()))
-      (void)files_.remove(directory / name);
+      (void)services_.files.remove(directory / name);
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <vector>
@@ -14,24 +15,32 @@ namespace vantorel {
 /// The history's sealed file in its base directory. Cheap to copy. Any thread.
 class SealedHistory {
  public:
-  /// `files` outlives this; without a storage nothing is written.
-  SealedHistory(FileSystem& files, HistoryDirectories directories, std::filesystem::path path,
-                std::shared_ptr<const SecureStorage> storage);
+  struct Services {
+    FileSystem& files;
+    std::shared_ptr<const SecureStorage> storage;  // may be null: nothing can be written then
+  };
+  /// saved: the list stands on the disk. failed: it does not, and may the next time. tooLarge: it
+  /// never will, unless it changes.
+  enum class Outcome { saved, failed, tooLarge };
+
+  /// The services outlive this. No more than `maximumBytes` of JSON are written.
+  SealedHistory(Services services, HistoryDirectories directories, std::filesystem::path path,
+                std::uint64_t maximumBytes);
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-  /// Puts the list in the file's place in one step. Makes the directories again, should somebody
-  /// have taken them away.
-  [[nodiscard]] bool write(const std::vector<ClipItem>& items) const;
+  /// Puts the list in the file's place in one step, as far as it fits in there (see
+  /// `withinHistorySize`). Makes the directories again, should somebody have taken them away.
+  [[nodiscard]] Outcome write(const std::vector<ClipItem>& items) const;
 
   /// Of writes that a sudden end cut short.
   void removeUnfinishedWrites() const;
 
  private:
-  FileSystem& files_;
+  Services services_;
   HistoryDirectories directories_;
   std::filesystem::path path_;
-  std::shared_ptr<const SecureStorage> storage_;
+  std::uint64_t maximumBytes_;
 };
 
 }  // namespace vantorel
