@@ -89,7 +89,8 @@ bool ClipStore::loadSealed() {
 
 bool ClipStore::migrateLegacy() {
   auto json = services_.files.readFile(legacyIndexUrl_, maximumHistoryBytes);
-  if (!json) return secureStorage_ != nullptr;
+  // One that stands there and cannot be read names pictures that nothing else does.
+  if (!json) return secureStorage_ && !services_.files.exists(legacyIndexUrl_);
   auto items = decodeHistory(std::move(*json));
   if (!items || !secureStorage_) return false;
   items_ = std::move(*items);

@@ -392,6 +392,37 @@ TEST(ClipStoreMigration, LeavesAPlainHistoryThatIsNoneAndStaysWithoutPersistence
   EXPECT_EQ(readFile(place.legacy()), R"([{"id": 1}])");
 }
 
+TEST(ClipStoreMigration, LeavesEverythingAloneWhileThePlainHistoryCannotBeRead) {
+  const std::string name = "0A1B2C3D-0000-4000-8000-000000000000.png";
+  Place place;
+  writeFile(place.assets() / name, "picture");
+  writeFile(place.legacy(), legacyJson({imageItem(name, "h"), textItem("plain")}));
+  const std::string before = readFile(place.legacy());
+  place.files.makeUnreadable(place.legacy());
+  {
+    const auto store = place.open();
+    EXPECT_FALSE(store->persistenceIsReady());
+    store->insert(textItem("in memory"));
+  }
+  EXPECT_FALSE(fs::exists(place.index()));
+  EXPECT_EQ(readFile(place.legacy()), before);
+  EXPECT_EQ(readFile(place.assets() / name), "picture");
+  place.files.recover();
+  const auto store = place.open();
+  EXPECT_EQ(store->items().size(), 2U);
+  EXPECT_FALSE(fs::exists(place.legacy()));
+  EXPECT_TRUE(fs::exists(place.assets() / name));
+}
+
+TEST(ClipStoreMigration, LeavesWhatStandsInThePlainHistorysPlace) {
+  Place place;
+  fs::create_directories(place.legacy());
+  const auto store = place.open();
+  EXPECT_FALSE(store->persistenceIsReady());
+  EXPECT_FALSE(fs::exists(place.index()));
+  EXPECT_TRUE(fs::exists(place.legacy()));
+}
+
 TEST(ClipStoreMigration, IsPutOffWithoutAKey) {
   Place place;
   writeFile(place.legacy(), legacyJson({textItem("plain")}));
