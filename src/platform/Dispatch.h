@@ -51,7 +51,8 @@ class Dispatch {
   /// `work` owns or shares all that it touches. Any thread.
   virtual void detach(Work work) = 0;
 
-  /// A new serial queue; `label` names its thread for debuggers. Any thread.
+  /// A new serial queue; `label` names its thread for debuggers. Throws `std::system_error` when
+  /// the system has no thread to give. Any thread.
   [[nodiscard]] virtual std::unique_ptr<SerialQueue> serialQueue(const std::string& label) = 0;
 };
 

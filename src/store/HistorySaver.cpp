@@ -1,6 +1,7 @@
 #include "store/HistorySaver.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 #include "store/ClipRetention.h"
@@ -53,8 +54,13 @@ void HistorySaver::save() {
 }
 
 void HistorySaver::saveInBackground() {
-  background_ = std::make_unique<Background>();
-  background_->queue = dispatch_.serialQueue("com.vantorel.history");
+  auto background = std::make_unique<Background>();
+  try {
+    background->queue = dispatch_.serialQueue("com.vantorel.history");
+  } catch (const std::system_error&) {
+    return settle(Outcome::failed);
+  }
+  background_ = std::move(background);
   auto finish = background_->life.guard([this](Outcome outcome) {
     const bool again = std::exchange(background_, nullptr)->again;
     if (again) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace vantorel {
@@ -85,6 +86,9 @@ std::unique_ptr<Timer> ManualDispatch::every(Seconds interval, Work work) {
 void ManualDispatch::detach(Work work) { async(std::move(work)); }
 
 std::unique_ptr<SerialQueue> ManualDispatch::serialQueue(const std::string& /*label*/) {
+  if (refusesQueues_) {
+    throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+  }
   return std::make_unique<ManualSerialQueue>(queue_);
 }
 

@@ -40,6 +40,8 @@ class ManualDispatch : public Dispatch {
   /// Runs one piece of queued work; false when there is none.
   bool runOne();
   [[nodiscard]] std::size_t queuedCount() const;
+  /// Whether there is no thread for a new serial queue.
+  void refuseQueues(bool refuses) { refusesQueues_ = refuses; }
   /// Timers that are armed, repeating ones included.
   [[nodiscard]] std::size_t timerCount() const;
   /// Intervals of the armed repeating timers.
@@ -51,6 +53,7 @@ class ManualDispatch : public Dispatch {
   class ManualTimer;
   class ManualSerialQueue;
   std::shared_ptr<Queue> queue_;
+  bool refusesQueues_ = false;
 };
 
 }  // namespace vantorel

@@ -91,6 +91,24 @@ TEST_F(SavingALongHistory, IsTriedAgainAfterAFailure) {
   EXPECT_EQ(savedCount(), 1U);
 }
 
+TEST_F(SavingALongHistory, WithoutAThreadForItIsAFailureThatIsTriedAgain) {
+  store_.dispatch().refuseQueues(true);
+  EXPECT_NO_THROW(store_.addText(longText('a')));
+  EXPECT_EQ(store_.changes(), 1);
+  store_.dispatch().runQueued();
+  EXPECT_EQ(savedCount(), 0U);
+  store_.dispatch().refuseQueues(false);
+  store_.dispatch().advance(std::chrono::seconds(5));
+  EXPECT_EQ(savedCount(), 1U);
+}
+
+TEST_F(SavingALongHistory, WithoutAThreadForItIsDoneAtTheEnd) {
+  store_.dispatch().refuseQueues(true);
+  EXPECT_NO_THROW(store_.addText(longText('a')));
+  store_.quit();
+  EXPECT_EQ(savedCount(), 1U);
+}
+
 TEST_F(SavingALongHistory, NothingComesBackThatWasClearedMeanwhile) {
   store_.addText(longText('a'));
   store_->clear(true);
