@@ -59,6 +59,8 @@ class DiskStore {
     for (auto item = items.rbegin(); item != items.rend(); ++item) store_->insert(*item);
   }
   ClipStore& store() { return *store_; }
+  /// A long history is saved on a queue, which here is run when it is asked to.
+  void finishSaving() { dispatch_.runQueued(); }
   Date tick() {
     dispatch_.setNow(dispatch_.now() + std::chrono::seconds(1));
     return dispatch_.now();
@@ -128,6 +130,41 @@ void capturingImage(benchmark::State& state) {
   }
 }
 
+std::vector<std::filesystem::path> manyPaths(std::int64_t count) {
+  std::vector<std::filesystem::path> paths;
+  for (std::int64_t i = 0; i < count; ++i) {
+    paths.emplace_back("/home/user/Pictures/2024/holiday/IMG_" + std::to_string(10'000'000 + i) +
+                       ".jpg");
+  }
+  return paths;
+}
+
+/// What the main thread does when range(0) files are copied.
+void capturingFiles(benchmark::State& state) {
+  DiskStore disk;
+  const auto paths = manyPaths(state.range(0));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(disk.store().captureFiles(paths, {}));
+    state.PauseTiming();
+    disk.store().clear(true);
+    state.ResumeTiming();
+  }
+}
+
+/// What it does when a short text is copied afterwards.
+void insertingTextAfterFiles(benchmark::State& state) {
+  DiskStore disk;
+  disk.store().captureFiles(manyPaths(state.range(0)), {});
+  int number = 0;
+  for (auto _ : state) {
+    state.PauseTiming();
+    const ClipItem item = textItem(std::to_string(++number), disk.tick());
+    disk.finishSaving();
+    state.ResumeTiming();
+    disk.store().insert(item);
+  }
+}
+
 /// What a start does with the history: read, open, decode, tidy and save it.
 void loading(benchmark::State& state) {
   DiskStore disk;
@@ -158,6 +195,18 @@ BENCHMARK(insertingText)
 BENCHMARK(capturingImage)
     ->Arg(2'000'000)
     ->Arg(12'000'000)
+    ->Iterations(20)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(capturingFiles)
+    ->Arg(10'000)
+    ->Arg(150'000)
+    ->Iterations(10)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(insertingTextAfterFiles)
+    ->Arg(10'000)
+    ->Arg(150'000)
     ->Iterations(20)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);

@@ -9,6 +9,7 @@
 #include "base/Date.h"
 #include "base/Shared.h"
 #include "base/Uuid.h"
+#include "store/FilePaths.h"
 
 namespace vantorel {
 
@@ -26,7 +27,7 @@ struct ClipItem {
   std::string title;    // "Text", "Image", "File", "Video" or "3 files"
   std::string preview;  // one line: start of the text, size of the image, names of the files
   std::optional<SharedText> text;
-  std::vector<std::string> filePaths;        // absolute, in the order they were copied
+  FilePaths filePaths;                       // absolute, in the order they were copied
   std::optional<std::string> assetFilename;  // name inside the assets directory
   std::optional<std::string> sourceAppName;
   std::optional<std::string> sourceBundleIdentifier;

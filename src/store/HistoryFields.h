@@ -13,7 +13,7 @@ namespace vantorel {
 struct HistoryField {
   std::string_view key;
   std::variant<Uuid ClipItem::*, ClipKind ClipItem::*, Date ClipItem::*, std::string ClipItem::*,
-               std::vector<std::string> ClipItem::*, std::optional<std::string> ClipItem::*,
+               FilePaths ClipItem::*, std::optional<std::string> ClipItem::*,
                std::optional<SharedText> ClipItem::*, std::optional<SharedBytes> ClipItem::*,
                std::optional<bool> ClipItem::*, std::optional<std::int64_t> ClipItem::*,
                std::optional<Date> ClipItem::*>

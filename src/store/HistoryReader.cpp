@@ -130,7 +130,7 @@ bool HistoryReader::string(std::string_view text) {
   if (state_ != State::paths) {
     return setField([text](auto& place) { return setFromText(place, text); });
   }
-  item_.filePaths.emplace_back(text);
+  paths_.emplace_back(text);
   return true;
 }
 
@@ -175,16 +175,15 @@ bool HistoryReader::StartArray() {
     state_ = State::entries;
     return true;
   }
-  const bool isList = setField([](auto& place) {
-    if constexpr (std::is_same_v<decltype(place), std::vector<std::string>&>) place.clear();
-    return std::is_same_v<decltype(place), std::vector<std::string>&>;
-  });
+  const bool isList =
+      setField([](auto& place) { return std::is_same_v<decltype(place), FilePaths&>; });
   if (isList) state_ = State::paths;
   return isList;
 }
 
 bool HistoryReader::EndArray(rapidjson::SizeType /*elements*/) {
   if (state_ == State::skipping) return containerEndWhileSkipping();
+  if (state_ == State::paths) item_.filePaths = std::exchange(paths_, {});
   state_ = state_ == State::paths ? State::keys : State::root;
   return true;
 }

@@ -58,6 +58,7 @@ class HistoryReader {
 
   std::vector<ClipItem> items_;
   ClipItem item_;
+  std::vector<std::string> paths_;             // in the array under way
   std::bitset<historyFields.size()> present_;  // of the entry under way: what had a value
   State state_ = State::root;
   std::size_t field_ = 0;  // its place in `historyFields`

@@ -22,6 +22,9 @@ std::size_t contentBytes(const std::vector<ClipItem>& items) {
     if (item.text) total += item.text->get().size();
     if (item.rtfData) total += item.rtfData->get().size();
     if (item.htmlData) total += item.htmlData->get().size();
+    if (item.recognizedText) total += item.recognizedText->size();
+    total += item.preview.size();
+    for (const std::string& path : item.filePaths) total += path.size();
   }
   return total;
 }

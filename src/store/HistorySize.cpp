@@ -48,7 +48,8 @@ std::uint64_t richSize(const ClipItem& item) {
 
 std::uint64_t historySize(const ClipItem& item) {
   std::uint64_t size = emptyEntry + escapedLength(item.title) + escapedLength(item.preview) +
-                       escapedLengthIfAny(item.assetFilename) + escapedLengthIfAny(item.sourceAppName) +
+                       escapedLengthIfAny(item.assetFilename) +
+                       escapedLengthIfAny(item.sourceAppName) +
                        escapedLengthIfAny(item.sourceBundleIdentifier) +
                        escapedLengthIfAny(item.contentHash) + escapedLengthIfAny(item.customName) +
                        escapedLengthIfAny(item.recognizedText) + richSize(item);

@@ -54,9 +54,9 @@ void HistoryWriter::value(const SharedBytes& bytes) {
   to[length] = '"';
 }
 
-void HistoryWriter::value(const std::vector<std::string>& texts) {
+void HistoryWriter::value(const FilePaths& paths) {
   StartArray();
-  for (const std::string& text : texts) string(text);
+  for (const std::string& path : paths) string(path);
   EndArray();
 }
 

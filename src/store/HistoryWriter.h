@@ -32,7 +32,7 @@ class HistoryWriter : private rapidjson::PrettyWriter<HistoryJson> {
   void value(Date date);
   void value(const SharedText& text) { string(text.get()); }
   void value(const SharedBytes& bytes);
-  void value(const std::vector<std::string>& texts);
+  void value(const FilePaths& paths);
 
   HistoryJson& json_;
 };

@@ -35,7 +35,8 @@ Outcome SealedHistory::write(const std::vector<ClipItem>& items) const {
 
 void SealedHistory::removeUnfinishedWrites() const {
   const auto& directory = directories_.base();
-  for (const auto& name : services_.files.list(directory).value_or(std::vector<FileSystem::Path>())) {
+  for (const auto& name :
+       services_.files.list(directory).value_or(std::vector<FileSystem::Path>())) {
     if (isUnfinishedWrite(name.string(), path_.filename().string()))
       (void)services_.files.remove(directory / name);
   }

@@ -45,7 +45,7 @@ TEST_F(AvailabilityOnDisk, FilesAreThereWhenEveryOneIs) {
   const auto one = file("one");
   const auto two = file("two");
   auto none = filesItem({one});
-  none.filePaths.clear();
+  none.filePaths = {};
   EXPECT_EQ(of(none), Availability::available);
   EXPECT_EQ(of({one}), Availability::available);
   EXPECT_EQ(of({one, two}), Availability::available);

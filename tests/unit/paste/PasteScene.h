@@ -33,7 +33,7 @@ class PasteScene : public testing::Test {
   /// What a damaged history may hold.
   [[nodiscard]] static ClipItem filesItemWithoutFiles() {
     auto item = filesItem({"/tmp/a.txt"});
-    item.filePaths.clear();
+    item.filePaths = {};
     return item;
   }
   /// The target comes to the front, announced, as soon as it is asked to.

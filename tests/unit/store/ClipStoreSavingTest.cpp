@@ -136,6 +136,23 @@ TEST_F(SavingALongHistory, RichTextCountsLikeText) {
   }
 }
 
+TEST_F(SavingALongHistory, NamesOfFilesAndTextInPicturesCountLikeText) {
+  const std::string word = longText('a');
+  ClipItem files = filesItem({"/" + word});
+  files.preview.clear();
+  ClipItem preview = textItem("short");
+  preview.preview = word;
+  ClipItem picture = imageItem("0A1B2C3D-0000-4000-8000-000000000000.png", "h");
+  picture.recognizedText = word;
+  for (const ClipItem& item : {files, preview, picture}) {
+    TestStore store;
+    store->insert(item);
+    EXPECT_THAT(store.savedItems(), Optional(IsEmpty()));
+    store.dispatch().runQueued();
+    EXPECT_THAT(store.savedItems(), Optional(SizeIs(1)));
+  }
+}
+
 TEST_F(SavingALongHistory, PinsThatSurviveAClearAreWritten) {
   store_->togglePinned(store_.addText(longText('a')));
   store_.addText("b");

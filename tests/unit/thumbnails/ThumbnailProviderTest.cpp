@@ -210,7 +210,7 @@ TEST_F(ThumbnailProviderTest, AnImageWithoutAFileYieldsNothing) {
 
 TEST_F(ThumbnailProviderTest, FilesWithoutPathsYieldNothing) {
   auto item = filesItem({"/a"});
-  item.filePaths.clear();
+  item.filePaths = {};
   EXPECT_THAT(*request(item), ElementsAre(nullptr));
 }
 
