@@ -23,6 +23,8 @@ class FileSystem {
   /// Whether anything stands at `path`. A path that may not be looked at counts as standing: it is
   /// safer to find a file unreadable than to take it for absent.
   [[nodiscard]] virtual bool exists(const Path& path) = 0;
+  /// Whether a symbolic link stands at `path`, wherever it leads.
+  [[nodiscard]] virtual bool isLink(const Path& path) = 0;
   /// Whether somebody who opens `path` would find something there: no link to nothing, and nothing
   /// that may not be looked at.
   [[nodiscard]] virtual bool isWithinReach(const Path& path) = 0;

@@ -15,6 +15,7 @@
 #include "store/ClipRetention.h"
 #include "store/HistoryFile.h"
 #include "store/SealedFile.h"
+#include "store/StoredPicture.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -67,6 +68,9 @@ ClipStore::ClipStore(ClipStoreServices services,
                   setRecognizedText(id, contentHash, text);
                 }) {
   persistenceIsReady_ = !directories_.prepare() && load();
+  if (assets_.isLink()) {
+    std::fputs("vantorel: no pictures are kept, for their directory is a symbolic link\n", stderr);
+  }
   if (persistenceIsReady_) tidyLoadedHistory();
 }
 
@@ -106,8 +110,7 @@ bool ClipStore::encryptLegacyAssets() {
     if (item.kind != ClipKind::image || !item.assetFilename) continue;
     const auto bytes = assets_.read(*item.assetFilename);
     if (!bytes || SecureStorage::isSealed(*bytes)) continue;
-    const auto path = assets_.pathOf(*item.assetFilename);
-    if (!path || !writeSealed(services_.files, *path, *secureStorage_, *bytes)) return false;
+    if (!assets_.seal(*item.assetFilename, *secureStorage_, *bytes)) return false;
   }
   return true;
 }
@@ -188,8 +191,7 @@ std::optional<ClipStore::Capture> ClipStore::captureImage(const Image& image,
   std::string name = Uuid::random().string() + "." + encoded->extension;
   if (const ClipItem* const stored = storedImage(hash)) {
     name = *stored->assetFilename;
-  } else if (directories_.restore() ||
-             !writeSealed(services_.files, assetsUrl() / name, *secureStorage_, *encoded->bytes)) {
+  } else if (directories_.restore() || !assets_.seal(name, *secureStorage_, *encoded->bytes)) {
     return std::nullopt;
   }
   const Capture capture = insert(
@@ -256,10 +258,7 @@ void ClipStore::remove(Uuid id) {
 }
 
 std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {
-  if (!item.assetFilename) return std::nullopt;
-  auto bytes = assets_.read(*item.assetFilename);
-  if (!bytes) return std::nullopt;
-  return openedIfSealed(secureStorage_.get(), std::move(*bytes));
+  return storedPicture(assets_, secureStorage_.get(), item);
 }
 
 }  // namespace vantorel

@@ -118,8 +118,8 @@ class ClipStore {
   /// history on the disk could not be read, only a clear of everything touches it.
   void clear(bool includingPinned);
 
-  /// The bytes of an entry's image, opened if they are sealed; absent when the file is missing,
-  /// cut or sealed under another key. May take the milliseconds that reading 12 MiB takes.
+  /// The bytes of an entry's image; absent when they cannot be had (see `storedPicture`). May take
+  /// the milliseconds that reading 12 MiB takes, and proving that they are the right ones.
   [[nodiscard]] std::optional<Bytes> assetData(const ClipItem& item) const;
 
  private:

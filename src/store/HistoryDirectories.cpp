@@ -11,11 +11,15 @@ HistoryDirectories::HistoryDirectories(FileSystem& files, std::filesystem::path 
 
 Error HistoryDirectories::prepare() const {
   constexpr unsigned ownerOnly = 0700;
-  if (const Error error = files_.createDirectories(assets_, ownerOnly)) return error;
-  // The permissions may be another's, if the directories stood there before.
-  if (const Error error = files_.setPermissions(base_, ownerOnly)) return error;
-  if (const Error error = files_.setPermissions(assets_, ownerOnly)) return error;
-  if (const Error error = files_.excludeFromBackup(base_)) return error;
+  const bool leadsElsewhere = files_.isLink(assets_);  // which `AssetFolder` does not follow
+  const auto& innermost = leadsElsewhere ? base_ : assets_;
+  if (const Error error = files_.createDirectories(innermost, ownerOnly)) return error;
+  if (!files_.isLink(base_)) {
+    // The permissions may be another's, if the directories stood there before.
+    if (const Error error = files_.setPermissions(base_, ownerOnly)) return error;
+    if (const Error error = files_.setPermissions(innermost, ownerOnly)) return error;
+    if (const Error error = files_.excludeFromBackup(base_)) return error;
+  }
   return files_.claim(base_);
 }
 

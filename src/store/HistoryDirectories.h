@@ -6,8 +6,8 @@
 
 namespace vantorel {
 
-/// Where a history lives: a base directory, and in it one for the pictures. Cheap to copy. Any
-/// thread.
+/// Where a history lives: a base directory, and in it one for the pictures. A base that is a link
+/// is used, and what stood where it leads keeps its permissions. Cheap to copy. Any thread.
 class HistoryDirectories {
  public:
   /// `files` outlives this.

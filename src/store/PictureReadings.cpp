@@ -4,18 +4,16 @@
 #include <utility>
 
 #include "store/ImageTextRecognizer.h"
-#include "store/SealedFile.h"
+#include "store/StoredPicture.h"
 
 namespace vantorel {
 namespace {
 
-std::optional<std::string> textOf(const PictureReadings::Services& services,
-                                  const std::string& assetFilename, const std::stop_token& stop) {
+std::optional<std::string> textOf(const PictureReadings::Services& services, const ClipItem& item,
+                                  const std::stop_token& stop) {
   if (stop.stop_requested() || !services.storage) return std::nullopt;
   try {
-    auto file = services.assets.read(assetFilename);
-    if (!file) return std::nullopt;
-    const auto image = openedIfSealed(services.storage.get(), std::move(*file));
+    const auto image = storedPicture(services.assets, services.storage.get(), item);
     if (!image) return std::nullopt;
     return ImageTextRecognizer::recognize(services.recognition, *image, stop);
   } catch (const std::exception&) {  // no memory for it
@@ -46,9 +44,8 @@ void PictureReadings::begin(const ClipItem& item) {
     main.async([finish, text] { finish(text); });
   });
   // What is read stands for itself: the entry may change or go meanwhile, and so may this.
-  services_.queue.async([services = services_, name = *item.assetFilename,
-                         stop = reading->second.get_token(),
-                         post = std::move(post)] { post(textOf(services, name, stop)); });
+  services_.queue.async([services = services_, item, stop = reading->second.get_token(),
+                         post = std::move(post)] { post(textOf(services, item, stop)); });
 }
 
 void PictureReadings::finish(Uuid id, const std::optional<std::string>& contentHash,

@@ -14,12 +14,6 @@ std::optional<Bytes> opened(const SecureStorage& storage, ByteView envelope) {
   }
 }
 
-std::optional<Bytes> openedIfSealed(const SecureStorage* storage, Bytes bytes) {
-  if (!SecureStorage::isSealed(bytes)) return bytes;
-  if (storage == nullptr) return std::nullopt;
-  return opened(*storage, bytes);
-}
-
 bool writeSealed(FileSystem& files, const std::filesystem::path& path, const SecureStorage& storage,
                  ByteView plaintext) {
   try {

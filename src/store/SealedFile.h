@@ -11,11 +11,6 @@ namespace vantorel {
 /// The plaintext of an envelope; absent when it is none, is damaged, or belongs to another key.
 [[nodiscard]] std::optional<Bytes> opened(const SecureStorage& storage, ByteView envelope);
 
-/// The plaintext of an image file's bytes: opened when they are an envelope, as they are when they
-/// are not, since files of older histories may be unsealed. Absent when there is no storage for an
-/// envelope, or it does not open. Any thread.
-[[nodiscard]] std::optional<Bytes> openedIfSealed(const SecureStorage* storage, Bytes bytes);
-
 /// Seals the bytes and puts them in the place of the file at `path` in one step. Any thread.
 [[nodiscard]] bool writeSealed(FileSystem& files, const std::filesystem::path& path,
                                const SecureStorage& storage, ByteView plaintext);

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "store/AssetFolder.h"
-#include "store/SealedFile.h"
+#include "store/StoredPicture.h"
 #include "thumbnails/PictureScale.h"
 
 namespace vantorel {
@@ -63,15 +63,13 @@ void ThumbnailProvider::requestImage(const ClipItem& item, Completion completion
   if (!waitFor(item.id, std::move(completion))) return;
   auto made =
       life_.guard([this, id = item.id](const SharedBitmap& picture) { finish(id, picture); });
-  imageQueue_->async([made = std::move(made), name = item.assetFilename,
+  imageQueue_->async([made = std::move(made), item,
                       folder = AssetFolder(services_.files, store_.assetsUrl()),
                       storage = store_.secureStorage(), fitting = largestPicture(),
                       &images = services_.images, &main = services_.dispatch] {
     SharedBitmap picture;
-    if (auto sealed = name ? folder.read(*name) : std::nullopt) {
-      const auto encoded = openedIfSealed(storage.get(), std::move(*sealed));
-      if (encoded) picture = images.bitmap(*encoded, fitting);
-    }
+    const auto encoded = storedPicture(folder, storage.get(), item);
+    if (encoded) picture = images.bitmap(*encoded, fitting);
     main.async([made, picture = std::move(picture)] { made(picture); });
   });
 }

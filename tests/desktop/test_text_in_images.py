@@ -1,5 +1,6 @@
 """Pictures are found by the words that stand in them, and nobody notices that they are read."""
 
+import hashlib
 import os
 import signal
 
@@ -118,12 +119,15 @@ class UnreadPictures(TextTestCase):
     autostart = False
 
     def _unread(self, number, contents):
-        name = f"00000000-0000-4000-8000-{number:012}.vimg"
+        name = f"00000000-0000-4000-8000-{number:012}.png"
         os.makedirs(self.vantorel.history.assets, mode=0o700, exist_ok=True)
         if contents is not None:
             with open(os.path.join(self.vantorel.history.assets, name), "wb") as file:
                 file.write(contents)
-        return image_item(name, number)
+        item = image_item(name, number)
+        if contents is not None and not contents.startswith(b"VNTL1"):
+            item["contentHash"] = hashlib.sha256(contents).hexdigest()
+        return item
 
     def _start_with(self, *contents):
         self.vantorel.start()

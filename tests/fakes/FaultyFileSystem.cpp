@@ -8,6 +8,8 @@ using Error = FileSystem::Error;
 
 bool FaultyFileSystem::exists(const Path& path) { return !dead_ && files_.exists(path); }
 
+bool FaultyFileSystem::isLink(const Path& path) { return !dead_ && files_.isLink(path); }
+
 bool FaultyFileSystem::isWithinReach(const Path& path) {
   return !dead_ && files_.isWithinReach(path);
 }

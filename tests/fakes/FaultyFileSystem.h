@@ -31,6 +31,7 @@ class FaultyFileSystem : public FileSystem {
   explicit FaultyFileSystem(FileSystem& files) : files_(files) {}
 
   [[nodiscard]] bool exists(const Path& path) override;
+  [[nodiscard]] bool isLink(const Path& path) override;
   [[nodiscard]] bool isWithinReach(const Path& path) override;
   [[nodiscard]] std::optional<Bytes> readFile(const Path& path,
                                               std::uint64_t maximumBytes) override;

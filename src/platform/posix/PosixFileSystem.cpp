@@ -81,6 +81,11 @@ bool PosixFileSystem::exists(const Path& path) {
   return ::lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
+bool PosixFileSystem::isLink(const Path& path) {
+  struct stat status {};
+  return isNameable(path) && ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
 bool PosixFileSystem::isWithinReach(const Path& path) {
   struct stat status {};
   return isNameable(path) && ::stat(path.c_str(), &status) == 0;

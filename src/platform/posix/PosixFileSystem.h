@@ -16,6 +16,7 @@ class PosixFileSystem : public FileSystem {
   explicit PosixFileSystem(OnDirectory excludeFromBackup = {}, OnDirectory claim = {});
 
   [[nodiscard]] bool exists(const Path& path) override;
+  [[nodiscard]] bool isLink(const Path& path) override;
   [[nodiscard]] bool isWithinReach(const Path& path) override;
   [[nodiscard]] std::optional<Bytes> readFile(const Path& path,
                                               std::uint64_t maximumBytes) override;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "base/ContentFingerprint.h"
 #include "capture/ClipboardWatcher.h"
 #include "fakes/FakeImage.h"
 #include "fakes/FakeUserDefaults.h"
@@ -100,7 +101,7 @@ TEST_F(PasteboardWriteTest, AnImageFromBeforeSealingIsUsedAsItIs) {
   const auto image = std::make_shared<FakeImage>(Size{640, 480}, "pixels");
   decoder.introduce(toBytes("plain pixels"), image);
   std::ofstream(history.assets() / "old.png") << "plain pixels";
-  EXPECT_TRUE(write(imageItem("old.png", "hash")));
+  EXPECT_TRUE(write(imageItem("old.png", ContentFingerprint::data(bytesOf("plain pixels")))));
   EXPECT_EQ(pasteboard.writes().back().image, image);
 }
 

@@ -7,6 +7,10 @@
 namespace vantorel {
 namespace {
 
+const std::string one = "0A1B2C3D-0000-4000-8000-000000000001.png";
+const std::string two = "0A1B2C3D-0000-4000-8000-000000000002.jpg";
+const std::string unfinished = "." + one + ".0A1B2C3D-0000-4000-8000-000000000003.tmp";
+
 class AssetFolderTest : public ::testing::Test {
  protected:
   AssetFolderTest() { std::filesystem::create_directory(directory.path() / "Assets"); }
@@ -33,18 +37,19 @@ TEST_F(AssetFolderTest, FindsOnlyPlainNames) {
   }
 }
 
-TEST_F(AssetFolderTest, SumsWhatItCanMeasure) {
-  write("a", 10);
-  write("b", 20);
-  write(".c", 40);
+TEST_F(AssetFolderTest, SumsWhatItCanMeasureOfItsOwn) {
+  write(one, 10);
+  write(two, 20);
+  write(unfinished, 40);
+  write("holiday.jpg", 80);
   EXPECT_EQ(folder.assetBytes(), 70U);
-  EXPECT_EQ(folder.assetBytes({"b", "none"}), 50U);
-  EXPECT_EQ(folder.fileSize("b"), 20U);
+  EXPECT_EQ(folder.assetBytes({two, "none"}), 50U);
+  EXPECT_EQ(folder.fileSize(two), 20U);
   EXPECT_EQ(folder.fileSize("none"), 0U);
-  EXPECT_EQ(folder.fileSize("../Assets/b"), 0U);
-  files.hideSize(folder.directory() / "b");
+  EXPECT_EQ(folder.fileSize("../Assets/" + two), 0U);
+  files.hideSize(folder.directory() / two);
   EXPECT_EQ(folder.assetBytes(), 50U);
-  EXPECT_EQ(folder.fileSize("b"), 0U);
+  EXPECT_EQ(folder.fileSize(two), 0U);
 }
 
 TEST_F(AssetFolderTest, IsEmptyWhenItCannotBeListed) {
@@ -53,22 +58,58 @@ TEST_F(AssetFolderTest, IsEmptyWhenItCannotBeListed) {
   missing.removeOrphans({});
 }
 
-TEST_F(AssetFolderTest, DeletesEveryFileThatNobodyNames) {
-  write("named", 1);
-  write("orphan", 1);
-  write(".DS_Store", 1);
-  folder.removeOrphans({"named", "missing"});
+TEST_F(AssetFolderTest, DeletesWhatIsItsOwnAndNobodyNames) {
+  write(one, 1);
+  write(two, 1);
+  write(unfinished, 1);
+  folder.removeOrphans({one, "missing"});
   EXPECT_EQ(count(), 1U);
-  EXPECT_TRUE(folder.read("named"));
+  EXPECT_TRUE(folder.read(one));
+}
+
+TEST_F(AssetFolderTest, DeletesNothingThatIsCalledOtherwise) {
+  const std::string id = one.substr(0, 36);
+  const std::vector<std::string> others = {"holiday.jpg",
+                                           ".DS_Store",
+                                           id,
+                                           id + ".txt",
+                                           id + ".PNG",
+                                           id + ".png.png",
+                                           "x" + one,
+                                           "." + one,
+                                           ".png",
+                                           "." + one + ".tmp",
+                                           one + ".tmp",
+                                           "." + one + ".holiday.tmp",
+                                           "-" + unfinished.substr(1)};
+  for (const std::string& name : others) write(name, 1);
+  folder.removeOrphans({});
+  for (const std::string& name : others) folder.remove(name);
+  EXPECT_EQ(count(), others.size());
+}
+
+TEST_F(AssetFolderTest, IsEmptyWhileItIsALink) {
+  write(one, 1);
+  std::filesystem::create_directory_symlink(folder.directory(), directory.path() / "link");
+  const AssetFolder link(files, directory.path() / "link");
+  EXPECT_TRUE(link.isLink());
+  EXPECT_FALSE(folder.isLink());
+  EXPECT_EQ(link.read(one), std::nullopt);
+  EXPECT_EQ(link.fileSize(one), 0U);
+  EXPECT_EQ(link.assetBytes(), 0U);
+  EXPECT_FALSE(link.seal(two, *SecureStorage::ephemeral(), bytesOf("x")));
+  link.remove(one);
+  link.removeOrphans({});
+  EXPECT_EQ(count(), 1U);
 }
 
 TEST_F(AssetFolderTest, GoesOnWhenOneFileCannotBeDeleted) {
-  std::filesystem::create_directory(folder.directory() / "directory");
-  std::filesystem::create_directory(folder.directory() / "directory" / "inner");
-  write("orphan", 1);
+  std::filesystem::create_directory(folder.directory() / one);
+  std::filesystem::create_directory(folder.directory() / one / "inner");
+  write(two, 1);
   folder.removeOrphans({});
-  EXPECT_EQ(folder.read("orphan"), std::nullopt);
-  EXPECT_TRUE(std::filesystem::exists(folder.directory() / "directory" / "inner"));
+  EXPECT_EQ(folder.read(two), std::nullopt);
+  EXPECT_TRUE(std::filesystem::exists(folder.directory() / one / "inner"));
 }
 
 TEST_F(AssetFolderTest, RefusesAFileOfAbsurdSize) {

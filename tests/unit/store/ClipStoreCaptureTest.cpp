@@ -194,6 +194,59 @@ TEST(ClipStoreImages, AnUnsealedFileIsTakenAsItIs) {
   EXPECT_EQ(store->assetData(store->items()[0]), toBytes("one"));
 }
 
+TEST(ClipStoreImages, ThatWereExchangedOnTheDiskAreNotAvailable) {
+  TestStore store;
+  for (const char* bytes : {"green", "red"}) {
+    store.tick();
+    store->captureImage(FakeImage({1, 1}, bytes), {});
+  }
+  const ClipItem red = store->items()[0];
+  const ClipItem green = store->items()[1];
+  std::filesystem::rename(store.assets() / *red.assetFilename, store.base() / "between");
+  std::filesystem::rename(store.assets() / *green.assetFilename,
+                          store.assets() / *red.assetFilename);
+  std::filesystem::rename(store.base() / "between", store.assets() / *green.assetFilename);
+  EXPECT_EQ(store->assetData(red), std::nullopt);
+  EXPECT_EQ(store->assetData(green), std::nullopt);
+  store.tick();
+  EXPECT_TRUE(store->captureImage(FakeImage({1, 1}, "red"), {}));
+  EXPECT_EQ(store->assetData(store->items()[0]), toBytes("red"));
+}
+
+TEST(ClipStoreImages, ThatSomebodyPlantedAreNotAvailable) {
+  TestStore store;
+  store->captureImage(FakeImage({1, 1}, "one"), {});
+  ClipItem item = store->items()[0];
+  const auto path = onlyAsset(store);
+  std::filesystem::remove(path);
+  ASSERT_FALSE(store.disk().writeNewFile(path, toBytes("planted"), 0600));
+  EXPECT_EQ(store->assetData(item), std::nullopt);
+  item.contentHash.reset();
+  EXPECT_EQ(store->assetData(item), std::nullopt);
+  EXPECT_EQ(store.disk().readFile(path, 1000), toBytes("planted"));
+}
+
+TEST(ClipStoreImages, WithoutAHashAreTheirSealsWord) {
+  TestStore store;
+  store->captureImage(FakeImage({1, 1}, "one"), {});
+  ClipItem item = store->items()[0];
+  item.contentHash.reset();
+  EXPECT_EQ(store->assetData(item), toBytes("one"));
+}
+
+TEST(ClipStoreImages, ThatAreNotSealedAreSealedWhenTheyAreFirstRead) {
+  TestStore store;
+  store->captureImage(FakeImage({1, 1}, "one"), {});
+  const auto path = onlyAsset(store);
+  std::filesystem::remove(path);
+  ASSERT_FALSE(store.disk().writeNewFile(path, toBytes("one"), 0644));
+  for (int times = 0; times < 2; ++times) {
+    EXPECT_EQ(store->assetData(store->items()[0]), toBytes("one"));
+    EXPECT_TRUE(SecureStorage::isSealed(store.disk().readFile(path, 1000).value()));
+  }
+  EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(path).permissions()), 0600U);
+}
+
 TEST(ClipStoreImages, TakeTheRecognizedTextOfTheSameImageOver) {
   TestStore store;
   store->captureImage(FakeImage({1, 1}, "one"), {});

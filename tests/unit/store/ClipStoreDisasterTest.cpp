@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "base/ContentFingerprint.h"
 #include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
 #include "store/HistoryFile.h"
@@ -44,10 +45,13 @@ void fill(TestStore& store) {
 void plainHistory(TestStore& store) {
   store.quit();
   fs::remove(store.base() / "history.vntl");
-  writeFile(store.assets() / "one.png", "picture");
-  writeFile(store.assets() / "two.png", "picture");
-  const auto json = encodeHistory({imageItem("one.png", "h1"), imageItem("two.png", "h2"),
-                                   textItem("a"), textItem("b"), textItem("c")});
+  std::vector<ClipItem> items = {textItem("a"), textItem("b"), textItem("c")};
+  for (const std::string id : {"1", "2"}) {
+    const std::string name = id + "0000000-0000-4000-8000-000000000000.png";
+    writeFile(store.assets() / name, name);
+    items.push_back(imageItem(name, ContentFingerprint::data(bytesOf(name))));
+  }
+  const auto json = encodeHistory(items);
   writeFile(store.base() / "history.json", textOf(json));
 }
 

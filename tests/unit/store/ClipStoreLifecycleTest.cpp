@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "base/ContentFingerprint.h"
 #include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
 #include "store/HistoryFile.h"
@@ -25,6 +26,10 @@ void writeFile(const fs::path& path, std::string_view text) {
 std::string readFile(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string unfinishedWriteOf(const std::string& name) {
+  return "." + name + ".0A1B2C3D-0000-4000-8000-000000000000.tmp";
 }
 
 std::string legacyJson(const std::vector<ClipItem>& items) {
@@ -296,6 +301,53 @@ TEST(ClipStoreStart, IsWithoutPersistenceWhenAnyStepOfThePreparationFails) {
   }
 }
 
+TEST(ClipStoreStart, LeavesWhatABaseLinksToAsItIsAndDeletesNothingOfOthersThere) {
+  Place place;
+  const fs::path documents = place.directory.path() / "Documents";
+  writeFile(documents / "Assets" / "thesis.odt", "mine");
+  fs::permissions(documents, fs::perms(0755));
+  fs::permissions(documents / "Assets", fs::perms(0755));
+  fs::create_directory_symlink(documents, place.base());
+  {
+    const auto store = place.open();
+    EXPECT_TRUE(store->persistenceIsReady());
+    EXPECT_TRUE(store->captureImage(FakeImage({1, 1}, "picture"), {}));
+    store->clear(true);
+    store->insert(textItem("a"));
+    EXPECT_TRUE(store->captureImage(FakeImage({1, 1}, "picture"), {}));
+  }
+  EXPECT_EQ(readFile(documents / "Assets" / "thesis.odt"), "mine");
+  EXPECT_EQ(permissions(documents), 0755U);
+  EXPECT_EQ(permissions(documents / "Assets"), 0755U);
+  EXPECT_EQ(permissions(documents / "history.vntl"), 0600U);
+  EXPECT_TRUE(fs::is_symlink(place.base()));
+  const auto store = place.open();
+  ASSERT_EQ(store->items().size(), 2U);
+  EXPECT_EQ(store->assetData(store->items()[0]), toBytes("picture"));
+}
+
+TEST(ClipStoreStart, KeepsTextsButNoPicturesWhereTheAssetsAreALink) {
+  Place place;
+  const fs::path pictures = place.directory.path() / "Pictures";
+  const fs::path foreign = pictures / "0A1B2C3D-0000-4000-8000-000000000000.jpg";
+  writeFile(foreign, "mine");
+  fs::permissions(pictures, fs::perms(0755));
+  fs::create_directory(place.base());
+  fs::create_directory_symlink(pictures, place.assets());
+  testing::internal::CaptureStderr();
+  {
+    const auto store = place.open();
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("symbolic link"), std::string::npos);
+    EXPECT_TRUE(store->persistenceIsReady());
+    EXPECT_FALSE(store->captureImage(FakeImage({1, 1}, "picture"), {}));
+    store->insert(textItem("a"));
+  }
+  EXPECT_EQ(readFile(foreign), "mine");
+  EXPECT_EQ(permissions(pictures), 0755U);
+  EXPECT_EQ(permissions(place.base()), 0700U);
+  EXPECT_EQ(place.open()->items().size(), 1U);
+}
+
 TEST(ClipStoreStart, IsWithoutPersistenceWhereAFileStandsInTheWay) {
   Place place;
   writeFile(place.base(), "a file");
@@ -305,11 +357,12 @@ TEST(ClipStoreStart, IsWithoutPersistenceWhereAFileStandsInTheWay) {
 
 TEST(ClipStoreStart, RemovesUnfinishedWritesOfItsOwnAndNothingElse) {
   TestStore store;
+  const std::string picture = "0A1B2C3D-0000-4000-8000-000000000001.png";
   const auto leftover = store.base() / ".history.vntl.0A1B2C3D-0000-4000-8000-000000000000.tmp";
   const auto others = store.base() / ".history.vntl.backup.tmp";
   writeFile(leftover, "half a histo");
   writeFile(others, "somebody's");
-  writeFile(store.assets() / ".picture.png.0A1B2C3D-0000-4000-8000-000000000000.tmp", "half");
+  writeFile(store.assets() / unfinishedWriteOf(picture), "half");
   store.restart();
   EXPECT_FALSE(fs::exists(leftover));
   EXPECT_TRUE(fs::exists(others));
@@ -337,11 +390,12 @@ TEST(ClipStoreStart, CoalescesPrunesNumbersAndSavesWhatItLoaded) {
   const ClipItem again = textItem("twice", testDate(-10));
   const ClipItem pin = pinnedItem(textItem("pin", testDate(-800'000)), 17);
   fs::create_directories(place.assets());
-  writeFile(place.assets() / "orphan.png", "x");
+  const auto orphan = place.assets() / "0A1B2C3D-0000-4000-8000-000000000000.png";
+  writeFile(orphan, "x");
   ASSERT_TRUE(writeSealed(place.disk, place.index(), *place.storage,
                           encodeHistory({pin, old, once, again})));
   { (void)place.open(); }
-  EXPECT_FALSE(fs::exists(place.assets() / "orphan.png"));
+  EXPECT_FALSE(fs::exists(orphan));
   const auto json = opened(*place.storage, *place.disk.readFile(place.index(), 1 << 20U));
   const auto saved = decodeHistory(json.value());
   ASSERT_TRUE(saved);
@@ -357,8 +411,10 @@ TEST(ClipStoreMigration, SealsTheHistoryAndItsImagesAndRemovesThePlainOne) {
   fs::create_directories(place.assets());
   ASSERT_TRUE(writeSealed(place.disk, place.assets() / "sealed.png", *place.storage,
                           bytesOf("picture two")));
-  writeFile(place.legacy(), legacyJson({imageItem("plain.png", "h1"), imageItem("sealed.png", "h2"),
-                                        imageItem("missing.png", "h3"), textItem("text")}));
+  const ClipItem plain = imageItem("plain.png", ContentFingerprint::data(bytesOf("picture one")));
+  const ClipItem sealed = imageItem("sealed.png", ContentFingerprint::data(bytesOf("picture two")));
+  const ClipItem missing = imageItem("missing.png", "h3");
+  writeFile(place.legacy(), legacyJson({plain, sealed, missing, textItem("text")}));
   const auto store = place.open();
   EXPECT_TRUE(store->persistenceIsReady());
   ASSERT_EQ(store->items().size(), 4U);
@@ -367,9 +423,9 @@ TEST(ClipStoreMigration, SealsTheHistoryAndItsImagesAndRemovesThePlainOne) {
   EXPECT_TRUE(readFile(place.assets() / "plain.png").starts_with("VNTL1"));
   EXPECT_EQ(permissions(place.assets() / "plain.png"), 0600U);
   EXPECT_EQ(permissions(place.index()), 0600U);
-  EXPECT_EQ(store->assetData(imageItem("plain.png", "")), toBytes("picture one"));
-  EXPECT_EQ(store->assetData(imageItem("sealed.png", "")), toBytes("picture two"));
-  EXPECT_EQ(store->assetData(imageItem("missing.png", "")), std::nullopt);
+  EXPECT_EQ(store->assetData(plain), toBytes("picture one"));
+  EXPECT_EQ(store->assetData(sealed), toBytes("picture two"));
+  EXPECT_EQ(store->assetData(missing), std::nullopt);
 }
 
 TEST(ClipStoreMigration, TheSealedHistoryWinsAndThePlainOneIsLeftAlone) {
@@ -442,8 +498,9 @@ TEST(ClipStoreMigration, IsPutOffWithoutAKey) {
 TEST(ClipStoreMigration, IsTriedAgainAtTheNextStartWhenItFailed) {
   for (int step = 5; step < 11; ++step) {  // every operation after the preparation's five
     Place place;
+    const std::string hash = ContentFingerprint::data(bytesOf("picture"));
     writeFile(place.assets() / "plain.png", "picture");
-    writeFile(place.legacy(), legacyJson({imageItem("plain.png", "h1"), textItem("text")}));
+    writeFile(place.legacy(), legacyJson({imageItem("plain.png", hash), textItem("text")}));
     place.files.failAt(step, std::errc::no_space_on_device);
     {
       const auto store = place.open();

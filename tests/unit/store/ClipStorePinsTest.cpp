@@ -234,7 +234,7 @@ TEST(ClipStoreRemove, LeavesAnImageThatAnotherEntryNames) {
   const ClipItem other = imageItem(*image.assetFilename, "another hash", store.dispatch().now());
   store->insert(other);
   store->remove(image.id);
-  EXPECT_EQ(store->assetData(other), toBytes("one"));
+  EXPECT_EQ(store.assetNames().size(), 1U);
   store->remove(other.id);
   EXPECT_TRUE(store.assetNames().empty());
 }

@@ -233,10 +233,12 @@ TEST(ClipStoreRecognition, ATextIsOnlyForTheContentThatWasRead) {
 TEST(ClipStoreRecognition, TwoAbsentHashesAreEqual) {
   Scene scene;
   scene.introduce("plain", {"word"});
-  ClipItem item = imageItem("11111111-0000-4000-8000-000000000000.vimg", "hash");
+  ClipItem item = imageItem("11111111-0000-4000-8000-000000000000.png", "hash");
   item.contentHash.reset();
   scene.store->insert(item);
-  std::ofstream(scene.store.assets() / *item.assetFilename, std::ios::binary) << "plain";
+  const auto sealed = scene.store.storage()->seal(toBytes("plain"));
+  ASSERT_FALSE(
+      scene.store.disk().writeNewFile(scene.store.assets() / *item.assetFilename, sealed, 0600));
   scene.restart();
   scene.store.dispatch().runQueued();
   EXPECT_EQ(scene.store.item(item.id).recognizedText, "word");
@@ -311,10 +313,10 @@ TEST(ClipStoreRecognition, AnAssetSealedUnderAnotherKeyHasNoText) {
 
 TEST(ClipStoreRecognition, AnUnsealedLegacyAssetIsReadAsItIs) {
   Scene scene;
-  scene.introduce("plain", {"word"});
+  scene.introduce("a", {"word"});
   const Uuid id = scene.copy("a");
   std::ofstream(scene.store.assets() / *scene.store.item(id).assetFilename, std::ios::binary)
-      << "plain";
+      << "a";
   scene.store.dispatch().runQueued();
   EXPECT_EQ(scene.store.item(id).recognizedText, "word");
 }

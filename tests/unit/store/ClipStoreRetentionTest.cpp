@@ -117,11 +117,13 @@ TEST(ClipStoreRetention, AFileThatCannotBeDeletedIsDeletedLater) {
   EXPECT_TRUE(store.assetNames().empty());
 }
 
-TEST(ClipStoreRetention, StrayFilesAmongTheImagesAreDeleted) {
+TEST(ClipStoreRetention, OfStrayFilesAmongTheImagesOnlyItsOwnAreDeleted) {
   TestStore store;
-  ASSERT_FALSE(store.disk().writeNewFile(store.assets() / ".DS_Store", toBytes("x"), 0600));
+  for (const char* name : {"holiday.jpg", "0A1B2C3D-0000-4000-8000-000000000000.png"}) {
+    ASSERT_FALSE(store.disk().writeNewFile(store.assets() / name, toBytes("x"), 0600));
+  }
   store->captureImage(image("one", 10), {});
-  EXPECT_EQ(store.assetNames(), Texts{*store->items()[0].assetFilename});
+  EXPECT_EQ(store.assetNames(), (Texts{*store->items()[0].assetFilename, "holiday.jpg"}));
 }
 
 TEST(ClipStoreRetention, DeletesWhatWasDroppedOnlyAfterTheListIsSaved) {
@@ -193,8 +195,9 @@ TEST_F(ClipStoreOutage, AClearOfEverythingDeletesAtOnceAndSoFreesTheDisk) {
 }
 
 TEST_F(ClipStoreBudget, WhatIsToBeDeletedOnceTheListIsSavedNoLongerCounts) {
-  for (const auto& [name, size] :
-       {std::pair("1.png", 600), std::pair("2.png", 300), std::pair("3.png", 300)}) {
+  for (const auto& [name, size] : {std::pair("10000000-0000-4000-8000-000000000000.png", 600),
+                                   std::pair("20000000-0000-4000-8000-000000000000.png", 300),
+                                   std::pair("30000000-0000-4000-8000-000000000000.png", 300)}) {
     const auto bytes = static_cast<std::size_t>(size);
     ASSERT_FALSE(store.disk().writeNewFile(store.assets() / name, Bytes(bytes), 0600));
     if (name[0] == '3') {

@@ -157,10 +157,9 @@ TEST_F(ThumbnailProviderTest, WhatIsNoPictureYieldsNothingAndIsTriedAgain) {
 
 TEST_F(ThumbnailProviderTest, WithoutAKeyWhatIsSealedYieldsNothingAndPlainFilesAreShown) {
   const auto sealed = addImage("one", picture(4));
-  const auto plain = addImage("two", picture(4));
   const auto bitmap = picture(5);
-  images_.introduce(toBytes("plain"), bitmap);
-  std::ofstream(assetOf(plain), std::ios::binary | std::ios::trunc) << "plain";
+  const auto plain = addImage("two", bitmap);
+  std::ofstream(assetOf(plain), std::ios::binary | std::ios::trunc) << "two";
   store_.keychain().fail(FakeKeychain::Backend::dataProtection, keychainStatus::notAvailable);
   store_.keychain().fail(FakeKeychain::Backend::login, keychainStatus::notAvailable);
   const ClipStore keyless(store_.services(), std::nullopt, nullptr, {});
@@ -196,10 +195,17 @@ TEST_F(ThumbnailProviderTest, AFileUnderAnotherKeyYieldsNothing) {
 
 TEST_F(ThumbnailProviderTest, AnOlderFileThatIsNotSealedIsUsedAsItIs) {
   const auto bitmap = picture(4);
-  const auto item = addImage("one", picture(3));
-  images_.introduce(toBytes("plain"), bitmap);
-  std::ofstream(assetOf(item), std::ios::binary | std::ios::trunc) << "plain";
+  const auto item = addImage("one", bitmap);
+  std::ofstream(assetOf(item), std::ios::binary | std::ios::trunc) << "one";
   EXPECT_THAT(*requested(item), ElementsAre(bitmap));
+}
+
+TEST_F(ThumbnailProviderTest, AnotherPictureInItsPlaceYieldsNothing) {
+  const auto item = addImage("one", picture(4));
+  const auto other = addImage("two", picture(4));
+  std::filesystem::copy_file(assetOf(other), assetOf(item),
+                             std::filesystem::copy_options::overwrite_existing);
+  EXPECT_THAT(*requested(item), ElementsAre(nullptr));
 }
 
 TEST_F(ThumbnailProviderTest, AnImageWithoutAFileYieldsNothing) {

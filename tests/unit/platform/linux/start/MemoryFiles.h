@@ -17,6 +17,7 @@ class MemoryFiles : public FileSystem {
   };
 
   [[nodiscard]] bool exists(const Path& path) override;
+  [[nodiscard]] bool isLink(const Path& /*path*/) override { return false; }
   [[nodiscard]] bool isWithinReach(const Path& path) override { return exists(path); }
   [[nodiscard]] std::optional<Bytes> readFile(const Path& path,
                                               std::uint64_t maximumBytes) override;
