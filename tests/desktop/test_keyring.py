@@ -7,6 +7,7 @@ import unittest
 
 from harness.case import VantorelTestCase
 from harness.history import seal, text_item
+from harness.keepassxc import KeePassXc
 from harness.keyring import KeyringState
 from harness.vantorel import STORAGE_NOTICE
 from harness.waiting import stays_true, wait_for
@@ -166,6 +167,40 @@ class Unlocked(KeyringTestCase):
         self.desktop.keyring.lock()
         self.clipboard.copy("after the lock")
         wait_for("a saved text", lambda: _opens_with(self.vantorel.history, key, "after the lock"))
+
+
+class KeePassXcComesLater(KeyringTestCase):
+    """A keyring that no bus starts: its user opens it when he likes."""
+
+    desktop_options = {"keyring": KeyringState.ABSENT}
+
+    def setUp(self):
+        super().setUp()
+        self.desktop.keyring.attach(self.desktop.env)
+        self.keepassxc = KeePassXc(self.desktop)
+
+    def start_before_the_keyring(self):
+        self.start_and_expect_the_notice()
+        self.keepassxc.start()
+        self.vantorel.wait_until_capturing()
+
+    def test_it_is_used_when_it_comes_and_holds_the_key_ever_after(self):
+        self.start_before_the_keyring()
+        self.copy_and_see("from the first start")
+        self.assertEqual(self.desktop.keyring.item_count(), 1)
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.keepassxc.stop()
+
+        self.start_before_the_keyring()
+        self.copy_and_see("from the second start", "from the first start")
+        self.assertEqual(self.desktop.keyring.item_count(), 1)
+
+    def copy_and_see(self, text, *older):
+        self.clipboard.copy(text)
+        self.vantorel.open_panel()
+        self.vantorel.wait_for_rows([text, *older])
+        self.vantorel.press_shortcut()
+        self.vantorel.wait_until_hidden()
 
 
 class Clearing(KeyringTestCase):

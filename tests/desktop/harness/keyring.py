@@ -38,6 +38,10 @@ class Keyring:
         self._env = None
         self.process = None
 
+    def attach(self, env):
+        """For a keyring that another program will be."""
+        self._env = env
+
     def start(self, state, env):
         self._env = env
         if state is KeyringState.ABSENT:
