@@ -61,7 +61,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   hotKey_.registerHotKey();
   configureServices();
   focus_.startFocusTracking();
-  if (store_.secureStorage() && store_.persistenceIsReady()) {
+  if (canRecord()) {
     watcher().start();
     if (privacy_.pausedUntil() == PrivacyPreferences::indefinitely) show(settingsLost);
   } else {
@@ -103,6 +103,7 @@ void AppDelegate::configureHotKey() {
 
 void AppDelegate::configureServices() {
   trouble_.onChange = [this] { statusItem_.setTrouble(trouble_.trouble()); };
+  trouble_.onAction = [this] { startNewHistory(); };
   store_.onChange = [this] { panelController().refreshIfVisible(); };
   store_.onSearchIndexChange = [this] { panelController().refreshSearchIfVisible(); };
   pasteController().onInternalPasteboardWrite = [this] { watcher().noteOwnWrite(); };
@@ -173,8 +174,33 @@ void AppDelegate::toggleLaunchAtLogin() {
 }
 
 void AppDelegate::clearHistory(bool includingPinned) {
-  store_.clear(includingPinned);
+  const bool recorded = canRecord();
+  const bool cleared = store_.clear(includingPinned);
+  if (!recorded && canRecord()) beginRecording();
+  if (!cleared) return show(storageUnavailable);
   show(includingPinned ? "All clipboard history cleared." : "History cleared. Pinned clips kept.");
+}
+
+void AppDelegate::startNewHistory() {
+  const bool recorded = canRecord();
+  const auto aside = store_.setAside();
+  if (!recorded && canRecord()) beginRecording();
+  switch (aside.outcome) {
+    case ClipStore::SetAside::done:
+      return show("A new history has begun. The old one is kept as " + aside.history.string() +
+                  ".");
+    case ClipStore::SetAside::notNeeded:
+      return show("The history is open. Nothing was changed.");
+    case ClipStore::SetAside::failed:
+      return show(storageUnavailable);
+  }
+}
+
+/// As at the start, but later: what lies on the pasteboard by then stays unrecorded.
+void AppDelegate::beginRecording() {
+  watcher().advanceLastChangeCount();
+  watcher().start();
+  lookForTrouble();
 }
 
 void AppDelegate::quit() {

@@ -57,6 +57,7 @@ class AppDelegate : public ApplicationCommands {
   void toggleLaunchAtLogin() override;
   void showShortcutPanel() override { windows_.showShortcutPanel(); }
   void confirmClearHistory() override { windows_.confirmClearHistory(); }
+  void startNewHistory() override;
   void showAbout() override { showHelpPanel(false); }
   void quit() override;
 
@@ -71,6 +72,10 @@ class AppDelegate : public ApplicationCommands {
   void configureWindows();
   void clearHistory(bool includingPinned);
   void lookForTrouble();
+  void beginRecording();
+  [[nodiscard]] bool canRecord() const {
+    return store_.secureStorage() && store_.persistenceIsReady();
+  }
   void pause(Seconds interval, std::string_view notice);
   void show(std::string_view notice);
   void keepContents(const ClipItem& item, std::function<void()> done);

@@ -28,6 +28,8 @@ class ApplicationCommands {
   virtual void showShortcutPanel() = 0;
   /// Asks first; a question that is open already comes to the front.
   virtual void confirmClearHistory() = 0;
+  /// Sets a history that cannot be opened aside and records into a new one.
+  virtual void startNewHistory() = 0;
   virtual void showAbout() = 0;
   virtual void quit() = 0;
 };

@@ -87,6 +87,10 @@ The rest of the menu:
   --shortcut   choose another keyboard shortcut
   --clear      clear the history; you are asked first
 
+If the history cannot be opened, because the keyring was lost or replaced:
+  --new-history
+               keep the old history beside itself and begin a new one
+
 Other:
   --check      say what this desktop gives Vantorel, what is missing and what
                to install; exit status 1 when something needed is missing

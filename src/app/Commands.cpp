@@ -42,6 +42,7 @@ constexpr std::array table = {
                  call<&Application::showShortcutPanel>},
     CommandEntry{Command::clear, "clear", "Clear History…",
                  call<&Application::confirmClearHistory>},
+    CommandEntry{Command::newHistory, "new-history", "", call<&Application::startNewHistory>},
     CommandEntry{Command::about, "about", "About Vantorel", call<&Application::showAbout>},
     CommandEntry{Command::quit, "quit", "Quit Vantorel", call<&Application::quit>},
     CommandEntry{Command::check, "check", "", nullptr},

@@ -26,6 +26,7 @@ enum class Command {
   toggleLaunchAtLogin,
   shortcut,
   clear,
+  newHistory,
   about,
   quit,
   check,

@@ -67,10 +67,14 @@ ClipStore::ClipStore(ClipStoreServices services,
                 items_, [this](Uuid id, const auto& contentHash, const std::string& text) {
                   setRecognizedText(id, contentHash, text);
                 }) {
-  persistenceIsReady_ = !directories_.prepare() && load();
+  open();
   if (assets_.isLink()) {
     std::fputs("vantorel: no pictures are kept, for their directory is a symbolic link\n", stderr);
   }
+}
+
+void ClipStore::open() {
+  persistenceIsReady_ = !directories_.prepare() && load();
   if (persistenceIsReady_) tidyLoadedHistory();
 }
 

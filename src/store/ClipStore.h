@@ -88,8 +88,8 @@ class ClipStore {
   [[nodiscard]] const std::shared_ptr<SecureStorage>& secureStorage() const {
     return secureStorage_;
   }
-  /// False once the directories could not be prepared or the history not be read; the history is
-  /// not written for the rest of the process.
+  /// False once the directories could not be prepared or the history not be read: it is not written
+  /// then. `clear` and `setAside` may change that.
   [[nodiscard]] bool persistenceIsReady() const { return persistenceIsReady_; }
 
   /// What was taken in. The entry may have had to go again at once.
@@ -114,9 +114,21 @@ class ClipStore {
   /// Nothing happens, and nobody is told, when there is no such entry.
   void remove(Uuid id);
   /// A clear that leaves nothing also replaces the storage key, once the keychain has taken the new
-  /// one; what is saved until then is sealed under the old one, and anew afterwards. While the
-  /// history on the disk could not be read, only a clear of everything touches it.
-  void clear(bool includingPinned);
+  /// one; what is saved until then is sealed under the old one, and anew afterwards. A history that
+  /// does not open with the key that is there is lost, pins and all, and goes too; the store begins
+  /// anew then. False when the history on the disk stays: without a key, and while it cannot be
+  /// read at all and may hold pins that are to be kept.
+  [[nodiscard]] bool clear(bool includingPinned);
+
+  enum class SetAside { done, notNeeded, failed };
+  struct SetAsideResult {
+    SetAside outcome = SetAside::failed;
+    std::filesystem::path history;  // where it is kept, when that was done
+  };
+  /// Puts a history that cannot be opened beside itself, its pictures along with it, and begins
+  /// anew. Nothing is changed when the history is open, or can be by now, nor without a key, which
+  /// is `failed`.
+  [[nodiscard]] SetAsideResult setAside();
 
   /// The bytes of an entry's image; absent when they cannot be had (see `storedPicture`). May take
   /// the milliseconds that reading 12 MiB takes, and proving that they are the right ones.
@@ -132,11 +144,15 @@ class ClipStore {
   bool takeOut(const std::function<bool(const ClipItem&)>& goes);
   void discardAssetsOf(const std::vector<ClipItem>& dropped);
 
+  void open();
   [[nodiscard]] bool load();
   [[nodiscard]] bool loadSealed();
   [[nodiscard]] bool migrateLegacy();
   [[nodiscard]] bool encryptLegacyAssets();
   void tidyLoadedHistory();
+  [[nodiscard]] bool doesNotOpen();
+  [[nodiscard]] std::string freeSuffix();
+  [[nodiscard]] bool moveAside(const std::string& suffix);
   void clearDisk();
   void replaceKey();
   void settleKey();

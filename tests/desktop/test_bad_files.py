@@ -109,6 +109,84 @@ class UnreadableHistory(VantorelTestCase):
         self.assertEqual(self.vantorel.history.raw(), self.sound)
 
 
+class WaysOut(VantorelTestCase):
+    """The key was lost or replaced, or the keyring is shut: what can be done, and what is said."""
+
+    autostart = False
+    KEY = bytes(range(32))
+
+    def start_on_a_history_of_another_key(self):
+        self.desktop.keyring.store(self.KEY)
+        self.vantorel.history.write([text_item("of another key")], key=b"\x07" * 32)
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+        return self.vantorel.history.raw()
+
+    def clear(self, *ticks):
+        self.vantorel.command("--clear")
+        question = self.desktop.windows.wait_for_title("Clear Clipboard History?")
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(question))
+        for tick in (*ticks, "Return"):
+            self.desktop.keyboard.tap(tick)
+
+    def expect_recording(self):
+        """At once, and after a restart."""
+        self.vantorel.copy("recorded")
+        self.assertEqual(self.vantorel.history.texts(), ["recorded"])
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.vantorel.start()
+        self.assertEqual(self.vantorel.history.texts(), ["recorded"])
+
+    def test_a_clear_removes_what_does_not_open(self):
+        self.start_on_a_history_of_another_key()
+        self.clear()
+        self.vantorel.wait_for_notice("History cleared. Pinned clips kept.")
+        self.expect_recording()
+
+    def test_a_clear_of_everything_does_too_and_replaces_the_key(self):
+        self.start_on_a_history_of_another_key()
+        self.clear("Space")
+        self.vantorel.wait_for_notice("All clipboard history cleared.")
+        wait_for("a new key", lambda: self.desktop.keyring.key() not in (None, self.KEY))
+        self.expect_recording()
+
+    def test_without_a_key_nothing_is_claimed_and_nothing_goes(self):
+        self.desktop.keyring.store(self.KEY)
+        self.vantorel.history.write([text_item("kept")], key=self.KEY)
+        before = self.vantorel.history.raw()
+        self.desktop.keyring.lock()
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+        wait_for("the notice to go", lambda: not self.desktop.windows.titled(STORAGE_NOTICE))
+        self.clear()
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+        self.assertEqual(self.vantorel.history.raw(), before)
+        wait_for("the notice to go", lambda: not self.desktop.windows.titled(STORAGE_NOTICE))
+        self.assertEqual(self.vantorel.command("--new-history").returncode, 0)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+        self.assertEqual(os.listdir(self.vantorel.history.directory).count("history.vntl"), 1)
+        self.assertEqual(self.vantorel.history.raw(), before)
+
+    def test_a_new_history_keeps_the_old_one_beside_it(self):
+        before = self.start_on_a_history_of_another_key()
+        picture = os.path.join(self.vantorel.history.assets, "picture.png")
+        with open(picture, "wb") as file:
+            file.write(b"sealed")
+        self.assertEqual(self.vantorel.command("--new-history").returncode, 0)
+        directory = self.vantorel.history.directory
+        kept = wait_for("the old history", lambda: [name for name in os.listdir(directory)
+                                                    if name.startswith("history.vntl.2")])
+        self.assertEqual(len(kept), 1)
+        path = os.path.join(directory, kept[0])
+        self.vantorel.wait_for_notice(
+            f"A new history has begun. The old one is kept as {path}.")
+        self.expect_recording()
+        with open(path, "rb") as file:
+            self.assertEqual(file.read(), before)
+        stamp = kept[0].removeprefix("history.vntl")
+        self.assertEqual(os.listdir(self.vantorel.history.assets + stamp), ["picture.png"])
+
+
 class LegacyHistory(VantorelTestCase):
     autostart = False
 

@@ -32,6 +32,7 @@ TEST(CommandLine, UnderstandsEachOption) {
            {"--toggle-launch-at-login", Command::toggleLaunchAtLogin},
            {"--shortcut", Command::shortcut},
            {"--clear", Command::clear},
+           {"--new-history", Command::newHistory},
            {"--about", Command::about},
            {"--quit", Command::quit},
            {"--check", Command::check},

@@ -31,6 +31,7 @@ class RecordingApplication : public ApplicationCommands {
   void toggleLaunchAtLogin() override { done.emplace_back("toggleLaunchAtLogin"); }
   void showShortcutPanel() override { done.emplace_back("showShortcutPanel"); }
   void confirmClearHistory() override { done.emplace_back("confirmClearHistory"); }
+  void startNewHistory() override { done.emplace_back("startNewHistory"); }
   void showAbout() override { done.emplace_back("showAbout"); }
   void quit() override { done.emplace_back("quit"); }
 };
@@ -50,6 +51,7 @@ TEST(Commands, EachActionDoesWhatItsNameSays) {
            {"toggle-launch-at-login", "toggleLaunchAtLogin"},
            {"shortcut", "showShortcutPanel"},
            {"clear", "confirmClearHistory"},
+           {"new-history", "startNewHistory"},
            {"about", "showAbout"},
            {"quit", "quit"}}) {
     RecordingApplication application;
@@ -75,7 +77,7 @@ TEST(Commands, EveryActionIsOfferedAndOneTakesAText) {
   EXPECT_THAT(plain, ElementsAre("toggle", "search", "menu", "pause-15-minutes", "pause-1-hour",
                                  "pause-until-tomorrow", "resume", "toggle-password-managers",
                                  "exclude-app", "toggle-launch-at-login", "shortcut", "clear",
-                                 "about", "quit"));
+                                 "new-history", "about", "quit"));
   EXPECT_THAT(withText, ElementsAre("include-app"));
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "fakes/FakeImage.h"
 #include "fakes/TestStore.h"
 #include "security/SecureStorageError.h"
@@ -19,7 +21,7 @@ TEST(ClipStoreClear, KeepsThePinsAndTheKey) {
   store->togglePinned(picture);
   store->togglePinned(a);
   const int changes = store.changes();
-  store->clear(false);
+  EXPECT_TRUE(store->clear(false));
   EXPECT_EQ(store.texts(), (Texts{"1 × 1 px", "a"}));
   EXPECT_EQ(store.assetNames(), Texts{*store.item(picture).assetFilename});
   EXPECT_EQ(store.changes(), changes + 1);
@@ -32,7 +34,7 @@ TEST(ClipStoreClear, AlsoRemovesALegacyHistoryWhenPinsStay) {
   TestStore store;
   store->togglePinned(store.addText("a"));
   ASSERT_FALSE(store.disk().writeNewFile(store->legacyIndexUrl(), toBytes("[]"), 0600));
-  store->clear(false);
+  EXPECT_TRUE(store->clear(false));
   EXPECT_FALSE(std::filesystem::exists(store->legacyIndexUrl()));
   EXPECT_EQ(store.texts(), Texts{"a"});
 }
@@ -46,7 +48,7 @@ TEST(ClipStoreClear, OfEverythingReplacesTheKeyAndWritesAnEmptyHistory) {
       store.disk().readFile(store.assets() / store.assetNames().at(0), 1 << 20U).value();
   ASSERT_FALSE(store.disk().writeNewFile(store->legacyIndexUrl(), toBytes("[]"), 0600));
   const int changes = store.changes();
-  store->clear(true);
+  EXPECT_TRUE(store->clear(true));
   EXPECT_TRUE(store->items().empty());
   EXPECT_EQ(store.changes(), changes + 1);
   EXPECT_TRUE(store.assetNames().empty());
@@ -63,7 +65,7 @@ TEST(ClipStoreClear, OfUnpinnedEntriesReplacesTheKeyWhenNothingIsLeft) {
   TestStore store;
   store.addText("a");
   const auto oldHistory = store.disk().readFile(store->indexUrl(), 1 << 20U).value();
-  store->clear(false);
+  EXPECT_TRUE(store->clear(false));
   EXPECT_THROW((void)store.storage()->open(oldHistory), CipherError);
   EXPECT_TRUE(store.savedItems()->empty());
 }
@@ -81,7 +83,7 @@ TEST(ClipStoreClear, GoesOnWhenTheKeychainDoesNotTakeTheNewKey) {
     clip.insert(textItem("a"));
     keychain.failOnce(FakeKeychain::Operation::update, FakeKeychain::Backend::dataProtection,
                       keychainStatus::userCanceled);
-    clip.clear(true);
+    EXPECT_TRUE(clip.clear(true));
     clip.insert(textItem("b"));
   }
   const ClipStore again(services, std::nullopt, nullptr, {});
@@ -89,19 +91,130 @@ TEST(ClipStoreClear, GoesOnWhenTheKeychainDoesNotTakeTheNewKey) {
   EXPECT_EQ(again.items()[0].text->get(), "b");
 }
 
-TEST(ClipStoreClear, OfEverythingAlsoRemovesAHistoryThatCannotBeRead) {
+TEST(ClipStoreClear, AHistoryThatDoesNotOpenGoesPinsAndAllAndTheStoreBeginsAnew) {
+  for (const bool includingPinned : {false, true}) {
+    TestStore store;
+    store->togglePinned(store.addText("a"));
+    store->captureImage(FakeImage({1, 1}, "picture"), {});
+    store.restartWithAnotherKey();
+    ASSERT_FALSE(store->persistenceIsReady());
+    EXPECT_TRUE(store->clear(includingPinned));
+    EXPECT_TRUE(store.assetNames().empty());
+    EXPECT_TRUE(store->persistenceIsReady());
+    store.addText("new");
+    store.restart();
+    EXPECT_EQ(store.texts(), Texts{"new"});
+  }
+}
+
+TEST(ClipStoreClear, APlainHistoryThatIsNoneGoesToo) {
+  TestStore store;
+  store.quit();
+  std::filesystem::remove(store.base() / "history.vntl");
+  ASSERT_FALSE(store.disk().writeNewFile(store.base() / "history.json", toBytes("[{"), 0600));
+  store.restart();
+  ASSERT_FALSE(store->persistenceIsReady());
+  EXPECT_TRUE(store->clear(false));
+  EXPECT_FALSE(std::filesystem::exists(store->legacyIndexUrl()));
+  EXPECT_TRUE(store->persistenceIsReady());
+}
+
+TEST(ClipStoreClear, AHistoryThatCanBeReadByNowKeepsItsPins) {
+  TestStore store;
+  store->togglePinned(store.addText("pin"));
+  store.addText("a");
+  store.files().makeUnreadable(store->indexUrl());
+  store.restart();
+  ASSERT_FALSE(store->persistenceIsReady());
+  EXPECT_FALSE(store->clear(false));
+  EXPECT_TRUE(std::filesystem::exists(store->indexUrl()));
+  store.files().recover();
+  EXPECT_TRUE(store->clear(false));
+  EXPECT_EQ(store.texts(), Texts{"pin"});
+  store.restart();
+  EXPECT_EQ(store.texts(), Texts{"pin"});
+}
+
+TEST(ClipStoreClear, OfEverythingTakesAHistoryThatCannotBeReadAtAll) {
   TestStore store;
   store.addText("a");
+  store.files().makeUnreadable(store->indexUrl());
+  store.restart();
+  EXPECT_TRUE(store->clear(true));
+  store.files().recover();
+  EXPECT_TRUE(store->persistenceIsReady());
+  EXPECT_TRUE(store.savedItems()->empty());
+}
+
+TEST(ClipStoreSetAside, KeepsTheOldHistoryWithItsPicturesAndBeginsAnew) {
+  TestStore store;
   store->captureImage(FakeImage({1, 1}, "picture"), {});
+  const auto old = store.disk().readFile(store->indexUrl(), 1 << 20U).value();
+  const Texts pictures = store.assetNames();
   store.restartWithAnotherKey();
-  ASSERT_FALSE(store->persistenceIsReady());
-  store->clear(false);
-  EXPECT_TRUE(std::filesystem::exists(store->indexUrl()));
-  EXPECT_EQ(store.assetNames().size(), 1U);
-  store->clear(true);
-  EXPECT_FALSE(std::filesystem::exists(store->indexUrl()));
+  const auto aside = store->setAside();
+  EXPECT_EQ(aside.outcome, ClipStore::SetAside::done);
+  EXPECT_EQ(aside.history, store.base() / "history.vntl.20250314-092653");
+  EXPECT_EQ(store.disk().readFile(aside.history, 1 << 20U), old);
+  EXPECT_TRUE(std::filesystem::exists(store.base() / "Assets.20250314-092653" / pictures.at(0)));
+  EXPECT_TRUE(store->persistenceIsReady());
   EXPECT_TRUE(store.assetNames().empty());
-  EXPECT_FALSE(store->persistenceIsReady());
+  store.addText("new");
+  store.restart();
+  EXPECT_EQ(store.texts(), Texts{"new"});
+}
+
+TEST(ClipStoreSetAside, OverwritesNothing) {
+  TestStore store;
+  for (const std::string suffix : {"", "-2"}) {
+    store.restartWithAnotherKey();
+    ASSERT_FALSE(store->persistenceIsReady());
+    EXPECT_EQ(store->setAside().history, store.base() / ("history.vntl.20250314-092653" + suffix));
+  }
+}
+
+TEST(ClipStoreSetAside, TakesAPlainHistoryThatIsNone) {
+  TestStore store;
+  store.quit();
+  std::filesystem::remove(store.base() / "history.vntl");
+  ASSERT_FALSE(store.disk().writeNewFile(store.base() / "history.json", toBytes("[{"), 0600));
+  store.restart();
+  EXPECT_EQ(store->setAside().history, store.base() / "history.json.20250314-092653");
+  EXPECT_TRUE(store->persistenceIsReady());
+}
+
+TEST(ClipStoreSetAside, ChangesNothingWhenTheHistoryIsOpenOrCanBe) {
+  TestStore store;
+  store.addText("a");
+  EXPECT_EQ(store->setAside().outcome, ClipStore::SetAside::notNeeded);
+  store.files().makeUnreadable(store->indexUrl());
+  store.restart();
+  store.files().recover();
+  EXPECT_EQ(store->setAside().outcome, ClipStore::SetAside::notNeeded);
+  EXPECT_EQ(store.texts(), Texts{"a"});
+}
+
+TEST(ClipStoreSetAside, PutsBackWhatItMovedWhenTheRestCannotBe) {
+  TestStore store;
+  store->captureImage(FakeImage({1, 1}, "picture"), {});
+  const Texts pictures = store.assetNames();
+  const auto storage = store.storage();
+  store.restartWithAnotherKey();
+  // The pictures' directory moves, its history does not: behind two preparations of four steps.
+  const std::size_t before = store.files().calls().size();
+  store.files().failAt(9, std::errc::no_space_on_device);
+  EXPECT_EQ(store->setAside().outcome, ClipStore::SetAside::failed);
+  const auto& calls = store.files().calls();
+  EXPECT_EQ(std::count_if(calls.begin() + static_cast<std::ptrdiff_t>(before), calls.end(),
+                          [](const FaultyFileSystem::Call& call) {
+                            return call.operation == FaultyFileSystem::Operation::rename;
+                          }),
+            3);
+  store.files().recover();
+  EXPECT_EQ(store.assetNames(), pictures);
+  EXPECT_TRUE(std::filesystem::exists(store->indexUrl()));
+  const ClipStore again(store.services(), store.base(), storage, {});
+  EXPECT_EQ(again.items().size(), 1U);
 }
 
 /// A store whose key lies in a keychain that answers late.
@@ -148,7 +261,7 @@ TEST_F(ClipStoreLateKey, FilesAreGoneAtOnceAndTheNewKeyIsUsedWhenTheKeychainHasI
   store_->captureImage(FakeImage({1, 1}, "picture"), {});
   const Bytes before = key();
   const Bytes old = history().value();
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   EXPECT_FALSE(std::filesystem::exists(store_->indexUrl()));
   EXPECT_TRUE(std::filesystem::is_empty(store_->assetsUrl()));
   EXPECT_EQ(key(), before);
@@ -161,7 +274,7 @@ TEST_F(ClipStoreLateKey, FilesAreGoneAtOnceAndTheNewKeyIsUsedWhenTheKeychainHasI
 }
 
 TEST_F(ClipStoreLateKey, WhatIsCopiedMeanwhileIsSealedUnderTheOldKeyAndThenAnew) {
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   store_->insert(textItem("meanwhile"));
   store_->captureImage(FakeImage({1, 1}, "picture"), {});
   const Bytes meanwhile = history().value();
@@ -175,7 +288,7 @@ TEST_F(ClipStoreLateKey, WhatIsCopiedMeanwhileIsSealedUnderTheOldKeyAndThenAnew)
 }
 
 TEST_F(ClipStoreLateKey, QuittingMeanwhileKeepsTheOldKeyAndLosesNothing) {
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   store_->insert(textItem("meanwhile"));
   const Bytes before = key();
   store_.reset();
@@ -186,7 +299,7 @@ TEST_F(ClipStoreLateKey, QuittingMeanwhileKeepsTheOldKeyAndLosesNothing) {
 }
 
 TEST_F(ClipStoreLateKey, QuittingBeforeTheAnswerWasHeardOfLosesNothing) {
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   store_->insert(textItem("meanwhile"));
   const Bytes before = key();
   keychain_.makeUpdates();
@@ -197,7 +310,7 @@ TEST_F(ClipStoreLateKey, QuittingBeforeTheAnswerWasHeardOfLosesNothing) {
 
 TEST_F(ClipStoreLateKey, ASuddenEndMeanwhileLeavesAHistoryThatLoads) {
   store_->insert(textItem("old"));
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   keychain_.makeUpdates();
   files_.dieAt(0, FaultyFileSystem::Progress::none);
   store_.reset();
@@ -208,7 +321,7 @@ TEST_F(ClipStoreLateKey, ASuddenEndMeanwhileLeavesAHistoryThatLoads) {
 }
 
 TEST_F(ClipStoreLateKey, OnAFullDiskNothingIsLeftUnderTheOldKey) {
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   store_->insert(textItem("meanwhile"));
   files_.fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
   answer();
@@ -220,9 +333,9 @@ TEST_F(ClipStoreLateKey, OnAFullDiskNothingIsLeftUnderTheOldKey) {
 }
 
 TEST_F(ClipStoreLateKey, ASecondClearMeanwhileAsksForNoOtherKey) {
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   store_->insert(textItem("meanwhile"));
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   EXPECT_EQ(keychain_.waitingUpdates(), 1);
   answer();
   restart();
@@ -231,21 +344,21 @@ TEST_F(ClipStoreLateKey, ASecondClearMeanwhileAsksForNoOtherKey) {
 }
 
 TEST_F(ClipStoreLateKey, ARefusedKeyIsTriedAgainByTheNextClear) {
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   const Bytes before = key();
   keychain_.failOnce(FakeKeychain::Operation::update, FakeKeychain::Backend::dataProtection,
                      keychainStatus::userCanceled);
   answer();
   EXPECT_EQ(key(), before);
   EXPECT_TRUE(history());
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   answer();
   EXPECT_NE(key(), before);
 }
 
 TEST(ClipStoreClear, OfNothingStillTells) {
   TestStore store;
-  store->clear(false);
+  EXPECT_TRUE(store->clear(false));
   EXPECT_EQ(store.changes(), 1);
 }
 

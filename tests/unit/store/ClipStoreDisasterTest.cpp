@@ -81,14 +81,14 @@ std::vector<Scenario> scenarios() {
       {"TogglePin", fill, [](TestStore& store) { store->togglePinned(store->items().back().id); }},
       {"RemoveImage", fill, [](TestStore& store) { store->remove(firstImage(store.store())->id); },
        true},
-      {"ClearUnpinned", fill, [](TestStore& store) { store->clear(false); }, true, 1},
-      {"ClearEverything", fill, [](TestStore& store) { store->clear(true); }, true, 0},
+      {"ClearUnpinned", fill, [](TestStore& store) { (void)store->clear(false); }, true, 1},
+      {"ClearEverything", fill, [](TestStore& store) { (void)store->clear(true); }, true, 0},
       {"ClearEverythingBesideALegacyHistory",
        [](TestStore& store) {
          fill(store);
          writeFile(store.base() / "history.json", textOf(encodeHistory({textItem("legacy")})));
        },
-       [](TestStore& store) { store->clear(true); }, true, 0},
+       [](TestStore& store) { (void)store->clear(true); }, true, 0},
       {"Restart", fill, [](TestStore& store) { store.restart(); }},
       {"Migration", plainHistory, [](TestStore& store) { store.restart(); }},
   };

@@ -150,7 +150,9 @@ TEST(ClipStoreStart, KeepsTheHistoryAndItsImagesWhenTheKeychainRefuses) {
     EXPECT_TRUE(store.items().empty());
     store.insert(textItem("in memory"));
     store.togglePinned(store.items()[0].id);
-    store.clear(false);
+    EXPECT_FALSE(store.clear(false));
+    EXPECT_FALSE(store.clear(true));
+    EXPECT_EQ(store.setAside().outcome, ClipStore::SetAside::failed);
   }
   EXPECT_EQ(readFile(place.index()), before);
   EXPECT_TRUE(fs::exists(image));

@@ -189,7 +189,7 @@ TEST_F(ClipStoreOutage, APictureThatWasRemovedIsDeletedOnceTheListIsSaved) {
 }
 
 TEST_F(ClipStoreOutage, AClearOfEverythingDeletesAtOnceAndSoFreesTheDisk) {
-  store->clear(true);
+  EXPECT_TRUE(store->clear(true));
   EXPECT_TRUE(store.assetNames().empty());
   EXPECT_FALSE(store.savedItems());
 }

@@ -111,14 +111,14 @@ TEST_F(SavingALongHistory, WithoutAThreadForItIsDoneAtTheEnd) {
 
 TEST_F(SavingALongHistory, NothingComesBackThatWasClearedMeanwhile) {
   store_.addText(longText('a'));
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   store_.dispatch().runQueued();
   EXPECT_THAT(store_.savedItems(), Optional(IsEmpty()));
 }
 
 TEST_F(SavingALongHistory, WhatIsBeingWrittenIsGivenUpByAClear) {
   store_.addText(longText('a'));
-  store_->clear(true);
+  EXPECT_TRUE(store_->clear(true));
   do {
     EXPECT_THAT(store_.savedItems(), Optional(IsEmpty()));
   } while (store_.dispatch().runOne());
@@ -156,7 +156,7 @@ TEST_F(SavingALongHistory, NamesOfFilesAndTextInPicturesCountLikeText) {
 TEST_F(SavingALongHistory, PinsThatSurviveAClearAreWritten) {
   store_->togglePinned(store_.addText(longText('a')));
   store_.addText("b");
-  store_->clear(false);
+  EXPECT_TRUE(store_->clear(false));
   store_.dispatch().runQueued();
   EXPECT_EQ(savedCount(), 1U);
 }
