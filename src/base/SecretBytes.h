@@ -7,8 +7,10 @@
 
 namespace vantorel {
 
-/// Bytes of a key. Move-only, without any way to print or compare them by accident; the whole
-/// allocation is wiped when the value dies, is moved from or is assigned to.
+/// Bytes of a key. Move-only, without any way to print or compare them by accident. They lie in
+/// memory that is kept out of the swap space and of core files, between pages that nobody may
+/// touch; where the system refuses that, or they are more than some kilobytes, in ordinary memory.
+/// The whole allocation is wiped when the value dies, is moved from or is assigned to.
 class SecretBytes {
  public:
   SecretBytes() = default;
@@ -20,7 +22,7 @@ class SecretBytes {
   SecretBytes& operator=(SecretBytes&& other) noexcept;
   SecretBytes(const SecretBytes&) = delete;
   SecretBytes& operator=(const SecretBytes&) = delete;
-  ~SecretBytes();
+  ~SecretBytes() = default;
 
   [[nodiscard]] std::size_t size() const { return size_; }
   [[nodiscard]] ByteView view() const { return {data_.get(), size_}; }
@@ -29,9 +31,13 @@ class SecretBytes {
   [[nodiscard]] SecretBytes duplicate() const;
 
  private:
-  void wipe() noexcept;
+  /// Wipes, then frees.
+  struct Free {
+    std::size_t size;
+    void operator()(std::byte* bytes) const noexcept;
+  };
 
-  std::unique_ptr<std::byte[]> data_;
+  std::unique_ptr<std::byte[], Free> data_;
   std::size_t size_ = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "base/SecretBytes.h"
 
 #include <gtest/gtest.h>
+#include <openssl/crypto.h>
 
 #include <algorithm>
 #include <utility>
@@ -28,6 +29,27 @@ TEST(SecretBytes, AreEmptyOnceTheyAreMovedFrom) {
   third = std::move(second);
   EXPECT_TRUE(holds(third, key));
   EXPECT_EQ(second.size(), 0U);  // NOLINT(bugprone-use-after-move)
+}
+
+TEST(SecretBytes, LieInTheLockedHeapAndLeaveNothingThere) {
+  const Bytes longKey(32, std::byte{0x5A});
+  const std::byte* place = nullptr;
+  {
+    const SecretBytes secret(longKey);
+    place = secret.view().data();
+    EXPECT_EQ(CRYPTO_secure_allocated(place), 1);
+  }
+  // The block is still mapped; the heap keeps its own notes in its first half.
+  EXPECT_TRUE(std::all_of(place + 16, place + 32, [](std::byte b) { return b == std::byte{}; }));
+}
+
+TEST(SecretBytes, MoreThanTheLockedHeapHoldsLieElsewhere) {
+  const Bytes large(1 << 20U, std::byte{0x5A});
+  SecretBytes secret(large);
+  EXPECT_TRUE(holds(secret, large));
+  EXPECT_EQ(CRYPTO_secure_allocated(secret.view().data()), 0);
+  secret = SecretBytes(key);
+  EXPECT_TRUE(holds(secret, key));
 }
 
 TEST(SecretBytes, ADuplicateHasItsOwn) {
