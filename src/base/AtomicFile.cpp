@@ -37,9 +37,9 @@ bool isUnfinishedWrite(std::string_view name, std::string_view target) {
     return true;
   };
   if (!take(".") || !take(target) || !take(".")) return false;
-  if (name.size() <= temporaryEnding.size()) return false;
-  const std::size_t length = name.size() - temporaryEnding.size();
-  return name.substr(length) == temporaryEnding && Uuid::parse(name.substr(0, length));
+  if (!name.ends_with(temporaryEnding)) return false;
+  name.remove_suffix(temporaryEnding.size());
+  return Uuid::parse(name).has_value();
 }
 
 }  // namespace vantorel

@@ -15,7 +15,6 @@ std::string data(ByteView bytes) {
   }
   constexpr auto digits = "0123456789abcdef";
   std::string text;
-  text.reserve(2 * digest.size());
   for (const unsigned char byte : digest) {
     text += digits[byte >> 4];
     text += digits[byte & 15];

@@ -23,8 +23,8 @@ void PinCommands::move(Uuid id, int delta) {
   for (const auto& item : store_.items()) {
     if (item.pinned()) pins.push_back(item.id);
   }
+  // What is no pin stands behind the last of them; the store moves pins alone.
   const auto position = std::find(pins.begin(), pins.end(), id);
-  if (position == pins.end()) return;
   const auto target = (position - pins.begin()) + delta;
   if (target < 0 || target >= static_cast<std::ptrdiff_t>(pins.size())) return;
   const bool moved = store_.movePinned(id, pins[static_cast<std::size_t>(target)], delta < 0);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iterator>
+#include <map>
 #include <utility>
 
 #include "base/ContentFingerprint.h"
@@ -15,6 +16,7 @@
 #include "store/ClipRetention.h"
 #include "store/HistoryFile.h"
 #include "store/SealedFile.h"
+#include "store/SetAside.h"
 #include "store/StoredPicture.h"
 #include "text/Unicode.h"
 
@@ -263,6 +265,87 @@ void ClipStore::remove(Uuid id) {
 
 std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {
   return storedPicture(assets_, secureStorage_.get(), item);
+}
+
+ClipStore::~ClipStore() { settleKey(); }
+
+bool ClipStore::clear(bool includingPinned) {
+  // What kept it from being read may be over; then it is like any other.
+  if (!persistenceIsReady_ && secureStorage_) open();
+  takeOut([&](const ClipItem& item) { return includingPinned || !item.pinned(); });
+  const bool goes = persistenceIsReady_ || (secureStorage_ && (includingPinned || doesNotOpen()));
+  if (goes) clearDisk();
+  if (goes && !persistenceIsReady_) open();
+  commit(Upkeep::none);
+  return goes && persistenceIsReady_;
+}
+
+/// Whether what could not be loaded has been read and is of no use. With the key in hand it will
+/// not be tomorrow either.
+bool ClipStore::doesNotOpen() {
+  if (!secureStorage_ || persistenceIsReady_) return false;
+  const bool isSealed = services_.files.exists(indexUrl_);
+  auto json = services_.files.readFile(isSealed ? indexUrl_ : legacyIndexUrl_, maximumHistoryBytes);
+  if (!json) return false;
+  if (isSealed) json = opened(*secureStorage_, *json);
+  return !json || !decodeHistory(std::move(*json));
+}
+
+ClipStore::SetAsideResult ClipStore::setAside() {
+  if (!secureStorage_) return {};
+  if (!persistenceIsReady_) {
+    if (directories_.prepare()) return {};  // it is not the history that stands in the way
+    open();
+  }
+  if (persistenceIsReady_) return {.outcome = SetAside::notNeeded, .history = {}};
+  const auto& stands = services_.files.exists(indexUrl_) ? indexUrl_ : legacyIndexUrl_;
+  // The pictures first: without their history they would be taken for files that nobody names.
+  const auto suffix = moveAside(services_.files, {assetsUrl(), indexUrl_, legacyIndexUrl_},
+                                services_.dispatch.now());
+  if (!suffix) return {};
+  const std::filesystem::path kept = stands.string() + *suffix;
+  open();
+  if (!persistenceIsReady_) return {};
+  commit(Upkeep::none);
+  return {.outcome = SetAside::done, .history = kept};
+}
+
+/// Takes away what the list on the disk has besides the pins that are left.
+void ClipStore::clearDisk() {
+  // Nothing may bring back what is being taken away.
+  saver_.giveUpSave();
+  // The legacy history first: left alone without the other, it would be taken up again.
+  (void)services_.files.remove(legacyIndexUrl_);
+  if (!items_.empty()) return;
+  (void)services_.files.remove(indexUrl_);
+  replaceKey();
+  // The disk names no picture any more, and may have no room to say so.
+  if (!services_.files.exists(indexUrl_)) assets_.removeOrphans({});
+}
+
+/// So that no copy of what was cleared can be opened. Where the keychain does not take the new key
+/// the old one stays, and the next clear tries again.
+void ClipStore::replaceKey() {
+  if (secureStorage_) secureStorage_->beginRotation(life_.guard([this] { settleKey(); }));
+}
+
+/// Brings what was written while the keychain was asked under the key that it has now.
+void ClipStore::settleKey() {
+  if (!isRotatingKey()) return;
+  saver_.giveUpSave();  // it may be sealing under the key that goes
+  std::map<std::filesystem::path, Bytes> pictures;
+  for (const ClipItem& item : items_) {
+    auto bytes = assetData(item);
+    if (bytes) pictures.emplace(assetsUrl() / *item.assetFilename, std::move(*bytes));
+  }
+  if (secureStorage_->settleRotation()) {
+    for (const auto& [path, bytes] : pictures) {
+      (void)writeSealed(services_.files, path, *secureStorage_, bytes);
+    }
+    // Nothing opens it any more. Without it, the next start finds no history, not a foreign one.
+    (void)services_.files.remove(indexUrl_);
+  }
+  if (persistenceIsReady_) saver_.save();
 }
 
 }  // namespace vantorel

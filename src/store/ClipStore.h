@@ -151,8 +151,6 @@ class ClipStore {
   [[nodiscard]] bool encryptLegacyAssets();
   void tidyLoadedHistory();
   [[nodiscard]] bool doesNotOpen();
-  [[nodiscard]] std::string freeSuffix();
-  [[nodiscard]] bool moveAside(const std::string& suffix);
   void clearDisk();
   void replaceKey();
   void settleKey();

@@ -96,7 +96,8 @@ TEST(UnfinishedWrite, IsKnownByItsWholeName) {
        {std::string("history.vntl"), std::string(""), std::string("."), std::string(".tmp"),
         std::string(".history.vntl..tmp"), ".history.vntl." + id, "history.vntl." + id + ".tmp",
         ".history.json." + id + ".tmp", ".history.vntl." + id + ".tmp.bak",
-        ".history.vntl." + id.substr(1) + ".tmp", ".history.vntl.tmp." + id}) {
+        std::string(".history.vntl.x"), ".history.vntl." + id.substr(1) + ".tmp",
+        ".history.vntl.tmp." + id}) {
     EXPECT_FALSE(isUnfinishedWrite(name, "history.vntl")) << name;
   }
 }

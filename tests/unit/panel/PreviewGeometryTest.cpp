@@ -52,6 +52,7 @@ TEST(PreviewGeometry, ThePictureStandsAboveItsCaption) {
   constexpr Size size{310, 320};
   EXPECT_EQ(PreviewGeometry::mediaImage(size), (Rect{12, 12, 286, 272}));
   EXPECT_EQ(PreviewGeometry::mediaCaption(size), (Rect{12, 292, 286, 18}));
+  EXPECT_EQ(PreviewGeometry::mediaCaption({20, 320}).width, 0);
 }
 
 TEST(PreviewGeometry, APictureWithoutRoomHasNoExtent) {

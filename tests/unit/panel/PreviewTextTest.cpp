@@ -41,6 +41,7 @@ TEST(PreviewText, AnEmptyTextIsOneEmptyLine) {
 
 TEST(PreviewText, LineBreaksOfEveryKindBreakLines) {
   EXPECT_EQ(whole("a\nb\r\nc\rd\u2028e\u2029f\vg\fh\u0085i"), "a\nb\nc\nd\ne\nf\ng\nh\ni");
+  EXPECT_EQ(whole("a\r"), "a\n");
   EXPECT_EQ(whole("a\n\n\nb\n"), "a\n\n\nb\n");
 }
 

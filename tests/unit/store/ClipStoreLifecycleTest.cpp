@@ -314,7 +314,7 @@ TEST(ClipStoreStart, LeavesWhatABaseLinksToAsItIsAndDeletesNothingOfOthersThere)
     const auto store = place.open();
     EXPECT_TRUE(store->persistenceIsReady());
     EXPECT_TRUE(store->captureImage(FakeImage({1, 1}, "picture"), {}));
-    store->clear(true);
+    (void)store->clear(true);
     store->insert(textItem("a"));
     EXPECT_TRUE(store->captureImage(FakeImage({1, 1}, "picture"), {}));
   }

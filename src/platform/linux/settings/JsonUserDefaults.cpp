@@ -20,11 +20,9 @@ std::filesystem::path withSuffix(const std::filesystem::path& path, const std::s
 JsonUserDefaults::JsonUserDefaults(FileSystem& files, std::filesystem::path path)
     : files_(files), path_(std::move(path)), copy_(withSuffix(path_, ".last-good")) {
   const Reading reading = read(path_);
-  if (reading == Reading::understood) {
-    keepCopy();
-  } else {
-    recover(reading);
-  }
+  if (reading == Reading::understood) keepCopy();
+  // Who takes the file away wants to begin anew.
+  if (reading == Reading::damaged || reading == Reading::refused) recover(reading);
 }
 
 JsonUserDefaults::Reading JsonUserDefaults::read(const Path& path) {
@@ -43,7 +41,6 @@ JsonUserDefaults::Reading JsonUserDefaults::read(const Path& path) {
 /// Nothing is written while nothing is known: what stands there tells the next start as well.
 void JsonUserDefaults::recover(Reading instead) {
   const Reading copy = read(copy_);
-  if (instead == Reading::absent && copy == Reading::absent) return;
   isOutOfReach_ = instead == Reading::refused;
   isDamaged_ = instead == Reading::damaged;
   areLost_ = copy != Reading::understood;

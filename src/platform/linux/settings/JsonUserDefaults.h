@@ -13,8 +13,8 @@ namespace vantorel {
 ///
 /// What was last read or written stands in a second file, "<name>.last-good", from which the
 /// settings come when the first makes no sense (see `parseJsonObject`, or larger than
-/// `maximumFileSize`), cannot be read, or is gone. When neither can be understood they are lost,
-/// also at the next start, until something is set.
+/// `maximumFileSize`) or cannot be read. When neither can be understood they are lost, also at the
+/// next start, until something is set. Without the first they begin anew.
 ///
 /// A file that makes no sense is set aside as "<name>.damaged-<n>" when the next one takes its
 /// place. A file that cannot be read or set aside is never written over: the settings then live in
