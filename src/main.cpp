@@ -12,8 +12,10 @@
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/desktop/DesktopSurvey.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
+#include "platform/linux/desktop/PortalColorScheme.h"
 #include "platform/linux/desktop/SessionMember.h"
 #include "platform/linux/keyring/SecretServiceKeychain.h"
+#include "platform/linux/start/ClosedProcess.h"
 #include "platform/linux/start/LargeBlocks.h"
 #include "platform/linux/start/TerminationSignals.h"
 #include "platform/linux/xdg/XdgDirectories.h"
@@ -43,6 +45,7 @@ int main(int argc, char** argv) {
   const auto line = CommandLine::parse(arguments.subspan(arguments.empty() ? 0 : 1));
   if (const auto status = Program::answer(line)) return *status;
   if (line.command == Command::check) return check();
+  leaveNoCore();
   returnFreedLargeBlocks();
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;
@@ -51,7 +54,12 @@ int main(int argc, char** argv) {
   const auto quit = [] { QCoreApplication::exit(0); };
   const TerminationSignals terminationSignals(dispatch, quit);
   Program program(line.request(), quit);
+  PortalColorScheme portal(dispatch, closeProcess);
   SecretServiceKeychain keychain(dispatch);
+  keychain.onSecretAhead([&portal] {
+    portal.waitUntilAsked();
+    closeProcess();
+  });
   const auto prepare = [&keychain, &program] {
     keychain.prepare({HistoryKeychain::baseQuery(HistoryKeychain::Backend::loginKeychain)},
                      [&program] { program.keyringAnswered(); });
@@ -68,7 +76,8 @@ int main(int argc, char** argv) {
   ApplicationService service(dispatch, bus, offeredActions());
   if (const auto status = instance.endsWithToolkit(service)) return *status;
 
-  const auto desktop = LinuxDesktop::open(dispatch, keychain, bus, instance.historyLock());
+  const auto desktop =
+      LinuxDesktop::open(dispatch, keychain, bus, portal, instance.historyLock());
   if (!desktop) {
     std::fputs("vantorel: the X server lacks what a clipboard history needs.\n", stderr);
     return 1;

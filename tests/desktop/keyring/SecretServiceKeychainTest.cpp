@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <thread>
@@ -315,6 +316,21 @@ TEST_F(SecretServiceKeychainTest, EndsAtOnceWhileItWaitsForAService) {
   keyring_->suspend();
   EXPECT_EQ(find(), keychainStatus::notAvailable);
   EXPECT_LT(timed([&] { keychain_.reset(); }), atOnce);
+}
+
+TEST_F(SecretServiceKeychainTest, IsAskedBeforeASecretIsReadOrMade) {
+  std::atomic<int> calls = 0;
+  keychain().onSecretAhead([&calls] { ++calls; });
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  EXPECT_EQ(calls, 0);
+  startKeyring(State::unlocked);
+  EXPECT_EQ(find(), keychainStatus::itemNotFound);
+  const int beforeOneIsMade = calls;
+  EXPECT_GT(beforeOneIsMade, 0);
+  PrivateKeyring::store(service, account, "stored secret");
+  EXPECT_EQ(find(), keychainStatus::success);
+  EXPECT_GT(calls, beforeOneIsMade);
+  keychain_.reset();  // before what it calls goes
 }
 
 TEST_F(SecretServiceKeychainTest, ADeadBusIsNoKeychain) {

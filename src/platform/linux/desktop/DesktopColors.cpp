@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/desktop/PortalColorScheme.h"
 #include "platform/linux/settings/ColorScheme.h"
 
 namespace vantorel {
@@ -59,7 +60,7 @@ std::optional<std::uint32_t> number(const QVariant& value) {
 }  // namespace
 
 DesktopColors::DesktopColors(const X11DesktopSettings& preferences, SessionBus& bus,
-                             std::string environmentTheme)
+                             PortalColorScheme& portal, std::string environmentTheme)
     : preferences_(preferences),
       bus_(bus),
       environmentTheme_(std::move(environmentTheme)),
@@ -71,6 +72,10 @@ DesktopColors::DesktopColors(const X11DesktopSettings& preferences, SessionBus& 
   connect(&bus_, &SessionBus::rejoined, this, [this] { joinBus(); });
   joinBus();
   apply();
+  portal.observe(life_.guard([this](std::uint32_t scheme) {
+    if (!portal_) portal_ = scheme;  // what was heard later holds
+    apply();
+  }));
 }
 
 DesktopColors::~DesktopColors() = default;
@@ -84,7 +89,8 @@ void DesktopColors::joinBus() {
   askPortal();
 }
 
-/// Without starting a portal for it: where there is one, it runs or will.
+/// Without starting a portal for it: where there is one, it runs or will. A portal that refuses the
+/// closed process leaves what is known as it is, and still tells of changes.
 void DesktopColors::askPortal() {
   const auto bus = bus_.connection();
   if (!bus) return;

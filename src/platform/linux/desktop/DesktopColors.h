@@ -9,11 +9,13 @@
 #include <optional>
 #include <string>
 
+#include "base/Lifetime.h"
 #include "platform/Observation.h"
 #include "platform/linux/x11/X11DesktopSettings.h"
 
 namespace vantorel {
 
+class PortalColorScheme;
 class SessionBus;
 
 /// Draws the program dark on a dark desktop, from its start and when the desktop changes. Where the
@@ -22,8 +24,9 @@ class DesktopColors : public QObject {
   Q_OBJECT
 
  public:
-  /// `preferences` and `bus` outlive this. `environmentTheme` is the theme that GTK_THEME names.
-  DesktopColors(const X11DesktopSettings& preferences, SessionBus& bus,
+  /// `preferences`, `bus` and `portal` outlive this. `environmentTheme` is the theme that GTK_THEME
+  /// names.
+  DesktopColors(const X11DesktopSettings& preferences, SessionBus& bus, PortalColorScheme& portal,
                 std::string environmentTheme);
   ~DesktopColors() override;
   DesktopColors(const DesktopColors&) = delete;
@@ -45,6 +48,7 @@ class DesktopColors : public QObject {
   bool applied_ = false;                 // our own dark colours
   QDBusServiceWatcher portalWatcher_;
   std::unique_ptr<Observation> observation_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

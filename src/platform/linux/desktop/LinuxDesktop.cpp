@@ -113,7 +113,8 @@ LinuxDesktop::LinuxDesktop(std::unique_ptr<Ports> ports) : ports_(std::move(port
 LinuxDesktop::~LinuxDesktop() = default;
 
 std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& keychain,
-                                                 SessionBus& bus, HistoryLock& historyLock) {
+                                                 SessionBus& bus, PortalColorScheme& portal,
+                                                 HistoryLock& historyLock) {
   auto ports = std::make_unique<Ports>(dispatch, keychain, bus, historyLock);
   if (ports->defaults.areLost()) {
     std::fputs("vantorel: the settings cannot be read; nothing is recorded until resumed.\n",
@@ -129,7 +130,7 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
   }
   if (!ports->areComplete()) return nullptr;
   ports->backdrops.emplace(*ports->accessibility);
-  ports->colors.emplace(*ports->accessibility, bus,
+  ports->colors.emplace(*ports->accessibility, bus, portal,
                         processEnvironment("GTK_THEME").value_or(std::string()));
   ports->openIcons();
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));

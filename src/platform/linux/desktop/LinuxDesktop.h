@@ -7,6 +7,7 @@
 namespace vantorel {
 
 class HistoryLock;
+class PortalColorScheme;
 class SessionBus;
 
 /// Builds and owns the ports of an X11 desktop. Main thread.
@@ -16,6 +17,7 @@ class LinuxDesktop {
   /// result.
   [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(Dispatch& dispatch, Keychain& keychain,
                                                           SessionBus& bus,
+                                                          PortalColorScheme& portal,
                                                           HistoryLock& historyLock);
   ~LinuxDesktop();
   LinuxDesktop(const LinuxDesktop&) = delete;

@@ -57,8 +57,10 @@ GVariant* tupleOf(GVariant* value) { return g_variant_new_tuple(&value, 1); }
 
 }  // namespace
 
-SecretServiceBus::SecretServiceBus(GlibThread& thread, std::function<void(KeyringNews)> heard)
+SecretServiceBus::SecretServiceBus(GlibThread& thread, std::function<void(KeyringNews)> heard,
+                                   std::function<void()> secretAhead)
     : bus_(thread),
+      secretAhead_(std::move(secretAhead)),
       watch_(bus_, heard),
       prompts_(bus_, [heard = std::move(heard)] { heard(KeyringNews::arrived); }) {}
 
@@ -152,6 +154,7 @@ std::uint64_t SecretServiceBus::creationTime(const ObjectPath& item) {
 KeyringAnswer<SecretBytes> SecretServiceBus::secret(const ObjectPath& item) {
   const KeyringSession* current = session();
   if (!current) return KeyringFailure::noAnswer;
+  if (secretAhead_) secretAhead_();
   const auto reply =
       bus_.call(item, itemInterface, "GetSecret", g_variant_new("(o)", current->path()));
   if (!reply) return reply.failure();

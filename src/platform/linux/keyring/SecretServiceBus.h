@@ -20,7 +20,9 @@ class SecretServiceBus : public KeyringService {
  public:
   /// `heard` is called with what may let a lookup end otherwise than the last one did: from the
   /// first unlocking on that is asked for, or from `watch`, until `endWatch`.
-  SecretServiceBus(GlibThread& thread, std::function<void(KeyringNews)> heard);
+  /// `secretAhead` is called before a secret is read.
+  SecretServiceBus(GlibThread& thread, std::function<void(KeyringNews)> heard,
+                   std::function<void()> secretAhead = {});
   ~SecretServiceBus() override;
 
   /// Begins a piece of work; every step of it ends at `deadline`.
@@ -53,6 +55,7 @@ class SecretServiceBus : public KeyringService {
   [[nodiscard]] std::uint64_t creationTime(const ObjectPath& item);
 
   KeyringBus bus_;
+  std::function<void()> secretAhead_;
   KeyringWatch watch_;
   KeyringPrompts prompts_;
   std::set<ObjectPath> asked_;

@@ -37,12 +37,15 @@ class SecretServiceKeychain::Worker {
   explicit Worker(std::function<void()> available)
       : available_(std::move(available)), thread_("keyring", [this] { service_.reset(); }) {}
 
+  /// Before the first work.
+  void onSecretAhead(std::function<void()> prepare) { secretAhead_ = std::move(prepare); }
+
   /// Runs `work` on the thread; each of its steps ends before `deadline`.
   void post(Deadline deadline, std::function<void(KeyringService&)> work) {
     thread_.post([this, deadline, work = std::move(work)] {
       if (!service_) {
-        service_ =
-            std::make_unique<SecretServiceBus>(thread_, [this](KeyringNews news) { heard(news); });
+        service_ = std::make_unique<SecretServiceBus>(
+            thread_, [this](KeyringNews news) { heard(news); }, secretAhead_);
       }
       service_->begin(deadline - margin);
       work(*service_);
@@ -52,6 +55,7 @@ class SecretServiceKeychain::Worker {
   [[nodiscard]] KeychainResult find(KeyringService& service, const KeychainQuery& query) {
     auto result = findKeyringItem(service, query);
     if (saysWhatIsThere(result.status)) {
+      if (secretAhead_) secretAhead_();
       stopWaiting();
     } else {
       waitFor({.query = query});
@@ -117,6 +121,7 @@ class SecretServiceKeychain::Worker {
   }
 
   std::function<void()> available_;
+  std::function<void()> secretAhead_;
   std::unique_ptr<SecretServiceBus> service_;
   std::optional<Missed> missed_;  // by the last lookup or addition
   bool looking_ = false;
@@ -157,6 +162,10 @@ SecretServiceKeychain::~SecretServiceKeychain() = default;
 
 void SecretServiceKeychain::onAvailable(std::function<void()> handler) {
   onAvailable_ = std::move(handler);
+}
+
+void SecretServiceKeychain::onSecretAhead(std::function<void()> prepare) {
+  worker_->onSecretAhead(std::move(prepare));
 }
 
 void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,

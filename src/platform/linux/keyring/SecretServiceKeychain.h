@@ -36,6 +36,10 @@ class SecretServiceKeychain : public Keychain {
   /// history. Once for each time that it could not be had.
   void onAvailable(std::function<void()> handler);
 
+  /// `prepare` is called on the keyring's thread before any secret is read, and before a lookup
+  /// answers that there is none, on which the caller makes one. Set before the first operation.
+  void onSecretAhead(std::function<void()> prepare);
+
   /// Begins to look up these queries and returns at once. When the answers are known, or after
   /// `timeLimit`, `ready` is called on the main queue; the first `copyMatching` for each query then
   /// answers with what was found, without asking again. While the user is still being asked for a
