@@ -146,7 +146,7 @@ void capturingFiles(benchmark::State& state) {
   for (auto _ : state) {
     benchmark::DoNotOptimize(disk.store().captureFiles(paths, {}));
     state.PauseTiming();
-    disk.store().clear(true);
+    (void)disk.store().clear(true);
     state.ResumeTiming();
   }
 }

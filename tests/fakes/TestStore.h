@@ -31,6 +31,7 @@ class TestStore {
 
   /// Ends the store, as quitting does, and starts another on the same files with the same key.
   void restart();
+  [[nodiscard]] bool isOpen() const { return store_ != nullptr; }
   /// Ends the store, leaving its files.
   void quit() { store_.reset(); }
   /// The same with another key, as after losing the keychain.

@@ -146,9 +146,13 @@ TEST(ClipStoreImages, TheSameAgainWritesNoSecondFile) {
   const auto name = store->items()[0].assetFilename;
   const Uuid id = store->items()[0].id;
   store.tick();
+  const auto before = store.files().calls().size();
   const auto capture = store->captureImage(FakeImage({1, 1}, "one"), {});
   ASSERT_TRUE(capture);
   EXPECT_FALSE(capture->isNews);
+  for (auto i = before; i < store.files().calls().size(); ++i) {
+    EXPECT_EQ(store.files().calls()[i].path.string().find("Assets"), std::string::npos);
+  }
   EXPECT_EQ(capture->id, id);
   EXPECT_EQ(store->items().size(), 1U);
   EXPECT_EQ(store->items()[0].id, id);
