@@ -1,9 +1,12 @@
 #include "store/HistoryFile.h"
 
+#include <openssl/crypto.h>
+
+#include <algorithm>
 #include <new>
 
-#include "base/Base64.h"
 #include "store/HistoryReader.h"
+#include "store/HistorySize.h"
 #include "store/HistoryWriter.h"
 
 namespace vantorel {
@@ -36,30 +39,45 @@ class InSituStream {
   char* to_ = nullptr;
 };
 
-std::size_t expectedSize(const std::vector<ClipItem>& items) {
-  std::size_t size = 16;
+/// Overwrites what it was given when it goes.
+class Wiping {
+ public:
+  explicit Wiping(Bytes& bytes) : bytes_(bytes) {}
+  ~Wiping() { OPENSSL_cleanse(bytes_.data(), bytes_.size()); }
+  Wiping(const Wiping&) = delete;
+  Wiping& operator=(const Wiping&) = delete;
+
+ private:
+  Bytes& bytes_;
+};
+
+/// Room for the history, and for what the writer makes sure of before each text: that it may need
+/// six times its length. Of what is not used the system gives no memory.
+std::size_t roomFor(const std::vector<ClipItem>& items) {
+  std::size_t longest = 0;
   for (const ClipItem& item : items) {
-    size += 1024 + item.preview.size() + item.recognizedText.value_or("").size();
-    for (const std::string& path : item.filePaths) size += path.size() + 16;
-    // A prose's quotes and ends of lines are one byte in thirty or so, and take two.
-    if (item.text) size += item.text->get().size() + item.text->get().size() / 16;
-    if (item.rtfData) size += base64Length(item.rtfData->get().size());
-    if (item.htmlData) size += base64Length(item.htmlData->get().size());
+    if (item.text) longest = std::max(longest, item.text->get().size());
+    if (item.recognizedText) longest = std::max(longest, item.recognizedText->size());
+    longest = std::max(longest, item.preview.size());
+    for (const std::string& path : item.filePaths) longest = std::max(longest, path.size());
   }
-  return size;
+  return static_cast<std::size_t>(historySize(items)) + 6 * longest;
 }
 
 }  // namespace
 
-Bytes encodeHistory(const std::vector<ClipItem>& items) {
-  HistoryJson json;
-  json.Reserve(expectedSize(items));
-  HistoryWriter(json).write(items);
-  const ByteView bytes = bytesOf({json.GetString(), json.GetSize()});
-  return {bytes.begin(), bytes.end()};
+EncodedHistory::EncodedHistory(const std::vector<ClipItem>& items)
+    : json_(std::make_unique<HistoryJson>()) {
+  json_->Reserve(roomFor(items));
+  HistoryWriter(*json_).write(items);
 }
 
+EncodedHistory::~EncodedHistory() = default;
+
+ByteView EncodedHistory::view() const { return bytesOf({json_->GetString(), json_->GetSize()}); }
+
 std::optional<std::vector<ClipItem>> decodeHistory(Bytes json) {
+  const Wiping wiping(json);
   if (json.size() > maximumHistoryBytes) return std::nullopt;
   try {
     InSituStream stream(json);

@@ -1,21 +1,47 @@
 #pragma once
 
+#include <openssl/crypto.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <string_view>
 
 namespace vantorel {
 
-/// A text of JSON that grows. Of its own kind, so that RapidJSON writes into it what needs no
-/// escaping eight characters at once: one by one, a full history takes longer to save.
-/// RapidJSON's own scan of many characters (RAPIDJSON_SSE2) takes U+001A to U+001F for plain
-/// in 1.1.0.
-class HistoryJson : public rapidjson::StringBuffer {};
+/// Memory that is overwritten when a larger piece takes its place; whoever has the last piece knows
+/// how much of it to overwrite.
+class WipingAllocator {
+ public:
+  // Named as RapidJSON calls them.
+  static constexpr bool kNeedFree = true;
+  void* Malloc(std::size_t size) { return size > 0 ? ::operator new(size) : nullptr; }
+  void* Realloc(void* old, std::size_t oldSize, std::size_t size) {
+    void* const memory = Malloc(size);
+    if (old != nullptr && memory != nullptr) std::memcpy(memory, old, std::min(oldSize, size));
+    if (old != nullptr) OPENSSL_cleanse(old, oldSize);
+    Free(old);
+    return memory;
+  }
+  static void Free(void* memory) { ::operator delete(memory); }
+};
+
+/// A text of JSON that grows, and is overwritten when it goes. Of its own kind, so that RapidJSON
+/// writes into it what needs no escaping eight characters at once: one by one, a full history takes
+/// longer to save. RapidJSON's own scan of many characters (RAPIDJSON_SSE2) takes U+001A to U+001F
+/// for plain in 1.1.0.
+class HistoryJson : public rapidjson::GenericStringBuffer<rapidjson::UTF8<>, WipingAllocator> {
+ public:
+  ~HistoryJson() { OPENSSL_cleanse(stack_.Bottom<char>(), stack_.GetSize()); }
+  HistoryJson() = default;
+  HistoryJson(const HistoryJson&) = delete;
+  HistoryJson& operator=(const HistoryJson&) = delete;
+};
 
 inline void PutReserve(HistoryJson& json, std::size_t count) { json.Reserve(count); }
 inline void PutUnsafe(HistoryJson& json, char c) { json.PutUnsafe(c); }

@@ -24,9 +24,9 @@ Outcome SealedHistory::write(const std::vector<ClipItem>& items) const {
   try {
     const auto fitting = withinHistorySize(items, maximumBytes_);
     if (!fitting) return Outcome::tooLarge;
-    const Bytes json = encodeHistory(*fitting);
-    if (json.size() > maximumBytes_) return Outcome::tooLarge;
-    const bool isWritten = writeSealed(services_.files, path_, *services_.storage, json);
+    const EncodedHistory json(*fitting);
+    if (json.view().size() > maximumBytes_) return Outcome::tooLarge;
+    const bool isWritten = writeSealed(services_.files, path_, *services_.storage, json.view());
     return isWritten ? Outcome::saved : Outcome::failed;
   } catch (const std::exception&) {  // no memory for it
     return Outcome::failed;

@@ -119,6 +119,11 @@ ClipItem pinnedItem(ClipItem item, std::int64_t order) {
   return item;
 }
 
+Bytes encodeHistory(const std::vector<ClipItem>& items) {
+  const EncodedHistory history(items);
+  return {history.view().begin(), history.view().end()};
+}
+
 Bytes toBytes(std::string_view text) {
   const ByteView view = bytesOf(text);
   return {view.begin(), view.end()};

@@ -93,6 +93,9 @@ class TestStore {
 /// `item` as pin number `order`.
 [[nodiscard]] ClipItem pinnedItem(ClipItem item, std::int64_t order);
 
+/// The bytes of an `EncodedHistory`.
+[[nodiscard]] Bytes encodeHistory(const std::vector<ClipItem>& items);
+
 [[nodiscard]] Bytes toBytes(std::string_view text);
 
 }  // namespace vantorel
