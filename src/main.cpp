@@ -76,8 +76,7 @@ int main(int argc, char** argv) {
   ApplicationService service(dispatch, bus, offeredActions());
   if (const auto status = instance.endsWithToolkit(service)) return *status;
 
-  const auto desktop =
-      LinuxDesktop::open(dispatch, keychain, bus, portal, instance.historyLock());
+  const auto desktop = LinuxDesktop::open(dispatch, keychain, bus, portal, instance.historyLock());
   if (!desktop) {
     std::fputs("vantorel: the X server lacks what a clipboard history needs.\n", stderr);
     return 1;

@@ -75,7 +75,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::lookForTrouble() {
   if (!store_.secureStorage()) return trouble_.report(Trouble::noKey);
   if (!store_.persistenceIsReady()) return trouble_.report(Trouble::historyUnreadable);
-  trouble_.report(Trouble::none);
+  trouble_.report(store_.isFailingToSave() ? Trouble::notSaved : Trouble::none);
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -105,6 +105,7 @@ void AppDelegate::configureServices() {
   trouble_.onChange = [this] { statusItem_.setTrouble(trouble_.trouble()); };
   trouble_.onAction = [this] { startNewHistory(); };
   store_.onChange = [this] { panelController().refreshIfVisible(); };
+  store_.onSavingChange = [this] { lookForTrouble(); };
   store_.onSearchIndexChange = [this] { panelController().refreshSearchIfVisible(); };
   pasteController().onInternalPasteboardWrite = [this] { watcher().noteOwnWrite(); };
   pasteController().onOutcome = [this](PasteOutcome outcome) {

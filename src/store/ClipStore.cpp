@@ -69,6 +69,9 @@ ClipStore::ClipStore(ClipStoreServices services,
                 items_, [this](Uuid id, const auto& contentHash, const std::string& text) {
                   setRecognizedText(id, contentHash, text);
                 }) {
+  saver_.onTroubleChange = [this] {
+    if (onSavingChange) onSavingChange();
+  };
   open();
   if (assets_.isLink()) {
     std::fputs("vantorel: no pictures are kept, for their directory is a symbolic link\n", stderr);
@@ -267,7 +270,10 @@ std::optional<Bytes> ClipStore::assetData(const ClipItem& item) const {
   return storedPicture(assets_, secureStorage_.get(), item);
 }
 
-ClipStore::~ClipStore() { settleKey(); }
+ClipStore::~ClipStore() {
+  saver_.onTroubleChange = nullptr;
+  settleKey();
+}
 
 bool ClipStore::clear(bool includingPinned) {
   // What kept it from being read may be over; then it is like any other.

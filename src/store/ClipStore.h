@@ -75,6 +75,8 @@ class ClipStore {
 
   /// Called after every change of the list, whether or not it could be saved.
   std::function<void()> onChange;
+  /// Called when saves begin to fail, and when they do so no longer.
+  std::function<void()> onSavingChange;
   /// Called when the recognised text of an image changes.
   std::function<void()> onSearchIndexChange;
 
@@ -91,6 +93,9 @@ class ClipStore {
   /// False once the directories could not be prepared or the history not be read: it is not written
   /// then. `clear` and `setAside` may change that.
   [[nodiscard]] bool persistenceIsReady() const { return persistenceIsReady_; }
+
+  /// The list is not on the disk, and that is tried again by itself.
+  [[nodiscard]] bool isFailingToSave() const { return saver_.isInTrouble(); }
 
   /// What was taken in. The entry may have had to go again at once.
   struct Capture {

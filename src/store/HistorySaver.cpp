@@ -36,6 +36,7 @@ HistorySaver::HistorySaver(Dispatch& dispatch, SealedHistory file, AssetFolder a
     : dispatch_(dispatch), file_(std::move(file)), assets_(std::move(assets)), items_(items) {}
 
 HistorySaver::~HistorySaver() {
+  onTroubleChange = nullptr;
   if (background_) {
     const auto outcome = background_->outcome;
     const bool again = background_->again;
@@ -89,6 +90,9 @@ void HistorySaver::settle(Outcome outcome) {
   if (outcome == Outcome::saved) {
     discarded_.clear();
     assets_.removeOrphans(namedAssets(items_));
+  }
+  if (const bool fails = outcome != Outcome::saved; fails != std::exchange(isInTrouble_, fails)) {
+    if (onTroubleChange) onTroubleChange();
   }
   if (retry_ || !isOwed_) return;
   retry_ = dispatch_.after(retryDelay_, [this] {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -29,6 +30,10 @@ class HistorySaver {
   ~HistorySaver();
   HistorySaver(const HistorySaver&) = delete;
   HistorySaver& operator=(const HistorySaver&) = delete;
+
+  /// Saves have begun to fail, or do so no longer. Not called while this ends.
+  std::function<void()> onTroubleChange;
+  [[nodiscard]] bool isInTrouble() const { return isInTrouble_; }
 
   /// Saves at once, or a long list on a queue; tries again by itself when that fails.
   void save();
@@ -67,7 +72,8 @@ class HistorySaver {
   Seconds retryDelay_ = firstRetry;
   std::unique_ptr<Timer> retry_;
   std::unique_ptr<Background> background_;  // while a save is under way
-  bool isOwed_ = false;                     // the list is to be saved, and no save has ended
+  bool isInTrouble_ = false;
+  bool isOwed_ = false;  // the list is to be saved, and no save has ended
 };
 
 }  // namespace vantorel

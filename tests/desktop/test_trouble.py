@@ -7,6 +7,7 @@ from harness.case import VantorelTestCase
 from harness.history import text_item
 from harness.keyring import KeyringState
 from harness.notifications import NotificationService
+from harness.small_disk import small_disk
 from harness.tray import Tray
 from harness.vantorel import STORAGE_NOTICE
 
@@ -51,6 +52,35 @@ class OfAnotherKey(TroubleTestCase):
             "Vantorel — Nothing Recorded: The History Cannot Be Opened")
         self.assertIn("set it aside", message["body"])
         self.assertIn("--new-history", self.vantorel.log())
+
+
+    def test_the_notification_begins_a_new_one(self):
+        self.vantorel.history.write([text_item("old")], key=os.urandom(32))
+        before = self.vantorel.history.raw()
+        self.notifications.press(self.start_in_trouble(
+            "Vantorel — Nothing Recorded: The History Cannot Be Opened"))
+        self.tray.wait_for_tool_tip("Vantorel")
+        self.notifications.wait_until_empty()
+        self.vantorel.copy("recorded again")
+        kept, = [name for name in os.listdir(self.vantorel.history.directory)
+                 if name.startswith("history.vntl.")]
+        with open(os.path.join(self.vantorel.history.directory, kept), "rb") as file:
+            self.assertEqual(file.read(), before)
+
+
+class NotSaved(TroubleTestCase):
+    def test_it_is_said_until_it_is_saved(self):
+        disk = small_disk(self.vantorel)
+        self.addCleanup(disk.remove)
+        self.vantorel.start()
+        disk.limit(self.vantorel.process.pid, 1024 * 1024)
+        self.vantorel.copy("saved in time")
+        self.clipboard.copy("0123456789abcdef" * (4 * 1024 * 1024 // 16))
+        self.tray.wait_for_tool_tip("Vantorel — The History Cannot Be Saved")
+        self.notifications.wait_for_title("Vantorel cannot save its history")
+        disk.widen(self.vantorel.process.pid)
+        self.tray.wait_for_tool_tip("Vantorel")
+        self.notifications.wait_until_empty()
 
 
 class WithoutTrouble(TroubleTestCase):

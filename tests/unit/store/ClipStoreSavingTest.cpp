@@ -173,6 +173,23 @@ TEST_F(SavingALongHistory, APictureIsDeletedOnlyWhenTheDiskNoLongerNamesIt) {
   EXPECT_THAT(store_.assetNames(), IsEmpty());
 }
 
+TEST(ClipStoreSaving, SaysWhenItBeginsToFailAndWhenThatIsOver) {
+  TestStore s;
+  int changes = 0;
+  s->onSavingChange = [&] { ++changes; };
+  s.addText("saved");
+  EXPECT_FALSE(s->isFailingToSave());
+  s.files().fail(Operation::writeNewFile, std::errc::no_space_on_device);
+  s.addText("one");
+  s.addText("two");
+  EXPECT_TRUE(s->isFailingToSave());
+  EXPECT_EQ(changes, 1);
+  s.files().recover();
+  s.dispatch().advance(Seconds(5));
+  EXPECT_FALSE(s->isFailingToSave());
+  EXPECT_EQ(changes, 2);
+}
+
 TEST(SavingAFullLongHistory, APictureThatMakesRoomIsDeletedOnlyWhenTheDiskNoLongerNamesIt) {
   ClipStoreLimits limits;
   limits.maxItems = 2;

@@ -23,9 +23,8 @@ std::optional<std::uint32_t> number(VariantPointer value) {
 
 PortalColorScheme::PortalColorScheme(Dispatch& dispatch, std::function<void()> asked)
     : thread_(std::make_unique<GlibThread>("portal", [] {})) {
-  auto tell = onMainQueue(dispatch, life_.guard([this](std::uint32_t scheme) {
-    answered(scheme);
-  }));
+  auto tell =
+      onMainQueue(dispatch, life_.guard([this](std::uint32_t scheme) { answered(scheme); }));
   thread_->post([this, asked = std::move(asked), tell = std::move(tell)] {
     const auto scheme = ask();
     asked();
@@ -67,15 +66,14 @@ std::optional<std::uint32_t> PortalColorScheme::ask() {
   if (!bus) return std::nullopt;
   // Otherwise the end of the bus would be the end of this process.
   g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-  const auto result = thread_->await(
-      deadline_, [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
-        g_dbus_connection_call(
-            bus.get(), "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-            "org.freedesktop.portal.Settings", "Read",
-            g_variant_new("(ss)", "org.freedesktop.appearance", "color-scheme"),
-            G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, INT_MAX, cancellable, done,
-            slot);
-      });
+  const auto result = thread_->await(deadline_, [&](GCancellable* cancellable,
+                                                    GAsyncReadyCallback done, gpointer slot) {
+    g_dbus_connection_call(
+        bus.get(), "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+        "org.freedesktop.portal.Settings", "Read",
+        g_variant_new("(ss)", "org.freedesktop.appearance", "color-scheme"), G_VARIANT_TYPE("(v)"),
+        G_DBUS_CALL_FLAGS_NO_AUTO_START, INT_MAX, cancellable, done, slot);
+  });
   const VariantPointer reply(g_dbus_connection_call_finish(bus.get(), result.get(), nullptr));
   if (!reply) return std::nullopt;
   return number(VariantPointer(g_variant_get_child_value(reply.get(), 0)));

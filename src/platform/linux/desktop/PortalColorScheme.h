@@ -15,9 +15,9 @@ namespace vantorel {
 
 class GlibThread;
 
-/// Asks the desktop's portal, first thing in the program, which colours the user wants. Portals look
-/// into the asking process to see who it is, and answer none that is closed to others; so this is
-/// the one question that they answer. It is asked on a thread of its own and given up soon.
+/// Asks the desktop's portal, first thing in the program, which colours the user wants. Portals
+/// look into the asking process to see who it is, and answer none that is closed to others; so this
+/// is the one question that they answer. It is asked on a thread of its own and given up soon.
 class PortalColorScheme {
  public:
   /// How long after the construction an answer is waited for. A portal that runs answers within a
