@@ -162,7 +162,7 @@ DesktopReport DesktopReport::of(const DesktopFacts& facts, const std::string& sh
     }
   }
   report.text += facts.isRunning ? "Vantorel is running.\n" : "Vantorel is not running.\n";
-  report.text += report.isEnough ? "What you copy is recorded and can be pasted again.\n"
+  report.text += report.isEnough ? "Recording and pasting have all that they need.\n"
                                  : "Something that is needed is missing: see NO above.\n";
   return report;
 }

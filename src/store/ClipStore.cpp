@@ -6,6 +6,7 @@
 #include <exception>
 #include <iterator>
 #include <map>
+#include <new>
 #include <utility>
 
 #include "base/ContentFingerprint.h"
@@ -79,6 +80,7 @@ ClipStore::ClipStore(ClipStoreServices services,
 }
 
 void ClipStore::open() {
+  items_.clear();  // a history that was read and could not be sealed is read again
   persistenceIsReady_ = !directories_.prepare() && load();
   if (persistenceIsReady_) tidyLoadedHistory();
 }
@@ -278,8 +280,11 @@ ClipStore::~ClipStore() {
 bool ClipStore::clear(bool includingPinned) {
   // What kept it from being read may be over; then it is like any other.
   if (!persistenceIsReady_ && secureStorage_) open();
+  // What another program holds, or no directory can be made for, is not this one's to delete.
+  const bool isOurs = persistenceIsReady_ || !directories_.prepare();
   takeOut([&](const ClipItem& item) { return includingPinned || !item.pinned(); });
-  const bool goes = persistenceIsReady_ || (secureStorage_ && (includingPinned || doesNotOpen()));
+  const bool goes =
+      persistenceIsReady_ || (secureStorage_ && isOurs && (includingPinned || doesNotOpen()));
   if (goes) clearDisk();
   if (goes && !persistenceIsReady_) open();
   commit(Upkeep::none);
@@ -291,10 +296,17 @@ bool ClipStore::clear(bool includingPinned) {
 bool ClipStore::doesNotOpen() {
   if (!secureStorage_ || persistenceIsReady_) return false;
   const bool isSealed = services_.files.exists(indexUrl_);
-  auto json = services_.files.readFile(isSealed ? indexUrl_ : legacyIndexUrl_, maximumHistoryBytes);
+  auto json = services_.files.readFile(isSealed ? indexUrl_ : legacyIndexUrl_,
+                                       maximumHistoryBytes + (isSealed ? maxEnvelopeOverhead : 0));
   if (!json) return false;
-  if (isSealed) json = opened(*secureStorage_, *json);
-  return !json || !decodeHistory(std::move(*json));
+  try {
+    if (isSealed) json = secureStorage_->open(*json);
+  } catch (const std::bad_alloc&) {
+    return false;  // it may open when there is memory for it
+  } catch (const std::exception&) {
+    return true;
+  }
+  return !decodeHistory(std::move(*json));
 }
 
 ClipStore::SetAsideResult ClipStore::setAside() {
@@ -348,8 +360,11 @@ void ClipStore::settleKey() {
     for (const auto& [path, bytes] : pictures) {
       (void)writeSealed(services_.files, path, *secureStorage_, bytes);
     }
-    // Nothing opens it any more. Without it, the next start finds no history, not a foreign one.
-    (void)services_.files.remove(indexUrl_);
+    // Nothing opens the one on the disk any more. Without it, the next start finds no history, not
+    // a foreign one.
+    if (file_.write(items_) != SealedHistory::Outcome::saved) {
+      (void)services_.files.remove(indexUrl_);
+    }
   }
   if (persistenceIsReady_) saver_.save();
 }

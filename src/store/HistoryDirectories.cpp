@@ -23,6 +23,9 @@ Error HistoryDirectories::prepare() const {
   return files_.claim(base_);
 }
 
-Error HistoryDirectories::restore() const { return files_.exists(assets_) ? Error() : prepare(); }
+Error HistoryDirectories::restore() const {
+  // What stands there may be another program's by now.
+  return files_.exists(assets_) ? files_.claim(base_) : prepare();
+}
 
 }  // namespace vantorel

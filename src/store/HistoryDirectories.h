@@ -19,8 +19,8 @@ class HistoryDirectories {
   /// Makes what is missing, and everything its owner's alone and this process's: two programs
   /// would delete each other's pictures, and the last to save would win.
   [[nodiscard]] FileSystem::Error prepare() const;
-  /// The same, once they stood, should somebody have taken them away since. Asks the disk one
-  /// question where nobody has.
+  /// The same, once they stood, should somebody have taken them away since. Asks the disk two
+  /// questions where nobody has.
   [[nodiscard]] FileSystem::Error restore() const;
 
  private:

@@ -40,7 +40,7 @@ HistorySaver::~HistorySaver() {
   if (background_) {
     const auto outcome = background_->outcome;
     const bool again = background_->again;
-    giveUpSave();
+    background_.reset();
     if (!again) settle(*outcome);
   }
   if (isOwed_) settle(file_.write(items_));

@@ -37,8 +37,13 @@ class HistorySaver {
 
   /// Saves at once, or a long list on a queue; tries again by itself when that fails.
   void save();
-  /// Returns when nothing writes any more. Whether the last save came to its end is not known then.
-  void giveUpSave() { background_.reset(); }
+  /// Returns when nothing writes any more, and nothing will until the next `save`. Whether the last
+  /// save came to its end is not known then.
+  void giveUpSave() {
+    background_.reset();
+    retry_.reset();
+    isOwed_ = false;
+  }
 
   /// Asset files that the list names no longer, and the disk perhaps still does.
   void discard(const std::set<std::string>& names) {

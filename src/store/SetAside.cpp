@@ -40,7 +40,8 @@ std::optional<std::string> moveAside(FileSystem& files, const Paths& paths, Date
     }
     moved.push_back(path);
   }
-  if (moved.empty() || files.syncDirectory(moved.front().parent_path())) return std::nullopt;
+  if (moved.empty()) return std::nullopt;
+  (void)files.syncDirectory(moved.front().parent_path());  // they are moved either way
   return ending;
 }
 

@@ -81,14 +81,17 @@ TEST_F(X11PasteboardSaveRequests, TheTakingIsToldAtTheRootWindow) {
   keepByWriting();
   ASSERT_NE(manager(), XCB_WINDOW_NONE);
   bool told = false;
-  while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection.xcb())}) {
-    if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) continue;
-    const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(*event);
-    told = told || (message.type == connection.atom("MANAGER") &&
-                    message.data.data32[1] == connection.atom("CLIPBOARD_MANAGER") &&
-                    message.data.data32[2] == manager());
-  }
-  EXPECT_TRUE(told);
+  // It is told after the selection was taken.
+  EXPECT_TRUE(becomesTrue([&] {
+    while (const X11Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection.xcb())}) {
+      if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) continue;
+      const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(*event);
+      told = told || (message.type == connection.atom("MANAGER") &&
+                      message.data.data32[1] == connection.atom("CLIPBOARD_MANAGER") &&
+                      message.data.data32[2] == manager());
+    }
+    return told;
+  }));
 }
 
 TEST_F(X11PasteboardSaveRequests, TheManagerSaysWhatItCanBeAskedFor) {

@@ -29,6 +29,7 @@ DesktopReport report(const DesktopFacts& facts) { return DesktopReport::of(facts
 TEST(DesktopReport, SaysYesToEverythingWhereEverythingIs) {
   const auto whole = report(wholeDesktop());
   EXPECT_TRUE(whole.isEnough);
+  EXPECT_THAT(whole.text, HasSubstr("have all that they need"));
   EXPECT_THAT(whole.text, Not(HasSubstr("NO ")));
   EXPECT_THAT(whole.text, Not(HasSubstr("no ")));
   EXPECT_THAT(whole.text, HasSubstr("yes  Display           X11 with Openbox"));

@@ -146,6 +146,21 @@ TEST(ClipStoreClear, OfEverythingTakesAHistoryThatCannotBeReadAtAll) {
   EXPECT_TRUE(store.savedItems()->empty());
 }
 
+TEST(ClipStoreClear, LeavesAHistoryThatAnotherProgramHolds) {
+  TestStore store;
+  store.addText("theirs");
+  store.quit();
+  const auto before = store.disk().readFile(store.base() / "history.vntl", 1 << 20U);
+  store.files().fail(FaultyFileSystem::Operation::claim, std::errc::device_or_resource_busy);
+  store.restart();
+  EXPECT_FALSE(store->persistenceIsReady());
+  EXPECT_FALSE(store->clear(true));
+  EXPECT_EQ(store.disk().readFile(store.base() / "history.vntl", 1 << 20U), before);
+  store.files().recover();
+  store.restart();
+  EXPECT_EQ(store.texts(), Texts{"theirs"});
+}
+
 TEST(ClipStoreSetAside, KeepsTheOldHistoryWithItsPicturesAndBeginsAnew) {
   TestStore store;
   store->captureImage(FakeImage({1, 1}, "picture"), {});
@@ -200,9 +215,9 @@ TEST(ClipStoreSetAside, PutsBackWhatItMovedWhenTheRestCannotBe) {
   const Texts pictures = store.assetNames();
   const auto storage = store.storage();
   store.restartWithAnotherKey();
-  // The pictures' directory moves, its history does not: behind two preparations of four steps.
+  // The pictures' directory moves, its history does not: behind two preparations of five steps.
   const std::size_t before = store.files().calls().size();
-  store.files().failAt(9, std::errc::no_space_on_device);
+  store.files().failAt(11, std::errc::no_space_on_device);
   EXPECT_EQ(store->setAside().outcome, ClipStore::SetAside::failed);
   const auto& calls = store.files().calls();
   EXPECT_EQ(std::count_if(calls.begin() + static_cast<std::ptrdiff_t>(before), calls.end(),

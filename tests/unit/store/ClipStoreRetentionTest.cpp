@@ -138,8 +138,9 @@ TEST(ClipStoreRetention, DeletesWhatWasDroppedOnlyAfterTheListIsSaved) {
   for (auto i = before; i < store.files().calls().size(); ++i) {
     operations.push_back(store.files().calls()[i].operation);
   }
-  EXPECT_EQ(operations, (std::vector<Operation>{Operation::writeNewFile, Operation::rename,
-                                                Operation::syncDirectory, Operation::remove}));
+  EXPECT_EQ(operations,
+            (std::vector<Operation>{Operation::claim, Operation::writeNewFile, Operation::rename,
+                                    Operation::syncDirectory, Operation::remove}));
 }
 
 TEST(ClipStoreRetention, DeletesNothingWhileTheHistoryCouldNotBeRead) {

@@ -173,6 +173,18 @@ TEST_F(SavingALongHistory, APictureIsDeletedOnlyWhenTheDiskNoLongerNamesIt) {
   EXPECT_THAT(store_.assetNames(), IsEmpty());
 }
 
+TEST(ClipStoreSaving, LeavesADirectoryThatAnotherProgramHasTakenMeanwhile) {
+  TestStore s;
+  s.addText("ours");
+  s.files().fail(Operation::claim, std::errc::device_or_resource_busy);
+  s.addText("not there");
+  EXPECT_TRUE(s->isFailingToSave());
+  EXPECT_EQ(s.savedItems()->size(), 1U);
+  s.files().recover();
+  s.dispatch().advance(Seconds(5));
+  EXPECT_EQ(s.savedItems()->size(), 2U);
+}
+
 TEST(ClipStoreSaving, SaysWhenItBeginsToFailAndWhenThatIsOver) {
   TestStore s;
   int changes = 0;

@@ -37,13 +37,17 @@ std::vector<std::string> Bubblewrap::boxed(const std::vector<std::string>& comma
 
 bool Bubblewrap::works(const std::filesystem::path& directory, const StopSignal& stop) {
   const std::lock_guard lock(mutex_);
-  if (!works_) {
-    std::error_code error;
-    works_ = !program_.empty() && std::filesystem::exists(program_, error) &&
-             runLimited(inBox({program_.string(), "--version"}, {program_, directory}), directory,
-                        {}, stop) == ProcessEnd::success;
+  if (works_) return *works_;
+  std::error_code error;
+  if (program_.empty() || !std::filesystem::exists(program_, error)) {
+    works_ = false;
+    return false;
   }
-  return *works_;
+  const auto end = runLimited(inBox({program_.string(), "--version"}, {program_, directory}),
+                              directory, {}, stop);
+  // A machine that is busy, or has no process left, says nothing about the box.
+  if (end == ProcessEnd::success || end == ProcessEnd::failure) works_ = end == ProcessEnd::success;
+  return end == ProcessEnd::success;
 }
 
 std::vector<std::string> Bubblewrap::inBox(const std::vector<std::string>& command,

@@ -50,7 +50,7 @@ void JsonUserDefaults::recover(Reading instead) {
 /// Of a file that others wrote, too: an older program, or the user.
 void JsonUserDefaults::keepCopy() {
   const auto copy = files_.exists(copy_) ? files_.readFile(copy_, maximumFileSize) : std::nullopt;
-  if (!copy || textOf(*copy) != jsonObjectText(members_)) put(copy_);
+  if (!copy || textOf(*copy) != jsonObjectText(members_)) (void)put(copy_);
 }
 
 bool JsonUserDefaults::setAside() {
@@ -59,7 +59,12 @@ bool JsonUserDefaults::setAside() {
   do {
     aside = withSuffix(path_, ".damaged-" + std::to_string(++number));
   } while (files_.exists(aside) && number < 1000);
-  return !files_.exists(aside) && !files_.rename(path_, aside);
+  if (files_.exists(aside)) return false;
+  // A copy of it: were it renamed, whoever starts before the next one is in its place would find
+  // none, and begin anew.
+  const auto bytes = files_.readFile(path_, maximumFileSize);
+  return bytes ? !files_.writeNewFile(aside, *bytes, filePermissions)
+               : !files_.rename(path_, aside);
 }
 
 const JsonMember* JsonUserDefaults::find(std::string_view key) const {
@@ -124,21 +129,21 @@ void JsonUserDefaults::write() {
   // A directory that others made with wider permissions is narrowed as far as we may; the file is
   // closed to others either way.
   static_cast<void>(files_.setPermissions(directory, directoryPermissions));
-  // The copy first: it is what is read if this process ends before the file is in its place.
-  put(copy_);
-  if (!isOutOfReach_) put(path_);
+  // The copy last: it is never newer than what it is a copy of, which counts before it.
+  if (isOutOfReach_ || put(path_) || isOutOfReach_) (void)put(copy_);
 }
 
-void JsonUserDefaults::put(const Path& path) {
+bool JsonUserDefaults::put(const Path& path) {
   const Path temporary = withSuffix(path, ".new");
-  if (files_.exists(temporary) && files_.remove(temporary)) return;
+  if (files_.exists(temporary) && files_.remove(temporary)) return false;
   const std::string text = jsonObjectText(members_);
   if (files_.writeNewFile(temporary, bytesOf(text), filePermissions) || !makePlace(path) ||
       files_.rename(temporary, path)) {
     static_cast<void>(files_.remove(temporary));
-    return;
+    return false;
   }
   static_cast<void>(files_.syncDirectory(path.parent_path()));
+  return true;
 }
 
 bool JsonUserDefaults::makePlace(const Path& path) {

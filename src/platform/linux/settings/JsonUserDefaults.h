@@ -48,7 +48,7 @@ class JsonUserDefaults : public UserDefaults {
   void recover(Reading instead);
   void keepCopy();
   [[nodiscard]] bool setAside();
-  void put(const Path& path);
+  bool put(const Path& path);
   [[nodiscard]] bool makePlace(const Path& path);
   [[nodiscard]] const JsonMember* find(std::string_view key) const;
   void write();

@@ -177,15 +177,15 @@ TEST_F(JsonUserDefaultsTest, ASecondDamagedFileDoesNotReplaceTheFirst) {
   EXPECT_EQ(files.files[aside2].text, "damaged");
 }
 
-TEST_F(JsonUserDefaultsTest, ADamagedFileThatCannotBeSetAsideIsNotOverwritten) {
+TEST_F(JsonUserDefaultsTest, ADamagedFileStaysUntilItsSuccessorCanTakeItsPlace) {
   store("damaged");
   auto defaults = open();
   files.failing.insert(MemoryFiles::Operation::rename);
   defaults.set("a", false);
+  EXPECT_EQ(stored(), "damaged");
   files.failing.clear();
   defaults.set("a", true);
-  EXPECT_EQ(stored(), "damaged");
-  EXPECT_EQ(open().boolean("a"), true) << "the copy has it";
+  EXPECT_EQ(open().boolean("a"), true);
   EXPECT_EQ(files.files[aside1].text, "damaged");
 }
 
@@ -253,6 +253,16 @@ TEST_F(JsonUserDefaultsTest, TheCopyIsReadWhereTheFirstIsUnreadable) {
   defaults.set("a", std::int64_t{8});
   EXPECT_EQ(stored(), before);
   EXPECT_EQ(open().integer("a"), 8);
+}
+
+TEST_F(JsonUserDefaultsTest, ADamagedFileStandsUntilTheNextOneTakesItsPlace) {
+  open().set("a", std::int64_t{7});
+  store("damaged");
+  auto defaults = open();
+  defaults.set("a", std::int64_t{8});
+  EXPECT_EQ(files.files[aside1].text, "damaged");
+  EXPECT_EQ(open().integer("a"), 8);
+  EXPECT_TRUE(files.written.contains(aside1)) << "no moment without a file";
 }
 
 TEST_F(JsonUserDefaultsTest, WhoTakesTheFileAwayBeginsAnew) {
