@@ -50,6 +50,10 @@ int main(int argc, char** argv) {
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;
 
+  // The adapters speak X11, so the toolkit does too, also where it would choose otherwise. Said
+  // before the first thread: one that reads the environment meanwhile could miss what it looks for.
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
+
   QtDispatch dispatch;
   const auto quit = [] { QCoreApplication::exit(0); };
   const TerminationSignals terminationSignals(dispatch, quit);
@@ -68,8 +72,6 @@ int main(int argc, char** argv) {
   prepare();  // the keyring answers while the toolkit gets ready
 
   Program::describeApplication();
-  // The adapters speak X11, so the toolkit does too, also where it would choose otherwise.
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
   QApplication application(argc, argv);
   const SessionMember sessionMember(application, quit);
   SessionBus bus(dispatch, processEnvironment);

@@ -1,6 +1,9 @@
 """The ground that the tests stand on."""
 
 import os
+import re
+import shutil
+import subprocess
 import sys
 import unittest
 
@@ -50,7 +53,9 @@ class DesktopTestCase(unittest.TestCase):
         desktop.close()
 
     def _failed(self):
-        return not self._outcome.success
+        result = self._outcome.result
+        return any(getattr(test, "test_case", test) is self  # of a part of a test: its whole
+                   for test, _ in result.failures + result.errors)
 
     @staticmethod
     def _show_logs(desktop):
@@ -76,8 +81,22 @@ class VantorelTestCase(DesktopTestCase):
         super().setUp()
         self.vantorel = Vantorel(self.desktop)
         self.addCleanup(self._end_program)
+        self.addCleanup(self._show_what_it_does)
         if self.autostart:
             self.vantorel.start()
+
+    def _show_what_it_does(self):
+        """Where each thread of the program is when a test has failed; only an administrator may
+        look into it."""
+        if not self._failed() or not self.vantorel.is_running() or not shutil.which("eu-stack"):
+            return
+        process = self.vantorel.process.pid
+        stacks = subprocess.run(["eu-stack", "-p", str(process)], timeout=60, capture_output=True,
+                                text=True, errors="replace", check=False)
+        named = re.sub(r"(?m)^TID (\d+):$", lambda found: f"{found[0]} {_name(process, found[1])}",
+                       stacks.stdout)
+        print(f"--- threads of the program\n{named[-20000:]}{stacks.stderr[-500:]}",
+              file=sys.stderr)
 
     def _end_program(self):
         if self.vantorel.is_running():
@@ -97,3 +116,11 @@ class VantorelTestCase(DesktopTestCase):
                                              "ERROR: LeakSanitizer", "QObject::", "QWidget::",
                                              "qt.", "terminate called")):
                 self.fail(f"the program printed: {line}")
+
+
+def _name(process, thread):
+    try:
+        with open(f"/proc/{process}/task/{thread}/comm", encoding="utf-8") as file:
+            return file.read().strip()
+    except OSError:
+        return "(ended)"
