@@ -67,7 +67,8 @@ class Clipboard:
 
     def text(self):
         data = self.read()
-        return None if data is None else data.decode()
+        # There are owners that give a picture out as text.
+        return None if data is None else data.decode(errors="replace")
 
     def selected(self):
         """The text that is selected somewhere, which leaves the clipboard alone."""
