@@ -2,8 +2,11 @@
 
 import json
 import os
+import sys
 import time
 import unittest
+
+import harness
 
 from harness.case import VantorelTestCase
 from harness.history import seal, text_item
@@ -13,6 +16,7 @@ from harness.vantorel import STORAGE_NOTICE
 from harness.waiting import stays_true, wait_for
 
 KEY = bytes(range(32))
+_SLOW_BUS = os.path.join(os.path.dirname(harness.__file__), "slow_bus_process.py")
 
 
 class KeyringTestCase(VantorelTestCase):
@@ -150,6 +154,24 @@ class Stopped(KeyringTestCase):
         wait_for("the same key", lambda: self.desktop.keyring.key() == KEY)
         self.assertEqual(self.desktop.keyring.item_count(), 1)
         self.assertEqual(self.vantorel.history.raw(), sealed)
+
+
+class SlowBus(KeyringTestCase):
+    """The bus lets programs join it late: the keyring behind it is used all the same."""
+
+    def start_behind(self, seconds):
+        path = self.desktop.path("slow-bus")
+        self.desktop.start("slow bus", [
+            sys.executable, _SLOW_BUS, path,
+            self.desktop.env["DBUS_SESSION_BUS_ADDRESS"].removeprefix("unix:path="), str(seconds)])
+        wait_for("the slow bus", lambda: os.path.exists(path))
+        self.vantorel.launcher = ["env", f"DBUS_SESSION_BUS_ADDRESS=unix:path={path}"]
+        self.vantorel.start(capturing=False)
+
+    def test_the_colours_are_given_up_before_the_keyring(self):
+        self.start_behind(0.5)
+        self.expect_capture()
+        self.assertEqual(self.vantorel.log(), "")
 
 
 class Unlocked(KeyringTestCase):

@@ -56,16 +56,21 @@ void PortalColorScheme::answered(std::uint32_t scheme) {
 
 /// Without starting a portal for it: where there is one, it runs or will.
 std::optional<std::uint32_t> PortalColorScheme::ask() {
-  // Asked for without an address, GIO would start a bus.
-  if (!sessionBusAddress(processEnvironment)) return std::nullopt;
+  const auto address = sessionBusAddress(processEnvironment);
+  if (!address) return std::nullopt;
+  // A connection of its own: whoever gives up joining with the one that GIO shares makes it fail
+  // for all who wait for it, and the keyring waits longer.
   const auto joined = thread_->await(
-      deadline_, [](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
-        g_bus_get(G_BUS_TYPE_SESSION, cancellable, done, slot);
+      deadline_, [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
+        g_dbus_connection_new_for_address(
+            address->c_str(),
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+            nullptr, cancellable, done, slot);
       });
-  const ObjectPointer<GDBusConnection> bus(g_bus_get_finish(joined.get(), nullptr));
+  const ObjectPointer<GDBusConnection> bus(
+      g_dbus_connection_new_for_address_finish(joined.get(), nullptr));
   if (!bus) return std::nullopt;
-  // Otherwise the end of the bus would be the end of this process.
-  g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
   const auto result = thread_->await(deadline_, [&](GCancellable* cancellable,
                                                     GAsyncReadyCallback done, gpointer slot) {
     g_dbus_connection_call(
