@@ -100,7 +100,7 @@ Finding textInPictures(const DesktopFacts& facts) {
                   : facts.hasTextReader ? "no models to read it with"
                                         : "the program vantorel-text is not installed",
           .remedy = facts.hasTextReader ? "Install tesseract-ocr-eng and tesseract-ocr-heb."
-                                        : "Install Vantorel anew."};
+                                        : "Install Vantorel anew, built with Tesseract."};
 }
 
 Finding pasting(const DesktopFacts& facts) {
