@@ -99,12 +99,13 @@ void AutostartEntry::enable(const std::filesystem::path& program,
   if (value("Name").empty()) set("Name", "Vantorel");
   if (value("Icon").empty()) set("Icon", applicationId::name);
   set("Exec", desktopEntryCommand(program));
+  set("TryExec", escapedValue(program.native()));
   remove("Hidden");
   if (value("X-GNOME-Autostart-enabled") == "false") set("X-GNOME-Autostart-enabled", "true");
   if (isHere(surroundings)) return;
   remove("OnlyShowIn");
   remove("NotShowIn");
-  remove("TryExec");
+  if (!isHere(surroundings)) remove("TryExec");  // no value of the key is such a path
 }
 
 void AutostartEntry::disable() { set("Hidden", "true"); }

@@ -23,7 +23,7 @@ class AutostartEntry {
 
   [[nodiscard]] bool startsAtLogin(const AutostartSurroundings& surroundings) const;
 
-  /// Makes this desktop start `program` at login.
+  /// Makes this desktop start `program` at login, as long as it is there.
   void enable(const std::filesystem::path& program, const AutostartSurroundings& surroundings);
   void disable();
 

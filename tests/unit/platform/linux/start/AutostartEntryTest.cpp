@@ -6,18 +6,21 @@
 namespace vantorel {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-const AutostartSurroundings here{{"XFCE"},
-                                 [](const std::string& program) { return program == "present"; }};
+const AutostartSurroundings here{{"XFCE"}, [](const std::string& program) {
+                                   return program == "present" || program == "/usr/bin/vantorel";
+                                 }};
 
 constexpr auto fresh =
     "[Desktop Entry]\n"
     "Type=Application\n"
     "Name=Vantorel\n"
     "Icon=com.vantorel.Vantorel\n"
-    "Exec=/usr/bin/vantorel\n";
+    "Exec=/usr/bin/vantorel\n"
+    "TryExec=/usr/bin/vantorel\n";
 
 bool starts(const std::string& text) { return AutostartEntry(text).startsAtLogin(here); }
 
@@ -46,8 +49,10 @@ TEST(AutostartEntry, StartsUnlessItIsHiddenOrMeantForOtherDesktops) {
   EXPECT_TRUE(starts(entry + "OnlyShowIn=GNOME;XFCE;\n"));
   EXPECT_FALSE(starts(entry + "NotShowIn=XFCE\n"));
   EXPECT_TRUE(starts(entry + "NotShowIn=KDE;\n"));
-  EXPECT_TRUE(starts(entry + "TryExec=present\n"));
-  EXPECT_FALSE(starts(entry + "TryExec=absent\n"));
+  const std::string untried = entry.substr(0, entry.find("TryExec"));
+  EXPECT_TRUE(starts(untried));
+  EXPECT_TRUE(starts(untried + "TryExec=present\n"));
+  EXPECT_FALSE(starts(untried + "TryExec=absent\n"));
 }
 
 TEST(AutostartEntry, OnlyItsOwnGroupCounts) {
@@ -95,6 +100,7 @@ TEST(AutostartEntry, SwitchedOnAgainItKeepsWhatOthersWroteIntoIt) {
             "Exec=/usr/bin/vantorel\n"
             "not a key\n"
             "Icon=com.vantorel.Vantorel\n"
+            "TryExec=/usr/bin/vantorel\n"
             "\n"
             "[Desktop Action x]\n"
             "Exec=x\n");
@@ -104,12 +110,24 @@ TEST(AutostartEntry, SwitchedOnItStartsWhateverHadPreventedIt) {
   const std::string entry = fresh;
   for (const std::string obstacle :
        {"Hidden=true\n", "Hidden=true\nHidden=true\n", "X-GNOME-Autostart-enabled=false\n",
-        "OnlyShowIn=GNOME;\n", "NotShowIn=XFCE;\n", "TryExec=absent\n"}) {
+        "OnlyShowIn=GNOME;\n", "NotShowIn=XFCE;\n"}) {
     EXPECT_FALSE(starts(entry + obstacle)) << obstacle;
     EXPECT_TRUE(starts(enabled(entry + obstacle))) << obstacle;
   }
-  EXPECT_THAT(enabled(entry + "OnlyShowIn=XFCE;\nTryExec=present\n"),
-              HasSubstr("OnlyShowIn=XFCE;\nTryExec=present\n"));
+  EXPECT_THAT(enabled(entry + "OnlyShowIn=XFCE;\n"), HasSubstr("\nOnlyShowIn=XFCE;\n"));
+}
+
+TEST(AutostartEntry, LeftBehindByTheProgramItDoesNothing) {
+  EXPECT_FALSE(
+      AutostartEntry(fresh).startsAtLogin({{"XFCE"}, [](const auto& /*gone*/) { return false; }}));
+  EXPECT_THAT(enabled("[Desktop Entry]\nTryExec=absent\nOnlyShowIn=GNOME;\n"),
+              AllOf(HasSubstr("\nTryExec=/usr/bin/vantorel\n"), Not(HasSubstr("OnlyShowIn"))));
+}
+
+TEST(AutostartEntry, APathThatCannotBeTriedIsStartedUntried) {
+  AutostartEntry entry("");
+  entry.enable("/opt/a\\b", {{}, [](const auto& program) { return program == "/opt/a\\b"; }});
+  EXPECT_THAT(entry.text(), Not(HasSubstr("TryExec")));
 }
 
 TEST(AutostartEntry, AnEndlessLineAndZeroBytesDoNoHarm) {
