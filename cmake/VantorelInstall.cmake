@@ -8,18 +8,21 @@ include(GNUInstallDirs)
 set(application_id com.vantorel.Vantorel)
 set(packaging "${PROJECT_SOURCE_DIR}/packaging")
 
-configure_file("${packaging}/${application_id}.service.in"
-  "${PROJECT_BINARY_DIR}/${application_id}.service" @ONLY)
-
-if(TARGET vantorel)
-  install(TARGETS vantorel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(TARGETS vantorel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+if(TARGET vantorel_text)
   # Only the program starts it.
   install(TARGETS vantorel_text RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/vantorel")
 endif()
 install(FILES "${packaging}/${application_id}.desktop"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
-install(FILES "${packaging}/${application_id}.metainfo.xml"
+configure_file("${packaging}/${application_id}.metainfo.xml.in"
+  "${PROJECT_BINARY_DIR}/${application_id}.metainfo.xml" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/${application_id}.metainfo.xml"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+configure_file("${packaging}/vantorel.1.in" "${PROJECT_BINARY_DIR}/vantorel.1" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/vantorel.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+include(cmake/VantorelCompletions.cmake)
+
 install(FILES "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
 install(FILES "${PROJECT_SOURCE_DIR}/resources/symbols/clipmb-template.svg"
@@ -29,37 +32,37 @@ install(FILES "${PROJECT_SOURCE_DIR}/resources/symbols/clipmb-template-paused.sv
   DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps"
   RENAME "${application_id}-paused-symbolic.svg")
 
-# Stores and older desktops want pictures of exact sizes.
-if(TARGET vantorel)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Svg)
-  set(icon_sizes 16 22 24 32 48 64 128 256 512)
-  set(icon_arguments)
-  set(icon_files)
-  foreach(size ${icon_sizes})
-    set(icon "${PROJECT_BINARY_DIR}/icons/${size}.png")
-    list(APPEND icon_files "${icon}")
-    list(APPEND icon_arguments "${size}:${icon}")
-    install(FILES "${icon}"
-      DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps"
-      RENAME "${application_id}.png")
-  endforeach()
-  add_executable(render_icon "${PROJECT_SOURCE_DIR}/tools/icons/RenderIcon.cpp")
-  target_link_libraries(render_icon PRIVATE Qt6::Gui Qt6::Svg)
-  add_custom_command(OUTPUT ${icon_files}
-    COMMAND "${CMAKE_COMMAND}" -E make_directory "${PROJECT_BINARY_DIR}/icons"
-    COMMAND render_icon "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg" ${icon_arguments}
-    DEPENDS render_icon "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg"
-    COMMENT "Drawing the icon in ${icon_sizes} pixels"
-    VERBATIM)
-  add_custom_target(vantorel_icons ALL DEPENDS ${icon_files})
-endif()
-install(FILES "${PROJECT_BINARY_DIR}/${application_id}.service"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
+# Stores and older desktops want pictures of exact sizes. The program needs none of them, but who has
+# built it can install it.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Svg)
+set(icon_sizes 16 22 24 32 48 64 128 256 512)
+set(icon_arguments)
+set(icon_files)
+foreach(size ${icon_sizes})
+  set(icon "${PROJECT_BINARY_DIR}/icons/${size}.png")
+  list(APPEND icon_files "${icon}")
+  list(APPEND icon_arguments "${size}:${icon}")
+  install(FILES "${icon}"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps"
+    RENAME "${application_id}.png")
+endforeach()
+add_executable(render_icon "${PROJECT_SOURCE_DIR}/tools/icons/RenderIcon.cpp")
+target_link_libraries(render_icon PRIVATE Qt6::Gui Qt6::Svg)
+add_custom_command(OUTPUT ${icon_files}
+  COMMAND "${CMAKE_COMMAND}" -E make_directory "${PROJECT_BINARY_DIR}/icons"
+  COMMAND render_icon "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg" ${icon_arguments}
+  DEPENDS render_icon "${PROJECT_SOURCE_DIR}/resources/${application_id}.svg"
+  COMMENT "Drawing the icon in ${icon_sizes} pixels"
+  VERBATIM)
+add_custom_target(vantorel_icons ALL DEPENDS ${icon_files})
+add_dependencies(vantorel vantorel_icons)
+
+install(CODE "
+  set(application_id \"${application_id}\")
+  set(bin_directory \"${CMAKE_INSTALL_BINDIR}\")
+  set(data_directory \"${CMAKE_INSTALL_DATADIR}\")")
+install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/InstallBusService.cmake")
 
 if(BUILD_TESTING)
-  # The programs that check these files come with the test packages.
-  add_test(NAME "${VANTOREL_TEST_PREFIX}packaging.desktop_entry"
-    COMMAND desktop-file-validate "${packaging}/${application_id}.desktop")
-  add_test(NAME "${VANTOREL_TEST_PREFIX}packaging.metainfo"
-    COMMAND appstreamcli validate --no-net "${packaging}/${application_id}.metainfo.xml")
+  add_subdirectory(tests/package)
 endif()

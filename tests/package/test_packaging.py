@@ -1,0 +1,200 @@
+"""What is installed beside the program: files of the right form that say what the program does, at
+the right places; and the scripts that build it."""
+
+import json
+import os
+import re
+import shlex
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+from gi.repository import GLib
+
+ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
+BUILD = os.environ.get("VANTOREL_BUILD") or os.path.join(ROOT, "build", "release")
+PACKAGING = os.path.join(ROOT, "packaging")
+ID = "com.vantorel.Vantorel"
+
+
+def run(*command, **options):
+    return subprocess.run(command, check=False, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, text=True, **options)
+
+
+def read(*parts):
+    with open(os.path.join(*parts), encoding="utf-8") as file:
+        return file.read()
+
+
+class PackagingCase(unittest.TestCase):
+    def assert_content(self, *command):
+        done = run(*command)
+        self.assertEqual((done.returncode, done.stdout.strip()), (0, ""))
+
+    def directory(self, name="vantorel packaging "):
+        path = tempfile.mkdtemp(prefix=name)
+        self.addCleanup(shutil.rmtree, path)
+        return path
+
+
+class Validators(PackagingCase):
+    def test_the_desktop_entry(self):
+        self.assert_content("desktop-file-validate", os.path.join(PACKAGING, f"{ID}.desktop"))
+
+    def test_the_stores_entry(self):
+        done = run("appstreamcli", "validate", "--no-net",
+                   os.path.join(BUILD, f"{ID}.metainfo.xml"))
+        self.assertEqual(done.returncode, 0, done.stdout)
+        self.assertNotRegex(done.stdout, r"(?m)^[EW]:")
+
+    def test_the_manual_page(self):
+        self.assert_content("mandoc", "-T", "lint", "-W", "warning",
+                            os.path.join(BUILD, "vantorel.1"))
+
+    def test_the_shell_scripts(self):
+        self.assert_content("shellcheck", "--severity=warning", *sorted(self.shell_scripts()))
+
+    def shell_scripts(self):
+        for place in ("", ".ci", "tools", os.path.join("tests", "package")):
+            for name in os.listdir(os.path.join(ROOT, place)):
+                path = os.path.join(ROOT, place, name)
+                if os.path.isfile(path):
+                    with open(path, "rb") as file:
+                        if re.match(rb"#!.*\b(ba)?sh\b", file.readline()):
+                            yield path
+
+    def test_the_version_stands_in_one_place(self):
+        version = run(os.path.join(BUILD, "vantorel"), "--version").stdout.split()[1]
+        self.assertIn(f'<release version="{version}"', read(BUILD, f"{ID}.metainfo.xml"))
+        self.assertIn(f".Os Vantorel {version}\n", read(BUILD, "vantorel.1"))
+
+
+class Completions(PackagingCase):
+    """Manual page, completions and help name the same options."""
+
+    def setUp(self):
+        self.help = run(os.path.join(BUILD, "vantorel"), "--help").stdout
+        self.options = sorted(set(re.findall(r"(?m)(?<=[ ,] )--[a-z0-9-]+=?", self.help)))
+        self.assertIn("--include-app=", self.options)
+        self.assertGreater(len(self.options), 15)
+
+    def test_the_manual_page_explains_each_option(self):
+        page = read(BUILD, "vantorel.1")
+        explained = " ".join(re.findall(r"(?m)^\.It (Fl -.*)$", page))
+        named = re.findall(r"Fl -([a-z0-9-]+)( Ns =)?", explained)
+        self.assertEqual(sorted(f"--{name}{'=' if equals else ''}" for name, equals in named),
+                         self.options)
+
+    def complete_in_bash(self, word, number=1):
+        words = ("vantorel", word) if number == 1 else ("vantorel", "--toggle", word)
+        script = (f"source {shlex.quote(os.path.join(BUILD, 'completions', 'vantorel'))}; "
+                  f"compopt() {{ :; }}; COMP_WORDS=({shlex.join(words)}); COMP_CWORD={number}; "
+                  "_vantorel; printf '%s\\n' \"${COMPREPLY[@]}\"")
+        return run("bash", "--norc", "-c", script).stdout.split()
+
+    def test_bash_offers_each_option_as_the_first_word(self):
+        self.assertEqual(sorted(self.complete_in_bash("")), self.options)
+        self.assertEqual(self.complete_in_bash("--inc"), ["--include-app="])
+        self.assertEqual(self.complete_in_bash("--", number=2), [])
+
+    def test_zsh_offers_each_option(self):
+        path = os.path.join(BUILD, "completions", "_vantorel")
+        self.assert_content("zsh", "-n", path)
+        named = re.findall(r"(?m)^  '\(-\)(--[a-z0-9-]+=?)\[([^]]+)\]", read(path))
+        self.assertEqual(sorted(name for name, _ in named), self.options)
+        for _, words in named:
+            self.assertGreater(len(words), 3)
+
+    def test_fish_offers_each_option(self):
+        path = os.path.join(BUILD, "completions", "vantorel.fish")
+        self.assert_content("fish", "--no-execute", path)
+        done = run("fish", "--no-config", "-c",
+                   f"source {shlex.quote(path)}; complete -C 'vantorel --'",
+                   env={**os.environ, "HOME": self.directory()})
+        offered = [line.split("\t")[0] for line in done.stdout.splitlines()]
+        self.assertEqual(sorted(offered), [option.rstrip("=") for option in self.options])
+
+
+class Installing(PackagingCase):
+    def install(self, *arguments, env=None):
+        done = run("cmake", "--install", BUILD, *arguments, env={**os.environ, **(env or {})})
+        self.assertEqual(done.returncode, 0, done.stdout)
+
+    def command_of_service(self, root):
+        text = read(root, "share", "dbus-1", "services", f"{ID}.service")
+        self.assertIn(f"Name={ID}\n", text)
+        _, words = GLib.shell_parse_argv(re.search(r"(?m)^Exec=(.*)$", text)[1])
+        return words
+
+    def test_everything_stands_below_a_prefix_with_blanks_and_signs(self):
+        prefix = os.path.join(self.directory(), "a $prefix \"here\"")
+        self.install("--prefix", prefix)
+        program = os.path.join(prefix, "bin", "vantorel")
+        self.assertEqual(self.command_of_service(prefix), [program])
+        self.assertEqual(run(program, "--version").returncode, 0)
+        for file in ("libexec/vantorel/vantorel-text", "share/man/man1/vantorel.1",
+                     f"share/applications/{ID}.desktop", f"share/metainfo/{ID}.metainfo.xml",
+                     f"share/icons/hicolor/scalable/apps/{ID}.svg",
+                     f"share/icons/hicolor/48x48/apps/{ID}.png",
+                     f"share/icons/hicolor/symbolic/apps/{ID}-symbolic.svg",
+                     "share/bash-completion/completions/vantorel",
+                     "share/zsh/site-functions/_vantorel",
+                     "share/fish/vendor_completions.d/vantorel.fish"):
+            self.assertGreater(os.path.getsize(os.path.join(prefix, file)), 0, file)
+
+    def test_a_staged_installation_speaks_of_where_it_will_be(self):
+        stage = self.directory()
+        self.install("--prefix", "/opt/vantorel", env={"DESTDIR": stage})
+        self.assertEqual(os.listdir(stage), ["opt"])
+        root = os.path.join(stage, "opt", "vantorel")
+        self.assertEqual(self.command_of_service(root), ["/opt/vantorel/bin/vantorel"])
+
+
+class Building(PackagingCase):
+    """What a distribution does: its own kind of build, no tests, not every library."""
+
+    def test_without_tests_without_tesseract_and_with_a_distributions_flags(self):
+        build = self.directory()
+        done = run("cmake", "-S", ROOT, "-B", build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
+                   "-DBUILD_TESTING=OFF", "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON",
+                   "-DVANTOREL_TESSERACT=OFF", env={**os.environ, "CXXFLAGS": "-O2 -g"})
+        self.assertEqual(done.returncode, 0, done.stdout)
+        commands = json.loads(read(build, "compile_commands.json"))
+        files = {os.path.relpath(each["file"], ROOT): each["command"] for each in commands}
+        self.assertIn("src/main.cpp", files)
+        self.assertNotIn("src/platform/linux/textinpictures/worker/main.cpp", files)
+        self.assertFalse([file for file in files if file.startswith("tests")])
+        for command in files.values():
+            self.assertNotIn("-Werror", command)
+            self.assertIn("-O2 -g", command)
+            self.assertIn("-fstack-protector-strong", command)
+
+
+class Scripts(PackagingCase):
+    """The scripts on a machine that is not Debian's, and in sessions of both kinds."""
+
+    def programs(self, *names):
+        directory = self.directory()
+        for name in names:
+            os.symlink(shutil.which(name), os.path.join(directory, name))
+        return {"PATH": directory, "HOME": directory}
+
+    def test_without_apt_the_missing_are_named_and_the_build_goes_on(self):
+        env = self.programs("bash", "env", "sed", "sort")
+        done = run(os.path.join(ROOT, "tools", "packages"),
+                   os.path.join(PACKAGING, "build-packages.txt"), env=env)
+        self.assertEqual(done.returncode, 0, done.stdout)
+        self.assertIn("libxcb-xfixes0-dev", done.stdout)
+        self.assertIn("Debian", done.stdout)
+
+    def test_wayland_alone_is_a_display_though_not_enough_of_one(self):
+        env = {**self.programs("bash", "env", "dirname"), "WAYLAND_DISPLAY": "wayland-0"}
+        done = run(os.path.join(ROOT, "run"), env=env)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("Xwayland", done.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
