@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "pictures/LabelledPictures.h"
+#include "platform/linux/confined/WorkerProgram.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "store/ImageTextRecognizer.h"
@@ -168,7 +169,7 @@ int main(int argc, char** argv) {
   const std::string directory = argc > 1 ? argv[1] : "";
   if (!directory.empty()) QDir().mkpath(QString::fromStdString(directory));
   WorkerTextRecognition::Settings settings;
-  settings.program = textWorkerProgram();
+  settings.program = workerProgram(textWorker);
   settings.modelDirectories = modelDirectories({});
   {
     WorkerTextRecognition recognition(settings);

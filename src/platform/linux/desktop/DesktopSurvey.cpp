@@ -1,4 +1,5 @@
 #include "platform/linux/desktop/DesktopSurvey.h"
+#include "platform/linux/confined/WorkerProgram.h"
 
 #include <xcb/xfixes.h>
 #include <xcb/xtest.h>
@@ -132,7 +133,7 @@ DesktopFacts surveyDesktop(const std::function<ShortcutKeys(const UserDefaults&)
   lookAtBus(facts);
   lookAtWindows(facts, chosen(defaults));
   if (facts.hasSessionBus) facts.keyring = keyringState(patience);
-  facts.hasTextReader = files.isWithinReach(textWorkerProgram());
+  facts.hasTextReader = files.isWithinReach(workerProgram(textWorker));
   const auto models = processEnvironment("TESSDATA_PREFIX").value_or(std::string());
   facts.textLanguages = installedModels(modelDirectories(models)).names;
   return facts;

@@ -1,4 +1,5 @@
 #include "platform/linux/desktop/LinuxDesktop.h"
+#include "platform/linux/confined/WorkerProgram.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -61,7 +62,7 @@ struct LinuxDesktop::Ports {
                                ownProgramPath()};
   QtImageDecoder images;
   WorkerTextRecognition recognition{
-      {textWorkerProgram(),
+      {workerProgram(textWorker),
        modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
   QtScreens screens;
   StatusNotifierTray statusItem{{dispatch, screens, bus}, installedIconThemes(ownProgramPath())};

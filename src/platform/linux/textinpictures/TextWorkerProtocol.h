@@ -10,8 +10,8 @@
 
 namespace vantorel {
 
-// What the program and the worker that reads its pictures say to each other over a socket: a
-// picture there, its text back. Both are built together, so there are no versions.
+// What the program and the worker that reads its pictures say to each other: a picture there, its
+// text back.
 
 struct TextReply {
   enum class Status : std::uint32_t { read = 1, unreadable = 2, noEngine = 3 };
@@ -19,14 +19,8 @@ struct TextReply {
   std::vector<std::string> lines;
 };
 
-/// How much of the processors a worker gets: what nobody else wants, or a small part in any case.
-enum class Share { leftOver, small };
-
 inline constexpr std::size_t largestRequest = std::size_t{1} << 28U;
 inline constexpr std::size_t largestReply = std::size_t{1} << 20U;
-
-/// Waits until something comes, be it the end of the other side. False at the deadline.
-[[nodiscard]] bool hasInput(int socket, Deadline deadline);
 
 /// Each sends or receives one whole message over a stream socket. False or absent when the other
 /// end is gone, the deadline passes, or what comes is no message.

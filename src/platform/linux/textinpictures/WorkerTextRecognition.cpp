@@ -1,20 +1,16 @@
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <functional>
-#include <system_error>
 #include <utility>
 
+#include "platform/linux/confined/ConfinedProcess.h"
+#include "platform/linux/confined/Messages.h"
 #include "platform/linux/textinpictures/TextModels.h"
-#include "platform/linux/textinpictures/TextWorkerProcess.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
-
-namespace fs = std::filesystem;
 
 using Outcome = Recognition::Outcome;
 using Status = TextReply::Status;
@@ -86,9 +82,9 @@ WorkerTextRecognition::Attempt WorkerTextRecognition::attempt(ByteView image, bo
   const auto deadline = begin + settings_.pictureLimit;
   // Nor does a worker that gets no time take a large picture.
   const auto sentBy = share_ == Share::leftOver ? begin + settings_.patience : deadline;
-  const bool wasSent = worker_->send(image, std::min(deadline, sentBy));
+  const bool wasSent = sendPicture(worker_->socket(), image, std::min(deadline, sentBy));
   if (wasSent && waitForReply(deadline, stop)) {
-    if (auto reply = worker_->receive(deadline)) return {std::move(reply), false};
+    if (auto reply = receiveReply(worker_->socket(), deadline)) return {std::move(reply), false};
   } else if (share_ == Share::leftOver && (wasSent || steady_clock::now() >= sentBy) &&
              steady_clock::now() < deadline) {
     share_ = Share::small;
@@ -105,7 +101,7 @@ bool WorkerTextRecognition::waitForReply(Deadline deadline, const std::stop_toke
   while (!stop.stop_requested() && steady_clock::now() < deadline) {
     const auto before = worker_->processorTime();
     const auto begin = steady_clock::now();
-    if (worker_->hasReply(std::min(deadline, begin + settings_.patience))) return true;
+    if (hasInput(worker_->socket(), std::min(deadline, begin + settings_.patience))) return true;
     const auto used = worker_->processorTime() - before;
     if (share_ == Share::leftOver && used * leastShare < steady_clock::now() - begin) return false;
   }
@@ -118,25 +114,13 @@ bool WorkerTextRecognition::ensureWorker(std::vector<std::string> arguments) {
   worker_.reset();
   arguments_ = std::move(arguments);
   if (settings_.program.empty()) return false;
-  worker_ = TextWorkerProcess::start(settings_.program, arguments_);
+  worker_ = ConfinedProcess::start(settings_.program, arguments_);
   return worker_ != nullptr;
 }
 
 int WorkerTextRecognition::workerProcessId() {
   const std::lock_guard lock(mutex_);
   return worker_ && worker_->isRunning() ? worker_->processId() : 0;
-}
-
-fs::path textWorkerProgram() {
-  std::error_code error;
-  const fs::path self = fs::read_symlink("/proc/self/exe", error);
-  if (error) return {};
-  const fs::path directory = self.parent_path();
-  for (const fs::path& program :
-       {directory / "vantorel-text", directory / VANTOREL_LIBEXEC_FROM_BIN / "vantorel-text"}) {
-    if (::access(program.c_str(), X_OK) == 0) return program.lexically_normal();
-  }
-  return {};
 }
 
 }  // namespace vantorel

@@ -6,14 +6,18 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/TextRecognition.h"
+#include "platform/linux/confined/Share.h"
 #include "platform/linux/textinpictures/TextWorkerProtocol.h"
 
 namespace vantorel {
 
-class TextWorkerProcess;
+class ConfinedProcess;
+
+inline constexpr std::string_view textWorker = "vantorel-text";
 
 /// Recognises text in a process of its own, which is started for a picture and ends by itself when
 /// no other follows: so the engine costs this program no memory and no time at its start, a picture
@@ -61,12 +65,9 @@ class WorkerTextRecognition : public TextRecognition {
 
   const Settings settings_;
   std::mutex mutex_;
-  std::unique_ptr<TextWorkerProcess> worker_;  // guarded, as is what follows
+  std::unique_ptr<ConfinedProcess> worker_;  // guarded, as is what follows
   std::vector<std::string> arguments_;
   Share share_ = Share::leftOver;
 };
-
-/// The worker's program as it lies beside this one, in a build or installed; else empty.
-[[nodiscard]] std::filesystem::path textWorkerProgram();
 
 }  // namespace vantorel

@@ -15,10 +15,11 @@
 #include <vector>
 
 #include "base/SplitText.h"
+#include "platform/linux/confined/Messages.h"
+#include "platform/linux/confined/worker/WorkerConfinement.h"
+#include "platform/linux/confined/worker/WorkerLimits.h"
 #include "platform/linux/textinpictures/TextWorkerProtocol.h"
 #include "platform/linux/textinpictures/worker/TesseractReader.h"
-#include "platform/linux/textinpictures/worker/WorkerConfinement.h"
-#include "platform/linux/textinpictures/worker/WorkerLimits.h"
 
 namespace vantorel {
 namespace {
@@ -29,6 +30,7 @@ using std::chrono::steady_clock;
 constexpr double maxReadingSeconds = 15;  // of the processor, for one picture
 // Decoding cannot be interrupted, but it can be killed.
 constexpr double maxProcessorSeconds = 20;
+constexpr std::uint64_t maxMemory = std::uint64_t{1} << 30U;
 constexpr std::chrono::seconds transferLimit{600};  // a busy machine leaves little time
 
 using Readers = std::vector<std::unique_ptr<TesseractReader>>;
@@ -91,7 +93,7 @@ int run(std::span<const char* const> arguments) {
   if (arguments.size() != expected) return EXIT_FAILURE;
   const Share share = std::string_view(arguments[4]) == "small" ? Share::small : Share::leftOver;
   const auto parent = static_cast<pid_t>(std::strtol(arguments[5], nullptr, 10));
-  if (!limitThisProcess(parent, share)) return EXIT_FAILURE;
+  if (!limitThisProcess(parent, {.share = share, .memory = maxMemory})) return EXIT_FAILURE;
   Readers opened = openModels(arguments[1], splitList(arguments[2], ','));
   if (!confine()) return EXIT_FAILURE;
   Worker worker(std::move(opened));

@@ -22,6 +22,7 @@
 #include "fakes/TestStore.h"
 #include "fakes/ThreadedDispatch.h"
 #include "pictures/LabelledPictures.h"
+#include "platform/linux/confined/WorkerProgram.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "store/ImageTextRecognizer.h"
@@ -35,7 +36,7 @@ using std::chrono::steady_clock;
 
 WorkerTextRecognition::Settings settings() {
   WorkerTextRecognition::Settings settings;
-  settings.program = textWorkerProgram();
+  settings.program = workerProgram(textWorker);
   settings.modelDirectories = modelDirectories({});
   return settings;
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/textinpictures/worker/WorkerConfinement.h"
+#include "platform/linux/confined/worker/WorkerConfinement.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -20,16 +20,20 @@
 #include <cerrno>
 #include <cstdlib>
 #include <functional>
+#include <system_error>
+#include <thread>
 
 #include "base/FileDescriptor.h"
 #include "fakes/TemporaryDirectory.h"
-#include "platform/linux/textinpictures/worker/FileTree.h"
+#include "platform/linux/confined/worker/FileTree.h"
 
 namespace vantorel {
 namespace {
 
 /// What becomes of something that a process tries behind walls: 0 when it works, else the error.
-int tried(const std::function<bool()>& attempt, const std::function<bool()>& build = confine) {
+int tried(
+    const std::function<bool()>& attempt,
+    const std::function<bool()>& build = [] { return confine(); }) {
   const pid_t child = ::fork();
   if (child == 0) {
     constexpr int noWalls = 255;
@@ -219,6 +223,38 @@ TEST(WorkerConfinement, NoProgramIsStarted) {
               return false;
             }),
             EPERM);
+}
+
+bool startsAThread() {
+  try {
+    bool hasRun = false;
+    std::thread([&] { hasRun = true; }).join();
+    return hasRun;
+  } catch (const std::system_error& error) {
+    errno = error.code().value();
+    return false;
+  }
+}
+
+TEST(WorkerConfinement, ThreadsAreStartedWhereTheyWereAllowed) {
+  EXPECT_EQ(tried(startsAThread), EPERM);
+  EXPECT_EQ(tried(startsAThread, [] { return confine(Threads::own); }), 0);
+}
+
+TEST(WorkerConfinement, AThreadIsBehindTheSameWalls) {
+  const auto triedInAThread = [](const std::function<bool()>& attempt) {
+    return tried(
+        [&] {
+          int error = 0;
+          std::thread([&] { error = attempt() ? 0 : errno; }).join();
+          errno = error;
+          return error == 0;
+        },
+        [] { return confine(Threads::own); });
+  };
+  EXPECT_EQ(triedInAThread([] { return ::open("/usr/bin/env", O_RDONLY) >= 0; }), EPERM);
+  EXPECT_EQ(triedInAThread([] { return ::socket(AF_UNIX, SOCK_STREAM, 0) >= 0; }), EPERM);
+  EXPECT_EQ(triedInAThread([] { return ::fork() >= 0; }), EPERM);
 }
 
 }  // namespace

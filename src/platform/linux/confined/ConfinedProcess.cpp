@@ -1,4 +1,4 @@
-#include "platform/linux/textinpictures/TextWorkerProcess.h"
+#include "platform/linux/confined/ConfinedProcess.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <csignal>
 #include <ctime>
+#include <future>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -75,7 +76,7 @@ pid_t spawn(const std::filesystem::path& program, const std::vector<std::string>
 }  // namespace
 
 /// The process itself, until it has been waited for.
-class TextWorkerProcess::Life {
+class ConfinedProcess::Life {
  public:
   explicit Life(pid_t pid) : pid_(pid) {}
 
@@ -117,46 +118,38 @@ class TextWorkerProcess::Life {
   bool wentIdle_ = false;
 };
 
-std::unique_ptr<TextWorkerProcess> TextWorkerProcess::start(
-    const std::filesystem::path& program, const std::vector<std::string>& arguments) {
+std::unique_ptr<ConfinedProcess> ConfinedProcess::start(const std::filesystem::path& program,
+                                                        const std::vector<std::string>& arguments) {
   std::array<int, 2> ends{-1, -1};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return nullptr;
   FileDescriptor ours(ends[0]);
   const FileDescriptor theirs(ends[1]);
-  const pid_t pid = spawn(program, arguments, theirs.get());
-  if (pid == 0) return nullptr;
-  auto life = std::make_shared<Life>(pid);
+  std::promise<std::shared_ptr<Life>> begun;
+  auto beginning = begun.get_future();
   try {
-    std::thread reaper([life] { life->reap(); });
-    pthread_setname_np(reaper.native_handle(), "text-reaper");
+    // It ends with the thread that starts it, so that is the one that waits for its end.
+    std::thread reaper([&program, &arguments, &theirs, begun = std::move(begun)]() mutable {
+      const pid_t pid = spawn(program, arguments, theirs.get());
+      const auto life = pid != 0 ? std::make_shared<Life>(pid) : nullptr;
+      begun.set_value(life);  // what was borrowed goes now
+      if (life) life->reap();
+    });
+    pthread_setname_np(reaper.native_handle(), "worker-reaper");
     reaper.detach();
   } catch (const std::system_error&) {  // no more threads
-    life->kill();
-    life->reap();
     return nullptr;
   }
-  return std::unique_ptr<TextWorkerProcess>(
-      new TextWorkerProcess(std::move(life), std::move(ours)));
+  auto life = beginning.get();
+  if (!life) return nullptr;
+  return std::unique_ptr<ConfinedProcess>(new ConfinedProcess(std::move(life), std::move(ours)));
 }
 
-TextWorkerProcess::TextWorkerProcess(std::shared_ptr<Life> life, FileDescriptor socket)
+ConfinedProcess::ConfinedProcess(std::shared_ptr<Life> life, FileDescriptor socket)
     : life_(std::move(life)), socket_(std::move(socket)) {}
 
-TextWorkerProcess::~TextWorkerProcess() { life_->kill(); }
+ConfinedProcess::~ConfinedProcess() { life_->kill(); }
 
-bool TextWorkerProcess::send(ByteView picture, Deadline deadline) {
-  return sendPicture(socket_.get(), picture, deadline);
-}
-
-std::optional<TextReply> TextWorkerProcess::receive(Deadline deadline) {
-  return receiveReply(socket_.get(), deadline);
-}
-
-bool TextWorkerProcess::hasReply(Deadline deadline) const {
-  return hasInput(socket_.get(), deadline);
-}
-
-std::chrono::nanoseconds TextWorkerProcess::processorTime() const {
+std::chrono::nanoseconds ConfinedProcess::processorTime() const {
   clockid_t clock{};
   timespec time{};
   if (::clock_getcpuclockid(life_->processId(), &clock) != 0 || ::clock_gettime(clock, &time) != 0)
@@ -164,17 +157,17 @@ std::chrono::nanoseconds TextWorkerProcess::processorTime() const {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-void TextWorkerProcess::terminate() {
+void ConfinedProcess::terminate() {
   life_->kill();
   ::shutdown(socket_.get(), SHUT_RDWR);
 }
 
-bool TextWorkerProcess::isRunning() const { return !life_->isGone(); }
+bool ConfinedProcess::isRunning() const { return !life_->isGone(); }
 
-bool TextWorkerProcess::wentIdle(const std::stop_token& stop, Deadline deadline) const {
+bool ConfinedProcess::wentIdle(const std::stop_token& stop, Deadline deadline) const {
   return life_->wentIdle(stop, deadline);
 }
 
-pid_t TextWorkerProcess::processId() const { return life_->processId(); }
+pid_t ConfinedProcess::processId() const { return life_->processId(); }
 
 }  // namespace vantorel

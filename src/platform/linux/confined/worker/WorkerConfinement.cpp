@@ -1,5 +1,6 @@
-#include "platform/linux/textinpictures/worker/WorkerConfinement.h"
+#include "platform/linux/confined/worker/WorkerConfinement.h"
 
+#include <sched.h>
 #include <seccomp.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -12,7 +13,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "platform/linux/textinpictures/worker/FileTree.h"
+#include "platform/linux/confined/worker/FileTree.h"
 
 namespace vantorel {
 namespace {
@@ -21,9 +22,10 @@ using Filter = std::unique_ptr<std::remove_pointer_t<scmp_filter_ctx>, decltype(
 
 // By name: each kind of processor has numbers of its own.
 constexpr std::array allowed = {
-    // what is open: the socket, the models, and where errors go
+    // what is open or handed over: the socket, files, and where errors go
     SCMP_SYS(read), SCMP_SYS(pread64), SCMP_SYS(write), SCMP_SYS(sendto), SCMP_SYS(recvfrom),
-    SCMP_SYS(poll), SCMP_SYS(ppoll), SCMP_SYS(lseek), SCMP_SYS(fstat), SCMP_SYS(close),
+    SCMP_SYS(recvmsg), SCMP_SYS(poll), SCMP_SYS(ppoll), SCMP_SYS(lseek), SCMP_SYS(fstat),
+    SCMP_SYS(close),
     // memory, and how much of it there is
     SCMP_SYS(brk), SCMP_SYS(munmap), SCMP_SYS(mremap), SCMP_SYS(madvise), SCMP_SYS(sysinfo),
     // time, locks, chance
@@ -49,14 +51,29 @@ scmp_arg_cmp isNotExecutable(unsigned argument) {
   return {argument, SCMP_CMP_MASKED_EQ, PROT_EXEC, 0};
 }
 
-bool allowOnlyWhatReadingNeeds() {
+/// A thread, as the C library makes it, and nothing that is more than one. The newer call tells
+/// what it is to make where a filter cannot look, so it does not exist here.
+bool allowThreads(const Filter& filter) {
+  constexpr scmp_datum_t thread = CLONE_VM | CLONE_FS | CLONE_FILES | CLONE_SIGHAND | CLONE_THREAD |
+                                  CLONE_SYSVSEM | CLONE_SETTLS | CLONE_PARENT_SETTID |
+                                  CLONE_CHILD_CLEARTID;
+  constexpr std::array ofThreads = {SCMP_SYS(set_robust_list), SCMP_SYS(rseq),
+                                    SCMP_SYS(sched_getaffinity), SCMP_SYS(eventfd2)};
+  return std::all_of(ofThreads.begin(), ofThreads.end(),
+                     [&](int call) { return allow(filter, call); }) &&
+         allow(filter, SCMP_SYS(clone), {isEqual(0, thread)}) &&
+         seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0;
+}
+
+bool allowOnlyWhatReadingNeeds(Threads threads) {
   const Filter filter(seccomp_init(SCMP_ACT_ERRNO(EPERM)), &seccomp_release);
   if (filter == nullptr) return false;
   const bool isListed =
       std::all_of(allowed.begin(), allowed.end(), [&](int call) { return allow(filter, call); });
   constexpr unsigned protection = 2;
   constexpr scmp_datum_t thisProcess = 0;
-  return isListed && allow(filter, SCMP_SYS(mmap), {isNotExecutable(protection)}) &&
+  return isListed && (threads == Threads::none || allowThreads(filter)) &&
+         allow(filter, SCMP_SYS(mmap), {isNotExecutable(protection)}) &&
          allow(filter, SCMP_SYS(mprotect), {isNotExecutable(protection)}) &&
          allow(filter, SCMP_SYS(tgkill), {isEqual(0, static_cast<scmp_datum_t>(::getpid()))}) &&
          allow(filter, SCMP_SYS(prlimit64), {isEqual(0, thisProcess), isEqual(1, RLIMIT_CPU)}) &&
@@ -65,6 +82,8 @@ bool allowOnlyWhatReadingNeeds() {
 
 }  // namespace
 
-bool confine() { return closeFileTree() != FileTree::failed && allowOnlyWhatReadingNeeds(); }
+bool confine(Threads threads) {
+  return closeFileTree() != FileTree::failed && allowOnlyWhatReadingNeeds(threads);
+}
 
 }  // namespace vantorel

@@ -1,4 +1,4 @@
-#include "platform/linux/textinpictures/worker/FileTree.h"
+#include "platform/linux/confined/worker/FileTree.h"
 
 #include <linux/landlock.h>
 #include <sys/prctl.h>

@@ -5,37 +5,34 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <stop_token>
 #include <string>
 #include <vector>
 
+#include "base/Deadline.h"
 #include "base/FileDescriptor.h"
-#include "platform/linux/textinpictures/TextWorkerProtocol.h"
 
 namespace vantorel {
 
-/// A running worker. It gets nothing of this process but one end of a socket and four variables:
-/// no other open file, no other environment. It ends with the thread that started it.
+/// A running worker, which closes itself in. It gets nothing of this process but one end of a
+/// socket and four variables: no other open file, no other environment. It ends with this process,
+/// however that ends.
 ///
 /// A worker that is killed takes its time to die while others keep the processors busy, since it
 /// only gets what they leave. Nobody here waits for that but a thread of its own.
-class TextWorkerProcess {
+class ConfinedProcess {
  public:
   /// Null when the program cannot be started.
-  [[nodiscard]] static std::unique_ptr<TextWorkerProcess> start(
+  [[nodiscard]] static std::unique_ptr<ConfinedProcess> start(
       const std::filesystem::path& program, const std::vector<std::string>& arguments);
   /// Kills it, if it still runs.
-  ~TextWorkerProcess();
-  TextWorkerProcess(const TextWorkerProcess&) = delete;
-  TextWorkerProcess& operator=(const TextWorkerProcess&) = delete;
+  ~ConfinedProcess();
+  ConfinedProcess(const ConfinedProcess&) = delete;
+  ConfinedProcess& operator=(const ConfinedProcess&) = delete;
 
-  // One thread at a time asks it: a picture there, its text back. These fail when the worker ended
-  // meanwhile, was terminated, or the deadline passed.
-  [[nodiscard]] bool send(ByteView picture, Deadline deadline);
-  [[nodiscard]] std::optional<TextReply> receive(Deadline deadline);
-  /// Whether `receive` has something to do, be it to see that the worker is gone.
-  [[nodiscard]] bool hasReply(Deadline deadline) const;
+  /// This end of the socket, for one thread at a time. It is silent for good once the worker ended
+  /// or was terminated.
+  [[nodiscard]] int socket() const { return socket_.get(); }
 
   /// Processor time that it has used; none when it is gone.
   [[nodiscard]] std::chrono::nanoseconds processorTime() const;
@@ -51,7 +48,7 @@ class TextWorkerProcess {
 
  private:
   class Life;
-  TextWorkerProcess(std::shared_ptr<Life> life, FileDescriptor socket);
+  ConfinedProcess(std::shared_ptr<Life> life, FileDescriptor socket);
 
   const std::shared_ptr<Life> life_;  // shared with the thread that waits for its end
   const FileDescriptor socket_;

@@ -1,4 +1,4 @@
-#include "platform/linux/textinpictures/worker/WorkerLimits.h"
+#include "platform/linux/confined/worker/WorkerLimits.h"
 
 #include <sched.h>
 #include <sys/prctl.h>
@@ -14,8 +14,6 @@
 namespace vantorel {
 namespace {
 
-constexpr rlim_t maxMemory = rlim_t{1} << 30U;  // beyond what the libraries themselves map
-
 void limit(decltype(RLIMIT_CORE) resource, rlim_t value) {
   const rlimit both{value, value};
   (void)::setrlimit(resource, &both);
@@ -27,17 +25,22 @@ rlim_t mappedMemory() {
   return pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
 }
 
-}  // namespace
-
-bool limitThisProcess(pid_t parent, Share share) {
-  (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (::getppid() != parent) return false;
+void giveWay(Share share) {
+  if (share == Share::usual) return;
   constexpr int leastUrgent = 19;
   const sched_param none{};
   (void)::setpriority(PRIO_PROCESS, 0, leastUrgent);
   (void)::sched_setscheduler(0, share == Share::leftOver ? SCHED_IDLE : SCHED_BATCH, &none);
+}
+
+}  // namespace
+
+bool limitThisProcess(pid_t parent, const WorkerLimits& limits) {
+  (void)::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (::getppid() != parent) return false;
+  giveWay(limits.share);
   std::ofstream("/proc/self/oom_score_adj") << 1000;
-  limit(RLIMIT_AS, mappedMemory() + maxMemory);
+  limit(RLIMIT_AS, mappedMemory() + limits.memory);
   limit(RLIMIT_CORE, 0);
   limit(RLIMIT_FSIZE, 0);
   (void)::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
