@@ -9,10 +9,12 @@ set(application_id com.vantorel.Vantorel)
 set(packaging "${PROJECT_SOURCE_DIR}/packaging")
 
 install(TARGETS vantorel RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-if(TARGET vantorel_text)
-  # Only the program starts it.
-  install(TARGETS vantorel_text RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/vantorel")
-endif()
+# Only the program starts them; without Tesseract the first is not there.
+foreach(worker vantorel_text vantorel_pictures)
+  if(TARGET ${worker})
+    install(TARGETS ${worker} RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/vantorel")
+  endif()
+endforeach()
 install(FILES "${packaging}/${application_id}.desktop"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 configure_file("${packaging}/${application_id}.metainfo.xml.in"

@@ -86,6 +86,7 @@ int main(int argc, char** argv) {
   service.onRequest([&program](const ActionRequest& request) { program.perform(request); });
   program.begin(desktop->ports());
   const int status = QApplication::exec();
+  desktop->stopShowing();
   program.end();
   return status;
 }

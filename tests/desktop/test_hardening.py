@@ -22,9 +22,14 @@ def output(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
+def worker_paths():
+    return [os.path.join(os.path.dirname(program_path()), name)
+            for name in ("vantorel-text", "vantorel-pictures")]
+
+
 class Binaries(unittest.TestCase):
     def each(self, check):
-        for program in (program_path(), os.path.join(os.path.dirname(program_path()), "vantorel-text")):
+        for program in (program_path(), *worker_paths()):
             with self.subTest(program=os.path.basename(program)):
                 check(program)
 
@@ -60,40 +65,6 @@ class Binaries(unittest.TestCase):
         self.each(check)
 
 
-class ForeignPictures(VantorelTestCase):
-    def _copy_file(self, name, contents):
-        path = self.file(name, contents=contents)
-        self.clipboard.copy_as("text/uri-list", f"file://{path}\r\n".encode())
-        wait_for("an entry of files", lambda: self.vantorel.newest().get("filePaths") == [path])
-
-    def _readers(self):
-        """The toolkit's readers of pictures that the program has loaded."""
-        with open(f"/proc/{self.vantorel.process.pid}/maps", encoding="utf-8") as maps:
-            return sorted(set(re.findall(r"/imageformats/(\w+)\.so", maps.read())))
-
-    def _wait_for_picture(self, number, colour):
-        def shown():
-            rows = self.vantorel.rows()
-            if len(rows) <= number:
-                return None
-            x, y, _, height = rows[number].element.extents
-            found = self.desktop.windows.pixel(x + 8 + 28, y + height // 2)
-            return all(abs(one - other) < 12 for one, other in zip(found, colour))
-        wait_for(f"the picture of colour {colour} in row {number}", shown)
-
-    def test_load_only_the_reader_of_their_own_format(self):
-        self._copy_file("drawing.svg", b'<svg xmlns="http://www.w3.org/2000/svg" width="90" '
-                        b'height="90"><rect width="90" height="90" fill="#00a0ff"/></svg>')
-        picture = self.path("picture.tiff")
-        self.desktop.run(["convert", "-size", "90x90", "xc:#a000ff", picture]).check_returncode()
-        with open(picture, "rb") as file:
-            self._copy_file("picture.tiff", file.read())
-        self.vantorel.open_panel()
-        self._wait_for_picture(0, (0xa0, 0, 0xff))
-        self._wait_for_picture(1, (0, 0xa0, 0xff))
-        self.assertEqual(self._readers(), ["libqtiff"])
-
-
 class ClosedProcess(unittest.TestCase):
     """The superuser may read everything: where the tests are his, another user runs these."""
 
@@ -107,8 +78,7 @@ class ClosedProcess(unittest.TestCase):
                 # Neither has to lie where everybody may look.
                 sources = os.path.join(place, "tests")
                 shutil.copytree(os.path.dirname(os.path.abspath(__file__)), sources)
-                for program in (program_path(), os.path.join(os.path.dirname(program_path()),
-                                                             "vantorel-text")):
+                for program in (program_path(), *worker_paths()):
                     if os.path.exists(program):
                         shutil.copy(program, place)
                 own = os.path.join(place, "own")

@@ -53,16 +53,7 @@ class TextTestCase(VantorelTestCase):
 
     def workers(self):
         """The processes that the program has started and that still run."""
-        found = []
-        for name in filter(str.isdigit, os.listdir("/proc")):
-            try:
-                with open(f"/proc/{name}/stat", encoding="utf-8", errors="replace") as file:
-                    program, _, rest = file.read().rpartition(")")
-            except OSError:
-                continue
-            if rest.split()[1] == str(self.vantorel.process.pid):
-                found.append((int(name), program.partition("(")[2]))
-        return [pid for pid, program in found if program == "vantorel-text"]
+        return self.vantorel.workers("vantorel-text")
 
     def wait_for_end(self, worker):
         """The killed process, too, only gets the time that nobody else wants."""

@@ -7,6 +7,7 @@
 #include <span>
 #include <string_view>
 
+#include "platform/qt/JpegOrientation.h"
 #include "platform/qt/JpegStructure.h"
 #include "platform/qt/PngStructure.h"
 
@@ -50,5 +51,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   expectSound(checkedPng(bytes));
   expectSound(checkedPng(asPng(bytes)));
   expectSound(checkedJpeg(bytes));
+  expectSound(shownSize(bytes, {3, 2}));
   return 0;
 }

@@ -101,8 +101,4 @@ SharedBitmap reducedPixels(ByteView bytes, PixelSize fitting) {
                     Size{static_cast<double>(whole.width()), static_cast<double>(whole.height())});
 }
 
-EncodedSize shownSize(ByteView bytes, EncodedSize stored) {
-  return PictureReader(bytes).turnsOnItsSide() ? EncodedSize{stored.height, stored.width} : stored;
-}
-
 }  // namespace vantorel

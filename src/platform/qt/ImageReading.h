@@ -18,8 +18,4 @@ namespace vantorel {
 /// than one pixel; its size in points is that of the whole. Null too when there is no memory.
 [[nodiscard]] SharedBitmap reducedPixels(ByteView bytes, PixelSize fitting);
 
-/// The size at which a viewer shows the image, when it is stored at `stored`: a camera's picture
-/// may be stored lying on its side. Reads only what precedes the pixels.
-[[nodiscard]] EncodedSize shownSize(ByteView bytes, EncodedSize stored);
-
 }  // namespace vantorel

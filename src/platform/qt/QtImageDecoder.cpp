@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/qt/ImageReading.h"
+#include "platform/qt/JpegOrientation.h"
 #include "platform/qt/JpegStructure.h"
 #include "platform/qt/PngReduction.h"
 #include "platform/qt/PngStructure.h"

@@ -5,7 +5,8 @@
 namespace vantorel {
 
 /// Reads images with the toolkit: PNG, JPEG, BMP, GIF and ICO always, TIFF and WebP where the
-/// system installed the plug-ins; nothing else, whatever is installed. Needs no application object.
+/// system installed the plug-ins; nothing else, whatever is installed. Bytes from outside are for a
+/// process that can do nothing else. Needs no application object.
 class QtImageDecoder : public ImageDecoder {
  public:
   /// Raises the toolkit's own limit on memory for one image to what the program accepts.

@@ -106,6 +106,21 @@ class Vantorel:
         os.kill(self.process.pid, signal.SIGKILL)
         self.process.wait(10)
 
+    def workers(self, program):
+        """The processes of that program that this one has started and that still run."""
+        found = []
+        for name in filter(str.isdigit, os.listdir("/proc")):
+            try:
+                with open(f"/proc/{name}/stat", encoding="utf-8", errors="replace") as file:
+                    known_as, _, rest = file.read().rpartition(")")
+            except OSError:
+                continue
+            state, parent = rest.split()[:2]
+            # The system cuts names.
+            if parent == str(self.process.pid) and state != "Z" and known_as.endswith(f"({program[:15]}"):
+                found.append(int(name))
+        return found
+
     def log(self):
         with open(os.path.join(self.desktop.logs, "vantorel.log"), encoding="utf-8",
                   errors="replace") as file:

@@ -110,9 +110,8 @@ bool sendFiles(int socket, TwoFiles files, Deadline deadline) {
   control->cmsg_type = SCM_RIGHTS;
   control->cmsg_len = CMSG_LEN(sizeof files);
   std::memcpy(CMSG_DATA(control), files.data(), sizeof files);
-  return transferred(socket, POLLOUT, deadline, [&] {
-           return ::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
-         }) == 1;
+  return transferred(socket, POLLOUT, deadline,
+                     [&] { return ::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT); }) == 1;
 }
 
 std::optional<std::array<FileDescriptor, 2>> receiveFiles(int socket, Deadline deadline) {
@@ -123,8 +122,8 @@ std::optional<std::array<FileDescriptor, 2>> receiveFiles(int socket, Deadline d
   });
   const cmsghdr* const control = got == 1 ? CMSG_FIRSTHDR(&message) : nullptr;
   TwoFiles files{-1, -1};
-  if (control == nullptr || control->cmsg_level != SOL_SOCKET ||
-      control->cmsg_type != SCM_RIGHTS || control->cmsg_len != CMSG_LEN(sizeof files))
+  if (control == nullptr || control->cmsg_level != SOL_SOCKET || control->cmsg_type != SCM_RIGHTS ||
+      control->cmsg_len != CMSG_LEN(sizeof files))
     return std::nullopt;
   std::memcpy(files.data(), CMSG_DATA(control), sizeof files);
   return std::array{FileDescriptor(files[0]), FileDescriptor(files[1])};

@@ -65,8 +65,8 @@ MappedMemory::MappedMemory(const FileDescriptor& memory, Access access) {
   if (size <= 0) return;
   const int protection = access == Access::writing ? PROT_READ | PROT_WRITE : PROT_READ;
   const int sharing = access == Access::writing ? MAP_SHARED : MAP_PRIVATE;
-  void* const start = ::mmap(nullptr, static_cast<std::size_t>(size), protection, sharing,
-                             memory.get(), 0);
+  void* const start =
+      ::mmap(nullptr, static_cast<std::size_t>(size), protection, sharing, memory.get(), 0);
   if (start != MAP_FAILED)
     bytes_ = {static_cast<std::byte*>(start), static_cast<std::size_t>(size)};
 }

@@ -9,6 +9,7 @@
 #include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/bus/DesktopNotifications.h"
 #include "platform/linux/bus/StatusNotifierTray.h"
+#include "platform/linux/decoding/ConfinedImageDecoder.h"
 #include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/DesktopColors.h"
 #include "platform/linux/pictures/LinuxFileThumbnails.h"
@@ -31,7 +32,6 @@
 #include "platform/linux/xdg/NoDump.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/posix/PosixFileSystem.h"
-#include "platform/qt/QtImageDecoder.h"
 #include "platform/qt/QtScreens.h"
 
 namespace vantorel {
@@ -60,7 +60,7 @@ struct LinuxDesktop::Ports {
   JsonUserDefaults defaults{files, defaultsFile(directories)};
   AutostartLoginItem loginItem{files, AutostartPlaces::fromEnvironment(processEnvironment),
                                ownProgramPath()};
-  QtImageDecoder images;
+  ConfinedImageDecoder images{{.program = workerProgram(pictureWorker)}};
   WorkerTextRecognition recognition{
       {workerProgram(textWorker),
        modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
@@ -136,6 +136,8 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
   ports->openIcons();
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));
 }
+
+void LinuxDesktop::stopShowing() { ports_->images.stopShowing(); }
 
 Desktop LinuxDesktop::ports() {
   return {

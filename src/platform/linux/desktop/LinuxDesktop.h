@@ -25,6 +25,8 @@ class LinuxDesktop {
 
   /// The ports; they end with this object.
   [[nodiscard]] Desktop ports();
+  /// The program is about to end: nobody waits any more for a picture to be shown.
+  void stopShowing();
 
  private:
   struct Ports;

@@ -15,7 +15,7 @@
 
 namespace vantorel {
 
-/// Pictures of files as a Linux desktop has them: the shared cache first, then images decoded here,
+/// Pictures of files as a Linux desktop has them: the shared cache first, then what is an image,
 /// then the thumbnailer that is installed for the type, on other queues than what reads files.
 /// Nothing is ever written to the shared cache. At the end nobody waits for a file that does not
 /// answer.
