@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <cstdlib>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "platform/qt/JpegOrientation.h"
 #include "platform/qt/JpegStructure.h"
 #include "platform/qt/PngStructure.h"
+#include "platform/qt/PngTexts.h"
 
 namespace {
 
@@ -50,6 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto bytes = std::as_bytes(std::span(data, size));
   expectSound(checkedPng(bytes));
   expectSound(checkedPng(asPng(bytes)));
+  for (const auto& [name, text] : textsOfPng(asPng(bytes)))
+    if (name.find('\0') != std::string::npos) std::abort();
   expectSound(checkedJpeg(bytes));
   expectSound(shownSize(bytes, {3, 2}));
   return 0;

@@ -1,43 +1,12 @@
 #include "platform/qt/PngStructure.h"
 
-#include <libdeflate.h>
-
-#include <algorithm>
 #include <array>
 #include <string_view>
 
+#include "platform/qt/PngChunk.h"
+
 namespace vantorel {
 namespace {
-
-constexpr std::array signature = {std::byte{0x89}, std::byte{'P'},  std::byte{'N'},
-                                  std::byte{'G'},  std::byte{'\r'}, std::byte{'\n'},
-                                  std::byte{0x1A}, std::byte{'\n'}};
-
-std::uint32_t number(ByteView bytes, std::size_t offset) {
-  std::uint32_t value = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    value = value << 8 | std::to_integer<std::uint32_t>(bytes[offset + i]);
-  }
-  return value;
-}
-
-struct Chunk {
-  std::string_view type;
-  ByteView data;
-  std::size_t totalSize;
-};
-
-/// The chunk at the start of `bytes`, if it is whole and true to its checksum.
-std::optional<Chunk> firstChunk(ByteView bytes) {
-  constexpr std::size_t framing = 12;  // length, type, checksum
-  if (bytes.size() < framing) return std::nullopt;
-  const std::size_t length = number(bytes, 0);
-  if (length > bytes.size() - framing) return std::nullopt;
-  const auto typeAndData = bytes.subspan(4, 4 + length);
-  const auto checksum = libdeflate_crc32(0, typeAndData.data(), typeAndData.size());
-  if (checksum != number(bytes, 8 + length)) return std::nullopt;
-  return Chunk{textOf(typeAndData.first(4)), typeAndData.subspan(4), framing + length};
-}
 
 struct Header {
   EncodedSize size;
@@ -68,7 +37,7 @@ bool mayHaveDepth(unsigned colourType, unsigned depth) {
   return small && (colourType == 0 || colourType == 3);
 }
 
-std::optional<Header> headerIn(const Chunk& chunk) {
+std::optional<Header> headerIn(const PngChunk& chunk) {
   if (chunk.type != "IHDR" || chunk.data.size() != 13) return std::nullopt;
   const auto byte = [&](std::size_t i) { return std::to_integer<unsigned>(chunk.data[i]); };
   const unsigned depth = byte(8);
@@ -77,7 +46,7 @@ std::optional<Header> headerIn(const Chunk& chunk) {
   if (channels == 0 || !mayHaveDepth(colourType, depth)) return std::nullopt;
   if (byte(10) != 0 || byte(11) != 0 || byte(12) > 1) return std::nullopt;
   const Header header{
-      {number(chunk.data, 0), number(chunk.data, 4)}, channels * depth, colourType == 3};
+      {pngNumber(chunk.data, 0), pngNumber(chunk.data, 4)}, channels * depth, colourType == 3};
   return isAcceptable(header.size) ? std::optional(header) : std::nullopt;
 }
 
@@ -96,7 +65,7 @@ class Sequence {
   explicit Sequence(const Header& header) : header_(header) {}
 
   /// False when the chunk must not stand here.
-  [[nodiscard]] bool take(const Chunk& chunk) {
+  [[nodiscard]] bool take(const PngChunk& chunk) {
     if (chunk.type == "IDAT") return takePixels(chunk.data);
     pixelsEnded_ = pixelsBegun_;
     if (chunk.type == "PLTE") {
@@ -143,21 +112,18 @@ class Sequence {
 
 }  // namespace
 
-bool looksLikePng(ByteView bytes) {
-  return bytes.size() >= signature.size() &&
-         std::equal(signature.begin(), signature.end(), bytes.begin());
-}
+bool looksLikePng(ByteView bytes) { return textOf(bytes).starts_with(pngSignature); }
 
 std::optional<EncodedSize> checkedPng(ByteView bytes) {
   if (!looksLikePng(bytes)) return std::nullopt;
-  auto rest = bytes.subspan(signature.size());
-  const auto first = firstChunk(rest);
+  auto rest = bytes.subspan(pngSignature.size());
+  const auto first = firstPngChunk(rest);
   const auto header = first ? headerIn(*first) : std::nullopt;
   if (!header) return std::nullopt;
   rest = rest.subspan(first->totalSize);
 
   Sequence sequence(*header);
-  while (const auto chunk = firstChunk(rest)) {
+  while (const auto chunk = firstPngChunk(rest)) {
     if (chunk->type == "IEND") {
       return chunk->data.empty() && sequence.isComplete() ? std::optional(header->size)
                                                           : std::nullopt;

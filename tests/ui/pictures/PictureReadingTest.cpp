@@ -73,15 +73,6 @@ TEST(PictureReading, ADamagedCompressedDrawingIsNone) {
   EXPECT_EQ(sizeOf(icon("\x1F\x8B broken", 32)), "(none)");
 }
 
-TEST(PictureReading, TellsWhatIsWrittenIntoAPicture) {
-  const std::string longText(200, 'x');
-  const auto png = encodedPicture(64, 64, red, "png", {{"Thumb::URI", "a: b"}, {"Long", longText}});
-  const auto texts = textsOfPng(bytesOf(png));
-  EXPECT_EQ(texts.at("Thumb::URI"), "a: b");
-  EXPECT_EQ(texts.at("Long"), longText);
-  EXPECT_TRUE(textsOfPng(bytesOf("no picture")).empty());
-}
-
 TEST(PictureReading, ADrawingWithoutASizeIsNone) {
   EXPECT_EQ(sizeOf(icon("<html><body/></html>", 32)), "(none)");
   EXPECT_EQ(sizeOf(icon("<svg xmlns='http://www.w3.org/2000/svg' width='0' height='0'/>", 32)),

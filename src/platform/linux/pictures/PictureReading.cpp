@@ -1,7 +1,5 @@
 #include "platform/linux/pictures/PictureReading.h"
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QPainter>
 #include <QSvgRenderer>
 #include <string_view>
@@ -67,21 +65,6 @@ SharedBitmap pixelsWithin(const ImageDecoder& decoder, ByteView bytes, PixelSize
   auto copy = std::make_shared<Bitmap>(*picture);
   copy->size = size;
   return copy;
-}
-
-std::map<std::string, std::string> textsOfPng(ByteView bytes) {
-  QByteArray data = viewOf(bytes);
-  QBuffer buffer(&data);
-  buffer.open(QIODevice::ReadOnly);
-  QImageReader reader(&buffer, "png");
-  reader.setAutoDetectImageFormat(false);
-  // The reader alone takes a colon for the end of a text's name; the picture knows better.
-  const QImage image = reader.read();
-  std::map<std::string, std::string> texts;
-  for (const auto& key : image.textKeys()) {
-    texts.emplace(key.toStdString(), image.text(key).toStdString());
-  }
-  return texts;
 }
 
 }  // namespace vantorel

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <map>
-#include <string>
-
 #include "platform/Bitmap.h"
 #include "platform/Image.h"
 
@@ -18,8 +15,5 @@ namespace vantorel {
 /// Pixels, fitted into `most`, made fewer but never more. Drawings are no pixels.
 [[nodiscard]] SharedBitmap pixelsWithin(const ImageDecoder& decoder, ByteView bytes,
                                         PixelSize most);
-
-/// What its maker wrote into a PNG, in UTF-8; nothing when it is damaged.
-[[nodiscard]] std::map<std::string, std::string> textsOfPng(ByteView bytes);
 
 }  // namespace vantorel

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/linux/pictures/PictureReading.h"
+#include "platform/qt/PngTexts.h"
 
 namespace vantorel {
 
