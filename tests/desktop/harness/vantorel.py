@@ -117,7 +117,8 @@ class Vantorel:
                 continue
             state, parent = rest.split()[:2]
             # The system cuts names.
-            if parent == str(self.process.pid) and state != "Z" and known_as.endswith(f"({program[:15]}"):
+            is_named_so = known_as.endswith(f"({program[:15]}")
+            if is_named_so and parent == str(self.process.pid) and state != "Z":
                 found.append(int(name))
         return found
 

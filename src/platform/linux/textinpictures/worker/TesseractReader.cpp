@@ -78,7 +78,6 @@ bool TesseractReader::load() {
   engine_.SetPageSegMode(tesseract::PSM_SINGLE_LINE);
   // Every line comes as dark on light; a second try on its negative would find nothing.
   engine_.SetVariable("tessedit_do_invert", "0");
-  engine_.SetVariable("debug_file", "/dev/null");
   return true;
 }
 
