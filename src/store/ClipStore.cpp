@@ -143,8 +143,6 @@ void ClipStore::commit(Upkeep upkeep) {
     // Nothing is lost meanwhile, and no file lies there under a key that the keychain has not.
     const bool saysNothing = items_.empty() && isRotatingKey();
     if (!saysNothing) saver_.save();
-  } else {
-    saver_.deleteDiscarded();  // no save will ever succeed, and the user took them out
   }
   if (onChange) onChange();
 }
@@ -152,8 +150,7 @@ void ClipStore::commit(Upkeep upkeep) {
 void ClipStore::prune() {
   const auto keep = [this](Retention retention) {
     items_ = std::move(retention.kept);
-    // The history that could not be read may name the same files.
-    if (persistenceIsReady_) discardAssetsOf(retention.dropped);
+    discardAssetsOf(retention.dropped);
   };
   keep(pruned(std::move(items_), services_.dispatch.now(), limits_.maxAge, limits_.maxItems));
   keep(withinAssetBudget(std::move(items_), assets_.assetBytes(saver_.discarded()),
@@ -172,6 +169,8 @@ bool ClipStore::takeOut(const std::function<bool(const ClipItem&)>& goes) {
 }
 
 void ClipStore::discardAssetsOf(const std::vector<ClipItem>& dropped) {
+  // The history that stands on the disk names them, or may, and no list will take its place.
+  if (!persistenceIsReady_) return;
   auto names = namedAssets(dropped);
   for (const std::string& stillNamed : namedAssets(items_)) names.erase(stillNamed);
   saver_.discard(names);

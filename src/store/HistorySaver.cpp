@@ -102,8 +102,4 @@ void HistorySaver::settle(Outcome outcome) {
   });
 }
 
-void HistorySaver::deleteDiscarded() {
-  for (const std::string& name : std::exchange(discarded_, {})) assets_.remove(name);
-}
-
 }  // namespace vantorel

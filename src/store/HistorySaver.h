@@ -50,8 +50,6 @@ class HistorySaver {
     discarded_.insert(names.begin(), names.end());
   }
   [[nodiscard]] const std::set<std::string>& discarded() const { return discarded_; }
-  /// Deletes them although no save has succeeded.
-  void deleteDiscarded();
 
  private:
   // A full disk is usually noticed and freed within minutes.

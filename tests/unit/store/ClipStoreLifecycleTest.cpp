@@ -522,6 +522,25 @@ TEST(ClipStoreMigration, IsTriedAgainAtTheNextStartWhenItFailed) {
   }
 }
 
+TEST(ClipStoreMigration, DeletesNothingForAListThatWasNotSaved) {
+  const std::string name = "0A1B2C3D-0000-4000-8000-000000000000.png";
+  Place place;
+  writeFile(place.assets() / name, "picture");
+  writeFile(place.legacy(), legacyJson({imageItem(name, "h"), textItem("text")}));
+  place.files.fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
+  {
+    const auto store = place.open();
+    ASSERT_FALSE(store->persistenceIsReady());
+    ASSERT_EQ(store->items().size(), 2U);
+    store->remove(store->items()[store->items()[0].kind == ClipKind::image ? 0 : 1].id);
+    EXPECT_EQ(store->items().size(), 1U);
+    EXPECT_EQ(readFile(place.assets() / name), "picture");
+  }
+  place.files.recover();
+  EXPECT_EQ(place.open()->items().size(), 2U);
+  EXPECT_TRUE(fs::exists(place.assets() / name));
+}
+
 TEST(ClipStoreSaving, NothingOfTheContentsCanBeReadInTheFiles) {
   TestStore store;
   ClipItem item = textItem("confidential words");
