@@ -4,8 +4,10 @@
 #include <QEvent>
 #include <QLabel>
 
+#include "chrome/AccessibleRole.h"
 #include "chrome/ReadableGlassView.h"
 #include "chrome/TextPresentation.h"
+#include "chrome/ToastText.h"
 #include "chrome/VantorelTheme.h"
 #include "chrome/WindowGlass.h"
 
@@ -13,7 +15,6 @@ namespace vantorel {
 namespace {
 
 constexpr double cornerRadius = 14;
-constexpr double fontPoints = 12.5;
 constexpr int inset = 14;
 constexpr std::size_t maxCharacters = 200;
 
@@ -22,6 +23,7 @@ constexpr std::size_t maxCharacters = 200;
 ToastPanel::ToastPanel(const QString& message, const ChromeServices& services)
     : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                            Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus) {
+  setAccessibleRole(*this, QAccessible::Notification);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);
@@ -38,12 +40,13 @@ ToastPanel::ToastPanel(const QString& message, const ChromeServices& services)
   label_->setGeometry(rect().adjusted(inset, 0, -inset, 0));
   label_->setAlignment(Qt::AlignCenter);
   label_->setTextFormat(Qt::PlainText);
-  label_->setFont(VantorelTheme::systemFont(fontPoints, QFont::Medium));
   const auto utf8 = message.toStdString();
   label_->setLayoutDirection(TextPresentation::isPrimarilyRTL(utf8) ? Qt::RightToLeft
                                                                     : Qt::LeftToRight);
   const auto line = QString::fromStdString(TextPresentation::singleLine(utf8, maxCharacters));
-  label_->setText(label_->fontMetrics().elidedText(line, Qt::ElideRight, label_->width()));
+  const auto fitted = ToastText::fitted(line, label_->width());
+  label_->setFont(fitted.font);
+  label_->setText(fitted.text);
   label_->setAccessibleName(message);
   tintLabel();
 }
@@ -52,8 +55,9 @@ void ToastPanel::orderFrontRegardless() {
   show();
   raise();
   if (!QAccessible::isActive()) return;
-  QAccessibleEvent alert(this, QAccessible::Alert);
-  QAccessible::updateAccessibility(&alert);
+  // The toolkit does not tell of windows of this type, and readers say a notification as it comes.
+  QAccessibleEvent shown(this, QAccessible::ObjectShow);
+  QAccessible::updateAccessibility(&shown);
 }
 
 void ToastPanel::changeEvent(QEvent* event) {

@@ -8,8 +8,8 @@ class QLabel;
 
 namespace vantorel {
 
-/// The window of one toast: one line on rounded glass, above everything, which neither takes the
-/// focus nor stands in the pointer's way.
+/// The window of one toast: a line or two on rounded glass, above everything, which neither takes
+/// the focus nor stands in the pointer's way.
 class ToastPanel : public QWidget {
   Q_OBJECT
 

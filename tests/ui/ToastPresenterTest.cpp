@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QLabel>
 #include <QWindow>
@@ -102,15 +103,50 @@ TEST_F(ToastPresenterTest, IsShownEvenWithoutAScreen) {
   EXPECT_EQ(toasts().size(), 1U);
 }
 
+TEST_F(ToastPresenterTest, AMessageThatIsALittleTooLongIsCondensed) {
+  presenter_.show("Saved shortcut unavailable. Using ⌘⇧⌥Space.");
+  const auto* label = toasts()[0]->findChild<QLabel*>();
+  EXPECT_EQ(label->text(), "Saved shortcut unavailable. Using Super+Shift+Alt+Space.");
+  EXPECT_LT(label->font().stretch(), 100);
+  EXPECT_GE(label->font().stretch(), 80);
+  EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), 272);
+}
+
+TEST_F(ToastPresenterTest, ALongMessageTakesTwoSmallerLinesAndLosesNothing) {
+  for (const char* message :
+       {"Secure storage is unavailable. Clipboard monitoring is paused.",
+        "Shortcut unavailable. Open Keyboard Shortcut… to choose another.",
+        "Settings could not be read. History is paused until you resume it."}) {
+    presenter_.show(message);
+    const auto* label = toasts()[0]->findChild<QLabel*>();
+    const auto lines = label->text().split('\n');
+    ASSERT_EQ(lines.size(), 2) << message;
+    EXPECT_EQ(lines.join(' '), message);
+    for (const auto& line : lines) EXPECT_LE(label->fontMetrics().horizontalAdvance(line), 272);
+    EXPECT_LE(2 * label->fontMetrics().lineSpacing(), 48);
+    EXPECT_EQ(toasts()[0]->accessibleName(), message);
+  }
+}
+
+TEST_F(ToastPresenterTest, IsANotificationToAssistivePrograms) {
+  presenter_.show("Hello");
+  const auto* toast = QAccessible::queryAccessibleInterface(toasts()[0]);
+  EXPECT_EQ(toast->role(), QAccessible::Notification);
+  EXPECT_EQ(toast->text(QAccessible::Name), "Hello");
+}
+
 TEST_F(ToastPresenterTest, ALongMessageDoesNotMakeItGrow) {
   const std::string message =
-      "An application with a remarkably long name that nobody can read excluded from history.";
+      "A new history has begun. The old one is kept as /home/somebody/.local/share/ClipHistory/"
+      "history-that-could-not-be-opened-on-a-day-long-ago and so are its pictures.";
   presenter_.show(message);
   const auto& toast = *toasts()[0];
   EXPECT_EQ(toast.size(), QSize(300, 48));
   const auto* label = toast.findChild<QLabel*>();
   EXPECT_EQ(label->geometry(), QRect(14, 0, 272, 48));
-  EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), 272);
+  for (const auto& line : label->text().split('\n')) {
+    EXPECT_LE(label->fontMetrics().horizontalAdvance(line), 272);
+  }
   EXPECT_TRUE(shownText(toast).ends_with("…"));
   EXPECT_EQ(toast.windowTitle().toStdString(), message);
 }

@@ -68,6 +68,11 @@ class Accessibility:
         """The names of what readers were sent to since the last call; the first one begins."""
         return self._ask({"focused": True})
 
+    def notified(self):
+        """The notifications that readers say by themselves, since the last call; the first one
+        begins."""
+        return self._ask({"notified": True})
+
     def _ask(self, request):
         self._start()
 

@@ -4,7 +4,7 @@ One request per line on standard input, one JSON answer per line on standard out
 {"read": "vantorel"} answers the program's accessible tree as nested objects;
 {"press": [pid, path]} performs the first action of the object at a path of child indexes;
 {"focused": true} answers the names of what readers were sent to since they were asked last, and
-begins to note them when it is asked first.
+begins to note them when it is asked first; {"notified": true} the same of notifications.
 A process of its own, since the library binds itself to one bus for its whole life.
 """
 
@@ -19,28 +19,32 @@ from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be name
 _DEPTH = 24
 
 
-class _Focus:
-    """Notes where programs send a reader."""
+class _Events:
+    """Notes the names of what a kind of event tells of, unless its role has nothing to say."""
 
-    def __init__(self):
+    def __init__(self, kind, roles=None):
+        self._kind = kind
+        self._roles = roles
         self._names = []
         self._listener = None
 
     def names(self):
         if self._listener is None:
             self._listener = Atspi.EventListener.new(self._note)
-            self._listener.register("object:state-changed:focused")
+            self._listener.register(self._kind)
         while GLib.MainContext.default().iteration(False):
             pass
         names, self._names = self._names, []
         return names
 
     def _note(self, event):
-        if event.detail1:
+        if event.detail1 and (self._roles is None or event.source.get_role() in self._roles):
             self._names.append(event.source.get_name())
 
 
-_focus = _Focus()
+_focus = _Events("object:state-changed:focused")
+_notifications = _Events("object:state-changed:showing",
+                         (Atspi.Role.NOTIFICATION, Atspi.Role.ALERT))
 
 
 def _applications():
@@ -99,6 +103,8 @@ def _answer(request):
         return None if application is None else _describe(application)
     if "focused" in request:
         return _focus.names()
+    if "notified" in request:
+        return _notifications.names()
     name, path = request["press"]
     element = _find(name)
     for index in path:
