@@ -166,7 +166,7 @@ void AppWindows::confirmClearHistory() {
     clearQuestion_.release()->deleteLater();  // it is what is calling
     if (answer == SheetWindow::Answer::accepted) onClear(includingPinned);
   };
-  clearQuestion_->begin(pinnedToo);
+  clearQuestion_->begin();
 }
 
 void AppWindows::stop() {

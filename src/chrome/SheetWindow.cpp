@@ -7,6 +7,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "chrome/AccessibleRole.h"
+#include "chrome/FocusedButton.h"
 #include "chrome/Geometry.h"
 #include "chrome/PushButton.h"
 #include "chrome/ReadableGlassView.h"
@@ -44,9 +46,11 @@ SheetWindow::SheetWindow(const Question& question, const ChromeServices& service
     : QWidget(attachedTo, (attachedTo != nullptr ? Qt::Dialog : Qt::Tool) |
                               Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       services_(services),
+      style_(question.style),
       attachedTo_(attachedTo),
       glass_(new ReadableGlassView(cornerRadius, this)),
       column_(new QVBoxLayout(glass_)) {
+  setAccessibleRole(*this, QAccessible::Dialog);
   setWindowTitle(question.message);
   setAccessibleName(question.message);
   setAccessibleDescription(question.informativeText);
@@ -78,8 +82,11 @@ void SheetWindow::addButtons(const Question& question) {
   auto* row = new QHBoxLayout;
   row->setContentsMargins(0, above, 0, 0);
   row->setSpacing(column_->spacing());
-  auto* cancel = new PushButton(question.cancelTitle, glass_);
-  auto* accept = new PushButton(question.acceptTitle, glass_, PushButton::Prominence::primary);
+  using enum PushButton::Prominence;
+  const bool warns = question.style == Style::warning;
+  auto* cancel = new PushButton(question.cancelTitle, glass_, warns ? primary : standard);
+  auto* accept = new PushButton(question.acceptTitle, glass_, warns ? standard : primary);
+  cancel_ = cancel;
   connect(cancel, &QPushButton::clicked, this, [this] { end(Answer::cancelled); });
   connect(accept, &QPushButton::clicked, this, [this] { end(Answer::accepted); });
   row->addStretch();
@@ -88,9 +95,7 @@ void SheetWindow::addButtons(const Question& question) {
   column_->addLayout(row);
   // Tab goes on from the accessory to what Return does.
   setTabOrder(accept, cancel);
-  if (question.style == Style::warning) {
-    accept->setTint(QColor::fromRgbF(0.85F, 0.25F, 0.2F), {});
-  }
+  if (warns) accept->setTint(QColor::fromRgbF(0.85F, 0.25F, 0.2F), {});
 }
 
 void SheetWindow::setAccessory(QWidget* accessory) {
@@ -103,6 +108,7 @@ void SheetWindow::begin(QWidget* firstResponder) {
   place();
   open_ = true;
   // Left to itself the focus would go to a button that Return does not mean.
+  if (firstResponder == nullptr && style_ == Style::warning) firstResponder = cancel_;
   (firstResponder != nullptr ? firstResponder : this)->setFocus(Qt::OtherFocusReason);
   if (attachedTo_ == nullptr) showOnAllWorkspaces(*this, services_.spaces);
   show();
@@ -148,9 +154,9 @@ bool SheetWindow::eventFilter(QObject* watched, QEvent* event) {
 void SheetWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) return end(Answer::cancelled);
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    // A button that the user has walked to is the one they mean.
-    if (auto* button = qobject_cast<PushButton*>(focusWidget())) return button->click();
-    return end(Answer::accepted);
+    if (auto* button = focusedButton(*this)) return button->click();
+    if (style_ == Style::standard) end(Answer::accepted);
+    return;
   }
   QWidget::keyPressEvent(event);
 }

@@ -19,12 +19,14 @@ class SheetWindow : public QWidget {
   Q_OBJECT
 
  public:
+  /// A warning asks before something is lost: it begins on its way out, and Return presses nothing
+  /// there but the button that has the keyboard.
   enum class Style { standard, warning };
   enum class Answer { accepted, cancelled };
   struct Question {
     QString message;          // also the window's title
     QString informativeText;  // may be empty
-    QString acceptTitle;      // what Return does, unless Tab has led to the other button
+    QString acceptTitle;      // what Return does, unless a button has the keyboard
     QString cancelTitle;      // what Escape does
     Style style = Style::standard;
   };
@@ -42,7 +44,8 @@ class SheetWindow : public QWidget {
   /// Puts a control between the text and the buttons; the sheet owns it.
   void setAccessory(QWidget* accessory);
 
-  /// Shows the sheet with the keyboard in `firstResponder`, a part of it, or nowhere in particular.
+  /// Shows the sheet with the keyboard in `firstResponder`, a part of it; without one a warning has
+  /// it in the button that cancels, and another sheet nowhere in particular.
   void begin(QWidget* firstResponder = nullptr);
   /// Takes the sheet away as if the user had answered so; nothing when it has gone already.
   void end(Answer answer);
@@ -61,9 +64,11 @@ class SheetWindow : public QWidget {
   void tintText();
 
   ChromeServices services_;
+  Style style_;
   QWidget* attachedTo_;
   ReadableGlassView* glass_;
   QVBoxLayout* column_;
+  QWidget* cancel_ = nullptr;
   QLabel* message_ = nullptr;
   QLabel* informativeText_ = nullptr;
   bool open_ = false;

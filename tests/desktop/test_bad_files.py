@@ -122,12 +122,9 @@ class WaysOut(VantorelTestCase):
         self.vantorel.wait_for_notice(STORAGE_NOTICE)
         return self.vantorel.history.raw()
 
-    def clear(self, *ticks):
+    def clear(self, pinned_too=False):
         self.vantorel.command("--clear")
-        question = self.desktop.windows.wait_for_title("Clear Clipboard History?")
-        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(question))
-        for tick in (*ticks, "Return"):
-            self.desktop.keyboard.tap(tick)
+        self.vantorel.clear_by_keys(pinned_too)
 
     def expect_recording(self):
         """At once, and after a restart."""
@@ -145,7 +142,7 @@ class WaysOut(VantorelTestCase):
 
     def test_a_clear_of_everything_does_too_and_replaces_the_key(self):
         self.start_on_a_history_of_another_key()
-        self.clear("Space")
+        self.clear(pinned_too=True)
         self.vantorel.wait_for_notice("All clipboard history cleared.")
         wait_for("a new key", lambda: self.desktop.keyring.key() not in (None, self.KEY))
         self.expect_recording()

@@ -230,10 +230,7 @@ class Clearing(KeyringTestCase):
 
     def clear_everything(self):
         self.vantorel.command("--clear")
-        question = self.desktop.windows.wait_for_title("Clear Clipboard History?")
-        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(question))
-        self.desktop.keyboard.tap("Space")
-        self.desktop.keyboard.tap("Return")
+        self.vantorel.clear_by_keys(pinned_too=True)
 
     def start_and_suspend_the_keyring(self):
         self.vantorel.start()

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <memory>
 
+#include "chrome/CheckBox.h"
 #include "chrome/PushButton.h"
 #include "chrome/SheetWindow.h"
 #include "fakes/FakeAccessibilityPreferences.h"
@@ -104,6 +105,24 @@ TEST_F(SheetTest, ReturnOnTheButtonThatTabLedToMeansThatButton) {
   ASSERT_EQ(sheet_->focusWidget(), button("Save"));
   QTest::keyClick(button("Save"), Qt::Key_Tab);
   ASSERT_EQ(sheet_->focusWidget(), button("Cancel"));
+  QTest::keyClick(button("Cancel"), Qt::Key_Return);
+  EXPECT_THAT(answers_, ElementsAre(Answer::cancelled));
+}
+
+TEST_F(SheetTest, AWarningBeginsOnItsWayOutAndReturnAloneLosesNothing) {
+  sheet_ = std::make_unique<SheetWindow>(
+      SheetWindow::Question{"Sure?", "", "Clear", "Cancel", SheetWindow::Style::warning},
+      ChromeServices{dispatch_, screens_, accessibility_, &backdrops_}, nullptr);
+  auto* box = new CheckBox("Pins too", sheet_.get());
+  sheet_->setAccessory(box);
+  sheet_->onFinished = [this](Answer answer) { answers_.push_back(answer); };
+  sheet_->begin();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(sheet_->focusWidget(), button("Cancel"));
+  box->setFocus();
+  QTest::keyClick(box, Qt::Key_Return);
+  EXPECT_THAT(answers_, IsEmpty());
+  button("Cancel")->setFocus();
   QTest::keyClick(button("Cancel"), Qt::Key_Return);
   EXPECT_THAT(answers_, ElementsAre(Answer::cancelled));
 }

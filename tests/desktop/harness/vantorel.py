@@ -130,6 +130,13 @@ class Vantorel:
     # Settings
 
     def set_defaults(self, values):
+    def clear_by_keys(self, pinned_too=False):
+        """Says yes to the question before clearing, which begins on its Cancel."""
+        question = self.desktop.windows.wait_for_title("Clear Clipboard History?")
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(question))
+        for key in ("Tab", "Space", "Tab", "Return") if pinned_too else ("Tab", "Tab", "Return"):
+            self.desktop.keyboard.tap(key)
+
         """Merges settings into the defaults file; the program must not be running."""
         current = {_WELCOMED: True, **self.defaults(), **values}
         os.makedirs(os.path.dirname(self.defaults_file), mode=0o700, exist_ok=True)
