@@ -9,6 +9,7 @@
 #include "app/TextBlock.h"
 #include "chrome/KeyTranslation.h"
 #include "chrome/PushButton.h"
+#include "chrome/SpokenNotice.h"
 
 namespace vantorel {
 namespace {
@@ -39,6 +40,9 @@ ShortcutPanel::ShortcutPanel(const ChromeServices& services, KeyboardGrabs& grab
       grabs_(grabs),
       keyCodeForScanCode_(std::move(keyCodeForScanCode)) {
   setFixedSize(panelSize);
+  // A reader goes where the keyboard is, and reads the window out.
+  setFocusPolicy(Qt::ClickFocus);
+  setFocus();
   // An input method would keep the very keys that switch it.
   setAttribute(Qt::WA_InputMethodEnabled, false);
   build(display);
@@ -51,6 +55,7 @@ ShortcutPanel::ShortcutPanel(const ChromeServices& services, KeyboardGrabs& grab
 ShortcutPanel::~ShortcutPanel() = default;
 
 void ShortcutPanel::build(std::string_view display) {
+  spoken_ = new SpokenNotice(&glass());
   constexpr double titlePoints = 16;
   constexpr double promptPoints = 12.5;
   auto* heading =
@@ -90,6 +95,7 @@ void ShortcutPanel::build(std::string_view display) {
 void ShortcutPanel::setPrompt(std::string_view prompt) {
   prompt_->setText(QString::fromUtf8(prompt.data(), static_cast<qsizetype>(prompt.size())));
   prompt_->setAccessibleName(prompt_->text());
+  if (isVisible()) spoken_->say(prompt_->text());
 }
 
 QString ShortcutPanel::prompt() const { return prompt_->text(); }

@@ -13,6 +13,7 @@
 
 namespace vantorel {
 
+class SpokenNotice;
 class TextBlock;
 
 /// Records a shortcut: every key that is pressed while it is in front comes here, also those that
@@ -58,6 +59,7 @@ class ShortcutPanel : public VantorelPanel {
   KeyboardGrabs& grabs_;
   KeyCodeForScanCode keyCodeForScanCode_;
   TextBlock* prompt_ = nullptr;
+  SpokenNotice* spoken_ = nullptr;
   std::unique_ptr<Observation> grab_;
   std::unique_ptr<Timer> retry_;
   std::unique_ptr<Timer> idle_;

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QVariantAnimation>
 
+#include "chrome/AccessibleRole.h"
 #include "chrome/Geometry.h"
 #include "chrome/ReadableGlassView.h"
 #include "chrome/WindowGlass.h"
@@ -21,6 +22,7 @@ PopoverWindow::PopoverWindow(const QString& title, QSize size, double cornerRadi
       services_(services),
       glass_(new ReadableGlassView(cornerRadius, this)),
       fade_(new QVariantAnimation(this)) {
+  setAccessibleRole(*this, QAccessible::ToolTip);
   setWindowTitle(title);
   setAccessibleName(title);
   setAttribute(Qt::WA_TranslucentBackground);

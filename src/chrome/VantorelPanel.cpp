@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QWindow>
 
+#include "chrome/AccessibleRole.h"
 #include "chrome/WindowGlass.h"
 
 namespace vantorel {
@@ -27,9 +28,10 @@ void sendLeaveEvents(QWidget& window) {
 
 VantorelPanel::VantorelPanel(const QString& title, QSize size, double cornerRadius,
                              const AccessibilityPreferences& accessibility,
-                             const WindowBackdrops* backdrops)
+                             const WindowBackdrops* backdrops, Kind kind)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       glass_(new ReadableGlassView(cornerRadius, this)) {
+  setAccessibleRole(*this, kind == Kind::window ? QAccessible::Window : QAccessible::Dialog);
   setWindowTitle(title);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_QuitOnClose, false);

@@ -17,8 +17,12 @@ class VantorelPanel : public QWidget {
   Q_OBJECT
 
  public:
+  /// What assistive programs know it as. A dialog is read out when it opens.
+  enum class Kind { window, dialog };
+
   VantorelPanel(const QString& title, QSize size, double cornerRadius,
-                const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops);
+                const AccessibilityPreferences& accessibility, const WindowBackdrops* backdrops,
+                Kind kind = Kind::dialog);
 
   /// Sees every key pressed in the panel before anything else does; true swallows it.
   std::function<bool(const QKeyEvent&)> onKeyPress;

@@ -1,6 +1,5 @@
 #include "panel/ClipListView.h"
 
-#include <QAccessible>
 #include <QEvent>
 #include <QHideEvent>
 #include <QInputMethodEvent>
@@ -24,17 +23,6 @@ constexpr double separatorAlpha = 0.16;
 
 Hover hoverOf(bool hovering) { return hovering ? Hover::entered : Hover::exited; }
 
-/// Lets a screen reader say which row has been chosen.
-void announceSelection(ClipRowView& row) {
-  if (!QAccessible::isActive()) return;
-  QAccessibleEvent selected(&row, QAccessible::Selection);
-  QAccessible::updateAccessibility(&selected);
-  // While something is typed, the reader belongs in the search field.
-  if (!row.parentWidget()->hasFocus()) return;
-  QAccessibleEvent focus(&row, QAccessible::Focus);
-  QAccessible::updateAccessibility(&focus);
-}
-
 }  // namespace
 
 ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
@@ -44,7 +32,9 @@ ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
       presenter_(services),
       previews_(services.dispatch,
                 {[this](Uuid id) { return openPreview(id); }, [this] { presenter_.close(); }}),
-      menu_(services, *this) {
+      menu_(services, *this),
+      reader_(*this, services.dispatch,
+              [this] { return selection_ ? row(*selection_) : nullptr; }) {
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
   setAccessibleName(QStringLiteral("Clips"));
@@ -56,6 +46,9 @@ ClipListView::ClipListView(const ChromeServices& services, QWidget* parent)
     previews_.previewHoverChanged(hoverOf(hovering));
   };
   presenter_.onClosed = [this] { previews_.previewClosed(); };
+  reader_.onSay = [this](const QString& text) {
+    if (onSay) onSay(text);
+  };
   menu_.onOpened = [this] {
     if (onMenuOpened) onMenuOpened();
   };
@@ -71,6 +64,7 @@ void ClipListView::setRows(const std::vector<RowContent>& rows,
                            std::optional<std::size_t> boundary) {
   endDrag();
   emptyLabel_->hide();
+  if (!accessibleDescription().isEmpty()) setAccessibleDescription({});
   if (boundary != boundary_) update();
   boundary_ = boundary;
   rowCount_ = rows.size();
@@ -100,13 +94,14 @@ void ClipListView::setEmpty(const QString& sentence) {
   resize(static_cast<int>(ListGeometry::listWidth), static_cast<int>(ListGeometry::emptyHeight));
   emptyLabel_->setText(sentence);
   emptyLabel_->show();
+  if (accessibleDescription() != sentence) setAccessibleDescription(sentence);
+  reader_.tell();
 }
 
 void ClipListView::select(std::optional<std::size_t> index) {
   selection_ = index;
   markSelection();
-  auto* selected = index ? row(*index) : nullptr;
-  if (selected != nullptr) announceSelection(*selected);
+  reader_.tell();
 }
 
 void ClipListView::setThumbnail(Uuid id, SharedBitmap thumbnail) {
@@ -173,7 +168,8 @@ void ClipListView::changeEvent(QEvent* event) {
 
 void ClipListView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  if (auto* selected = selection_ ? row(*selection_) : nullptr) announceSelection(*selected);
+  reader_.forget();
+  reader_.tell();
 }
 
 /// Without input methods a dead key would be lost, and the letter after it come alone.

@@ -12,6 +12,7 @@
 #include "panel/RowContent.h"
 #include "panel/RowMenuPresenter.h"
 #include "panel/RowPreview.h"
+#include "panel/SelectionReader.h"
 
 class QLabel;
 
@@ -37,6 +38,8 @@ class ClipListView : public QWidget {
   std::function<void()> onMenuClosed;
   /// An input method has composed this, or has begun to compose something: then it is empty.
   std::function<void(const QString& text)> onComposed;
+  /// A screen reader should say this: it is where it was, but something else is there.
+  std::function<void(const QString&)> onSay;
   /// A drag wants to see more of the list: so many points further down, up if negative.
   std::function<void(double)> onScroll;
 
@@ -93,6 +96,7 @@ class ClipListView : public QWidget {
   RowPreview previews_;
   RowMenuPresenter menu_;
   std::unique_ptr<PinDrag> drag_;
+  SelectionReader reader_;
 };
 
 }  // namespace vantorel

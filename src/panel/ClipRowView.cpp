@@ -56,6 +56,8 @@ void ClipRowView::setContent(const RowContent& content) {
   }
   pinButton_->setRow(content);
   setAccessibleName(QString::fromStdString(content.accessibilityText));
+  const auto state = content.pinned ? pinState(true) : QString();
+  if (accessibleDescription() != state) setAccessibleDescription(state);
   forgetText();
 }
 

@@ -63,7 +63,9 @@ void FilterMenuPresenter::showSources() {
 }
 
 std::unique_ptr<VantorelMenu> FilterMenuPresenter::menuOf(FilterButton& button) const {
-  return std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops, &button);
+  auto menu = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops, &button);
+  menu->setWindowTitle(button.accessibleName());
+  return menu;
 }
 
 /// The menu stays until the next one is opened or this goes: what it reports may come after its

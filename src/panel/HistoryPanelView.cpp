@@ -17,19 +17,21 @@ constexpr QSize initialSize(static_cast<int>(ListGeometry::panelWidth), 360);
 
 HistoryPanelView::HistoryPanelView(const ChromeServices& services)
     : panel(QStringLiteral("Vantorel"), initialSize, cornerRadius, services.accessibility,
-            services.backdrops),
+            services.backdrops, VantorelPanel::Kind::window),
       searchField(*new SearchField(&panel.glass())),
       typeFilterButton(*new FilterButton(FilterMenus::typeButtonName, &panel.glass())),
       sourceFilterButton(*new FilterButton(FilterMenus::sourceButtonName, &panel.glass())),
       listScrollView(
           *new ElasticScrollView(services.dispatch, services.accessibility, &panel.glass())),
       list(*new ClipListView(services, nullptr)),
+      spoken(*new SpokenNotice(&panel.glass())),
       listHeight_(initialSize.height() - 2 * ListGeometry::margin),
       frame_(toRect(QRect({0, 0}, initialSize))) {
   listScrollView.setFocusPolicy(Qt::NoFocus);
   listScrollView.setWidget(&list);
   list.setAutoFillBackground(false);
   for (QWidget* part : searchBarParts()) part->hide();
+  list.onSay = [this](const QString& text) { spoken.say(text); };
   list.onScroll = [this](double distance) {
     listScrollView.scrollTo(listScrollView.offset() + distance);
   };

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "chrome/ElasticScrollView.h"
+#include "chrome/SpokenNotice.h"
 #include "chrome/VantorelPanel.h"
 #include "panel/ClipListView.h"
 #include "panel/FilterButton.h"
@@ -22,6 +23,7 @@ class HistoryPanelView {
   FilterButton& sourceFilterButton;
   ElasticScrollView& listScrollView;
   ClipListView& list;
+  SpokenNotice& spoken;
 
   [[nodiscard]] ListGeometry::SearchBar searchBar() const { return searchBar_; }
   void setSearchBar(ListGeometry::SearchBar searchBar);

@@ -7,6 +7,16 @@
 #include "panel/ListGeometry.h"
 
 namespace vantorel {
+namespace {
+
+/// What a reader says of the search; the list shows it to the eye.
+QString foundText(std::size_t count) {
+  if (count == 0) return QStringLiteral("No matching clips");
+  if (count == 1) return QStringLiteral("1 clip found");
+  return QStringLiteral("%1 clips found").arg(count);
+}
+
+}  // namespace
 
 ListPresenter::ListPresenter(const ClipStore& store, const PanelServices& services,
                              const DisplayedClips& clips, HistoryPanelView& view)
@@ -22,8 +32,7 @@ ListPresenter::ListPresenter(const ClipStore& store, const PanelServices& servic
 void ListPresenter::show() {
   const auto& items = clips_.items();
   if (items.empty()) {
-    view_.list.setEmpty(clips_.isNarrowed() ? QStringLiteral("No matching clips")
-                                            : QStringLiteral("No clips yet"));
+    view_.list.setEmpty(clips_.isNarrowed() ? foundText(0) : QStringLiteral("No clips yet"));
   } else {
     std::vector<RowContent> rows;
     rows.reserve(items.size());
@@ -33,6 +42,7 @@ void ListPresenter::show() {
     markSelection();
     view_.listScrollView.scrollTo(0);
   }
+  tellFound();
   fitPanel();
 }
 
@@ -44,6 +54,16 @@ void ListPresenter::fitPanel() {
   view_.setListHeight(height);
   view_.setFrame(
       ListGeometry::resized(view_.frame(), ListGeometry::panelHeight(height, searchBar)));
+}
+
+/// Whoever types hears how much is left. The field describes it too, or it would be described by
+/// its own placeholder.
+void ListPresenter::tellFound() {
+  const bool narrowed = clips_.isNarrowed();
+  const auto text = narrowed ? foundText(clips_.items().size()) : QStringLiteral("All clips");
+  if (text == view_.searchField.accessibleDescription()) return;
+  view_.searchField.setAccessibleDescription(text);
+  if (narrowed) view_.spoken.say(text);
 }
 
 void ListPresenter::markSelection() { view_.list.select(clips_.selection()); }

@@ -33,6 +33,7 @@ class ListPresenter {
  private:
   [[nodiscard]] RowContent contentAt(std::size_t index);
   void updateRow(Uuid id);
+  void tellFound();
 
   const ClipStore& store_;
   Dispatch& dispatch_;

@@ -24,10 +24,6 @@ void PinButton::setRow(const RowContent& row) {
   setToolTip(QString::fromStdString(spelledKeys(pinToolTip(row))));
 }
 
-QString PinButton::accessibilityValue() const {
-  return pinned_ ? QStringLiteral("Pinned") : QStringLiteral("Not pinned");
-}
-
 /// A disabled button would swallow every press. Another button than the left one is meant for the
 /// row; the left one is not, or it would paste.
 bool PinButton::event(QEvent* event) {

@@ -6,6 +6,11 @@
 
 namespace vantorel {
 
+/// What a screen reader says of an entry's pin.
+[[nodiscard]] inline QString pinState(bool pinned) {
+  return pinned ? QStringLiteral("Pinned") : QStringLiteral("Not pinned");
+}
+
 /// The pin of a row: shows whether the entry is pinned, and pins or unpins it.
 class PinButton : public SymbolButton {
   Q_OBJECT
@@ -19,7 +24,7 @@ class PinButton : public SymbolButton {
   void setRow(const RowContent& row);
 
   /// What a screen reader says after the name.
-  [[nodiscard]] QString accessibilityValue() const;
+  [[nodiscard]] QString accessibilityValue() const { return pinState(pinned_); }
 
  protected:
   bool event(QEvent* event) override;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QWidget>
+
+namespace vantorel {
+
+/// Has screen readers say a sentence that they would not come across: nothing that the keyboard is
+/// in says it. Nobody sees it. Main thread.
+class SpokenNotice : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit SpokenNotice(QWidget* window);
+
+  void say(const QString& sentence);
+};
+
+}  // namespace vantorel
