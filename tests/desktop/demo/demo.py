@@ -71,9 +71,12 @@ class Demonstration:
             self.clipboard.copy_as("image/png", file.read())
         self._wait_for_entries(4)
         say("Copied a picture.")
+        # The one in front is where the copy came from.
+        self.terminal = applications.Terminal(self.desktop, self._file("typed.txt"),
+                                              stage.terminal_colours(self.desktop))
+        stage.place(self.desktop, self.terminal, 680, 440, 500, 300)
         self.clipboard.copy(COMMAND)
         self._wait_for_entries(5)
-        self.letter = letter
 
     def _copy_the_file(self):
         manager = applications.FileManager(self.desktop, self.desktop.path("Pictures"))
@@ -86,14 +89,11 @@ class Demonstration:
         wait_for("the file to be copied", copied)
 
     def _choose_from_the_panel(self):
-        terminal = applications.Terminal(self.desktop, self._file("typed.txt"),
-                                         stage.terminal_colours(self.desktop))
-        stage.place(self.desktop, terminal, 680, 440, 500, 300)
         self._open_panel()
         self._shoot("panel")
         say("Pressed Super+Shift+V: the panel shows the five copies, newest first.")
         self.keyboard.tap("Return")
-        terminal.wait_for_text(COMMAND)
+        self.terminal.wait_for_text(COMMAND)
         say("Pressed Return: the newest one, a command, arrived in the terminal.")
 
     def _search_and_paste(self):
