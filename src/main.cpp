@@ -18,6 +18,7 @@
 #include "platform/linux/start/ClosedProcess.h"
 #include "platform/linux/start/LargeBlocks.h"
 #include "platform/linux/start/TerminationSignals.h"
+#include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/qt/QtDispatch.h"
 #include "security/HistoryKeychain.h"
@@ -50,9 +51,16 @@ int main(int argc, char** argv) {
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;
 
-  // The adapters speak X11, so the toolkit does too, also where it would choose otherwise. Said
-  // before the first thread: one that reads the environment meanwhile could miss what it looks for.
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
+  // The toolkit would end the process, with advice that helps nobody.
+  if (!X11Connection::open()) {
+    std::fputs("vantorel: no X server answers. Start it in an X11 session, or with Xwayland.\n",
+               stderr);
+    return 1;
+  }
+  // The adapters speak X11, so the toolkit does too, also where it or the login would choose
+  // otherwise. Said before the first thread: one that reads the environment meanwhile could miss
+  // what it looks for.
+  if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) qputenv("QT_QPA_PLATFORM", "xcb");
 
   QtDispatch dispatch;
   const auto quit = [] { QCoreApplication::exit(0); };

@@ -303,6 +303,22 @@ class CommandLine(VantorelTestCase):
         self.vantorel.command("--quit")
         self.assertFalse(self.vantorel.is_on_bus())
 
+    def test_without_an_x_server_it_says_what_it_needs(self):
+        self.assertEqual(self.vantorel.quit(), 0)
+        for display in ("", ":4711"):
+            with self.subTest(display):
+                answer = self.desktop.run([program_path()], {"DISPLAY": display})
+                self.assertEqual(answer.returncode, 1)
+                self.assertIn("Start it in an X11 session", answer.stderr.decode())
+                self.assertEqual(len(answer.stderr.splitlines()), 1, answer.stderr)
+
+    def test_it_speaks_x11_where_the_login_names_another_platform(self):
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.vantorel.process = self.desktop.start("vantorel", [program_path()],
+                                                   {"QT_QPA_PLATFORM": "wayland"})
+        self.vantorel.wait_until_capturing()
+        self.vantorel.copy("over X11")
+
 
 class Signals(VantorelTestCase):
     def test_terminate_and_interrupt_end_it_in_order(self):
