@@ -20,9 +20,9 @@ std::optional<std::string> inflated(ByteView packed) {
       libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
   std::string text(longestText, '\0');
   std::size_t size = 0;
-  if (!inflater || libdeflate_zlib_decompress(inflater.get(), packed.data(), packed.size(),
-                                              text.data(), text.size(),
-                                              &size) != LIBDEFLATE_SUCCESS)
+  if (!inflater ||
+      libdeflate_zlib_decompress(inflater.get(), packed.data(), packed.size(), text.data(),
+                                 text.size(), &size) != LIBDEFLATE_SUCCESS)
     return std::nullopt;
   text.resize(size);
   return text;

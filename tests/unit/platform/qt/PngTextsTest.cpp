@@ -31,9 +31,9 @@ TEST(PngTexts, WhatAToolkitWroteIsRead) {
   image.setText("Long", QString::fromStdString(longText));
   image.setText("Words", QString::fromUtf8("\u05E9\u05DC\u05D5\u05DD"));
   const auto texts = textsOfPng(encoded(image, "png"));
-  EXPECT_EQ(texts, (Texts{{"Thumb::URI", "a: b"},
-                          {"Long", longText},
-                          {"Words", "\u05E9\u05DC\u05D5\u05DD"}}));
+  EXPECT_EQ(
+      texts,
+      (Texts{{"Thumb::URI", "a: b"}, {"Long", longText}, {"Words", "\u05E9\u05DC\u05D5\u05DD"}}));
 }
 
 TEST(PngTexts, EachFormOfThemIsRead) {
@@ -48,10 +48,10 @@ TEST(PngTexts, EachFormOfThemIsRead) {
 }
 
 TEST(PngTexts, TheFirstOfAnyNameCounts) {
-  EXPECT_EQ(textsOfPng(withChunks(png::chunk("tEXt", "name\0one"s) +
-                                  png::chunk("tEXt", "name\0two"s) +
-                                  png::chunk("tEXt", "other\0"s))),
-            (Texts{{"name", "one"}, {"other", ""}}));
+  EXPECT_EQ(
+      textsOfPng(withChunks(png::chunk("tEXt", "name\0one"s) + png::chunk("tEXt", "name\0two"s) +
+                            png::chunk("tEXt", "other\0"s))),
+      (Texts{{"name", "one"}, {"other", ""}}));
 }
 
 TEST(PngTexts, ThoseThatAreDamagedArePassedOver) {
