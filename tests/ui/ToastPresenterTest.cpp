@@ -104,9 +104,9 @@ TEST_F(ToastPresenterTest, IsShownEvenWithoutAScreen) {
 }
 
 TEST_F(ToastPresenterTest, AMessageThatIsALittleTooLongIsCondensed) {
-  presenter_.show("Saved shortcut unavailable. Using ⌘⇧⌥Space.");
+  presenter_.show("Saved shortcut unavailable. Using ⌘⇧V.");
   const auto* label = toasts()[0]->findChild<QLabel*>();
-  EXPECT_EQ(label->text(), "Saved shortcut unavailable. Using Super+Shift+Alt+Space.");
+  EXPECT_EQ(label->text(), "Saved shortcut unavailable. Using Super+Shift+V.");
   EXPECT_LT(label->font().stretch(), 100);
   EXPECT_GE(label->font().stretch(), 80);
   EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), 272);
