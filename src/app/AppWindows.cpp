@@ -109,13 +109,17 @@ void AppWindows::showHelpPanel(bool isFirstLaunch) {
   welcoming_ = isFirstLaunch;
   const HelpPanel::Facts facts{hotKey_.shortcut().display(),
                                desktop_.input.isTrusted(TrustPrompt::none),
-                               launchesAtLogin(desktop_.loginItem), programVersion()};
+                               launchesAtLogin(desktop_.loginItem), programVersion(), language_};
   helpPanel_ = std::make_unique<HelpPanel>(
       chrome_, isFirstLaunch ? HelpPanel::Occasion::firstLaunch : HelpPanel::Occasion::about,
       facts);
   helpPanel_->onChangeShortcut = [this] { showShortcutPanel(); };
   helpPanel_->onAccessibilitySettings = [this] { openAccessibilitySettings(); };
   helpPanel_->onLaunchAtLoginChanged = [this] { helpLaunchAtLoginChanged(); };
+  helpPanel_->onOtherLanguage = [this, isFirstLaunch] {
+    language_ = other(language_);
+    showHelpPanel(isFirstLaunch);
+  };
   helpPanel_->onPrivacyPolicy = [this] { showPrivacyPolicy(); };
   helpPanel_->onClose = [this] { closeHelpPanel(); };
   showInTheMiddle(*helpPanel_, desktop_);
@@ -141,7 +145,7 @@ void AppWindows::helpLaunchAtLoginChanged() {
 
 void AppWindows::showPrivacyPolicy() {
   closePrivacyPolicy();
-  privacyPanel_ = std::make_unique<PrivacyPolicyPanel>(chrome_, bundledPrivacyPolicy());
+  privacyPanel_ = std::make_unique<PrivacyPolicyPanel>(chrome_, language_);
   privacyPanel_->onClose = [this] { closePrivacyPolicy(); };
   showInTheMiddle(*privacyPanel_, desktop_);
 }

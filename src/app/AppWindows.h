@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/HotKeyRegistration.h"
+#include "app/Language.h"
 #include "chrome/ChromeServices.h"
 #include "platform/Desktop.h"
 
@@ -65,6 +66,7 @@ class AppWindows {
   HotKeyRegistration& hotKey_;
   std::unique_ptr<Timer> onboarding_;
   bool welcoming_ = false;
+  Language language_ = userLanguage();  // until the user asks for the other one
   std::unique_ptr<SheetWindow> clearQuestion_;
   std::unique_ptr<ShortcutPanel> shortcutPanel_;
   std::unique_ptr<HelpPanel> helpPanel_;

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "app/TextBlock.h"
+#include "chrome/FocusedButton.h"
+#include "chrome/KeySymbols.h"
 #include "chrome/PushButton.h"
 
 namespace vantorel {
@@ -13,12 +15,20 @@ constexpr double cornerRadius = 22;
 
 }  // namespace
 
-DocumentPanel::DocumentPanel(const QString& title, QSize size, const ChromeServices& services)
+QString shownText(std::string_view text) { return QString::fromStdString(spelledWords(text)); }
+
+DocumentPanel::DocumentPanel(const QString& title, QSize size, Qt::LayoutDirection direction,
+                             const ChromeServices& services)
     : VantorelPanel(title, size, cornerRadius, services.accessibility, services.backdrops) {
-  setLayoutDirection(Qt::RightToLeft);
+  setLayoutDirection(direction);
   onKeyPress = [this](const QKeyEvent& event) {
-    if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter) return false;
-    askToClose();
+    const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!isReturn && event.key() != Qt::Key_Escape) return false;
+    if (auto* button = isReturn ? focusedButton(*this) : nullptr) {
+      button->click();
+    } else {
+      askToClose();
+    }
     return true;
   };
   onCloseRequested = [this] { askToClose(); };

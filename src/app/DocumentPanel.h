@@ -1,7 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 
+#include "app/Language.h"
 #include "chrome/ChromeServices.h"
 #include "chrome/VantorelPanel.h"
 
@@ -9,7 +11,15 @@ namespace vantorel {
 
 class PushButton;
 
-/// A window to read, from right to left. Return asks for its end, as the window manager may.
+[[nodiscard]] constexpr Qt::LayoutDirection directionOf(Language language) {
+  return language == Language::hebrew ? Qt::RightToLeft : Qt::LeftToRight;
+}
+
+/// One of the documents' texts with this computer's words.
+[[nodiscard]] QString shownText(std::string_view text);
+
+/// A window to read. Escape asks for its end, and Return where no button has the keyboard, as the
+/// window manager may.
 /// Main thread.
 class DocumentPanel : public VantorelPanel {
   Q_OBJECT
@@ -19,7 +29,8 @@ class DocumentPanel : public VantorelPanel {
   std::function<void()> onClose;
 
  protected:
-  DocumentPanel(const QString& title, QSize size, const ChromeServices& services);
+  DocumentPanel(const QString& title, QSize size, Qt::LayoutDirection direction,
+                const ChromeServices& services);
 
   void askToClose();
   /// Gives a button the document's font, and something to do.

@@ -5,6 +5,8 @@
 
 #include "app/AppIconFactory.h"
 #include "app/EditSymbolButton.h"
+#include "app/HelpTexts.h"
+#include "app/LinkButton.h"
 #include "app/ShortcutPill.h"
 #include "app/TextBlock.h"
 #include "chrome/CheckBox.h"
@@ -23,6 +25,7 @@ constexpr int topInset = 22;
 constexpr int bottomInset = 20;
 constexpr int textWidth = 390;
 constexpr int iconSide = 62;
+constexpr double versionPoints = 11.5;
 
 // The desktop's own green is not to be had; this one is seen on light and dark.
 const QColor green(0x2f, 0xa8, 0x4f);
@@ -35,7 +38,9 @@ QSize sizeFor(HelpPanel::Occasion occasion) {
 }  // namespace
 
 HelpPanel::HelpPanel(const ChromeServices& services, Occasion occasion, const Facts& facts)
-    : DocumentPanel(QStringLiteral("About Vantorel"), sizeFor(occasion), services) {
+    : DocumentPanel(QStringLiteral("About Vantorel"), sizeFor(occasion),
+                    directionOf(facts.language), services),
+      texts_(HelpTexts::in(facts.language)) {
   // No control is marked before the user asks for one with Tab.
   setFocusPolicy(Qt::ClickFocus);
   setFocus();
@@ -46,22 +51,19 @@ HelpPanel::HelpPanel(const ChromeServices& services, Occasion occasion, const Fa
 void HelpPanel::build(Occasion occasion, const Facts& facts) {
   const bool welcomes = occasion == Occasion::firstLaunch;
   addIcon();
-  add(new TextBlock(
-      welcomes ? QStringLiteral("ברוכים הבאים ל־Vantorel") : QStringLiteral("Vantorel"),
-      {.points = 19, .weight = QFont::Bold}, &glass()));
-  addText(QStringLiteral(
-      "היסטוריית ההעתקות נשמרת מקומית במק שלך.\nטקסטים, תמונות וקבצים זמינים עד שבוע."));
-  addHeading(QStringLiteral("פתיחת החלון"));
+  add(new TextBlock(shownText(welcomes ? texts_.welcomeTitle : texts_.aboutTitle),
+                    {.points = 19, .weight = QFont::Bold, .direction = layoutDirection()},
+                    &glass()));
+  addText(texts_.summary);
+  addHeading(texts_.openingHeading);
   addShortcut(facts.shortcut);
-  addText(
-      QStringLiteral("אפשר להקליד כדי לחפש, לסנן לפי סוג או אפליקציה, ולהשתמש בחצים וב־Enter "
-                     "להדבקה.\nOption + Enter מדביק טקסט ללא עיצוב."));
-  addHeading(QStringLiteral("הדבקה אוטומטית"));
+  addText(texts_.keys);
+  addHeading(texts_.pasteHeading);
   accessibility_ = addButton(new PushButton({}, &glass(), PushButton::Prominence::standard,
                                             PushButton::ControlSize::large),
                              &HelpPanel::onAccessibilitySettings);
   setAutomaticPaste(facts.automaticPaste);
-  launchAtLogin_ = new CheckBox(QStringLiteral("הפעל את Vantorel בעת הכניסה למק"), &glass());
+  launchAtLogin_ = new CheckBox(shownText(texts_.launchAtLogin), &glass());
   launchAtLogin_->setFont(documentFont(12.5));
   connect(launchAtLogin_, &CheckBox::clicked, this, [this] {
     if (onLaunchAtLoginChanged) onLaunchAtLoginChanged();
@@ -69,14 +71,12 @@ void HelpPanel::build(Occasion occasion, const Facts& facts) {
   setLaunchAtLogin(facts.launchAtLogin);
   add(launchAtLogin_);
   if (!welcomes) {
-    addHeading(QStringLiteral("פרטיות ואבטחה"));
-    addText(QStringLiteral(
-        "ההיסטוריה מוצפנת ונשארת במק בלבד.\nאין רשת, ענן, מעקב, אנליטיקה או שיתוף עם צד שלישי."));
-    addButton(new PushButton(QStringLiteral("מדיניות הפרטיות המלאה"), &glass()),
-              &HelpPanel::onPrivacyPolicy);
+    addHeading(texts_.privacyHeading);
+    addText(texts_.privacy);
+    addButton(new PushButton(shownText(texts_.wholePolicy), &glass()), &HelpPanel::onPrivacyPolicy);
   }
   addVersion(facts.version);
-  addButton(new PushButton(welcomes ? QStringLiteral("מתחילים") : QStringLiteral("סגור"), &glass(),
+  addButton(new PushButton(shownText(welcomes ? texts_.begin : texts_.close), &glass(),
                            PushButton::Prominence::primary),
             &HelpPanel::onClose);
 }
@@ -92,17 +92,24 @@ void HelpPanel::addIcon() {
   add(icon);
 }
 
-void HelpPanel::addHeading(const QString& heading) {
-  add(new TextBlock(heading,
+void HelpPanel::addHeading(std::string_view heading) {
+  add(new TextBlock(shownText(heading),
                     {.points = 12.5,
                      .weight = QFont::DemiBold,
-                     .importance = TextBlock::Importance::secondary},
+                     .importance = TextBlock::Importance::secondary,
+                     .direction = layoutDirection()},
                     &glass()),
-      true);
+      Place::heads);
 }
 
-void HelpPanel::addText(const QString& text) {
-  add(new TextBlock(text, {.alignment = Qt::AlignRight, .lines = 3, .width = textWidth}, &glass()));
+void HelpPanel::addText(std::string_view text) {
+  const auto direction = layoutDirection();
+  add(new TextBlock(shownText(text),
+                    {.direction = direction,
+                     .alignment = direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft,
+                     .lines = 3,
+                     .width = textWidth},
+                    &glass()));
 }
 
 void HelpPanel::addShortcut(const std::string& display) {
@@ -122,15 +129,28 @@ void HelpPanel::addShortcut(const std::string& display) {
   add(row);
 }
 
+/// The same in both languages, and so is its direction.
 void HelpPanel::addVersion(const std::string& version) {
-  const auto line = QStringLiteral("Version %1  ·  Made by the Vantorel authors")
+  auto* row = new QWidget(&glass());
+  row->setLayoutDirection(Qt::LeftToRight);
+  const auto line = QStringLiteral("Version %1  ·  Made by the Vantorel authors  ·  ")
                         .arg(QString::fromStdString(version));
-  add(new TextBlock(line,
-                    {.points = 11.5,
-                     .importance = TextBlock::Importance::secondary,
-                     .direction = Qt::LeftToRight},
-                    &glass()),
-      true);
+  auto* credit = new TextBlock(line,
+                               {.points = versionPoints,
+                                .importance = TextBlock::Importance::secondary,
+                                .direction = Qt::LeftToRight},
+                               row);
+  auto* language =
+      new LinkButton(shownText(texts_.otherLanguage), documentFont(versionPoints), row);
+  connect(language, &LinkButton::clicked, this, [this] {
+    if (onOtherLanguage) onOtherLanguage();
+  });
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(credit, 0, Qt::AlignVCenter);
+  layout->addWidget(language, 0, Qt::AlignVCenter);
+  add(row, Place::opensSection);
 }
 
 PushButton* HelpPanel::addButton(PushButton* button, std::function<void()> HelpPanel::*action) {
@@ -141,9 +161,9 @@ PushButton* HelpPanel::addButton(PushButton* button, std::function<void()> HelpP
   return button;
 }
 
-void HelpPanel::add(QWidget* row, bool opensSection) {
+void HelpPanel::add(QWidget* row, Place place) {
   rows_.push_back(row);
-  column_.push_back({0, opensSection});
+  column_.push_back({.opensSection = place != Place::within, .heads = place == Place::heads});
 }
 
 void HelpPanel::layOut(Occasion occasion) {
@@ -170,13 +190,11 @@ void HelpPanel::setShortcut(std::string_view display) {
 }
 
 void HelpPanel::setAutomaticPaste(bool possible) {
-  accessibility_->setText(possible ? QStringLiteral("הרשאת הנגישות פעילה")
-                                   : QStringLiteral("נדרשת הרשאת נגישות"));
+  accessibility_->setText(shownText(possible ? texts_.pasteAllowed : texts_.pasteNotAllowed));
   accessibility_->setTint(possible ? green : VantorelTheme::gold(),
                           possible ? "checkmark.circle.fill" : "exclamationmark.circle.fill");
   accessibility_->setToolTip(
-      possible ? QStringLiteral("שרת התצוגה מאפשר הקשת מקשים (XTEST), ולכן ההדבקה אוטומטית.")
-               : QStringLiteral("שרת התצוגה אינו מאפשר הקשת מקשים (XTEST). אפשר להדביק ידנית."));
+      shownText(possible ? texts_.pasteAllowedWhy : texts_.pasteNotAllowedWhy));
   accessibility_->setAccessibleDescription(accessibility_->toolTip());
 }
 

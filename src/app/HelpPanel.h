@@ -12,11 +12,12 @@
 namespace vantorel {
 
 class CheckBox;
+struct HelpTexts;
 class PushButton;
 class ShortcutPill;
 
-/// What the program does and how it is used, in Hebrew: at the first start to welcome, later to
-/// look things up. Main thread.
+/// What the program does and how it is used: at the first start to welcome, later to look things
+/// up. Main thread.
 class HelpPanel : public DocumentPanel {
   Q_OBJECT
 
@@ -28,6 +29,7 @@ class HelpPanel : public DocumentPanel {
     bool automaticPaste = false;
     std::optional<bool> launchAtLogin;  // absent where the desktop cannot
     std::string version;
+    Language language = Language::hebrew;
   };
 
   HelpPanel(const ChromeServices& services, Occasion occasion, const Facts& facts);
@@ -37,6 +39,8 @@ class HelpPanel : public DocumentPanel {
   /// The check box was pressed; what it has to show comes by `setLaunchAtLogin`.
   std::function<void()> onLaunchAtLoginChanged;
   std::function<void()> onPrivacyPolicy;
+  /// The same is wanted in the other language.
+  std::function<void()> onOtherLanguage;
 
   void setShortcut(std::string_view display);
   void setAutomaticPaste(bool possible);
@@ -45,14 +49,16 @@ class HelpPanel : public DocumentPanel {
  private:
   void build(Occasion occasion, const Facts& facts);
   void addIcon();
-  void addHeading(const QString& heading);
-  void addText(const QString& text);
+  void addHeading(std::string_view heading);
+  void addText(std::string_view text);
   void addShortcut(const std::string& display);
   void addVersion(const std::string& version);
   PushButton* addButton(PushButton* button, std::function<void()> HelpPanel::*action);
-  void add(QWidget* row, bool opensSection = false);
+  enum class Place { within, opensSection, heads };
+  void add(QWidget* row, Place place = Place::within);
   void layOut(Occasion occasion);
 
+  const HelpTexts& texts_;
   std::vector<QWidget*> rows_;
   std::vector<ColumnRow> column_;
   ShortcutPill* shortcut_ = nullptr;

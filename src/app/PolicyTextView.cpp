@@ -1,5 +1,6 @@
 #include "app/PolicyTextView.h"
 
+#include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -32,18 +33,21 @@ LineKind kindOf(const QStringList& lines, qsizetype index) {
   return first && !alone ? LineKind::heading : LineKind::text;
 }
 
-QTextBlockFormat blockFormat(LineKind kind) {
-  constexpr double itemIndent = 14;
+QTextBlockFormat blockFormat(LineKind kind, Qt::LayoutDirection direction) {
   constexpr double itemGap = 3;
   constexpr double headingGap = 4;
   constexpr double textGap = 5;
   QTextBlockFormat format;
-  format.setLayoutDirection(Qt::RightToLeft);
-  format.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+  const bool toTheLeft = direction == Qt::RightToLeft;
+  format.setLayoutDirection(direction);
+  format.setAlignment((toTheLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute);
   if (kind != LineKind::gap) format.setLineHeight(linePitch, QTextBlockFormat::FixedHeight);
   if (kind == LineKind::item) {
     // The lines of an item hang below its first word, not below its dot.
-    format.setRightMargin(itemIndent);
+    const double itemIndent =
+        QFontMetricsF(documentFont(textPoints)).horizontalAdvance(bullet + u' ');
+    (format.*(toTheLeft ? &QTextBlockFormat::setRightMargin : &QTextBlockFormat::setLeftMargin))(
+        itemIndent);
     format.setTextIndent(-itemIndent);
     format.setTopMargin(itemGap);
   }
@@ -87,9 +91,10 @@ QAbstractSlider::SliderAction movementOf(const QKeyEvent& event) {
 
 }  // namespace
 
-PolicyTextView::PolicyTextView(const QString& text, QWidget* parent) : QTextEdit(parent) {
+PolicyTextView::PolicyTextView(const QString& text, Qt::LayoutDirection direction, QWidget* parent)
+    : QTextEdit(parent) {
   setUp();
-  showText(text);
+  showText(text, direction);
   styleScrollBar();
 }
 
@@ -103,17 +108,16 @@ void PolicyTextView::setUp() {
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   viewport()->setAutoFillBackground(false);
-  setAccessibleName(QStringLiteral("מדיניות הפרטיות"));
 }
 
-void PolicyTextView::showText(const QString& text) {
+void PolicyTextView::showText(const QString& text, Qt::LayoutDirection direction) {
   document()->setDocumentMargin(0);
   const auto lines = text.trimmed().split(u'\n');
   QTextCursor cursor(document());
   for (qsizetype i = 0; i < lines.size(); ++i) {
     const auto kind = kindOf(lines, i);
     if (i > 0) cursor.insertBlock();
-    cursor.setBlockFormat(blockFormat(kind));
+    cursor.setBlockFormat(blockFormat(kind, direction));
     cursor.setBlockCharFormat(charFormat(kind));
     cursor.insertText(lines[i], charFormat(kind));
   }

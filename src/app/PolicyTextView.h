@@ -4,7 +4,7 @@
 
 namespace vantorel {
 
-/// A long text to read, from right to left, on whatever is behind it. It can be selected, copied
+/// A long text to read, on whatever is behind it. It can be selected, copied
 /// and scrolled with the keyboard.
 ///
 /// Paragraphs are parted by empty lines. The first line of a paragraph is its heading when it is
@@ -16,7 +16,7 @@ class PolicyTextView : public QTextEdit {
   /// The text itself.
   static constexpr int textWidth = 444;
 
-  PolicyTextView(const QString& text, QWidget* parent);
+  PolicyTextView(const QString& text, Qt::LayoutDirection direction, QWidget* parent);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -26,7 +26,7 @@ class PolicyTextView : public QTextEdit {
 
  private:
   void setUp();
-  void showText(const QString& text);
+  void showText(const QString& text, Qt::LayoutDirection direction);
   void styleScrollBar();
 };
 

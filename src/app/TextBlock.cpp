@@ -12,8 +12,7 @@ namespace vantorel {
 namespace {
 
 // Of the font's size. Fonts that serve many scripts claim more than Hebrew and Latin need.
-constexpr double pitchOfLines = 1.32;
-constexpr double pitchOfOneLine = 1.2;
+constexpr double pitchOfLines = 1.2;
 
 /// How far letters would reach below a line of `pitch` if the font's whole height stood in its
 /// middle.
@@ -43,8 +42,7 @@ TextBlock::TextBlock(const QString& text, const Style& style, QWidget* parent)
 }
 
 int TextBlock::linePitch() const {
-  return static_cast<int>(
-      std::ceil(style_.points * (style_.lines > 1 ? pitchOfLines : pitchOfOneLine)));
+  return static_cast<int>(std::ceil(style_.points * pitchOfLines));
 }
 
 QSize TextBlock::sizeHint() const {

@@ -26,6 +26,17 @@ const ModifierKey* modifierAtStart(std::string_view text) {
   return nullptr;
 }
 
+struct Word {
+  std::string_view written;
+  std::string_view here;
+};
+
+constexpr std::array words = {
+    Word{"Option", "Alt"},
+    Word{"במק", "במחשב"},
+    Word{"למק", "למחשב"},
+};
+
 /// Whether `text` goes on with the key that the modifiers are held for: anything printed but
 /// punctuation that ends a phrase.
 bool startsWithKey(std::string_view text) {
@@ -52,6 +63,17 @@ std::string spelledKeys(std::string_view text) {
     if (!chord.empty() && startsWithKey(text)) result += '+';
     result += text.front();
     text.remove_prefix(1);
+  }
+  return result;
+}
+
+std::string spelledWords(std::string_view text) {
+  auto result = spelledKeys(text);
+  for (const auto& word : words) {
+    for (auto at = result.find(word.written); at != std::string::npos;
+         at = result.find(word.written, at + word.here.size())) {
+      result.replace(at, word.written.size(), word.here);
+    }
   }
   return result;
 }

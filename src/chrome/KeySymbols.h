@@ -14,4 +14,8 @@ namespace vantorel {
 /// symbols comes back as it is, so any message may be passed.
 [[nodiscard]] std::string spelledKeys(std::string_view text);
 
+/// The same for the texts of the program itself, which also name keys and the computer by words:
+/// "Option" becomes "Alt". Not for what may hold other people's names.
+[[nodiscard]] std::string spelledWords(std::string_view text);
+
 }  // namespace vantorel

@@ -11,6 +11,7 @@
 
 #include "app/AppIconFactory.h"
 #include "app/EditSymbolButton.h"
+#include "app/LinkButton.h"
 #include "app/ShortcutPill.h"
 #include "app/TextBlock.h"
 #include "chrome/CheckBox.h"
@@ -71,11 +72,11 @@ TEST_F(HelpPanelTest, TheFirstLaunchWelcomesAndSaysNothingOfPrivacyYet) {
   EXPECT_EQ(panel.size(), QSize(470, 438));
   EXPECT_THAT(texts<TextBlock>(),
               ElementsAre("ברוכים הבאים ל־Vantorel",
-                          "היסטוריית ההעתקות נשמרת מקומית במק שלך.\nטקסטים, תמונות וקבצים זמינים "
+                          "היסטוריית ההעתקות נשמרת מקומית במחשב שלך.\nטקסטים, תמונות וקבצים זמינים "
                           "עד שבוע.",
                           "פתיחת החלון",
                           "אפשר להקליד כדי לחפש, לסנן לפי סוג או אפליקציה, ולהשתמש בחצים וב־Enter "
-                          "להדבקה.\nOption + Enter מדביק טקסט ללא עיצוב.",
+                          "להדבקה.\nAlt + Enter מדביק טקסט ללא עיצוב.",
                           "הדבקה אוטומטית", StartsWith("Version 4.5.6  ·  ")));
   EXPECT_THAT(texts<PushButton>(), ElementsAre("הרשאת הנגישות פעילה", "מתחילים"));
 }
@@ -86,7 +87,7 @@ TEST_F(HelpPanelTest, AboutHasAllSectionsThePlainTitleAndClose) {
   const auto all = texts<TextBlock>();
   EXPECT_EQ(all.front(), "Vantorel");
   EXPECT_THAT(all, Contains("פרטיות ואבטחה"));
-  EXPECT_THAT(all, Contains("ההיסטוריה מוצפנת ונשארת במק בלבד.\nאין רשת, ענן, מעקב, אנליטיקה או "
+  EXPECT_THAT(all, Contains("ההיסטוריה מוצפנת ונשארת במחשב בלבד.\nאין רשת, ענן, מעקב, אנליטיקה או "
                             "שיתוף עם צד שלישי."));
   EXPECT_THAT(texts<PushButton>(),
               ElementsAre("הרשאת הנגישות פעילה", "מדיניות הפרטיות המלאה", "סגור"));
@@ -106,6 +107,83 @@ TEST_F(HelpPanelTest, ReturnClosesItWhateverControlHasTheKeyboard) {
   QTest::keyClick(panel_->windowHandle(), Qt::Key_Return);
   EXPECT_EQ(closes_, 1);
   EXPECT_FALSE(panel_->findChild<CheckBox*>()->isChecked());
+}
+
+TEST_F(HelpPanelTest, ReturnOnAButtonPressesThatButton) {
+  auto& panel = showAbout();
+  int asked = 0;
+  panel.onPrivacyPolicy = [&asked] { ++asked; };
+  button("מדיניות הפרטיות המלאה").setFocus();
+  QTest::keyClick(panel.windowHandle(), Qt::Key_Return);
+  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(closes_, 0);
+}
+
+TEST_F(HelpPanelTest, EscapeClosesItWhateverHasTheKeyboard) {
+  showAbout();
+  button("מדיניות הפרטיות המלאה").setFocus();
+  QTest::keyClick(panel_->windowHandle(), Qt::Key_Escape);
+  EXPECT_EQ(closes_, 1);
+}
+
+TEST_F(HelpPanelTest, HeadingsStandCloserToWhatTheyHead) {
+  for (const auto occasion : {HelpPanel::Occasion::firstLaunch, HelpPanel::Occasion::about}) {
+    show(occasion, facts_);
+    const auto rows = panel_->glass().findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    const auto gapBelow = [&](qsizetype row) {
+      return rows[row + 1]->y() - rows[row]->geometry().bottom() - 1;
+    };
+    for (qsizetype row = 1; row + 1 < rows.size(); ++row) {
+      const auto* text = qobject_cast<const TextBlock*>(rows[row]);
+      if (text == nullptr || text->style().points != 12.5) continue;
+      EXPECT_LE(gapBelow(row), 4) << text->text().toStdString();
+      EXPECT_GE(gapBelow(row - 1), 8) << text->text().toStdString();
+    }
+  }
+}
+
+TEST_F(HelpPanelTest, TheCreditLineLeadsToTheOtherLanguage) {
+  auto& panel = showAbout();
+  int asked = 0;
+  panel.onOtherLanguage = [&asked] { ++asked; };
+  auto* link = panel.findChild<LinkButton*>();
+  EXPECT_EQ(link->text(), "English");
+  link->setFocus();
+  QTest::keyClick(panel.windowHandle(), Qt::Key_Return);
+  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(closes_, 0);
+}
+
+TEST_F(HelpPanelTest, InEnglishItSaysTheSameFromLeftToRight) {
+  for (const auto occasion : {HelpPanel::Occasion::firstLaunch, HelpPanel::Occasion::about}) {
+    facts_.language = Language::hebrew;
+    show(occasion, facts_);
+    const auto hebrew = texts<TextBlock>();
+    const auto buttons = texts<PushButton>().size();
+    const auto size = panel_->size();
+    facts_.language = Language::english;
+    const auto& panel = show(occasion, facts_);
+    EXPECT_EQ(panel.size(), size);
+    EXPECT_EQ(panel.layoutDirection(), Qt::LeftToRight);
+    EXPECT_EQ(panel.findChild<LinkButton*>()->text(), "עברית");
+    const auto english = texts<TextBlock>();
+    ASSERT_EQ(english.size(), hebrew.size());
+    EXPECT_EQ(texts<PushButton>().size(), buttons);
+    const auto blocks = panel.findChildren<TextBlock*>();
+    for (std::size_t i = 0; i < hebrew.size(); ++i) {
+      EXPECT_EQ(std::count(english[i].begin(), english[i].end(), '\n'),
+                std::count(hebrew[i].begin(), hebrew[i].end(), '\n'));
+      for (const char* key : {"Enter", "Alt", "Vantorel", "4.5.6"}) {
+        EXPECT_EQ(english[i].find(key) == std::string::npos,
+                  hebrew[i].find(key) == std::string::npos)
+            << english[i];
+      }
+      for (const char letter : english[i]) EXPECT_NE(letter & 0xf8, 0xd0) << english[i];
+      const auto* block = blocks[static_cast<qsizetype>(i)];
+      EXPECT_EQ(block->style().direction, Qt::LeftToRight);
+      EXPECT_FALSE(block->brokenLines().back().endsWith(u'…')) << english[i];
+    }
+  }
 }
 
 TEST_F(HelpPanelTest, TheCloseButtonAndTheWindowManagerCloseIt) {
@@ -152,14 +230,14 @@ TEST_F(HelpPanelTest, ALineThatBeginsWithLatinLettersBeginsAtTheRightToo) {
   const auto& panel = showFirst();
   const auto blocks = panel.findChildren<TextBlock*>();
   const auto found = std::find_if(blocks.begin(), blocks.end(), [](const auto* block) {
-    return block->text().contains("Option + Enter");
+    return block->text().contains("Alt + Enter");
   });
   ASSERT_NE(found, blocks.end());
   const auto* block = *found;
   EXPECT_EQ(block->width(), 390);
   const auto lines = block->brokenLines();
   ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(lines[2], "Option + Enter מדביק טקסט ללא עיצוב.");
+  EXPECT_EQ(lines[2], "Alt + Enter מדביק טקסט ללא עיצוב.");
   // The Latin word alone would be mirrored were the line's direction taken from it: the full stop
   // at the end of the line has to stand at the far left.
   QImage image(block->size(), QImage::Format_ARGB32_Premultiplied);
@@ -223,7 +301,7 @@ TEST_F(HelpPanelTest, TheButtonSaysWhetherPastingIsPossible) {
 TEST_F(HelpPanelTest, TheCheckBoxShowsWhatHoldsAndIsOffWhereNothingCanBeDone) {
   auto& panel = showFirst();
   auto* box = panel.findChild<CheckBox*>();
-  EXPECT_EQ(box->text(), "הפעל את Vantorel בעת הכניסה למק");
+  EXPECT_EQ(box->text(), "הפעל את Vantorel בעת הכניסה למחשב");
   EXPECT_FALSE(box->isChecked());
   int asked = 0;
   panel.onLaunchAtLoginChanged = [&] {
@@ -252,13 +330,14 @@ TEST_F(HelpPanelTest, EveryControlIsReachedWithTabAndNoneIsMarkedAtFirst) {
   auto& panel = showAbout();
   EXPECT_EQ(panel.focusWidget(), &panel);
   std::vector<QWidget*> reached;
-  for (int i = 0; i < 5; ++i) {
+  for (int i = 0; i < 6; ++i) {
     QTest::keyClick(panel.windowHandle(), Qt::Key_Tab);
     reached.push_back(panel.focusWidget());
   }
-  EXPECT_THAT(reached, ElementsAre(panel.findChild<EditSymbolButton*>(),
-                                   &button("הרשאת הנגישות פעילה"), panel.findChild<CheckBox*>(),
-                                   &button("מדיניות הפרטיות המלאה"), &button("סגור")));
+  EXPECT_THAT(reached,
+              ElementsAre(panel.findChild<EditSymbolButton*>(), &button("הרשאת הנגישות פעילה"),
+                          panel.findChild<CheckBox*>(), &button("מדיניות הפרטיות המלאה"),
+                          panel.findChild<LinkButton*>(), &button("סגור")));
 }
 
 TEST(AppIconFactory, HasTheProgramsIconAndNothingElse) {

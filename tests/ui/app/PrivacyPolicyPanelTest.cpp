@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextLayout>
 #include <QWindow>
 
 #include "app/PolicyTextView.h"
@@ -37,7 +38,7 @@ class PrivacyPolicyPanelTest : public testing::Test {
   FakeAccessibilityPreferences accessibility;
   FakeWindowBackdrops backdrops;
   PrivacyPolicyPanel panel{ChromeServices{dispatch, screens, accessibility, &backdrops},
-                           bundledPrivacyPolicy()};
+                           Language::hebrew};
   int closes = 0;
 };
 
@@ -49,9 +50,9 @@ TEST_F(PrivacyPolicyPanelTest, ShowsTheWholeBundledPolicy) {
   ASSERT_EQ(blocks.size(), 2);
   EXPECT_EQ(blocks[0]->text(), "מדיניות הפרטיות");
   EXPECT_EQ(blocks[1]->text(), "מקומי  ·  מוצפן  ·  ללא מעקב");
-  EXPECT_EQ(text().toPlainText().toStdString() + "\n", bundledPrivacyPolicy());
-  EXPECT_GT(bundledPrivacyPolicy().size(), 2000U);
-  EXPECT_TRUE(QString::fromStdString(bundledPrivacyPolicy()).isValidUtf16());
+  EXPECT_EQ(text().toPlainText().toStdString() + "\n", bundledPrivacyPolicy(Language::hebrew));
+  EXPECT_GT(bundledPrivacyPolicy(Language::hebrew).size(), 2000U);
+  EXPECT_TRUE(QString::fromStdString(bundledPrivacyPolicy(Language::hebrew)).isValidUtf16());
 }
 
 TEST_F(PrivacyPolicyPanelTest, EverythingStandsInItsPlace) {
@@ -79,6 +80,11 @@ TEST_F(PrivacyPolicyPanelTest, EveryLineIsLaidOutFromRightToLeft) {
     EXPECT_EQ(block.textDirection(), Qt::RightToLeft) << block.text().toStdString();
     EXPECT_TRUE(block.blockFormat().alignment() & Qt::AlignRight);
   }
+}
+
+TEST_F(PrivacyPolicyPanelTest, EscapeClosesIt) {
+  press(Qt::Key_Escape);
+  EXPECT_EQ(closes, 1);
 }
 
 TEST_F(PrivacyPolicyPanelTest, ReturnClosesIt) {
@@ -120,8 +126,69 @@ TEST_F(PrivacyPolicyPanelTest, ItsTextIsReadAndNotWritten) {
   EXPECT_TRUE(text().textInteractionFlags() & Qt::TextSelectableByMouse);
 }
 
+/// What kind of line each one is: nothing, an item, or words.
+std::string shapeOf(const std::string& policy) {
+  std::string shape;
+  const auto lines = QString::fromStdString(policy).split(u'\n');
+  for (const auto& line : lines) {
+    shape += line.isEmpty() ? ' ' : line.startsWith(u'•') ? '*' : 'x';
+  }
+  return shape;
+}
+
+TEST(PrivacyPolicies, SayTheSameInBothLanguages) {
+  const auto hebrew = bundledPrivacyPolicy(Language::hebrew);
+  const auto english = bundledPrivacyPolicy(Language::english);
+  EXPECT_EQ(shapeOf(english), shapeOf(hebrew));
+  const auto hebrewLines = QString::fromStdString(hebrew).split(u'\n');
+  const auto englishLines = QString::fromStdString(english).split(u'\n');
+  for (qsizetype i = 0; i < hebrewLines.size() && i < englishLines.size(); ++i) {
+    // Names that are the same in every language, and numbers.
+    for (const char* name :
+         {"RTF", "HTML", "Ignore Password Managers", "ClipHistory", "AES-GCM", "Vantorel", "Delete",
+          "Clear History", "Pause History", "PRIMARY", "autostart", "12", "256", "50", "150"}) {
+      EXPECT_EQ(englishLines[i].contains(name), hebrewLines[i].contains(name))
+          << name << " in line " << i;
+    }
+    for (const QChar letter : englishLines[i]) EXPECT_NE(letter.script(), QChar::Script_Hebrew);
+  }
+}
+
+TEST(PrivacyPolicies, AreLaidOutTheWayTheyAreRead) {
+  ManualDispatch dispatch;
+  FakeScreens screens;
+  FakeAccessibilityPreferences accessibility;
+  FakeWindowBackdrops backdrops;
+  const PrivacyPolicyPanel panel(ChromeServices{dispatch, screens, accessibility, &backdrops},
+                                 Language::english);
+  EXPECT_EQ(panel.windowTitle(), "Privacy Policy");
+  EXPECT_EQ(panel.layoutDirection(), Qt::LeftToRight);
+  EXPECT_EQ(panel.findChild<PushButton*>()->text(), "Close");
+  const auto* text = panel.findChild<PolicyTextView*>();
+  for (auto block = text->document()->begin(); block.isValid(); block = block.next()) {
+    EXPECT_EQ(block.textDirection(), Qt::LeftToRight) << block.text().toStdString();
+    EXPECT_TRUE(block.blockFormat().alignment() & Qt::AlignLeft);
+  }
+}
+
+TEST(PolicyTextView, TheLinesOfAnItemHangBelowItsFirstWord) {
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    const QString word = direction == Qt::LeftToRight ? "word " : "מילה ";
+    PolicyTextView view("• " + word.repeated(60), direction, nullptr);
+    view.document()->setTextWidth(300);
+    EXPECT_GT(view.document()->size().height(), 100);
+    const auto block = view.document()->firstBlock();
+    const auto* layout = block.layout();
+    ASSERT_GT(layout->lineCount(), 2);
+    // Where the first word begins, and where the second line does.
+    const auto first = layout->lineAt(0);
+    const auto second = layout->lineAt(1);
+    EXPECT_NEAR(first.cursorToX(2), second.cursorToX(second.textStart()), 1.0);
+  }
+}
+
 TEST(PolicyTextView, FirstLinesOfParagraphsAreHeadings) {
-  const PolicyTextView view("אחת\nשתיים\n\nשלוש\n\n• ארבע\n• חמש", nullptr);
+  const PolicyTextView view("אחת\nשתיים\n\nשלוש\n\n• ארבע\n• חמש", Qt::RightToLeft, nullptr);
   const auto weightOf = [&view](int line) {
     const auto block = view.document()->findBlockByNumber(line);
     return block.begin().fragment().charFormat().fontWeight();

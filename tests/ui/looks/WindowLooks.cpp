@@ -55,10 +55,12 @@ struct Alone {
   std::unique_ptr<Window> window;
 };
 
-std::shared_ptr<void> help(HelpPanel::Occasion occasion, bool automaticPaste, bool launchAtLogin) {
+std::shared_ptr<void> help(HelpPanel::Occasion occasion, bool automaticPaste, bool launchAtLogin,
+                           Language language = Language::hebrew) {
   auto alone = std::make_shared<Alone<HelpPanel>>();
   alone->window = std::make_unique<HelpPanel>(
-      alone->services, occasion, HelpPanel::Facts{"⌘⇧V", automaticPaste, launchAtLogin, "0.1.0"});
+      alone->services, occasion,
+      HelpPanel::Facts{"⌘⇧V", automaticPaste, launchAtLogin, "0.1.0", language});
   alone->window->makeKeyAndOrderFront();
   return alone;
 }
@@ -78,9 +80,9 @@ void refuseAKey(Application& application) {
 }
 
 /// Somewhere in the policy, from nought to one.
-std::shared_ptr<void> policy(double place) {
+std::shared_ptr<void> policy(double place, Language language = Language::hebrew) {
   auto alone = std::make_shared<Alone<PrivacyPolicyPanel>>();
-  alone->window = std::make_unique<PrivacyPolicyPanel>(alone->services, bundledPrivacyPolicy());
+  alone->window = std::make_unique<PrivacyPolicyPanel>(alone->services, language);
   alone->window->makeKeyAndOrderFront();
   QCoreApplication::processEvents();
   auto* scroller = alone->window->findChild<PolicyTextView*>()->verticalScrollBar();
@@ -115,6 +117,11 @@ std::vector<Look> windowLooks() {
       {"welcome", [] { return help(HelpPanel::Occasion::firstLaunch, true, false); }},
       {"about", [] { return help(HelpPanel::Occasion::about, true, true); }},
       {"about-without-paste", [] { return help(HelpPanel::Occasion::about, false, false); }},
+      {"welcome-english",
+       [] { return help(HelpPanel::Occasion::firstLaunch, true, false, Language::english); }},
+      {"about-english",
+       [] { return help(HelpPanel::Occasion::about, true, true, Language::english); }},
+      {"policy-english", [] { return policy(0, Language::english); }},
       {"policy", [] { return policy(0); }},
       {"policy-middle", [] { return policy(0.5); }},
       look("clear-question",

@@ -34,6 +34,16 @@ TEST(ColumnLayout, RowsNeverOverlap) {
   EXPECT_THAT(columnTops({{10}, {10}, {10}}, 5, 12), ElementsAre(0, 10, 20));
 }
 
+TEST(ColumnLayout, AHeadingStandsCloserToWhatItHeads) {
+  EXPECT_THAT(columnTops({{10}, {10, true, true}, {10}}, 8, 50), ElementsAre(0, 26, 40));
+}
+
+TEST(ColumnLayout, EachGapGivesWhatFallsToIt) {
+  // A third of twelve points is missing.
+  EXPECT_THAT(columnTops({{10}, {10, true, true}, {10}}, 8, 38), ElementsAre(0, 16, 28));
+  EXPECT_THAT(columnTops({{10}, {10, true, true}, {10}}, 2, 34), ElementsAre(0, 12, 24));
+}
+
 TEST(ColumnLayout, OneRowAndNone) {
   EXPECT_THAT(columnTops({{10}}, 5, 100), ElementsAre(0));
   EXPECT_THAT(columnTops({}, 5, 100), IsEmpty());

@@ -34,6 +34,12 @@ TEST(KeySymbols, ASymbolWithoutAKeyEndsWithoutAPlus) {
   EXPECT_EQ(spelledKeys("⌘ and (⌥)"), "Ctrl and (Alt)");
 }
 
+TEST(KeySymbols, WordsOfAnotherKeyboardAndComputerAreThisOnes) {
+  EXPECT_EQ(spelledWords("Option + Enter מדביק, ⌘P"), "Alt + Enter מדביק, Ctrl+P");
+  EXPECT_EQ(spelledWords("נשמרת במק שלך, בעת הכניסה למק."), "נשמרת במחשב שלך, בעת הכניסה למחשב.");
+  EXPECT_EQ(spelledKeys("Option excluded from history."), "Option excluded from history.");
+}
+
 TEST(KeySymbols, OtherTextComesBackAsItIs) {
   EXPECT_EQ(spelledKeys(""), "");
   EXPECT_EQ(spelledKeys("Up to 5 pins. Unpin an item first."),
