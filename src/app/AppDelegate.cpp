@@ -55,7 +55,9 @@ AppDelegate::AppDelegate(const Desktop& desktop)
 
 AppDelegate::~AppDelegate() = default;
 
-void AppDelegate::applicationDidFinishLaunching() {
+void AppDelegate::applicationDidFinishLaunching(StartedBy who) {
+  // A log-in starts it the way that the version starts which made the item.
+  startedByHand_ = who == StartedBy::hand && !desktop_.loginItem.renewItem();
   statusItem_.configureMenuBar();
   configureHotKey();
   hotKey_.registerHotKey();
@@ -68,7 +70,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     show(storageUnavailable);
   }
   lookForTrouble();
-  windows_.showFirstLaunchHelpIfNeeded();
+  if (who != StartedBy::login) windows_.showFirstLaunchHelpIfNeeded();
   warmUp();
 }
 
@@ -114,6 +116,9 @@ void AppDelegate::configureServices() {
 }
 
 void AppDelegate::configureWindows() {
+  statusItem_.onUnseen = [this] {
+    if (startedByHand_ && !windows_.isWelcoming()) applicationShouldHandleReopen();
+  };
   windows_.onNotice = [this](std::string_view notice) { show(notice); };
   windows_.onToggleLaunchAtLogin = [this] { toggleLaunchAtLogin(); };
   windows_.onClear = [this](bool includingPinned) { clearHistory(includingPinned); };

@@ -33,7 +33,13 @@ class AppDelegate : public ApplicationCommands {
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
 
-  void applicationDidFinishLaunching();
+  /// Who started the program.
+  enum class StartedBy {
+    hand,     // with nothing else in mind: where no bar shows that it runs, the panel does
+    command,  // that it was given, and does later
+    login,    // nobody: nothing is shown, not even the welcome
+  };
+  void applicationDidFinishLaunching(StartedBy who = StartedBy::command);
   /// Stops timers and observers and gives the shortcut back. The history has been saved after
   /// every change that could be saved.
   void applicationWillTerminate();
@@ -99,6 +105,7 @@ class AppDelegate : public ApplicationCommands {
   StatusItemController statusItem_;
   TroubleReporter trouble_;
   AppWindows windows_;
+  bool startedByHand_ = false;
   Lifetime life_;
 };
 

@@ -62,8 +62,8 @@ std::string_view CommandLine::helpText() {
   return R"(Usage: vantorel [COMMAND]
 
 Vantorel keeps a private, encrypted history of what you copy and pastes any of
-it again. Without a command it starts in the background; if it is running
-already, its history panel is shown.
+it again. Without a command it starts, and shows its history panel where no tray
+shows that it runs; if it is running already, the panel is shown.
 
 Commands for the running Vantorel, for keys and launchers of your desktop:
   --toggle     show or hide the history panel
@@ -92,6 +92,7 @@ If the history cannot be opened, because the keyring was lost or replaced:
                keep the old history beside itself and begin a new one
 
 Other:
+  --background start without showing anything, as at log-in
   --check      say what this desktop gives Vantorel, what is missing and what
                to install; exit status 1 when something needed is missing
   --version    print the version and exit

@@ -20,6 +20,8 @@ void includeApp(Application& application, const std::string& bundleIdentifier) {
   application.removeExcludedApp(bundleIdentifier);
 }
 
+void doNothing(Application& /*application*/, const std::string& /*argument*/) {}
+
 constexpr std::array table = {
     CommandEntry{Command::toggle, "toggle", "Open Vantorel", call<&Application::openHistory>},
     CommandEntry{Command::search, "search", "Search & Filter…", call<&Application::openSearch>},
@@ -45,6 +47,8 @@ constexpr std::array table = {
     CommandEntry{Command::newHistory, "new-history", "", call<&Application::startNewHistory>},
     CommandEntry{Command::about, "about", "About Vantorel", call<&Application::showAbout>},
     CommandEntry{Command::quit, "quit", "Quit Vantorel", call<&Application::quit>},
+    // Whoever runs already is in the background.
+    CommandEntry{Command::background, "background", "", doNothing},
     CommandEntry{Command::check, "check", "", nullptr},
     CommandEntry{Command::version, "version", "", nullptr},
     CommandEntry{Command::help, "help", "", nullptr},

@@ -29,6 +29,7 @@ enum class Command {
   newHistory,
   about,
   quit,
+  background,  // starts without showing anything
   check,
   version,
   help,

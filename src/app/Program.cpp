@@ -4,13 +4,22 @@
 #include <cstdio>
 #include <utility>
 
-#include "app/AppDelegate.h"
 #include "app/AppIconFactory.h"
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "platform/ApplicationId.h"
 
 namespace vantorel {
+namespace {
+
+using StartedBy = AppDelegate::StartedBy;
+
+StartedBy starter(const ActionRequest& first) {
+  if (first == ActionRequest()) return StartedBy::hand;
+  return first.action == entryOf(Command::background).name ? StartedBy::login : StartedBy::command;
+}
+
+}  // namespace
 
 std::optional<int> Program::answer(const CommandLine& line) {
   if (!line.error.empty()) {
@@ -35,8 +44,9 @@ void Program::describeApplication() {
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
-Program::Program(ActionRequest first, std::function<void()> quit) : quit_(std::move(quit)) {
-  if (first != ActionRequest()) pending_ = std::move(first);
+Program::Program(ActionRequest first, std::function<void()> quit)
+    : quit_(std::move(quit)), startedBy_(starter(first)) {
+  if (startedBy_ == StartedBy::command) pending_ = std::move(first);
 }
 
 Program::~Program() = default;
@@ -58,7 +68,9 @@ void Program::launch() {
   delegate_.reset();
   delegate_ = std::make_unique<AppDelegate>(*desktop_);
   delegate_->onQuit = quit_;
-  delegate_->applicationDidFinishLaunching();
+  delegate_->applicationDidFinishLaunching(startedBy_);
+  // Starting over is nothing that anybody did.
+  if (startedBy_ == StartedBy::hand) startedBy_ = StartedBy::command;
   if (welcoming) delegate_->showHelpPanel(true);
   if (const auto request = std::exchange(pending_, std::nullopt)) perform(*request);
 }
@@ -69,6 +81,7 @@ void Program::perform(const ActionRequest& request) {
     return performAction(request.action, request.argument, *delegate_);
   }
   if (request.action == entryOf(Command::quit).name) return quit_();
+  if (request.action == entryOf(Command::background).name) return;
   if (!request.action.empty() || !pending_) pending_ = request;
 }
 

@@ -4,12 +4,12 @@
 #include <memory>
 #include <optional>
 
+#include "app/AppDelegate.h"
 #include "platform/ActionRequest.h"
 #include "platform/Desktop.h"
 
 namespace vantorel {
 
-class AppDelegate;
 struct CommandLine;
 
 /// The one running instance: its delegate, as soon as there is a desktop and the keyring has
@@ -22,8 +22,8 @@ class Program {
   /// Tells the toolkit what it is to know before it is made ready.
   static void describeApplication();
 
-  /// `first` is what this start was asked to do. A plain start shows nothing by itself. `quit` ends
-  /// the event loop.
+  /// `first` is what this start was asked to do. A plain start shows the panel where no bar shows
+  /// that the program runs. `quit` ends the event loop.
   Program(ActionRequest first, std::function<void()> quit);
   ~Program();
   Program(const Program&) = delete;
@@ -43,6 +43,7 @@ class Program {
 
   const std::function<void()> quit_;
   std::optional<ActionRequest> pending_;
+  AppDelegate::StartedBy startedBy_;
   bool keyringAnswered_ = false;
   std::optional<Desktop> desktop_;
   std::unique_ptr<AppDelegate> delegate_;

@@ -25,6 +25,9 @@ void StatusItemController::configureMenuBar() {
   desktop_.statusItem.show({
       .onClick = life_.guard([this] { application_.openHistory(); }),
       .onMiddleClick = life_.guard([this] { application_.openSearch(); }),
+      .onUnseen = life_.guard([this] {
+        if (onUnseen) onUnseen();
+      }),
       .onMenuWanted = life_.guard([this](Point at) { showStatusMenu(at); }),
       .menuRows = life_.guard([this] { return menuRows(); }),
       .onChosen = life_.guard([this](const MenuRow& row) { perform(row); }),

@@ -23,6 +23,9 @@ class StatusItemController {
                        PrivacyPreferences& privacy, const FocusTracker& focus,
                        ApplicationCommands& application);
 
+  /// There is no bar; told once.
+  std::function<void()> onUnseen;
+
   /// Puts the item into the bar.
   void configureMenuBar();
   /// To be called whenever a pause was begun or ended.

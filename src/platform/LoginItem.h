@@ -15,6 +15,9 @@ class LoginItem {
   /// From the next login on the desktop starts the program that runs now. What the user set beside
   /// that is kept. False when nothing could be changed.
   [[nodiscard]] virtual bool registerItem() = 0;
+  /// An item that an older version made starts the program from now on as this one would: without
+  /// showing anything. True when it was such a one, and now is not.
+  [[nodiscard]] virtual bool renewItem() = 0;
   /// The desktop no longer starts it; it goes on running now. False when nothing could be changed.
   [[nodiscard]] virtual bool unregisterItem() = 0;
 };

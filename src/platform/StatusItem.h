@@ -24,6 +24,9 @@ class StatusItem {
   struct Handlers {
     std::function<void()> onClick;        // the main button
     std::function<void()> onMiddleClick;  // the middle button
+    /// There is no bar to show the item in. Told once, some time after the first `show`; a bar may
+    /// still come.
+    std::function<void()> onUnseen;
     /// The bar leaves it to this program to show the menu, there.
     std::function<void(Point)> onMenuWanted;
     /// Answers the menu's rows as they are now. Called whenever the menu is about to be shown.

@@ -14,7 +14,7 @@ from harness.keyring import KeyringState
 from harness.tray import Tray
 from harness.tray_case import HELP, MENU, PINNED_TOO, QUESTION, RECORDER, StatusMenuTestCase
 from harness.vantorel import program_path
-from harness.waiting import wait_for
+from harness.waiting import stays_true, wait_for
 
 _ENTRY = os.path.join(os.path.dirname(__file__), "..", "..", "packaging",
                       "com.vantorel.Vantorel.desktop")
@@ -199,6 +199,37 @@ class SecondStart(StatusMenuTestCase):
         self.vantorel.wait_until_hidden()
         self.vantorel.command()
         self.vantorel.wait_for_panel()
+
+
+class PlainStart(VantorelTestCase):
+    """From the menu of applications, on a desktop without a tray."""
+
+    autostart = False
+
+    def test_it_shows_the_panel(self):
+        self.vantorel.start(plain=True, capturing=False)
+        self.vantorel.wait_for_panel()
+
+    def test_a_log_in_shows_nothing(self):
+        self.vantorel.start("--background")
+        stays_true("no window", lambda: self.vantorel.panel() is None, 1)
+        self.assertEqual(self.vantorel.command("--background").returncode, 0)
+        stays_true("no window", lambda: self.vantorel.panel() is None, 0.5)
+
+    def test_an_entry_of_an_older_version_is_renewed_and_shows_nothing(self):
+        entry = self.path(".config", "autostart", "com.vantorel.Vantorel.desktop")
+        with open(entry, "w", encoding="utf-8") as file:
+            file.write(f"[Desktop Entry]\nType=Application\nName=Vantorel\nExec={program_path()}\n")
+        self.vantorel.start(plain=True)
+        stays_true("no window", lambda: self.vantorel.panel() is None, 1)
+        with open(entry, encoding="utf-8") as file:
+            self.assertIn(f"\nExec={program_path()} --background\n", file.read())
+
+    def test_where_a_tray_shows_it_nothing_comes(self):
+        tray = Tray(self.desktop)
+        self.vantorel.start(plain=True)
+        tray.wait_for_item()
+        stays_true("no window", lambda: self.vantorel.panel() is None, 1)
 
 
 class LostBus(StatusMenuTestCase):

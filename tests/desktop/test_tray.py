@@ -167,7 +167,7 @@ class Menu(TrayTestCase):
     def test_launch_at_login_writes_its_entry_and_hides_it(self):
         self.tray.click("Launch at Login")
         self.vantorel.wait_for_notice("Vantorel will launch at login.")
-        self.assertIn(f"\nExec={program_path()}\nTryExec={program_path()}\n",
+        self.assertIn(f"\nExec={program_path()} --background\nTryExec={program_path()}\n",
                       self.read_autostart_entry())
         self.desktop.run(["desktop-file-validate", self.autostart_entry]).check_returncode()
         wait_for("the row to be on", lambda: self.tray.row("Launch at Login")["checked"])

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "platform/LoginItem.h"
 
 namespace vantorel {
@@ -9,11 +11,14 @@ class FakeLoginItem : public LoginItem {
  public:
   [[nodiscard]] Status status() override { return status_; }
   [[nodiscard]] bool registerItem() override { return change(Status::enabled); }
+  [[nodiscard]] bool renewItem() override { return std::exchange(old_, false); }
   [[nodiscard]] bool unregisterItem() override { return change(Status::disabled); }
 
   // The test's side.
 
   void setStatus(Status status) { status_ = status; }
+  /// An older version has made it.
+  void setOld() { old_ = true; }
   /// Every change fails from now on.
   void setRefusing(bool refusing) { refusing_ = refusing; }
   /// How often a change was asked for.
@@ -29,6 +34,7 @@ class FakeLoginItem : public LoginItem {
 
   Status status_ = Status::disabled;
   bool refusing_ = false;
+  bool old_ = false;
   int requests_ = 0;
 };
 

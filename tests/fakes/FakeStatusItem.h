@@ -32,6 +32,7 @@ class FakeStatusItem : public StatusItem {
   [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
   [[nodiscard]] int menuChanges() const { return menuChanges_; }
 
+  void tellUnseen() const { handlers_.onUnseen(); }
   void click() const { handlers_.onClick(); }
   void middleClick() const { handlers_.onMiddleClick(); }
   void wantMenu(Point at) const { handlers_.onMenuWanted(at); }

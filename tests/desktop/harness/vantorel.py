@@ -48,9 +48,12 @@ class Vantorel:
 
     # Starting and ending
 
-    def start(self, *arguments, capturing=True, accessible=True, welcome=False):
+    def start(self, *arguments, capturing=True, accessible=True, welcome=False, plain=False):
         """Starts it; with `capturing`, waits until it notices copies. Without `welcome` it has been
-        started before, so that no help covers what is tested."""
+        started before, so that no help covers what is tested; without `plain`, or another command,
+        as a log-in starts it, so that no panel does."""
+        if not arguments and not plain and not welcome:
+            arguments = ("--background",)
         if not welcome and not os.path.exists(self.defaults_file):
             self.set_defaults({})
         self.process = self.desktop.start(
@@ -127,9 +130,6 @@ class Vantorel:
                   errors="replace") as file:
             return file.read()
 
-    # Settings
-
-    def set_defaults(self, values):
     def clear_by_keys(self, pinned_too=False):
         """Says yes to the question before clearing, which begins on its Cancel."""
         question = self.desktop.windows.wait_for_title("Clear Clipboard History?")
@@ -137,6 +137,9 @@ class Vantorel:
         for key in ("Tab", "Space", "Tab", "Return") if pinned_too else ("Tab", "Tab", "Return"):
             self.desktop.keyboard.tap(key)
 
+    # Settings
+
+    def set_defaults(self, values):
         """Merges settings into the defaults file; the program must not be running."""
         current = {_WELCOMED: True, **self.defaults(), **values}
         os.makedirs(os.path.dirname(self.defaults_file), mode=0o700, exist_ok=True)

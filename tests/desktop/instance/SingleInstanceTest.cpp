@@ -62,7 +62,8 @@ TEST_F(SingleInstanceTest, EachCommandReachesTheRunningInstance) {
   for (const std::string command :
        {"toggle", "search", "menu", "pause-15-minutes", "pause-1-hour", "pause-until-tomorrow",
         "resume", "toggle-password-managers", "exclude-app", "include-app=org.example.א b",
-        "toggle-launch-at-login", "shortcut", "clear", "new-history", "about", "quit"}) {
+        "toggle-launch-at-login", "shortcut", "clear", "new-history", "background", "about",
+        "quit"}) {
     ChildProcess second = start({"--" + command});
     EXPECT_EQ(second.readLine(), "ended");
     EXPECT_EQ(second.wait(), 0);

@@ -37,6 +37,42 @@ class ProgramTest : public AppDelegateTest {
   std::optional<Program> program_;
 };
 
+TEST_F(ProgramTest, APlainStartShowsThePanelWhereNoBarShowsTheItem) {
+  start();
+  answerOfTheKeyring();
+  desktop.statusItem.tellUnseen();
+  EXPECT_TRUE(panelIsShown());
+}
+
+TEST_F(ProgramTest, AtTheFirstStartTheWelcomeIsEnough) {
+  desktop.defaults.remove("didShowOnboardingV2");
+  start();
+  answerOfTheKeyring();
+  desktop.statusItem.tellUnseen();
+  desktop.dispatch.advance(Seconds(0.31));
+  EXPECT_THAT(visibleTitles(), ElementsAre("About Vantorel"));
+}
+
+TEST_F(ProgramTest, ALogInShowsNothingNotEvenTheWelcome) {
+  desktop.defaults.remove("didShowOnboardingV2");
+  Program& program = start({.action = "background"});
+  answerOfTheKeyring();
+  desktop.statusItem.tellUnseen();
+  desktop.dispatch.advance(Seconds(1));
+  EXPECT_THAT(visibleTitles(), IsEmpty());
+  EXPECT_FALSE(desktop.defaults.contains("didShowOnboardingV2"));
+  program.perform({.action = "background"});
+  EXPECT_THAT(visibleTitles(), IsEmpty());
+}
+
+TEST_F(ProgramTest, ALogInThatAnOlderVersionArrangedShowsNothingEither) {
+  desktop.loginItem.setOld();
+  start();
+  answerOfTheKeyring();
+  desktop.statusItem.tellUnseen();
+  EXPECT_THAT(visibleTitles(), IsEmpty());
+}
+
 TEST_F(ProgramTest, APlainStartShowsNothingByItself) {
   start();
   EXPECT_FALSE(desktop.statusItem.isShown());

@@ -35,6 +35,7 @@ TEST(CommandLine, UnderstandsEachOption) {
            {"--new-history", Command::newHistory},
            {"--about", Command::about},
            {"--quit", Command::quit},
+           {"--background", Command::background},
            {"--check", Command::check},
            {"--version", Command::version},
            {"--help", Command::help}}) {

@@ -77,7 +77,7 @@ TEST(Commands, EveryActionIsOfferedAndOneTakesAText) {
   EXPECT_THAT(plain, ElementsAre("toggle", "search", "menu", "pause-15-minutes", "pause-1-hour",
                                  "pause-until-tomorrow", "resume", "toggle-password-managers",
                                  "exclude-app", "toggle-launch-at-login", "shortcut", "clear",
-                                 "new-history", "about", "quit"));
+                                 "new-history", "about", "quit", "background"));
   EXPECT_THAT(withText, ElementsAre("include-app"));
 }
 

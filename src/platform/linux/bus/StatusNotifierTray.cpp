@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -78,6 +79,7 @@ void StatusNotifierTray::show(Handlers handlers) {
   item_.setActive(true);
   menu_.refresh();
   if (!watcher_) join();
+  if (!watcher_) tellUnseen();
 }
 
 // The objects stay: a watcher forgets an item only when its program leaves the bus.
@@ -102,7 +104,7 @@ void StatusNotifierTray::join() {
   registerWithWatcher();
 }
 
-// Nobody waits for the answer: without a watcher there is none, and one that comes is noticed.
+// Nobody waits for the answer: without a watcher it is an error, and one that comes is noticed.
 void StatusNotifierTray::registerWithWatcher() {
   const auto bus = services_.bus.connection();
   if (!bus) return;
@@ -110,7 +112,19 @@ void StatusNotifierTray::registerWithWatcher() {
                                              "RegisterStatusNotifierItem");
   call.setAutoStartService(false);
   call << bus->baseService();
-  bus->asyncCall(call);
+  auto* answer = new QDBusPendingCallWatcher(bus->asyncCall(call), &item_);
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &item_, [this, answer] {
+    if (answer->isError()) tellUnseen();
+    asked_ = true;
+    answer->deleteLater();
+  });
+}
+
+void StatusNotifierTray::tellUnseen() {
+  if (std::exchange(asked_, true)) return;
+  later([](const Handlers& handlers) {
+    if (handlers.onUnseen) handlers.onUnseen();
+  });
 }
 
 void StatusNotifierTray::setImage(StatusImage image) {

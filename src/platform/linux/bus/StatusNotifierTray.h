@@ -41,6 +41,7 @@ class StatusNotifierTray : public StatusItem {
  private:
   void join();
   void registerWithWatcher();
+  void tellUnseen();
   /// Runs `work` with the handlers in a later turn, unless the item is hidden by then: the bar has
   /// its answer first.
   template <class Work>
@@ -52,6 +53,7 @@ class StatusNotifierTray : public StatusItem {
   TrayItem item_;
   TrayMenu menu_;
   std::unique_ptr<QDBusServiceWatcher> watcher_;  // null until there was a bus
+  bool asked_ = false;                            // whether there is a tray
   Lifetime showing_;
 };
 

@@ -63,6 +63,15 @@ std::string desktopEntryCommand(const std::filesystem::path& program) {
   return escapedValue(quoted + '"');
 }
 
+namespace {
+
+/// Nobody who logs in asked to see anything.
+std::string loginCommand(const std::filesystem::path& program) {
+  return desktopEntryCommand(program) + " --background";
+}
+
+}  // namespace
+
 AutostartEntry::AutostartEntry(std::string_view text) {
   auto* part = &before_;
   for (auto& line : linesOf(text)) {
@@ -98,7 +107,7 @@ void AutostartEntry::enable(const std::filesystem::path& program,
   set("Type", "Application");
   if (value("Name").empty()) set("Name", "Vantorel");
   if (value("Icon").empty()) set("Icon", applicationId::name);
-  set("Exec", desktopEntryCommand(program));
+  set("Exec", loginCommand(program));
   set("TryExec", escapedValue(program.native()));
   remove("Hidden");
   if (value("X-GNOME-Autostart-enabled") == "false") set("X-GNOME-Autostart-enabled", "true");
@@ -106,6 +115,13 @@ void AutostartEntry::enable(const std::filesystem::path& program,
   remove("OnlyShowIn");
   remove("NotShowIn");
   if (!isHere(surroundings)) remove("TryExec");  // no value of the key is such a path
+}
+
+bool AutostartEntry::renew(const std::filesystem::path& program) {
+  if (value("Exec") != desktopEntryCommand(program)) return false;
+  set("Exec", loginCommand(program));
+  set("TryExec", escapedValue(program.native()));
+  return true;
 }
 
 void AutostartEntry::disable() { set("Hidden", "true"); }

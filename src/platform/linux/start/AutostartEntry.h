@@ -26,6 +26,8 @@ class AutostartEntry {
   /// Makes this desktop start `program` at login, as long as it is there.
   void enable(const std::filesystem::path& program, const AutostartSurroundings& surroundings);
   void disable();
+  /// What older versions wrote starts as `enable` makes it start; false when it was not theirs.
+  [[nodiscard]] bool renew(const std::filesystem::path& program);
 
   [[nodiscard]] std::string text() const;
 
@@ -42,7 +44,7 @@ class AutostartEntry {
   std::vector<std::string> behind_;
 };
 
-/// A path as the command of a desktop entry names it.
+/// A path as the command of a desktop entry names it, without arguments.
 [[nodiscard]] std::string desktopEntryCommand(const std::filesystem::path& program);
 
 }  // namespace vantorel

@@ -78,6 +78,14 @@ bool AutostartLoginItem::unregisterItem() {
   return write(entry);
 }
 
+bool AutostartLoginItem::renewItem() {
+  if (path_.empty() || program_.empty() || !files_.exists(path_)) return false;
+  const auto existing = read(path_);
+  if (!existing) return false;
+  AutostartEntry entry(*existing);
+  return entry.startsAtLogin(places_.surroundings) && entry.renew(program_) && write(entry);
+}
+
 std::optional<std::string> AutostartLoginItem::read(const std::filesystem::path& path) {
   const auto bytes = files_.readFile(path, maximumFileSize);
   if (!bytes) return std::nullopt;

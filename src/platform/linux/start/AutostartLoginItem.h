@@ -34,6 +34,8 @@ class AutostartLoginItem : public LoginItem {
   [[nodiscard]] Status status() override;
   [[nodiscard]] bool registerItem() override;
   [[nodiscard]] bool unregisterItem() override;
+  /// Only an entry that is the user's own, and as older versions wrote it.
+  [[nodiscard]] bool renewItem() override;
 
  private:
   [[nodiscard]] std::optional<std::string> read(const std::filesystem::path& path);

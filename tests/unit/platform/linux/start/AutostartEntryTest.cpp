@@ -19,7 +19,7 @@ constexpr auto fresh =
     "Type=Application\n"
     "Name=Vantorel\n"
     "Icon=com.vantorel.Vantorel\n"
-    "Exec=/usr/bin/vantorel\n"
+    "Exec=/usr/bin/vantorel --background\n"
     "TryExec=/usr/bin/vantorel\n";
 
 bool starts(const std::string& text) { return AutostartEntry(text).startsAtLogin(here); }
@@ -97,7 +97,7 @@ TEST(AutostartEntry, SwitchedOnAgainItKeepsWhatOthersWroteIntoIt) {
             "Name[he]=\xd7\x90\n"
             "Type=Application\n"
             "X-GNOME-Autostart-Delay=5\n"
-            "Exec=/usr/bin/vantorel\n"
+            "Exec=/usr/bin/vantorel --background\n"
             "not a key\n"
             "Icon=com.vantorel.Vantorel\n"
             "TryExec=/usr/bin/vantorel\n"
@@ -134,6 +134,19 @@ TEST(AutostartEntry, AnEndlessLineAndZeroBytesDoNoHarm) {
   const std::string text = "[Desktop Entry]\nX=" + std::string(60'000, 'x') + std::string(3, '\0');
   EXPECT_TRUE(starts(enabled(text)));
   EXPECT_THAT(enabled(text), HasSubstr(std::string(60'000, 'x')));
+}
+
+TEST(AutostartEntry, WhatAnOlderVersionWroteIsRenewedAndNothingElse) {
+  const std::string old = "[Desktop Entry]\nType=Application\nExec=/usr/bin/vantorel\nX-Mine=1\n";
+  AutostartEntry theirs(old);
+  EXPECT_TRUE(theirs.renew("/usr/bin/vantorel"));
+  EXPECT_EQ(theirs.text(),
+            "[Desktop Entry]\nType=Application\nExec=/usr/bin/vantorel --background\nX-Mine=1\n"
+            "TryExec=/usr/bin/vantorel\n");
+  EXPECT_FALSE(theirs.renew("/usr/bin/vantorel"));
+  AutostartEntry another(old);
+  EXPECT_FALSE(another.renew("/usr/local/bin/vantorel"));
+  EXPECT_EQ(another.text(), old);
 }
 
 TEST(AutostartEntry, NamesAProgramWhateverItsPathHolds) {

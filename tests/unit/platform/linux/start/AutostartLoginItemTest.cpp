@@ -32,7 +32,7 @@ TEST_F(AutostartLoginItemTest, IsOffUntilItIsRegistered) {
   EXPECT_TRUE(files.files.empty());
   EXPECT_TRUE(item.registerItem());
   EXPECT_EQ(item.status(), Status::enabled);
-  EXPECT_THAT(files.files[own].text, HasSubstr("\nExec=/usr/local/bin/vantorel\n"));
+  EXPECT_THAT(files.files[own].text, HasSubstr("\nExec=/usr/local/bin/vantorel --background\n"));
   EXPECT_TRUE(files.directories.contains(ownDirectory));
   EXPECT_FALSE(files.written.contains(own)) << "it was not replaced in one step";
 }
@@ -61,6 +61,22 @@ TEST_F(AutostartLoginItemTest, TheMachinesEntryCountsWhereTheUserHasNone) {
   EXPECT_EQ(item.status(), Status::disabled);
   EXPECT_EQ(files.files[own].text, std::string(machinesText) + "Hidden=true\n");
   EXPECT_EQ(files.files[machine].text, machinesText);
+}
+
+TEST_F(AutostartLoginItemTest, AnOlderVersionsEntryIsRenewedOnceAndOnlyWhileItCounts) {
+  const std::string old = "[Desktop Entry]\nType=Application\nExec=/usr/local/bin/vantorel\n";
+  EXPECT_FALSE(item.renewItem());
+  files.files[machine] = {old, 0644};
+  EXPECT_FALSE(item.renewItem()) << "that one is the machine's";
+  files.files[own] = {old + "Hidden=true\n", 0600};
+  EXPECT_FALSE(item.renewItem());
+  files.files[own] = {old, 0600};
+  EXPECT_TRUE(item.renewItem());
+  EXPECT_THAT(files.files[own].text, HasSubstr("\nExec=/usr/local/bin/vantorel --background\n"));
+  EXPECT_FALSE(item.renewItem());
+  files.files[own] = {old, 0600};
+  files.unreadable.insert(own);
+  EXPECT_FALSE(item.renewItem());
 }
 
 TEST_F(AutostartLoginItemTest, WithNothingThereUnregisteringIsDone) {
