@@ -65,6 +65,6 @@ install(CODE "
   set(data_directory \"${CMAKE_INSTALL_DATADIR}\")")
 install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/InstallBusService.cmake")
 
-if(BUILD_TESTING)
+if(BUILD_TESTING AND VANTOREL_PROGRAM_TESTS)
   add_subdirectory(tests/package)
 endif()
