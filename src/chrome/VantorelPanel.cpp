@@ -64,9 +64,22 @@ bool VantorelPanel::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
+void VantorelPanel::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  tellFrame();
+}
+
 void VantorelPanel::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   glass_->setGeometry(rect());
+  tellFrame();
+}
+
+/// Once for each change: the window system confirms later what was done at once.
+void VantorelPanel::tellFrame() {
+  if (geometry() == toldFrame_) return;
+  toldFrame_ = geometry();
+  if (onFrameChange) onFrameChange();
 }
 
 void VantorelPanel::mousePressEvent(QMouseEvent* event) {

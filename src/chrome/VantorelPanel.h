@@ -28,6 +28,8 @@ class VantorelPanel : public QWidget {
   std::function<bool(const QKeyEvent&)> onKeyPress;
   /// The window manager asked the panel to go. Nothing happens by itself.
   std::function<void()> onCloseRequested;
+  /// The panel stands elsewhere or has another size, by whomever.
+  std::function<void()> onFrameChange;
 
   /// What to put content on; always as large as the panel.
   [[nodiscard]] ReadableGlassView& glass() { return *glass_; }
@@ -41,13 +43,17 @@ class VantorelPanel : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:
+  void tellFrame();
+
   ReadableGlassView* glass_;
+  QRect toldFrame_;
   bool wasSeen_ = false;  // since it was shown last
 };
 

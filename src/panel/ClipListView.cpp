@@ -63,6 +63,7 @@ ClipListView::~ClipListView() = default;
 void ClipListView::setRows(const std::vector<RowContent>& rows,
                            std::optional<std::size_t> boundary) {
   endDrag();
+  hidePreviews();
   emptyLabel_->hide();
   if (!accessibleDescription().isEmpty()) setAccessibleDescription({});
   if (boundary != boundary_) update();
@@ -72,12 +73,9 @@ void ClipListView::setRows(const std::vector<RowContent>& rows,
          static_cast<int>(ListGeometry::documentHeight(rows.size(), boundary)));
   for (std::size_t index = 0; index < rows.size(); ++index) {
     auto* row = rowToReuse(index);
-    const QRect place = toQRect(ListGeometry::rowFrame(index, boundary));
-    // A preview stands beside its row: it goes when the row is another's, or is moved.
-    const bool stays = row->content().id == rows[index].id && row->geometry() == place;
-    if (!stays) previews_.forget(row->content().id);
+    if (row->content().id != rows[index].id) previews_.forget(row->content().id);
     row->setContent(rows[index]);
-    row->setGeometry(place);
+    row->setGeometry(toQRect(ListGeometry::rowFrame(index, boundary)));
     row->show();
   }
   retireRows(rows.size());
@@ -86,6 +84,7 @@ void ClipListView::setRows(const std::vector<RowContent>& rows,
 
 void ClipListView::setEmpty(const QString& sentence) {
   endDrag();
+  hidePreviews();
   if (boundary_) update();
   boundary_.reset();
   rowCount_ = 0;
@@ -179,6 +178,11 @@ void ClipListView::inputMethodEvent(QInputMethodEvent* event) {
   if (onComposed) onComposed(event->commitString());
 }
 
+void ClipListView::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  hidePreviews();
+}
+
 void ClipListView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
   if (event->spontaneous()) return;  // on another desktop, and back as it was
@@ -230,6 +234,11 @@ void ClipListView::wire(ClipRowView& row) {
 
 void ClipListView::showPreview(std::size_t index) {
   if (const auto* shown = row(index)) previews_.showPreview(shown->content().id);
+}
+
+bool ClipListView::previewShown(std::size_t index) const {
+  const auto* shown = row(index);
+  return shown != nullptr && previews_.shown() == shown->content().id;
 }
 
 void ClipListView::hidePreviews() { previews_.hidePreview(); }

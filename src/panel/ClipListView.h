@@ -56,9 +56,10 @@ class ClipListView : public QWidget {
 
   /// Shows the preview of that row at once.
   void showPreview(std::size_t index);
-  /// Ends the preview that is shown, and the one that was to come.
+  /// Ends the preview that is shown, and the one that was to come; so do other rows, and scrolling.
   void hidePreviews();
   [[nodiscard]] bool previewShown() const { return previews_.shown().has_value(); }
+  [[nodiscard]] bool previewShown(std::size_t index) const;
   /// Where the preview is on the desktop, while one is shown.
   [[nodiscard]] std::optional<Rect> previewFrame() const { return presenter_.frame(); }
 
@@ -71,6 +72,7 @@ class ClipListView : public QWidget {
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

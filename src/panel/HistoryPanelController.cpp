@@ -177,6 +177,8 @@ PanelKeyState HistoryPanelController::keyState() const {
   state.selection = clips_.selection();
   state.selectionPinned = item != nullptr && item->pinned();
   state.selectionHasRow = state.selection && view_->list.row(*state.selection) != nullptr;
+  state.previewShown = view_->list.previewShown();
+  state.selectionPreviewed = state.selection && view_->list.previewShown(*state.selection);
   return state;
 }
 
@@ -187,7 +189,10 @@ void HistoryPanelController::perform(const PanelKeyDecision& decision) {
     case PanelAction::none:
       return;
     case PanelAction::showPreview:
+      list_->scrollToSelection();
       return view_->list.showPreview(clips_.selection().value());
+    case PanelAction::closePreview:
+      return view_->list.hidePreviews();
     case PanelAction::renameSelected:
       return rename(item->id);
     case PanelAction::moveSelectedPin:
@@ -203,9 +208,7 @@ void HistoryPanelController::perform(const PanelKeyDecision& decision) {
     case PanelAction::pasteSelected:
       return paste(item, decision.style);
     case PanelAction::moveSelection:
-      clips_.moveSelection(decision.step);
-      list_->markSelection();
-      return list_->scrollToSelection();
+      return moveSelection(decision.step);
     case PanelAction::deleteSelected:
       return deleteSelected();
     case PanelAction::clearSearch:
@@ -221,6 +224,15 @@ void HistoryPanelController::perform(const PanelKeyDecision& decision) {
   }
 }
 
+/// A preview that is shown goes along.
+void HistoryPanelController::moveSelection(int step) {
+  const bool previewed = view_->list.previewShown();
+  clips_.moveSelection(step);
+  list_->markSelection();
+  list_->scrollToSelection();
+  if (const auto index = clips_.selection(); previewed && index) view_->list.showPreview(*index);
+}
+
 /// What an input method makes of keys in the list opens the search as a letter does.
 void HistoryPanelController::typeComposed(const QString& text) {
   if (view_->searchBar() == SearchBar::shown) return;
@@ -231,6 +243,7 @@ void HistoryPanelController::typeComposed(const QString& text) {
 }
 
 void HistoryPanelController::showSearchBar() {
+  view_->list.hidePreviews();
   view_->setSearchBar(SearchBar::shown);
   list_->fitPanel();
   view_->searchField.setFocus();

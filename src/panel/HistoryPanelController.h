@@ -60,6 +60,7 @@ class HistoryPanelController {
   bool handleKey(const KeyEvent& event);
   [[nodiscard]] PanelKeyState keyState() const;
   void perform(const PanelKeyDecision& decision);
+  void moveSelection(int step);
   void typeComposed(const QString& text);
   void showSearchBar();
 

@@ -62,7 +62,13 @@ std::optional<PanelKeyDecision> commandKey(const KeyEvent& event, const PanelKey
   return std::nullopt;
 }
 
+PanelKeyDecision spaceKey(const PanelKeyState& state) {
+  if (!state.selectionHasRow) return consume(PanelAction::none);
+  return consume(state.selectionPreviewed ? PanelAction::closePreview : PanelAction::showPreview);
+}
+
 PanelKeyDecision escapeKey(const PanelKeyState& state) {
+  if (state.previewShown) return consume(PanelAction::closePreview);
   if (!state.searchTextEmpty) return consume(PanelAction::clearSearch);
   if (state.filtered) return consume(PanelAction::clearFilters);
   return consume(PanelAction::hide);
@@ -84,7 +90,7 @@ PanelKeyDecision keyByCode(const KeyEvent& event, const PanelKeyState& state) {
     case keys::upArrow:
       return step(PanelAction::moveSelection, -1);
     case keys::space:
-      return consume(state.selectionHasRow ? PanelAction::showPreview : PanelAction::none);
+      return spaceKey(state);
     case keys::deleteKey:
       if (state.searchBarShown && !state.searchTextEmpty) return passOn();
       return consume(PanelAction::deleteSelected);

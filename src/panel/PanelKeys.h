@@ -17,6 +17,8 @@ struct PanelKeyState {
   std::optional<std::size_t> selection;  // a valid index into the displayed entries
   bool selectionPinned = false;
   bool selectionHasRow = false;
+  bool previewShown = false;
+  bool selectionPreviewed = false;  // and it is the selected entry's
 };
 
 enum class PanelAction {
@@ -28,7 +30,8 @@ enum class PanelAction {
   togglePin,
   pasteSelected,
   moveSelection,  // by `step`
-  showPreview,
+  showPreview,    // of the selected entry, once it is in sight
+  closePreview,
   deleteSelected,
   clearSearch,
   clearFilters,

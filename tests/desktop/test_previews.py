@@ -45,13 +45,30 @@ class TextPreview(PanelTestCase):
         self.desktop.pointer.click(frame.x + 40, frame.y + 40)
         stays_true("the panel", self.vantorel.panel, 0.5)
 
-    def test_space_shows_it_at_once_and_escape_takes_both_away(self):
+    def test_space_shows_it_at_once_and_escape_takes_it_away_first(self):
         self.vantorel.open_panel()
         self.press("Space")
         self.assertEqual(self.wait_for_preview()[2:], (360, 340))
         self.press("Escape")
-        self.vantorel.wait_until_hidden()
         self.wait_for_no_preview()
+        stays_true("the panel", self.vantorel.panel, 0.3)
+        self.press("Space")
+        self.wait_for_preview()
+        self.press("Space")
+        self.wait_for_no_preview()
+        self.press("Escape")
+        self.vantorel.wait_until_hidden()
+
+    def test_it_goes_along_with_the_selection_and_away_with_typing(self):
+        self.vantorel.open_panel()
+        self.press("Space")
+        self.wait_for_preview()
+        self.press("Down")
+        wait_for("the preview of a short text",
+                 lambda: (self.preview() or (0,) * 4)[2:] == (360, 92), 20, self.preview)
+        self.desktop.keyboard.type("b")
+        self.wait_for_no_preview()
+        self.vantorel.wait_for_rows(["banana"])
 
     def test_a_long_text_scrolls(self):
         self.vantorel.open_panel()
@@ -121,6 +138,16 @@ class PreviewBesideTheEdge(PanelTestCase):
         preview = self.wait_for_preview()
         self.assertLessEqual(preview.x + preview.width, moved.x + 20)
         self.assertGreaterEqual(preview.x, 0)
+
+    def test_it_does_not_stay_behind_when_the_panel_is_dragged(self):
+        panel = self.vantorel.open_panel()
+        frame = self.desktop.windows.frame(panel)
+        self.press("Space")
+        self.wait_for_preview()
+        self.desktop.pointer.carry(
+            (frame.x + 200, frame.y + 4), (frame.x + 200, frame.y + 104),
+            lambda: self.desktop.windows.frame(panel).y > frame.y + 50)
+        self.wait_for_no_preview()
 
 
 def _green(colour):

@@ -7,10 +7,12 @@
 #include <algorithm>
 
 #include "chrome/ElasticScrollView.h"
+#include "chrome/PopoverWindow.h"
 #include "chrome/ToastPanel.h"
 #include "chrome/VantorelPanel.h"
 #include "panel/ClipRowView.h"
 #include "panel/SearchField.h"
+#include "panel/TextPreview.h"
 
 namespace vantorel {
 
@@ -49,6 +51,12 @@ std::vector<Uuid> HistoryPanelTest::addTexts(const std::vector<std::string>& tex
     EXPECT_EQ(store_->togglePinned(ids[i]), PinResult::toggled);
   }
   return ids;
+}
+
+void HistoryPanelTest::addNumbered(int count) {
+  std::vector<std::string> names;
+  for (int i = 1; i <= count; ++i) names.push_back("entry " + std::to_string(i));
+  addTexts(names);
 }
 
 void HistoryPanelTest::open() {
@@ -107,6 +115,17 @@ std::vector<std::string> HistoryPanelTest::selectedTitles() const {
     if (row->isSelected()) result.push_back(row->content().title);
   }
   return result;
+}
+
+std::string HistoryPanelTest::previewed() {
+  std::string text;
+  const auto widgets = QApplication::topLevelWidgets();
+  for (auto* widget : widgets) {
+    if (!widget->isVisible() || qobject_cast<PopoverWindow*>(widget) == nullptr) continue;
+    EXPECT_EQ(text, "") << "Two previews are shown";
+    text = widget->findChild<TextPreview*>()->toPlainText().toStdString();
+  }
+  return text;
 }
 
 std::string HistoryPanelTest::sentence() const {

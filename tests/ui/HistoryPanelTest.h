@@ -45,6 +45,9 @@ class HistoryPanelTest : public testing::Test {
   /// The same, the first `pins` of them pinned.
   std::vector<Uuid> addTexts(const std::vector<std::string>& texts, std::size_t pins);
 
+  /// Adds texts named "entry 1" to "entry `count`", the first on top.
+  void addNumbered(int count);
+
   /// Shows the panel for the target application.
   void open();
 
@@ -60,6 +63,8 @@ class HistoryPanelTest : public testing::Test {
   [[nodiscard]] std::vector<std::string> titles() const;
   /// The titles of the rows drawn as selected.
   [[nodiscard]] std::vector<std::string> selectedTitles() const;
+  /// The text whose preview is shown; empty without one.
+  [[nodiscard]] static std::string previewed();
   /// The sentence shown instead of rows; empty when there are rows.
   [[nodiscard]] std::string sentence() const;
   [[nodiscard]] bool searchIsShown() const;

@@ -158,6 +158,14 @@ TEST(PanelKeys, SpaceShowsThePreviewAndNeverTypes) {
   EXPECT_EQ(decideKey(key(keys::space, 0, " "), emptyState()), consumed(PanelAction::none));
 }
 
+TEST(PanelKeys, SpaceTakesThePreviewOfTheSelectionAwayAndReplacesAnother) {
+  auto state = listState();
+  state.previewShown = true;
+  EXPECT_EQ(decideKey(key(keys::space), state), consumed(PanelAction::showPreview));
+  state.selectionPreviewed = true;
+  EXPECT_EQ(decideKey(key(keys::space), state), consumed(PanelAction::closePreview));
+}
+
 TEST(PanelKeys, DeleteRemovesTheSelection) {
   EXPECT_EQ(decideKey(key(keys::deleteKey, 0, "\b"), listState()),
             consumed(PanelAction::deleteSelected));
@@ -178,6 +186,9 @@ TEST(PanelKeys, EscapeTakesOneLayerAtATime) {
   auto state = typingState();
   state.searchTextEmpty = false;
   state.filtered = true;
+  state.previewShown = true;
+  EXPECT_EQ(decideKey(key(keys::escape), state), consumed(PanelAction::closePreview));
+  state.previewShown = false;
   EXPECT_EQ(decideKey(key(keys::escape), state), consumed(PanelAction::clearSearch));
   state.searchTextEmpty = true;
   EXPECT_EQ(decideKey(key(keys::escape), state), consumed(PanelAction::clearFilters));
