@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "chrome/Geometry.h"
+#include "chrome/RestingPointer.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/ClipRowView.h"
 #include "panel/ListGeometry.h"
@@ -63,7 +64,7 @@ ClipListView::~ClipListView() = default;
 void ClipListView::setRows(const std::vector<RowContent>& rows,
                            std::optional<std::size_t> boundary) {
   endDrag();
-  hidePreviews();
+  rowsMoved();
   emptyLabel_->hide();
   if (!accessibleDescription().isEmpty()) setAccessibleDescription({});
   if (boundary != boundary_) update();
@@ -84,7 +85,7 @@ void ClipListView::setRows(const std::vector<RowContent>& rows,
 
 void ClipListView::setEmpty(const QString& sentence) {
   endDrag();
-  hidePreviews();
+  rowsMoved();
   if (boundary_) update();
   boundary_.reset();
   rowCount_ = 0;
@@ -180,7 +181,12 @@ void ClipListView::inputMethodEvent(QInputMethodEvent* event) {
 
 void ClipListView::moveEvent(QMoveEvent* event) {
   QWidget::moveEvent(event);
-  hidePreviews();
+  rowsMoved();
+}
+
+void ClipListView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (!pointer_) pointer_ = std::make_unique<RestingPointer>(*window(), services_.dispatch);
 }
 
 void ClipListView::hideEvent(QHideEvent* event) {
@@ -211,7 +217,10 @@ void ClipListView::wire(ClipRowView& row) {
     previews_.rowHoverChanged(row.content().id, hoverOf(hovering),
                               previewStart(row.content().kind));
   };
+  row.pointerRests = [this] { return pointer_ && pointer_->isFollowed(); };
   row.onThumbnailHoverChanged = [this, &row](bool hovering) {
+    // On the symbol of a text the pointer is on the text's row as much as beside it.
+    if (previewStart(row.content().kind) == PreviewStart::row) return;
     previews_.thumbnailHoverChanged(row.content().id, hoverOf(hovering));
   };
   row.onDrag = [this, &row](ClipRowView::DragStep step, const QPoint& pointer) {
@@ -239,6 +248,11 @@ void ClipListView::showPreview(std::size_t index) {
 bool ClipListView::previewShown(std::size_t index) const {
   const auto* shown = row(index);
   return shown != nullptr && previews_.shown() == shown->content().id;
+}
+
+void ClipListView::rowsMoved() {
+  hidePreviews();
+  if (pointer_) pointer_->contentMoved();
 }
 
 void ClipListView::hidePreviews() { previews_.hidePreview(); }

@@ -20,11 +20,11 @@ namespace vantorel {
 
 class ClipRowView;
 class PinDrag;
+class RestingPointer;
 
 /// The document of the list: the rows, the line below the pins, or one sentence when there is
-/// nothing to show. It has the keyboard while nothing is typed, with its dead keys. Rows are kept
-/// and reused; hidden by the program, they keep nothing of the entries that they showed,
-/// not even where nobody looks.
+/// nothing to show. It has the keyboard while nothing is typed, with its dead keys. Rows are
+/// reused; hidden by the program, they keep nothing of their entries.
 class ClipListView : public QWidget {
   Q_OBJECT
 
@@ -58,6 +58,8 @@ class ClipListView : public QWidget {
   void showPreview(std::size_t index);
   /// Ends the preview that is shown, and the one that was to come; so do other rows, and scrolling.
   void hidePreviews();
+  /// The rows stand elsewhere on the desktop.
+  void rowsMoved();
   [[nodiscard]] bool previewShown() const { return previews_.shown().has_value(); }
   [[nodiscard]] bool previewShown(std::size_t index) const;
   /// Where the preview is on the desktop, while one is shown.
@@ -73,6 +75,7 @@ class ClipListView : public QWidget {
   void focusInEvent(QFocusEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:
@@ -99,6 +102,7 @@ class ClipListView : public QWidget {
   RowMenuPresenter menu_;
   std::unique_ptr<PinDrag> drag_;
   SelectionReader reader_;
+  std::unique_ptr<RestingPointer> pointer_;  // since the first showing
 };
 
 }  // namespace vantorel

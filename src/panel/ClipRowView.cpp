@@ -46,6 +46,7 @@ void ClipRowView::setContent(const RowContent& content) {
     dropPlace_.reset();
     imageView_.setImage(nullptr);
     imageView_.forgetPointer();
+    entered_ = false;
     updateBackground(Change::immediate);
   }
   imageView_.setPlaceholder(content.kind, content.symbol);
@@ -183,7 +184,7 @@ void ClipRowView::mouseMoveEvent(QMouseEvent* event) {
   switch (
       press_.moveTo(toPoint(event->position()), content_.pinned ? Row::pinned : Row::notPinned)) {
     case RowPress::Motion::none:
-      if (!press_.isPressed()) imageView_.track(event->position(), imageArea(content_.kind));
+      if (!press_.isPressed()) pointerMoved(event->position());
       return;
     case RowPress::Motion::startsDrag:
       if (onDrag) onDrag(DragStep::begin, pointer);
@@ -215,15 +216,20 @@ void ClipRowView::enterEvent(QEnterEvent* event) {
   QWidget::enterEvent(event);
   hovering_ = true;
   updateBackground(Change::animated);
-  if (onHoverChanged) onHoverChanged(true);
-  imageView_.track(event->position(), imageArea(content_.kind));
+  pointerMoved(event->position());
+}
+
+void ClipRowView::pointerMoved(const QPointF& pointer) {
+  if (pointerRests && pointerRests()) return;
+  if (!std::exchange(entered_, true) && onHoverChanged) onHoverChanged(true);
+  imageView_.track(pointer, imageArea(content_.kind));
 }
 
 void ClipRowView::leaveEvent(QEvent* event) {
   QWidget::leaveEvent(event);
   hovering_ = false;
   imageView_.track(std::nullopt, imageArea(content_.kind));
-  if (onHoverChanged) onHoverChanged(false);
+  if (std::exchange(entered_, false) && onHoverChanged) onHoverChanged(false);
   updateBackground(Change::animated);
 }
 
@@ -232,6 +238,7 @@ void ClipRowView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
   press_.cancel();
   hovering_ = false;
+  entered_ = false;
   imageView_.track(std::nullopt, imageArea(content_.kind));
   updateBackground(Change::immediate);
 }

@@ -32,7 +32,9 @@ class ClipRowView : public QWidget {
   /// A press on the row came to nothing; its looks are to be what they were.
   std::function<void()> onPressCancelled;
   std::function<void(const QPoint& pointer)> onMenu;
-  /// The pointer has come (true) or gone (false), from the row or from the picture in it.
+  /// Whether the pointer rests and the row comes to it: that only shows, until the pointer moves.
+  /// And: the pointer has come (true) or gone (false), from the row or from the picture in it.
+  std::function<bool()> pointerRests;
   std::function<void(bool)> onHoverChanged;
   std::function<void(bool)> onThumbnailHoverChanged;
   enum class DragStep { begin, move, drop, cancel };
@@ -75,6 +77,7 @@ class ClipRowView : public QWidget {
   void hideEvent(QHideEvent* event) override;
 
  private:
+  void pointerMoved(const QPointF& pointer);
   void updateBackground(Change change);
   void drawBackground(QPainter& painter) const;
   void forgetText();
@@ -89,6 +92,7 @@ class ClipRowView : public QWidget {
   std::optional<DropPlace> dropPlace_;
   bool selected_ = false;
   bool hovering_ = false;
+  bool entered_ = false;  // by the pointer's own motion
   bool menuOpen_ = false;
   bool dragged_ = false;
 };

@@ -35,7 +35,7 @@ HistoryPanelView::HistoryPanelView(const ChromeServices& services)
   list.onScroll = [this](double distance) {
     listScrollView.scrollTo(listScrollView.offset() + distance);
   };
-  panel.onFrameChange = [this] { list.hidePreviews(); };
+  panel.onFrameChange = [this] { list.rowsMoved(); };
   layOut();
 }
 

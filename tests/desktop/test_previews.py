@@ -70,6 +70,13 @@ class TextPreview(PanelTestCase):
         self.wait_for_no_preview()
         self.vantorel.wait_for_rows(["banana"])
 
+    def test_a_text_entered_across_its_symbol_is_shown(self):
+        self.vantorel.open_panel()
+        x, y, _, height = self.vantorel.wait_for_row("banana").element.extents
+        for step in (2, 12, 20, 60):
+            self.desktop.pointer.move(x + step, y + height // 2)
+        self.wait_for_preview(3)
+
     def test_a_long_text_scrolls(self):
         self.vantorel.open_panel()
         self.press("Space")

@@ -102,6 +102,16 @@ TEST_F(ClipPreviewTest, OfAPictureComesFromItsThumbnailOnly) {
   EXPECT_EQ(preview(), nullptr);
 }
 
+TEST_F(ClipPreviewTest, OfATextComesToWhoeverEntersAcrossItsSymbol) {
+  const auto id = addText("one");
+  show();
+  moveTo(id, {14, 24});
+  wait(0.1);
+  moveTo(id, {60, 24});
+  wait(0.2);
+  EXPECT_NE(preview(), nullptr);
+}
+
 TEST_F(ClipPreviewTest, OfAPictureThatComesUnderARestingPointerComesAtItsNextMove) {
   const auto first = addImage();
   show();

@@ -1,0 +1,60 @@
+#include "chrome/RestingPointer.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QEnterEvent>
+#include <QMouseEvent>
+#include <QWidget>
+#include <QWindow>
+#include <utility>
+
+namespace vantorel {
+
+RestingPointer::RestingPointer(QWidget& window, Dispatch& dispatch)
+    : window_(window), dispatch_(dispatch) {
+  window_.windowHandle()->installEventFilter(this);
+}
+
+bool RestingPointer::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::Show:
+    case QEvent::Leave:
+      rest_ = QCursor::pos();
+      break;
+    case QEvent::Enter:
+      return restsAt(static_cast<const QEnterEvent&>(*event).globalPosition().toPoint());
+    case QEvent::MouseMove: {
+      const auto& move = static_cast<const QMouseEvent&>(*event);
+      return move.buttons() == Qt::NoButton && restsAt(move.globalPosition().toPoint());
+    }
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+bool RestingPointer::restsAt(const QPoint& pointer) {
+  if (rest_ != pointer) rest_.reset();
+  return rest_.has_value();
+}
+
+void RestingPointer::contentMoved() {
+  if (awaited_ || !window_.underMouse()) return;
+  awaited_ = true;
+  dispatch_.async(life_.guard([this] { follow(); }));
+}
+
+void RestingPointer::follow() {
+  awaited_ = false;
+  const bool busy = QGuiApplication::mouseButtons() != Qt::NoButton ||
+                    QApplication::activePopupWidget() != nullptr;
+  if (busy || !window_.isVisible() || !window_.underMouse()) return;
+  const QPoint pointer = QCursor::pos();
+  QMouseEvent move(QEvent::MouseMove, window_.mapFromGlobal(pointer), pointer, Qt::NoButton,
+                   Qt::NoButton, QGuiApplication::keyboardModifiers());
+  followed_ = true;
+  QCoreApplication::sendEvent(window_.windowHandle(), &move);
+  followed_ = false;
+}
+
+}  // namespace vantorel
