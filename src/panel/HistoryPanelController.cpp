@@ -52,7 +52,7 @@ void HistoryPanelController::connectParts() {
   };
   view_->searchField.onEdit = [this] {
     clips_.select(0);
-    refresh(Selection::keepIndex);
+    refreshAndReveal(Selection::keepIndex);
   };
   view_->list.commands = rowCommands();
   view_->list.onComposed = [this](const QString& text) { typeComposed(text); };
@@ -60,7 +60,7 @@ void HistoryPanelController::connectParts() {
   view_->list.onMenuClosed = menuClosed;
   filterMenus_->onMenuOpened = menuOpened;
   filterMenus_->onMenuClosed = menuClosed;
-  filterMenus_->onChange = [this] { refresh(Selection::keepEntry); };
+  filterMenus_->onChange = [this] { refreshAndReveal(Selection::keepEntry); };
   pins_.onChange = [this](Uuid id) {
     if (isVisible()) refreshAndSelect(id);
   };
@@ -85,7 +85,7 @@ RowCommands HistoryPanelController::rowCommands() {
   commands.onPastePlain = [this](Uuid id) { paste(clips_.find(id), PasteStyle::plainText); };
   commands.onDelete = [this](Uuid id) {
     store_.remove(id);
-    refresh(Selection::keepEntry);
+    refreshAndReveal(Selection::keepEntry);
   };
   commands.onTogglePin = [this](Uuid id) { pins_.toggle(id); };
   commands.onRename = [this](Uuid id) { rename(id); };
@@ -146,8 +146,7 @@ void HistoryPanelController::refreshIfVisible() {
   if (!isVisible() || view_->frame().contains(services_.screens.mouseLocation())) return;
   if (isLookedAtClosely()) return;
   filterMenus_->updateButtons();  // the last entry of a source may have gone
-  refresh(Selection::keepEntry);
-  list_->scrollToSelection();
+  refreshAndReveal(Selection::keepEntry);
 }
 
 void HistoryPanelController::refreshSearchIfVisible() {
@@ -213,10 +212,10 @@ void HistoryPanelController::perform(const PanelKeyDecision& decision) {
       return deleteSelected();
     case PanelAction::clearSearch:
       view_->searchField.clear();
-      return refresh(Selection::keepEntry);
+      return refreshAndReveal(Selection::keepEntry);
     case PanelAction::clearFilters:
       clearFilters();
-      return refresh(Selection::keepEntry);
+      return refreshAndReveal(Selection::keepEntry);
     case PanelAction::hide:
       return hide();
     case PanelAction::typeIntoSearch:
@@ -253,6 +252,12 @@ void HistoryPanelController::refresh(Selection selection) {
   clips_.filter.query = view_->searchField.text().toStdString();
   clips_.refresh(store_.items(), selection);
   list_->show();
+}
+
+/// What Return would paste is in sight after all that a person does.
+void HistoryPanelController::refreshAndReveal(Selection selection) {
+  refresh(selection);
+  list_->scrollToSelection();
 }
 
 void HistoryPanelController::positionOnCurrentScreen() {
@@ -297,8 +302,7 @@ void HistoryPanelController::deleteSelected() {
   // The store tells of the removal at once, and that may refresh the list already.
   store_.remove(selected->id);
   clips_.select(index > 0 ? index - 1 : 0);
-  refresh(Selection::keepEntry);
-  list_->scrollToSelection();
+  refreshAndReveal(Selection::keepEntry);
 }
 
 void HistoryPanelController::rename(Uuid id) {

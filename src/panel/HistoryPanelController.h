@@ -65,6 +65,7 @@ class HistoryPanelController {
   void showSearchBar();
 
   void refresh(Selection selection);
+  void refreshAndReveal(Selection selection);
   void refreshAndSelect(Uuid id);
   void positionOnCurrentScreen();
   void clearFilters();
