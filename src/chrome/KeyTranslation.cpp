@@ -37,6 +37,18 @@ std::optional<KeyCode> functionKeyCode(const QKeyEvent& event) {
       return keys::upArrow;
     case Qt::Key_Down:
       return keys::downArrow;
+    case Qt::Key_PageUp:
+      return keys::pageUp;
+    case Qt::Key_PageDown:
+      return keys::pageDown;
+    case Qt::Key_Home:
+      return keys::home;
+    case Qt::Key_End:
+      return keys::end;
+    case Qt::Key_Menu:
+      return keys::menu;
+    case Qt::Key_F10:
+      return keys::f10;
     default:
       return std::nullopt;
   }

@@ -6,7 +6,7 @@
 namespace vantorel {
 
 /// A borderless button that shows one symbol, and answers the pointer with a faint wash. What is
-/// drawn and what can be hit fill its frame exactly. It never takes the keyboard.
+/// drawn and what can be hit fill its frame exactly. By itself it takes no keyboard.
 class SymbolButton : public QAbstractButton {
   Q_OBJECT
 

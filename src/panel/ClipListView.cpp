@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "chrome/FocusRing.h"
 #include "chrome/Geometry.h"
 #include "chrome/RestingPointer.h"
 #include "chrome/VantorelTheme.h"
@@ -151,12 +152,26 @@ void ClipListView::retireRows(std::size_t first) {
 void ClipListView::markSelection() {
   for (std::size_t index = 0; index < rowCount_; ++index) {
     rows_[index]->setSelected(index == selection_);
+    rows_[index]->setRinged(ringed_ && index == selection_);
+  }
+}
+
+void ClipListView::setRinged(bool ringed) {
+  if (ringed == ringed_) return;
+  ringed_ = ringed;
+  update();
+  for (std::size_t index = 0; index < rowCount_; ++index) {
+    rows_[index]->setRinged(ringed_ && index == selection_);
   }
 }
 
 void ClipListView::paintEvent(QPaintEvent* /*event*/) {
-  if (!boundary_) return;
   QPainter painter(this);
+  if (ringed_ && rowCount_ == 0) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawFocusRing(painter, rect(), RowGeometry::cornerRadius);
+  }
+  if (!boundary_) return;
   painter.fillRect(toQRectF(ListGeometry::separatorFrame(*boundary_)),
                    VantorelTheme::labelWash(palette(), separatorAlpha));
 }
@@ -168,8 +183,17 @@ void ClipListView::changeEvent(QEvent* event) {
 
 void ClipListView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
+  const auto reason = event->reason();
+  if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) setRinged(true);
   reader_.forget();
   reader_.tell();
+}
+
+/// A menu or another window borrows the keyboard only.
+void ClipListView::focusOutEvent(QFocusEvent* event) {
+  QWidget::focusOutEvent(event);
+  const auto reason = event->reason();
+  if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) setRinged(false);
 }
 
 /// Without input methods a dead key would be lost, and the letter after it come alone.
@@ -194,6 +218,7 @@ void ClipListView::hideEvent(QHideEvent* event) {
   if (event->spontaneous()) return;  // on another desktop, and back as it was
   endDrag();
   hidePreviews();
+  setRinged(false);
   menu_.close();
   for (auto* row : rows_) row->setContent({});
 }

@@ -54,6 +54,8 @@ class ClipListView : public QWidget {
   /// Gives the rows of that application its icon; null: it has none.
   void setSourceIcon(const std::string& bundleIdentifier, const SharedBitmap& icon);
 
+  /// Puts what is marked in the preview on the clipboard.
+  void copyFromPreview() { presenter_.copyMarked(); }
   /// Shows the preview of that row at once.
   void showPreview(std::size_t index);
   /// Ends the preview that is shown, and the one that was to come; so do other rows, and scrolling.
@@ -73,6 +75,7 @@ class ClipListView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void showEvent(QShowEvent* event) override;
@@ -83,6 +86,7 @@ class ClipListView : public QWidget {
   void wire(ClipRowView& row);
   void retireRows(std::size_t first);
   void markSelection();
+  void setRinged(bool ringed);
   void tintEmptyLabel();
 
   [[nodiscard]] ClipRowView* rowOf(Uuid id) const;
@@ -96,6 +100,7 @@ class ClipListView : public QWidget {
   std::size_t rowCount_ = 0;
   std::optional<std::size_t> boundary_;
   std::optional<std::size_t> selection_;
+  bool ringed_ = false;  // the keyboard came by Tab, and where it is shows
   QLabel* emptyLabel_;
   PreviewPresenter presenter_;
   RowPreview previews_;

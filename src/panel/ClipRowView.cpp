@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <utility>
 
+#include "chrome/FocusRing.h"
 #include "chrome/Geometry.h"
 #include "chrome/VantorelTheme.h"
 #include "panel/PinButton.h"
@@ -78,6 +79,12 @@ void ClipRowView::setSelected(bool selected, Change change) {
   updateBackground(change);
 }
 
+void ClipRowView::setRinged(bool ringed) {
+  if (ringed == ringed_) return;
+  ringed_ = ringed;
+  update();
+}
+
 void ClipRowView::setMenuOpen(bool open) {
   menuOpen_ = open;
   updateBackground(Change::animated);
@@ -138,6 +145,7 @@ void ClipRowView::drawBackground(QPainter& painter) const {
     painter.setBrush(VantorelTheme::gold());
     painter.drawRoundedRect(toQRectF(RowGeometry::selectionBar()), 1, 1);
   }
+  if (ringed_) drawFocusRing(painter, rect(), RowGeometry::cornerRadius);
   if (dropPlace_) {
     painter.fillRect(toQRectF(RowGeometry::dropLine(*dropPlace_, width())),
                      VantorelTheme::secondaryLabel(palette()));

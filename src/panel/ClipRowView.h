@@ -55,6 +55,8 @@ class ClipRowView : public QWidget {
   [[nodiscard]] bool isSelected() const { return selected_; }
   /// The row that an open menu is about stays marked, wherever the pointer is.
   void setMenuOpen(bool open);
+  /// Marks the row as where the keyboard is.
+  void setRinged(bool ringed);
   void setDropPlace(std::optional<DropPlace> place);
   [[nodiscard]] std::optional<DropPlace> dropPlace() const { return dropPlace_; }
   /// A row under way is drawn faintly where it was.
@@ -95,6 +97,7 @@ class ClipRowView : public QWidget {
   bool entered_ = false;  // by the pointer's own motion
   bool menuOpen_ = false;
   bool dragged_ = false;
+  bool ringed_ = false;
 };
 
 }  // namespace vantorel

@@ -1,19 +1,24 @@
 #include "panel/FilterButton.h"
 
 #include <QAccessible>
+#include <QKeyEvent>
+#include <QPainter>
 
+#include "chrome/FocusRing.h"
 #include "chrome/VantorelTheme.h"
 
 namespace vantorel {
 namespace {
 
 constexpr double symbolPoints = 17;
+constexpr double ringRadius = 7;
 
 }  // namespace
 
 FilterButton::FilterButton(std::string_view name, QWidget* parent)
     : SymbolButton(side, symbolPoints, parent) {
   const auto text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+  setFocusPolicy(Qt::TabFocus);
   setAccessibleName(text);
   setToolTip(text);
 }
@@ -29,6 +34,24 @@ void FilterButton::setState(const FilterMenus::ButtonState& state) {
   if (!QAccessible::isActive()) return;
   QAccessibleEvent changed(this, QAccessible::DescriptionChanged);
   QAccessible::updateAccessibility(&changed);
+}
+
+void FilterButton::paintEvent(QPaintEvent* event) {
+  SymbolButton::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  drawFocusRing(painter, rect(), ringRadius);
+}
+
+/// The base class has arrows lead to the next control, and opens only when Space is let go: by then
+/// the menu has the keyboard.
+void FilterButton::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Space && event->key() != Qt::Key_Down) {
+    QWidget::keyPressEvent(event);
+  } else if (!event->isAutoRepeat()) {
+    click();
+  }
 }
 
 QColor FilterButton::tint() const { return active_ ? VantorelTheme::gold() : SymbolButton::tint(); }

@@ -6,7 +6,7 @@
 namespace vantorel {
 
 /// One of the two buttons beside the search field: opens a menu, and shows whether what was chosen
-/// there narrows the list.
+/// there narrows the list. Tab leads to it; then Space and Down open the menu.
 class FilterButton : public SymbolButton {
   Q_OBJECT
 
@@ -22,6 +22,8 @@ class FilterButton : public SymbolButton {
 
  protected:
   [[nodiscard]] QColor tint() const override;
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QString value_;

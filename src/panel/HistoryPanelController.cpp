@@ -6,6 +6,7 @@
 
 #include "chrome/KeyTranslation.h"
 #include "chrome/WorkspaceWindows.h"
+#include "panel/ClipRowView.h"
 #include "panel/FilterMenuPresenter.h"
 #include "panel/HistoryPanelView.h"
 #include "panel/ListGeometry.h"
@@ -53,6 +54,9 @@ void HistoryPanelController::connectParts() {
   view_->searchField.onEdit = [this] {
     clips_.select(0);
     refreshAndReveal(Selection::keepIndex);
+  };
+  view_->searchField.onKeyPress = [this](const QKeyEvent& event) {
+    return handleKeyOfField(translated(event, services_.keyCodeForScanCode));
   };
   view_->list.commands = rowCommands();
   view_->list.onComposed = [this](const QString& text) { typeComposed(text); };
@@ -124,7 +128,13 @@ void HistoryPanelController::toggle(const std::optional<RunningApplication>& tar
 
 void HistoryPanelController::openSearch(
     const std::optional<RunningApplication>& targetApplication) {
-  if (!isSeen()) toggle(targetApplication);
+  if (!isSeen()) {
+    toggle(targetApplication);
+  } else if (!view_->panel.isActiveWindow()) {
+    // Whoever has the keyboard now is who will get what is pasted.
+    if (targetApplication) pasteController_.setTargetApplication(targetApplication);
+    view_->panel.makeKeyAndOrderFront();
+  }
   showSearchBar();
   view_->searchField.selectAll();
 }
@@ -165,11 +175,24 @@ bool HistoryPanelController::handleKey(const KeyEvent& event) {
   return decision.handling == KeyHandling::consumed;
 }
 
+/// What the search field has no use for works as in the list, which is what is being searched.
+bool HistoryPanelController::handleKeyOfField(const KeyEvent& event) {
+  if (!meansNothingInText(event)) return false;
+  auto state = keyState();
+  state.searchFieldFocused = false;
+  const auto decision = decideKey(event, state);
+  perform(decision);
+  return decision.handling == KeyHandling::consumed;
+}
+
 PanelKeyState HistoryPanelController::keyState() const {
   const auto* item = clips_.selected();
   PanelKeyState state;
   state.searchBarShown = view_->searchBar() == SearchBar::shown;
-  state.searchFieldFocused = view_->panel.focusWidget() == &view_->searchField;
+  const auto* focused = view_->panel.focusWidget();
+  state.searchFieldFocused = focused == &view_->searchField;
+  state.filterButtonFocused =
+      focused == &view_->typeFilterButton || focused == &view_->sourceFilterButton;
   state.searchTextEmpty = view_->searchField.text().isEmpty();
   state.filtered = clips_.isFiltered();
   state.displayedCount = clips_.items().size();
@@ -192,6 +215,10 @@ void HistoryPanelController::perform(const PanelKeyDecision& decision) {
       return view_->list.showPreview(clips_.selection().value());
     case PanelAction::closePreview:
       return view_->list.hidePreviews();
+    case PanelAction::copyFromPreview:
+      return view_->list.copyFromPreview();
+    case PanelAction::openMenu:
+      return openMenu(clips_.selection().value());
     case PanelAction::renameSelected:
       return rename(item->id);
     case PanelAction::moveSelectedPin:
@@ -232,9 +259,15 @@ void HistoryPanelController::moveSelection(int step) {
   if (const auto index = clips_.selection(); previewed && index) view_->list.showPreview(*index);
 }
 
+void HistoryPanelController::openMenu(std::size_t index) {
+  list_->scrollToSelection();
+  const auto* row = view_->list.row(index);
+  if (row != nullptr) row->onMenu(row->mapToGlobal(row->rect().center()));
+}
+
 /// What an input method makes of keys in the list opens the search as a letter does.
 void HistoryPanelController::typeComposed(const QString& text) {
-  if (view_->searchBar() == SearchBar::shown) return;
+  if (!text.isEmpty() && !isPrinting(text.toStdString())) return;
   // It cannot go on composing in another place: what has been begun is handed over, and comes here.
   if (text.isEmpty()) QGuiApplication::inputMethod()->commit();
   showSearchBar();

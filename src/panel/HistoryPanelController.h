@@ -58,9 +58,11 @@ class HistoryPanelController {
   [[nodiscard]] bool isLookedAtClosely() const;
 
   bool handleKey(const KeyEvent& event);
+  bool handleKeyOfField(const KeyEvent& event);
   [[nodiscard]] PanelKeyState keyState() const;
   void perform(const PanelKeyDecision& decision);
   void moveSelection(int step);
+  void openMenu(std::size_t index);
   void typeComposed(const QString& text);
   void showSearchBar();
 

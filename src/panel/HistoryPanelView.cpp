@@ -32,6 +32,10 @@ HistoryPanelView::HistoryPanelView(const ChromeServices& services)
   list.setAutoFillBackground(false);
   for (QWidget* part : searchBarParts()) part->hide();
   list.onSay = [this](const QString& text) { spoken.say(text); };
+  // From the field straight to what it has found.
+  QWidget::setTabOrder(&searchField, &list);
+  QWidget::setTabOrder(&list, &typeFilterButton);
+  QWidget::setTabOrder(&typeFilterButton, &sourceFilterButton);
   list.onScroll = [this](double distance) {
     listScrollView.scrollTo(listScrollView.offset() + distance);
   };

@@ -1,14 +1,18 @@
 #include "panel/PanelKeys.h"
 
+#include <unicode/uchar.h>
+
 #include <charconv>
 #include <string>
 
 #include "base/Ascii.h"
+#include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
 
 constexpr int maxNumberedEntries = 9;
+constexpr int pageStep = 8;  // of the nine rows that are seen, one stays in sight
 
 PanelKeyDecision passOn() { return {}; }
 
@@ -34,17 +38,15 @@ std::optional<int> decimal(const std::string& text) {
   return number;
 }
 
-/// Whether a press types something: any character but U+0000 to U+001F and U+007F to U+009F.
-bool printable(const std::string& characters) {
-  for (std::size_t i = 0; i < characters.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(characters[i]);
-    if (byte < 0x20 || byte == 0x7F) continue;
-    const bool c1 = byte == 0xC2 && i + 1 < characters.size() &&
-                    static_cast<unsigned char>(characters[i + 1]) < 0xA0;
-    if (!c1) return true;
-    ++i;
-  }
-  return false;
+/// The entry that a digit stands for.
+std::optional<std::size_t> numberedEntry(const std::string& key) {
+  const auto number = decimal(key);
+  if (!number || *number < 1 || *number > maxNumberedEntries) return std::nullopt;
+  return static_cast<std::size_t>(*number - 1);
+}
+
+bool opensMenu(const KeyEvent& event) {
+  return event.keyCode == keys::menu || (event.keyCode == keys::f10 && held(event, flags::shift));
 }
 
 std::optional<PanelKeyDecision> commandKey(const KeyEvent& event, const PanelKeyState& state) {
@@ -53,11 +55,10 @@ std::optional<PanelKeyDecision> commandKey(const KeyEvent& event, const PanelKey
     return consume(PanelAction::renameSelected);
   }
   if (key == "f") return consume(PanelAction::openSearch);
-  if (const auto number = decimal(key); number && *number >= 1 && *number <= maxNumberedEntries &&
-                                        static_cast<std::size_t>(*number) <= state.displayedCount) {
-    const auto index = static_cast<std::size_t>(*number - 1);
-    return PanelKeyDecision{KeyHandling::consumed, PanelAction::pasteAt, 0, index, styleOf(event)};
+  if (const auto index = numberedEntry(key); index && *index < state.displayedCount) {
+    return PanelKeyDecision{KeyHandling::consumed, PanelAction::pasteAt, 0, *index, styleOf(event)};
   }
+  if (key == "c" && state.previewShown) return consume(PanelAction::copyFromPreview);
   if (key == "p" && state.selection) return consume(PanelAction::togglePin);
   return std::nullopt;
 }
@@ -75,9 +76,19 @@ PanelKeyDecision escapeKey(const PanelKeyState& state) {
 }
 
 PanelKeyDecision otherKey(const KeyEvent& event, const PanelKeyState& state) {
+  if (opensMenu(event)) {
+    return consume(state.selectionHasRow ? PanelAction::openMenu : PanelAction::none);
+  }
   const bool command = held(event, flags::control) || held(event, flags::command);
-  if (command || !printable(event.characters) || state.searchBarShown) return passOn();
+  if (command || !isPrinting(event.characters)) return passOn();
   return {KeyHandling::passedOn, PanelAction::typeIntoSearch};
+}
+
+/// What a button keeps that has the keyboard: what opens its menu, what would lead away from it,
+/// and what would take an entry that is not meant.
+bool isKeptByButton(KeyCode key, const PanelKeyState& state) {
+  return key == keys::space || key == keys::downArrow || key == keys::upArrow ||
+         key == keys::forwardDelete || (key == keys::deleteKey && state.searchTextEmpty);
 }
 
 PanelKeyDecision keyByCode(const KeyEvent& event, const PanelKeyState& state) {
@@ -89,10 +100,20 @@ PanelKeyDecision keyByCode(const KeyEvent& event, const PanelKeyState& state) {
       return step(PanelAction::moveSelection, 1);
     case keys::upArrow:
       return step(PanelAction::moveSelection, -1);
+    case keys::pageDown:
+      return step(PanelAction::moveSelection, pageStep);
+    case keys::pageUp:
+      return step(PanelAction::moveSelection, -pageStep);
+    case keys::home:
+      return step(PanelAction::moveSelection, -static_cast<int>(state.displayedCount));
+    case keys::end:
+      return step(PanelAction::moveSelection, static_cast<int>(state.displayedCount));
     case keys::space:
       return spaceKey(state);
     case keys::deleteKey:
-      if (state.searchBarShown && !state.searchTextEmpty) return passOn();
+      if (state.searchBarShown && !state.searchTextEmpty) {
+        return {KeyHandling::passedOn, PanelAction::typeIntoSearch};
+      }
       return consume(PanelAction::deleteSelected);
     case keys::forwardDelete:
       return consume(PanelAction::deleteSelected);
@@ -105,10 +126,34 @@ PanelKeyDecision keyByCode(const KeyEvent& event, const PanelKeyState& state) {
 
 }  // namespace
 
+bool isPrinting(const std::string& characters) {
+  for (std::size_t offset = 0; offset < characters.size();) {
+    const auto category = u_charType(nextCodePoint(characters, offset));
+    if (category != U_CONTROL_CHAR && category != U_FORMAT_CHAR) return true;
+  }
+  return false;
+}
+
+bool meansNothingInText(const KeyEvent& event) {
+  switch (event.keyCode) {
+    case keys::downArrow:
+    case keys::upArrow:
+    case keys::pageDown:
+    case keys::pageUp:
+      return true;
+    default:
+      break;
+  }
+  if (opensMenu(event)) return true;
+  const auto key = asciiLowerCased(event.charactersIgnoringModifiers);
+  return held(event, flags::command) && (key == "c" || numberedEntry(key));
+}
+
 PanelKeyDecision decideKey(const KeyEvent& event, const PanelKeyState& state) {
   if (state.searchBarShown && state.searchFieldFocused && !leavesSearchField(event.keyCode)) {
     return passOn();
   }
+  if (state.filterButtonFocused && isKeptByButton(event.keyCode, state)) return passOn();
   const bool arrow = event.keyCode == keys::downArrow || event.keyCode == keys::upArrow;
   if (arrow && held(event, flags::option) && state.selection) {
     return step(PanelAction::moveSelectedPin, event.keyCode == keys::downArrow ? 1 : -1);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 
 #include "platform/KeyEvent.h"
 
@@ -11,6 +12,7 @@ namespace vantorel {
 struct PanelKeyState {
   bool searchBarShown = false;
   bool searchFieldFocused = false;  // the keyboard goes to the search field
+  bool filterButtonFocused = false;
   bool searchTextEmpty = true;
   bool filtered = false;  // by type or by source
   std::size_t displayedCount = 0;
@@ -32,6 +34,8 @@ enum class PanelAction {
   moveSelection,  // by `step`
   showPreview,    // of the selected entry, once it is in sight
   closePreview,
+  copyFromPreview,  // what is marked there
+  openMenu,         // of the selected entry, once it is in sight
   deleteSelected,
   clearSearch,
   clearFilters,
@@ -54,6 +58,12 @@ struct PanelKeyDecision {
   PasteStyle style = PasteStyle::asCopied;
   friend bool operator==(const PanelKeyDecision&, const PanelKeyDecision&) = default;
 };
+
+/// Whether such characters are to be seen: neither control nor format characters alone.
+[[nodiscard]] bool isPrinting(const std::string& characters);
+
+/// Whether a key means nothing to a line of text, so that it is the list's while one is typed.
+[[nodiscard]] bool meansNothingInText(const KeyEvent& event);
 
 /// What a key pressed in the panel does.
 [[nodiscard]] PanelKeyDecision decideKey(const KeyEvent& event, const PanelKeyState& state);

@@ -8,6 +8,7 @@
 #include "chrome/ReadableGlassView.h"
 #include "panel/ClipPreviewViewController.h"
 #include "panel/PreviewGeometry.h"
+#include "panel/TextPreview.h"
 
 namespace vantorel {
 PreviewPresenter::PreviewPresenter(const ChromeServices& services) : services_(services) {}
@@ -53,6 +54,11 @@ void PreviewPresenter::close() {
 
 void PreviewPresenter::updateImage(SharedBitmap image) {
   if (controller_ && image) controller_->updateImage(std::move(image));
+}
+
+void PreviewPresenter::copyMarked() {
+  auto* text = window_ ? window_->findChild<TextPreview*>() : nullptr;
+  if (text != nullptr && text->textCursor().hasSelection()) text->copy();
 }
 
 std::optional<Rect> PreviewPresenter::frame() const {

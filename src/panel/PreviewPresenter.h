@@ -34,6 +34,8 @@ class PreviewPresenter {
   void show(ClipItem item, SharedBitmap image, const QWidget& row);
   void close();
   void updateImage(SharedBitmap image);
+  /// Puts the text that is marked on the clipboard, if there is some.
+  void copyMarked();
 
   /// Where the window is on the desktop, while there is one.
   [[nodiscard]] std::optional<Rect> frame() const;

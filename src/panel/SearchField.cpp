@@ -1,5 +1,7 @@
 #include "panel/SearchField.h"
 
+#include <QKeyEvent>
+
 #include "chrome/SymbolButton.h"
 #include "chrome/Symbols.h"
 #include "chrome/VantorelTheme.h"
@@ -41,6 +43,12 @@ void SearchField::clearByButton() {
   clear();
   setFocus(Qt::OtherFocusReason);
   if (onEdit) onEdit();
+}
+
+void SearchField::keyPressEvent(QKeyEvent* event) {
+  const bool copiesOwn = event->matches(QKeySequence::Copy) && hasSelectedText();
+  if (!copiesOwn && onKeyPress && onKeyPress(*event)) return;
+  GlassField::keyPressEvent(event);
 }
 
 void SearchField::drawOnBackground(QPainter& painter) const {

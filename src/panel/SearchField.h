@@ -20,8 +20,11 @@ class SearchField : public GlassField {
 
   /// The user has changed the text.
   std::function<void()> onEdit;
+  /// A key pressed in the field, before the field takes it; true: it is done.
+  std::function<bool(const QKeyEvent&)> onKeyPress;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void drawOnBackground(QPainter& painter) const override;
 

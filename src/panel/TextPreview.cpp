@@ -1,8 +1,10 @@
 #include "panel/TextPreview.h"
 
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTextFrame>
 #include <utility>
 
@@ -128,6 +130,13 @@ void TextPreview::mousePressEvent(QMouseEvent* event) {
   // A selection that is pressed would be dragged out, which waits for wherever it is dropped.
   if (textCursor().hasSelection()) setTextCursor(cursorForPosition(event->pos()));
   QTextEdit::mousePressEvent(event);
+}
+
+/// The text alone: how it is set here is no part of it.
+QMimeData* TextPreview::createMimeDataFromSelection() const {
+  auto* marked = new QMimeData;
+  marked->setText(textCursor().selection().toPlainText());
+  return marked;
 }
 
 void TextPreview::changeEvent(QEvent* event) {

@@ -21,6 +21,7 @@ class TextPreview : public QTextEdit {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
+  [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
   void changeEvent(QEvent* event) override;
 
  private:

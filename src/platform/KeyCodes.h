@@ -25,7 +25,13 @@ inline constexpr KeyCode rightShift = 60;
 inline constexpr KeyCode rightOption = 61;
 inline constexpr KeyCode rightControl = 62;
 inline constexpr KeyCode keypadEnter = 76;
+inline constexpr KeyCode f10 = 109;
+inline constexpr KeyCode menu = 110;
+inline constexpr KeyCode home = 115;
+inline constexpr KeyCode pageUp = 116;
 inline constexpr KeyCode forwardDelete = 117;
+inline constexpr KeyCode end = 119;
+inline constexpr KeyCode pageDown = 121;
 inline constexpr KeyCode downArrow = 125;
 inline constexpr KeyCode upArrow = 126;
 }  // namespace keys

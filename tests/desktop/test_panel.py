@@ -5,6 +5,7 @@ import unittest
 
 from Xlib import X
 
+from harness import applications
 from harness.case import VantorelTestCase
 from harness.panel_case import PanelTestCase
 from harness.vantorel import SHORTCUT
@@ -114,6 +115,40 @@ class Search(PanelTestCase):
         self.assertFalse(sent_to("banana, "), sent)
         self.press("Tab")
         wait_for("the reader in the list again", lambda: sent_to("banana, "), 10, lambda: sent)
+
+    def test_what_was_typed_is_walked_through_and_pasted_without_leaving_the_field(self):
+        self.vantorel.copy("mango")
+        self.vantorel.open_panel()
+        self.desktop.keyboard.type("an")
+        self.vantorel.wait_for_rows(["mango", "banana"])
+        self.press("Down", "Return")
+        self.editor.wait_for_text("banana")
+
+    def test_filters_and_menus_are_reached_by_keys(self):
+        self.vantorel.open_panel()
+        self.desktop.keyboard.type("an")
+        self.vantorel.wait_for_rows(["banana"])
+        self.press("Tab", "Tab", "Space")
+        wait_for("the menu of types", lambda: self.menu_item("Images"))
+        self.press("Escape")
+        wait_for("no menu", lambda: not self.menu_item("Images"))
+        self.desktop.keyboard.type("a")
+        wait_for("the letter in the field", lambda: self.vantorel.search_text() == "ana")
+        self.press("Shift+F10")
+        wait_for("the row's menu", lambda: self.menu_item("Delete"))
+
+    def test_asked_for_from_outside_it_takes_the_keyboard_back(self):
+        terminal = applications.Terminal(self.desktop, self.path("terminal.txt"))
+        self.vantorel.open_panel()
+        terminal.to_front()
+        self.vantorel.command("--search")
+        wait_for("the search field", lambda: self.vantorel.control("Search clips"))
+        wait_for("the keyboard in the panel",
+                 lambda: self.desktop.windows.has_focus(self.vantorel.panel()), 5)
+        self.desktop.keyboard.type("ch")
+        self.vantorel.wait_for_rows(["cherry"])
+        self.press("Return")
+        terminal.wait_for_text("cherry")
 
     def test_escape_clears_the_text_first_and_hides_then(self):
         panel = self.vantorel.open_panel()

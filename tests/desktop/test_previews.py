@@ -70,6 +70,16 @@ class TextPreview(PanelTestCase):
         self.wait_for_no_preview()
         self.vantorel.wait_for_rows(["banana"])
 
+    def test_marked_text_is_copied(self):
+        self.vantorel.open_panel()
+        self._rest_on("banana")
+        frame = self.wait_for_preview()
+        self.desktop.pointer.drag((frame.x + 17, frame.y + 24), (frame.x + 200, frame.y + 24))
+        self.press("Ctrl+c")
+        wait_for("the marked text", lambda: self.clipboard.text() == "banana", 5,
+                 self.clipboard.text)
+        self.assertIsNotNone(self.vantorel.panel())
+
     def test_a_text_entered_across_its_symbol_is_shown(self):
         self.vantorel.open_panel()
         x, y, _, height = self.vantorel.wait_for_row("banana").element.extents

@@ -2,7 +2,9 @@
 
 #include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
@@ -380,6 +382,22 @@ TEST_F(ClipPreviewTest, TextCanBeSelectedButNotChanged) {
   QTest::mousePress(text.viewport(), Qt::LeftButton, {}, {40, 22});
   EXPECT_FALSE(text.textCursor().hasSelection()) << "A selection is not dragged away";
   QTest::mouseRelease(text.viewport(), Qt::LeftButton, {}, {40, 22});
+}
+
+TEST_F(ClipPreviewTest, WhatIsMarkedIsCopiedAsText) {
+  addText("some\nwords");
+  show();
+  list_.showPreview(0);
+  auto& clipboard = *QGuiApplication::clipboard();
+  clipboard.setText(QStringLiteral("before"));
+  list_.copyFromPreview();
+  EXPECT_EQ(clipboard.text(), QStringLiteral("before")) << "Nothing is marked";
+  textPreview()->selectAll();
+  list_.copyFromPreview();
+  EXPECT_EQ(clipboard.text(), QStringLiteral("some\nwords"));
+  EXPECT_FALSE(clipboard.mimeData()->hasHtml());
+  list_.hidePreviews();
+  list_.copyFromPreview();
 }
 
 TEST_F(ClipPreviewTest, APictureThatComesLateTakesThePlaceOfTheSymbol) {

@@ -65,6 +65,15 @@ TEST(KeyTranslation, ControlAndSuperAreCommandAltIsOption) {
   EXPECT_EQ(press(Qt::Key_P).flags, 0U);
 }
 
+TEST(KeyTranslation, KeysThatWalkAreKnownByWhatTheyDo) {
+  EXPECT_EQ(press(Qt::Key_PageUp).keyCode, keys::pageUp);
+  EXPECT_EQ(press(Qt::Key_PageDown).keyCode, keys::pageDown);
+  EXPECT_EQ(press(Qt::Key_Home).keyCode, keys::home);
+  EXPECT_EQ(press(Qt::Key_End).keyCode, keys::end);
+  EXPECT_EQ(press(Qt::Key_Menu).keyCode, keys::menu);
+  EXPECT_EQ(press(Qt::Key_F10).keyCode, keys::f10);
+}
+
 TEST(KeyTranslation, LettersAreWhatTheKeyPrints) {
   const auto plain = press(Qt::Key_P, Qt::NoModifier, scanP, "p");
   EXPECT_EQ(plain.characters, "p");

@@ -387,6 +387,20 @@ TEST_F(PanelController, OpenSearchOnAnOpenPanelKeepsItOpen) {
   EXPECT_EQ(paste_.resolveTargetApplication(), target_);
 }
 
+TEST_F(PanelController, OpenSearchTakesTheKeyboardBackForWhoeverHasItNow) {
+  addNumbered(2);
+  open();
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  const auto terminal = workspace_.launch(43, "org.example.Terminal", "Terminal");
+  controller_->openSearch(terminal);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(&panel()));
+  EXPECT_EQ(panel().focusWidget(), &searchField());
+  EXPECT_EQ(paste_.resolveTargetApplication(), terminal);
+}
+
 TEST_F(PanelController, KeepsNothingOfItsEntriesInRowsOnceItIsHidden) {
   addTexts({"secret", "b"});
   open();

@@ -178,7 +178,8 @@ TEST(PanelKeys, DeleteLeavesTheListAloneWhileThereIsSearchText) {
   auto state = listState();
   state.searchBarShown = true;
   state.searchTextEmpty = false;
-  EXPECT_EQ(decideKey(key(keys::deleteKey), state), passedOn);
+  EXPECT_EQ(decideKey(key(keys::deleteKey), state),
+            (PanelKeyDecision{KeyHandling::passedOn, PanelAction::typeIntoSearch}));
   EXPECT_EQ(decideKey(key(keys::forwardDelete), state), consumed(PanelAction::deleteSelected));
 }
 
@@ -204,10 +205,77 @@ TEST(PanelKeys, APrintableKeyOpensTheSearchAndGoesOnToIt) {
   EXPECT_EQ(decideKey(character("\u00A0"), listState()), typing);
 }
 
-TEST(PanelKeys, APrintableKeyWithTheSearchShownIsJustPassedOn) {
+TEST(PanelKeys, APrintableKeyInTheListGoesOnWithTheSearch) {
   auto state = listState();
   state.searchBarShown = true;
-  EXPECT_EQ(decideKey(character("a"), state), passedOn);
+  EXPECT_EQ(decideKey(character("a"), state),
+            (PanelKeyDecision{KeyHandling::passedOn, PanelAction::typeIntoSearch}));
+}
+
+TEST(PanelKeys, WhatIsNotSeenOpensNoSearch) {
+  for (const char* mark : {"\u200B", "\u200C", "\u200D", "\u200E", "\u200F", "\u061C", "\u00AD",
+                           "\u2066", "\uFEFF", "\U000E0041"}) {
+    EXPECT_EQ(decideKey(character(mark), listState()), passedOn) << mark;
+    EXPECT_FALSE(isPrinting(mark));
+    EXPECT_TRUE(isPrinting(std::string(mark) + "a")) << "but within a word they belong to it";
+    EXPECT_EQ(decideKey(character(mark), typingState()), passedOn) << "and to the field";
+  }
+}
+
+TEST(PanelKeys, PagesAndEndsMoveTheSelection) {
+  const auto moved = [](KeyCode code) { return decideKey(key(code), listState()); };
+  const auto by = [](int rows) {
+    return PanelKeyDecision{KeyHandling::consumed, PanelAction::moveSelection, rows};
+  };
+  EXPECT_EQ(moved(keys::pageDown), by(8));
+  EXPECT_EQ(moved(keys::pageUp), by(-8));
+  EXPECT_EQ(moved(keys::home), by(-3));
+  EXPECT_EQ(moved(keys::end), by(3));
+}
+
+TEST(PanelKeys, TheMenuKeyAndShiftF10OpenTheMenuOfTheSelection) {
+  for (const auto& event : {key(keys::menu), key(keys::f10, flags::shift)}) {
+    EXPECT_EQ(decideKey(event, listState()), consumed(PanelAction::openMenu));
+    EXPECT_EQ(decideKey(event, emptyState()), consumed(PanelAction::none));
+  }
+  EXPECT_EQ(decideKey(key(keys::f10), listState()), passedOn);
+}
+
+TEST(PanelKeys, CommandCCopiesFromThePreview) {
+  auto state = listState();
+  EXPECT_EQ(decideKey(command("c"), state), passedOn);
+  state.previewShown = true;
+  EXPECT_EQ(decideKey(command("c"), state), consumed(PanelAction::copyFromPreview));
+}
+
+TEST(PanelKeys, AFilterButtonKeepsWhatOpensItsMenuAndWhatWouldHarm) {
+  auto state = listState();
+  state.searchBarShown = true;
+  state.filterButtonFocused = true;
+  for (const auto code :
+       {keys::space, keys::downArrow, keys::upArrow, keys::deleteKey, keys::forwardDelete}) {
+    EXPECT_EQ(decideKey(key(code), state), passedOn) << code;
+  }
+  EXPECT_EQ(decideKey(key(keys::returnKey), state).action, PanelAction::pasteSelected);
+  EXPECT_EQ(decideKey(key(keys::escape), state).action, PanelAction::hide);
+  EXPECT_EQ(decideKey(character("a"), state).action, PanelAction::typeIntoSearch);
+  state.searchTextEmpty = false;
+  EXPECT_EQ(decideKey(key(keys::deleteKey), state).action, PanelAction::typeIntoSearch);
+}
+
+TEST(PanelKeys, WhatATextHasNoUseForIsTheLists) {
+  for (const auto& event :
+       {key(keys::downArrow), key(keys::upArrow, flags::option), key(keys::pageDown),
+        key(keys::pageUp), key(keys::menu), key(keys::f10, flags::shift), command("1"),
+        command("9", flags::option), command("c")}) {
+    EXPECT_TRUE(meansNothingInText(event)) << event.characters << event.keyCode;
+  }
+  for (const auto& event :
+       {key(keys::home), key(keys::end), key(keys::space, 0, " "), key(keys::deleteKey),
+        key(keys::forwardDelete), key(keys::f10), character("1"), character("c"), command("0"),
+        command("12"), command("v"), command("a")}) {
+    EXPECT_FALSE(meansNothingInText(event)) << event.characters << event.keyCode;
+  }
 }
 
 TEST(PanelKeys, KeysThatTypeNothingArePassedOn) {
