@@ -1,6 +1,7 @@
 #include "chrome/VantorelMenu.h"
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QPainter>
 
 #include "chrome/GlassDrawing.h"
@@ -57,6 +58,19 @@ VantorelMenu& VantorelMenu::addSubmenu(const QString& title) {
   menu->setWindowTitle(title);
   addMenu(menu);
   return *menu;
+}
+
+/// A key that stands beside a row's title chooses the row.
+void VantorelMenu::keyPressEvent(QKeyEvent* event) {
+  const QKeySequence pressed(event->keyCombination());
+  const auto rows = actions();
+  for (QAction* row : rows) {
+    if (row->shortcut().isEmpty() || row->shortcut() != pressed || !row->isEnabled()) continue;
+    close();
+    row->trigger();
+    return;
+  }
+  QMenu::keyPressEvent(event);
 }
 
 void VantorelMenu::paintEvent(QPaintEvent* event) {

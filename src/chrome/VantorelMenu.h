@@ -31,6 +31,7 @@ class VantorelMenu : public QMenu {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   const AccessibilityPreferences& accessibility_;

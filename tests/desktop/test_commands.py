@@ -30,6 +30,11 @@ class MenuAtThePointer(StatusMenuTestCase):
         self.vantorel.command("--menu")
         return self.wait_for_menu()
 
+    def test_the_keys_beside_a_title_choose_its_row(self):
+        self.open_menu(400, 300)
+        self.desktop.keyboard.chord("Ctrl+q")
+        wait_for("the program to end", lambda: not self.vantorel.is_running())
+
     def test_it_stands_at_the_pointer_and_is_walked_by_keys(self):
         frame = self.open_menu(400, 300)
         self.assertEqual((frame.x, frame.y), (400, 300))

@@ -43,6 +43,27 @@ TEST_F(MenuTest, OpensWithoutWaitingAndTellsOnceWhenItHasGone) {
   EXPECT_EQ(closed, 1);
 }
 
+TEST_F(MenuTest, TheKeysBesideATitleChooseItsRow) {
+  int quit = 0;
+  int closed = 0;
+  menu_.onClosed = [&] { ++closed; };
+  menu_.addAction("First");
+  auto* row = menu_.addAction("Quit");
+  row->setShortcut(QKeySequence("Ctrl+q"));
+  QObject::connect(row, &QAction::triggered, [&] { ++quit; });
+  menu_.popup({40, 40});
+  QTest::keyClick(&menu_, Qt::Key_Q);
+  EXPECT_EQ(quit, 0);
+  QTest::keyClick(&menu_, Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_EQ(quit, 1);
+  EXPECT_EQ(closed, 1);
+  EXPECT_FALSE(menu_.isVisible());
+  row->setEnabled(false);
+  menu_.popup({40, 40});
+  QTest::keyClick(&menu_, Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_EQ(quit, 1);
+}
+
 TEST_F(MenuTest, EscapeClosesItWithoutAChoice) {
   int closed = 0;
   int chosen = 0;
