@@ -8,8 +8,9 @@ constexpr HelpTexts hebrew = {
     .aboutTitle = "Vantorel",
     .summary = "היסטוריית ההעתקות נשמרת מקומית במק שלך.\nטקסטים, תמונות וקבצים זמינים עד שבוע.",
     .openingHeading = "פתיחת החלון",
-    .keys = "אפשר להקליד כדי לחפש, לסנן לפי סוג או אפליקציה, ולהשתמש בחצים וב־Enter להדבקה.\n"
-            "Option + Enter מדביק טקסט ללא עיצוב.",
+    .keys =
+        "אפשר להקליד כדי לחפש, לסנן לפי סוג או אפליקציה, ולהשתמש בחצים וב־Enter להדבקה.\n"
+        "Option + Enter מדביק טקסט ללא עיצוב.",
     .pasteHeading = "הדבקה אוטומטית",
     .pasteAllowed = "הרשאת הנגישות פעילה",
     .pasteNotAllowed = "נדרשת הרשאת נגישות",
@@ -17,8 +18,9 @@ constexpr HelpTexts hebrew = {
     .pasteNotAllowedWhy = "שרת התצוגה אינו מאפשר הקשת מקשים (XTEST). אפשר להדביק ידנית.",
     .launchAtLogin = "הפעל את Vantorel בעת הכניסה למק",
     .privacyHeading = "פרטיות ואבטחה",
-    .privacy = "ההיסטוריה מוצפנת ונשארת במק בלבד.\n"
-               "אין רשת, ענן, מעקב, אנליטיקה או שיתוף עם צד שלישי.",
+    .privacy =
+        "ההיסטוריה מוצפנת ונשארת במק בלבד.\n"
+        "אין רשת, ענן, מעקב, אנליטיקה או שיתוף עם צד שלישי.",
     .wholePolicy = "מדיניות הפרטיות המלאה",
     .begin = "מתחילים",
     .close = "סגור",
@@ -33,11 +35,13 @@ constexpr HelpTexts hebrew = {
 constexpr HelpTexts english = {
     .welcomeTitle = "Welcome to Vantorel",
     .aboutTitle = "Vantorel",
-    .summary = "What you copy is kept locally, on your computer.\n"
-               "Texts, images and files stay available for up to a week.",
+    .summary =
+        "What you copy is kept locally, on your computer.\n"
+        "Texts, images and files stay available for up to a week.",
     .openingHeading = "Opening the window",
-    .keys = "Type to search, filter by type or application, and use the arrows and Enter to paste.\n"
-            "Alt + Enter pastes text without its formatting.",
+    .keys =
+        "Type to search, filter by type or application, and use the arrows and Enter to paste.\n"
+        "Alt + Enter pastes text without its formatting.",
     .pasteHeading = "Automatic paste",
     .pasteAllowed = "Automatic paste is allowed",
     .pasteNotAllowed = "Automatic paste is not allowed",
@@ -47,8 +51,9 @@ constexpr HelpTexts english = {
         "The display server does not let programs press keys (XTEST). You can paste by hand.",
     .launchAtLogin = "Start Vantorel when you log in to the computer",
     .privacyHeading = "Privacy and security",
-    .privacy = "The history is encrypted and stays on this computer only.\n"
-               "No network, cloud, tracking, analytics or third parties.",
+    .privacy =
+        "The history is encrypted and stays on this computer only.\n"
+        "No network, cloud, tracking, analytics or third parties.",
     .wholePolicy = "The full privacy policy",
     .begin = "Get Started",
     .close = "Close",
@@ -56,8 +61,9 @@ constexpr HelpTexts english = {
     .policyTitle = "Privacy Policy",
     .policySubtitle = "Local  ·  Encrypted  ·  No tracking",
     .policyResource = "PrivacyPolicy.en",
-    .policyFallback = "Vantorel keeps the clipboard history locally and encrypted, and passes "
-                      "nothing on to third parties.",
+    .policyFallback =
+        "Vantorel keeps the clipboard history locally and encrypted, and passes "
+        "nothing on to third parties.",
 };
 
 }  // namespace

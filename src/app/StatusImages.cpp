@@ -2,7 +2,6 @@
 
 #include <QImage>
 #include <QPixmap>
-#include <array>
 #include <cstring>
 #include <string>
 
@@ -13,7 +12,6 @@ namespace vantorel {
 namespace {
 
 constexpr double points = 22;
-constexpr std::array pixelSides = {16, 22, 24, 32, 44, 64};
 
 SharedBitmap bitmap(const QImage& image) {
   auto picture = std::make_shared<Bitmap>();
@@ -42,10 +40,8 @@ QImage drawn(std::string_view symbol, int side) {
 
 StatusImage statusImage(bool isPaused) {
   const std::string_view symbol = isPaused ? "clipmb-template-paused" : "clipmb-template";
-  StatusImage image{std::string(applicationId::name) +
-                    (isPaused ? "-paused-symbolic" : "-symbolic")};
-  for (const int side : pixelSides) image.pictures.push_back(bitmap(drawn(symbol, side)));
-  return image;
+  return {.name = std::string(applicationId::name) + (isPaused ? "-paused-symbolic" : "-symbolic"),
+          .drawn = [symbol](int side) { return bitmap(drawn(symbol, side)); }};
 }
 
 }  // namespace vantorel

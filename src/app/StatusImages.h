@@ -4,7 +4,7 @@
 
 namespace vantorel {
 
-/// The picture in the desktop's bar, in the sizes that bars have.
+/// The picture in the desktop's bar.
 [[nodiscard]] StatusImage statusImage(bool isPaused);
 
 }  // namespace vantorel

@@ -12,8 +12,9 @@ namespace vantorel {
 
 /// A picture of which the shape alone counts: the bar that shows it chooses the colour.
 struct StatusImage {
-  std::string name = {};                    // in the desktop's icon themes, where it is installed
-  std::vector<SharedBitmap> pictures = {};  // the same in several sizes, black
+  std::string name = {};  // in the desktop's icon themes, where it is installed
+  /// Answers the same as a square of so many pixels, black. Main thread.
+  std::function<SharedBitmap(int side)> drawn = {};
 };
 
 /// This program's item in the desktop's bar: a picture with a tool tip and a menu. A bar may come,

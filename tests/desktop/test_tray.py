@@ -15,6 +15,7 @@ from harness.tray_case import (ALWAYS, HELP, PINNED_TOO, QUESTION, RECORDER, Sta
                                TrayTestCase)
 from harness.vantorel import program_path
 from harness.waiting import stays_true, wait_for
+from test_colours import DARK, LIGHT, Portal
 
 
 def _in(seconds):
@@ -30,11 +31,11 @@ class Item(TrayTestCase):
         self.assertEqual(item["IconAccessibleDesc"], "Vantorel")
         self.assertIs(item["ItemIsMenu"], False)
 
-    def test_its_picture_is_one_grey_in_several_sizes(self):
+    def test_its_picture_is_one_colour_in_several_sizes(self):
         item = self.tray.item()
         self.assertIn([22, 22], item["sizes"])
         self.assertEqual(item["lengths"], [4 * width * height for width, height in item["sizes"]])
-        self.assertEqual(item["colours"], [[128, 128, 128]])
+        self.assertEqual(item["colours"], [[0x8d, 0x8d, 0x8d]])
 
     def test_the_name_of_the_picture_is_given_only_where_it_is_installed(self):
         self.assertEqual(self.tray.item()["IconName"], "")
@@ -76,6 +77,23 @@ class Item(TrayTestCase):
         except AssertionError:
             return True
         return False
+
+
+class OnADarkDesktop(TrayTestCase):
+    desktop_options = {"dark": True}
+
+    def test_its_picture_is_light(self):
+        self.assertEqual(self.tray.item()["colours"], [[0xf2, 0xf2, 0xf2]])
+
+
+class OnADesktopThatBecomesDark(TrayTestCase):
+    def test_its_picture_follows(self):
+        portal = Portal(self.desktop, LIGHT)
+        portal.change(DARK)
+        wait_for("a light picture",
+                 lambda: self.tray.item()["colours"] == [[0xf2, 0xf2, 0xf2]])
+        portal.change(LIGHT)
+        wait_for("the former one", lambda: self.tray.item()["colours"] == [[0x8d, 0x8d, 0x8d]])
 
 
 class LateTray(StatusMenuTestCase):

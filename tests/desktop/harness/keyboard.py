@@ -98,6 +98,17 @@ class Pointer:
         xtest.fake_input(self._display, X.ButtonRelease, button)
         self._display.sync()
 
+    def hold(self, x, y, meanwhile):
+        """Presses there, and lets go when `meanwhile` has returned."""
+        self.move(x, y)
+        xtest.fake_input(self._display, X.ButtonPress, 1)
+        self._display.sync()
+        try:
+            meanwhile()
+        finally:
+            xtest.fake_input(self._display, X.ButtonRelease, 1)
+            self._display.sync()
+
     def drag(self, start, end, steps=8):
         """Presses at `start`, moves in steps as a hand does, releases at `end`."""
         self.move(*start)

@@ -2,6 +2,7 @@
 
 import json
 import os
+import signal
 import subprocess
 import sys
 
@@ -11,16 +12,25 @@ _PROCESS = os.path.join(os.path.dirname(__file__), "tray_process.py")
 
 
 class Tray:
-    """A tray that is there from when this is made until it is stopped."""
+    """A tray that is there from when this is made until it is stopped; without a host its items are
+    collected and not shown."""
 
-    def __init__(self, desktop):
+    def __init__(self, desktop, host=True):
         self._desktop = desktop
-        self._process = desktop.start("tray", [sys.executable, _PROCESS], stdin=subprocess.PIPE,
-                                      stdout=subprocess.PIPE)
+        argv = [sys.executable, _PROCESS] + ([] if host else ["--without-host"])
+        self._process = desktop.start("tray", argv, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self._read()
 
     def stop(self):
         self._desktop.processes.stop(self._process)
+
+    def fall_silent(self):
+        """Stays on the bus and answers nothing any more."""
+        os.kill(self._process.pid, signal.SIGSTOP)
+
+    def set_host(self, there):
+        """Somebody who shows the items comes, or goes."""
+        self._ask({"ask": "host", "there": there})
 
     def item(self):
         """The registered item's properties, or nothing."""

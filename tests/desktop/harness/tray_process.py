@@ -7,7 +7,10 @@ It owns the watcher's name, and answers requests on standard input with one JSON
 {"ask": "click", "id": 7} a click on a row of the menu;
 {"ask": "call", "method": "Activate", "x": 0, "y": 0} a click on the item;
 {"ask": "signals"} the names of the signals that came from the item since the last such request;
-{"ask": "registrations"} how often an item was registered.
+{"ask": "registrations"} how often an item was registered;
+{"ask": "host", "there": true} somebody who shows the items has come, or gone.
+
+With the argument --without-host nobody shows them at first.
 """
 
 import json
@@ -30,6 +33,7 @@ _INTERFACE = """
   <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
   <signal name="StatusNotifierItemUnregistered"><arg type="s"/></signal>
   <signal name="StatusNotifierHostRegistered"/>
+  <signal name="StatusNotifierHostUnregistered"/>
 </interface></node>
 """
 _ITEM = "org.kde.StatusNotifierItem"
@@ -45,6 +49,7 @@ class Tray:
         self.item = None
         self.registrations = 0
         self.signals = []
+        self.has_host = "--without-host" not in sys.argv
         node = Gio.DBusNodeInfo.new_for_xml(_INTERFACE)
         self.bus.register_object("/StatusNotifierWatcher", node.interfaces[0], self._called,
                                  self._property, None)
@@ -53,6 +58,8 @@ class Tray:
 
     def answer(self, request):
         what = request["ask"]
+        if what == "host":
+            return self._host(request["there"])
         if self.item is None:
             return None
         if what == "item":
@@ -75,6 +82,13 @@ class Tray:
             return self.registrations
         raise ValueError(what)
 
+    def _host(self, there):
+        self.has_host = there
+        self.bus.emit_signal(None, "/StatusNotifierWatcher", WATCHER,
+                             "StatusNotifierHost" + ("Registered" if there else "Unregistered"),
+                             None)
+        return True
+
     def _called(self, _bus, sender, _path, _interface, method, arguments, invocation):
         if method == "RegisterStatusNotifierItem":
             name, = arguments.unpack()
@@ -91,7 +105,7 @@ class Tray:
     def _property(self, _bus, _sender, _path, _interface, name):
         return {
             "RegisteredStatusNotifierItems": GLib.Variant("as", ["".join(self.item or ())]),
-            "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+            "IsStatusNotifierHostRegistered": GLib.Variant("b", self.has_host),
             "ProtocolVersion": GLib.Variant("i", 0),
         }[name]
 

@@ -181,7 +181,8 @@ class Vantorel:
 
     def panel(self):
         """The panel's window if it is shown."""
-        shown = self.desktop.windows.titled(PANEL)
+        windows = self.desktop.windows
+        shown = [each for each in windows.titled(PANEL) if not windows.is_for_a_tray(each)]
         return shown[0] if shown else None
 
     def press_shortcut(self):

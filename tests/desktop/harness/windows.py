@@ -85,6 +85,12 @@ class Windows:
         except error.XError:
             return False
 
+    def is_for_a_tray(self, window):
+        """Whether it was made to be taken in by a tray: the toolkit's windows tell window managers
+        of what type they are."""
+        return (self._property(window, "_XEMBED_INFO") is not None
+                and self._property(window, "_NET_WM_WINDOW_TYPE") is None)
+
     def on_every_desktop(self, window):
         return list(self._property(window, "_NET_WM_DESKTOP") or []) == [0xFFFFFFFF]
 

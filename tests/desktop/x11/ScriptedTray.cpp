@@ -53,11 +53,10 @@ void ScriptedTray::create(const Look& look) {
     xcb_create_colormap(xcb, XCB_COLORMAP_ALLOC_NONE, colormap, x11_->root(), visual);
   }
   const std::array<std::uint32_t, 4> values{look.colour, 0, 1, colormap};
-  xcb_create_window(xcb, depth, window_, x11_->root(), 0, 0, width, height, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
-                    XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                        XCB_CW_COLORMAP,
-                    values.data());
+  xcb_create_window(
+      xcb, depth, window_, x11_->root(), 0, 0, width, height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+      visual, XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
+      values.data());
   xcb_map_window(xcb, window_);
 }
 
@@ -160,16 +159,15 @@ bool ScriptedTray::exists(xcb_window_t window) const {
 }
 
 std::uint8_t ScriptedTray::depth(xcb_window_t window) const {
-  const auto answer =
-      x11_->reply(xcb_get_geometry_reply, xcb_get_geometry(x11_->xcb(), window));
+  const auto answer = x11_->reply(xcb_get_geometry_reply, xcb_get_geometry(x11_->xcb(), window));
   return answer ? answer->depth : 0;
 }
 
 std::uint32_t ScriptedTray::pixel(int x, int y) const {
-  const auto image = x11_->reply(
-      xcb_get_image_reply,
-      xcb_get_image(x11_->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, window_, static_cast<std::int16_t>(x),
-                    static_cast<std::int16_t>(y), 1, 1, ~0U));
+  const auto image =
+      x11_->reply(xcb_get_image_reply, xcb_get_image(x11_->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP,
+                                                     window_, static_cast<std::int16_t>(x),
+                                                     static_cast<std::int16_t>(y), 1, 1, ~0U));
   if (!image) throw std::runtime_error("the tray is not seen");
   const auto* bytes = xcb_get_image_data(image.get());
   return static_cast<std::uint32_t>(bytes[2]) << 16U | static_cast<std::uint32_t>(bytes[1]) << 8U |

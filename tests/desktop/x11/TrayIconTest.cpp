@@ -17,14 +17,15 @@ constexpr std::uint32_t darkInk = 0x1f1f1f;
 class TrayIconTest : public DesktopFixture {
  protected:
   void SetUp() override {
-    icon = X11TrayIcon::open(dispatch,
-                             {.picture =
-                                  [this](int side) {
-                                    sides.push_back(side);
-                                    return square(side);
-                                  },
-                              .onClick = [this](const TrayClick& click) { clicks.push_back(click); }},
-                             display());
+    icon =
+        X11TrayIcon::open(dispatch,
+                          {.picture =
+                               [this](int side) {
+                                 sides.push_back(side);
+                                 return square(side);
+                               },
+                           .onClick = [this](const TrayClick& click) { clicks.push_back(click); }},
+                          display());
     ASSERT_NE(icon, nullptr);
   }
 
@@ -52,8 +53,8 @@ class TrayIconTest : public DesktopFixture {
   }
   /// Takes the icon in and waits until it is seen. It may ask twice: when it finds the tray, and
   /// when the tray announces itself.
-  xcb_window_t embed(int side = 24, ScriptedTray::AfterDeath after =
-                                       ScriptedTray::AfterDeath::handedBack) {
+  xcb_window_t embed(int side = 24,
+                     ScriptedTray::AfterDeath after = ScriptedTray::AfterDeath::handedBack) {
     xcb_window_t window = awaitRequest();
     tray->embed(window, side, side, after);
     waitUntil("the icon is drawn", [&] {
@@ -88,7 +89,8 @@ TEST_F(TrayIconTest, ATrayThatIsThereGetsItWithItsNameAndItsSize) {
   const auto window = awaitRequest();
   EXPECT_EQ(stringProperty(tester(), window, tester().atom("_NET_WM_NAME")),
             "Vantorel — History Paused");
-  EXPECT_EQ(stringProperty(tester(), window, XCB_ATOM_WM_CLASS), std::string("vantorel\0Vantorel\0", 18));
+  EXPECT_EQ(stringProperty(tester(), window, XCB_ATOM_WM_CLASS),
+            std::string("vantorel\0Vantorel\0", 18));
   EXPECT_THAT(values32Property(tester(), window, tester().atom("_XEMBED_INFO")), ElementsAre(0, 1));
   EXPECT_EQ(tray->depth(window), tester().screen().root_depth);
   EXPECT_THAT(sides, IsEmpty()) << "nothing is drawn for a tray that may never show it";
@@ -274,9 +276,9 @@ TEST_F(TrayIconTest, ClicksSayTheButtonAndThePlace) {
   const auto window = embed();
   tray->press(window, 1, 5, 6);
   tray->press(window, 2, 23, 23);
-  tray->press(window, 1, 24, 5);   // beside it
-  tray->press(window, 1, -1, 5);   // beside it
-  tray->press(window, 4, 5, 5);    // the wheel
+  tray->press(window, 1, 24, 5);  // beside it
+  tray->press(window, 1, -1, 5);  // beside it
+  tray->press(window, 4, 5, 5);   // the wheel
   tray->press(window, 0, 5, 5);
   tray->press(window, 3, 7, 8);
   waitUntil("the last click", [&] { return clicks.size() >= 3; });

@@ -6,7 +6,8 @@ namespace vantorel {
 namespace {
 
 TEST(Language, IsHebrewForThoseWhoReadItAndWhereNobodySaid) {
-  for (const char* locale : {"he_IL.UTF-8", "he", "he_IL@x", "iw_IL", "", "C", "C.UTF-8", "POSIX"}) {
+  for (const char* locale :
+       {"he_IL.UTF-8", "he", "he_IL@x", "iw_IL", "", "C", "C.UTF-8", "POSIX"}) {
     EXPECT_EQ(languageOf({.lang = locale}), Language::hebrew) << locale;
   }
 }

@@ -3,7 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QDBusPendingCallWatcher>
+#include <array>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -11,11 +11,8 @@
 namespace vantorel {
 namespace {
 
-constexpr auto watcherName = "org.kde.StatusNotifierWatcher";
-constexpr auto watcherPath = "/StatusNotifierWatcher";
-
-// Nearly the same contrast against white and against the usual dark bars.
-constexpr char templateGrey = '\x80';
+// The sizes that bars have, in pixels.
+constexpr std::array pictureSides{16, 22, 24, 32, 44, 64};
 
 bool isInstalled(const std::filesystem::path& iconThemes, const std::string& name) {
   if (iconThemes.empty() || name.empty()) return false;
@@ -31,7 +28,7 @@ StatusNotifierTray::StatusNotifierTray(Services services, std::filesystem::path 
   registerTrayTypes();
   QObject::connect(&services_.bus, &SessionBus::rejoined, &item_, [this] {
     // Not before it is to be shown at all.
-    if (watcher_) join();
+    if (host_) join();
   });
   item_.onActivate = [this] {
     later([](const Handlers& handlers) {
@@ -59,7 +56,7 @@ StatusNotifierTray::StatusNotifierTray(Services services, std::filesystem::path 
 }
 
 StatusNotifierTray::~StatusNotifierTray() {
-  if (!watcher_) return;
+  if (!host_) return;
   auto bus = services_.bus.connection();
   if (!bus) return;
   bus->unregisterObject(TrayItem::menuPath);
@@ -78,8 +75,7 @@ void StatusNotifierTray::show(Handlers handlers) {
   handlers_ = std::move(handlers);
   item_.setActive(true);
   menu_.refresh();
-  if (!watcher_) join();
-  if (!watcher_) tellUnseen();
+  if (!host_) join();
 }
 
 // The objects stay: a watcher forgets an item only when its program leaves the bus.
@@ -91,16 +87,18 @@ void StatusNotifierTray::hide() {
 
 void StatusNotifierTray::join() {
   auto bus = services_.bus.connection();
-  if (!bus) return;
+  if (!bus) {
+    if (onHost) onHost(false);
+    return;
+  }
   constexpr auto everything = QDBusConnection::ExportAllContents;
   if (!bus->registerObject(TrayItem::path, &item_, everything)) return;
   if (!bus->registerObject(TrayItem::menuPath, &menu_, everything)) return;
-  watcher_ = std::make_unique<QDBusServiceWatcher>(watcherName, *bus,
-                                                   QDBusServiceWatcher::WatchForOwnerChange);
-  QObject::connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, &item_,
-                   [this](const QString&, const QString&, const QString& owner) {
-                     if (!owner.isEmpty()) registerWithWatcher();
-                   });
+  host_ = std::make_unique<TrayHost>(*bus);
+  host_->onWatcher = [this] { registerWithWatcher(); };
+  host_->onChange = [this](bool isThere) {
+    if (onHost) onHost(isThere);
+  };
   registerWithWatcher();
 }
 
@@ -108,32 +106,30 @@ void StatusNotifierTray::join() {
 void StatusNotifierTray::registerWithWatcher() {
   const auto bus = services_.bus.connection();
   if (!bus) return;
-  auto call = QDBusMessage::createMethodCall(watcherName, watcherPath, watcherName,
-                                             "RegisterStatusNotifierItem");
+  auto call = QDBusMessage::createMethodCall(TrayHost::watcher, TrayHost::watcherPath,
+                                             TrayHost::watcher, "RegisterStatusNotifierItem");
   call.setAutoStartService(false);
   call << bus->baseService();
-  auto* answer = new QDBusPendingCallWatcher(bus->asyncCall(call), &item_);
-  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &item_, [this, answer] {
-    if (answer->isError()) tellUnseen();
-    asked_ = true;
-    answer->deleteLater();
-  });
-}
-
-void StatusNotifierTray::tellUnseen() {
-  if (std::exchange(asked_, true)) return;
-  later([](const Handlers& handlers) {
-    if (handlers.onUnseen) handlers.onUnseen();
-  });
+  bus->asyncCall(call);
 }
 
 void StatusNotifierTray::setImage(StatusImage image) {
+  image_ = std::move(image);
+  giveImage();
+}
+
+void StatusNotifierTray::setInk(std::uint32_t ink) {
+  if (std::exchange(ink_, ink) != ink) giveImage();
+}
+
+void StatusNotifierTray::giveImage() {
   QList<TrayPixmap> pictures;
-  for (const auto& picture : image.pictures) {
-    if (picture) pictures << trayPixmap(*picture);
+  for (const int side : pictureSides) {
+    const auto picture = image_.drawn ? image_.drawn(side) : nullptr;
+    if (picture) pictures << trayPixmap(*picture, ink_);
   }
-  const bool named = isInstalled(iconThemes_, image.name);
-  item_.setIcon(named ? QString::fromStdString(image.name) : QString(),
+  const bool named = isInstalled(iconThemes_, image_.name);
+  item_.setIcon(named ? QString::fromStdString(image_.name) : QString(),
                 named ? QString::fromStdString(iconThemes_.native()) : QString(),
                 std::move(pictures));
 }
@@ -144,12 +140,12 @@ void StatusNotifierTray::setToolTip(std::string toolTip) {
 
 void StatusNotifierTray::menuChanged() { menu_.refresh(); }
 
-TrayPixmap trayPixmap(const Bitmap& picture) {
+TrayPixmap trayPixmap(const Bitmap& picture, std::uint32_t ink) {
   QByteArray pixels;
   pixels.reserve(static_cast<qsizetype>(picture.pixels.size()) * 4);
   for (const std::uint32_t pixel : picture.pixels) {
     pixels.append(static_cast<char>(pixel >> 24U));
-    pixels.append(3, templateGrey);
+    for (const unsigned shift : {16U, 8U, 0U}) pixels.append(static_cast<char>(ink >> shift));
   }
   return {picture.pixelSize.width, picture.pixelSize.height, std::move(pixels)};
 }

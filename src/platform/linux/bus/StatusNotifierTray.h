@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QDBusServiceWatcher>
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -10,6 +11,7 @@
 #include "platform/Screens.h"
 #include "platform/StatusItem.h"
 #include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/bus/TrayHost.h"
 #include "platform/linux/bus/TrayItem.h"
 #include "platform/linux/bus/TrayMenu.h"
 
@@ -32,6 +34,12 @@ class StatusNotifierTray : public StatusItem {
   StatusNotifierTray(Services services, std::filesystem::path iconThemes);
   ~StatusNotifierTray() override;
 
+  /// Whether there is a tray that shows the item. Called once that is known, which is not before
+  /// `show()`, and whenever it changes.
+  std::function<void(bool)> onHost;
+  /// The colour (0xRRGGBB) of pictures that a tray cannot colour by itself.
+  void setInk(std::uint32_t ink);
+
   void show(Handlers handlers) override;
   void hide() override;
   void setImage(StatusImage image) override;
@@ -41,7 +49,7 @@ class StatusNotifierTray : public StatusItem {
  private:
   void join();
   void registerWithWatcher();
-  void tellUnseen();
+  void giveImage();
   /// Runs `work` with the handlers in a later turn, unless the item is hidden by then: the bar has
   /// its answer first.
   template <class Work>
@@ -52,13 +60,14 @@ class StatusNotifierTray : public StatusItem {
   std::optional<Handlers> handlers_;  // absent while hidden
   TrayItem item_;
   TrayMenu menu_;
-  std::unique_ptr<QDBusServiceWatcher> watcher_;  // null until there was a bus
-  bool asked_ = false;                            // whether there is a tray
+  StatusImage image_;
+  std::uint32_t ink_ = 0;
+  std::unique_ptr<TrayHost> host_;  // null until there was a bus
   Lifetime showing_;
 };
 
-/// A template picture as trays want it: in a grey that is seen on light bars and on dark ones.
-[[nodiscard]] TrayPixmap trayPixmap(const Bitmap& picture);
+/// A template picture as trays want it, in that colour (0xRRGGBB).
+[[nodiscard]] TrayPixmap trayPixmap(const Bitmap& picture, std::uint32_t ink);
 
 /// A place in the screen's pixels, in points.
 [[nodiscard]] Point pointOfPixel(const Screens& screens, int x, int y);

@@ -8,10 +8,10 @@
 
 #include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/bus/DesktopNotifications.h"
-#include "platform/linux/bus/StatusNotifierTray.h"
 #include "platform/linux/decoding/ConfinedImageDecoder.h"
 #include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/DesktopColors.h"
+#include "platform/linux/desktop/LinuxStatusItem.h"
 #include "platform/linux/pictures/LinuxFileThumbnails.h"
 #include "platform/linux/pictures/ThemeIcons.h"
 #include "platform/linux/settings/JsonUserDefaults.h"
@@ -65,9 +65,9 @@ struct LinuxDesktop::Ports {
       {workerProgram(textWorker),
        modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
   QtScreens screens;
-  StatusNotifierTray statusItem{{dispatch, screens, bus}, installedIconThemes(ownProgramPath())};
+  LinuxStatusItem statusItem{{dispatch, screens, bus}, installedIconThemes(ownProgramPath())};
   DesktopNotifications notifications{bus};
-  X11EventMonitors monitors{dispatch};
+  X11EventMonitors monitors{dispatch, {}, [this] { return statusItem.isUnderPointer(); }};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<X11DesktopSettings> accessibility = X11DesktopSettings::open(dispatch);
   std::unique_ptr<X11Pasteboard> pasteboard = X11Pasteboard::open({dispatch, images});

@@ -9,9 +9,9 @@ namespace vantorel {
 
 /// What a tray of the older kind says of itself.
 struct TrayFacts {
-  xcb_window_t window = XCB_WINDOW_NONE;      // none: there is no such tray
-  xcb_visualid_t visual = 0;                  // that its icons should have; 0 when it does not say
-  std::optional<std::uint32_t> ink = {};      // 0xRRGGBB, of symbols on it
+  xcb_window_t window = XCB_WINDOW_NONE;  // none: there is no such tray
+  xcb_visualid_t visual = 0;              // that its icons should have; 0 when it does not say
+  std::optional<std::uint32_t> ink = {};  // 0xRRGGBB, of symbols on it
   friend bool operator==(const TrayFacts&, const TrayFacts&) = default;
 };
 

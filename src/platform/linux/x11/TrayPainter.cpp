@@ -115,8 +115,8 @@ xcb_render_picture_t TrayPainter::picture(xcb_window_t window, xcb_visualid_t vi
   auto* xcb = connection_.xcb();
   const xcb_render_picture_t picture = xcb_generate_id(xcb);
   const std::uint32_t inferiors = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
-  xcb_render_create_picture(xcb, picture, window, formats_.at(visual),
-                            XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
+  xcb_render_create_picture(xcb, picture, window, formats_.at(visual), XCB_RENDER_CP_SUBWINDOW_MODE,
+                            &inferiors);
   return picture;
 }
 

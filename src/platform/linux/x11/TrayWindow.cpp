@@ -71,8 +71,8 @@ void TrayWindow::create(int side) {
   visual_ = connection_.screen().root_visual;
   const std::array<std::uint32_t, 2> values{XCB_BACK_PIXMAP_PARENT_RELATIVE, events};
   xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window_, connection_.root(), 0, 0, length, length, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_,
-                    XCB_CW_BACK_PIXMAP | XCB_CW_EVENT_MASK, values.data());
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_, XCB_CW_BACK_PIXMAP | XCB_CW_EVENT_MASK,
+                    values.data());
 }
 
 void TrayWindow::describe(int side) const {
@@ -184,8 +184,8 @@ std::vector<std::uint32_t> TrayWindow::whatIsAround() const {
   }
   const auto place = connection_.reply(xcb_translate_coordinates_reply,
                                        xcb_translate_coordinates(xcb, window_, outermost, 0, 0));
-  const auto attributes = connection_.reply(xcb_get_window_attributes_reply,
-                                            xcb_get_window_attributes(xcb, outermost));
+  const auto attributes =
+      connection_.reply(xcb_get_window_attributes_reply, xcb_get_window_attributes(xcb, outermost));
   if (!place || !attributes || outermost == window_) return {};
   const std::int16_t x = place->dst_x;
   const std::int16_t y = place->dst_y;
@@ -195,10 +195,9 @@ std::vector<std::uint32_t> TrayWindow::whatIsAround() const {
     return static_cast<std::int16_t>(start + length);
   };
   std::vector<std::uint32_t> seen;
-  for (const PixelArea strip : {PixelArea{after(x, -1), y, 1, height},
-                                PixelArea{after(x, width_), y, 1, height},
-                                PixelArea{x, after(y, -1), width, 1},
-                                PixelArea{x, after(y, height_), width, 1}}) {
+  for (const PixelArea strip :
+       {PixelArea{after(x, -1), y, 1, height}, PixelArea{after(x, width_), y, 1, height},
+        PixelArea{x, after(y, -1), width, 1}, PixelArea{x, after(y, height_), width, 1}}) {
     const auto pixels = painter_.pixels(outermost, attributes->visual, strip);
     // Transparent where the tray ends, too: that says nothing about it.
     std::copy_if(pixels.begin(), pixels.end(), std::back_inserter(seen),

@@ -27,7 +27,7 @@ struct TrayClick {
 class TrayWindow {
  public:
   struct Wishes {
-    int side = 22;          // pixels, until the tray says otherwise
+    int side = 22;           // pixels, until the tray says otherwise
     std::string title = {};  // which trays show as they like
   };
 

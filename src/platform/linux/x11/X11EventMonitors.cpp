@@ -71,15 +71,19 @@ class MouseDownMonitor : public Observation {
 
 }  // namespace
 
-X11EventMonitors::X11EventMonitors(Dispatch& dispatch, std::string display)
-    : dispatch_(dispatch), display_(std::move(display)) {}
+X11EventMonitors::X11EventMonitors(Dispatch& dispatch, std::string display,
+                                   std::function<bool()> isOurs)
+    : dispatch_(dispatch), display_(std::move(display)), isOurs_(std::move(isOurs)) {}
 
 std::unique_ptr<Observation> X11EventMonitors::addGlobalMouseDownMonitor(
     std::function<void()> handler) {
   auto connection = X11Connection::open(display_);
   if (!connection) return nullptr;
   auto monitor = std::make_unique<MouseDownMonitor>(std::move(connection));
-  if (!monitor->begin(dispatch_, std::move(handler))) return nullptr;
+  auto ofOthers = [isOurs = isOurs_, handler = std::move(handler)] {
+    if (!isOurs || !isOurs()) handler();
+  };
+  if (!monitor->begin(dispatch_, std::move(ofOthers))) return nullptr;
   return monitor;
 }
 

@@ -22,8 +22,8 @@ std::unique_ptr<X11TrayIcon> X11TrayIcon::open(Dispatch& dispatch, Handlers hand
   std::unique_ptr<X11TrayIcon> icon(
       new X11TrayIcon(dispatch, std::move(handlers), std::move(connection)));
   if (!icon->painter_.knows(icon->thread_.connection().screen().root_visual)) return nullptr;
-  icon->thread_.start([icon = icon.get()](const xcb_generic_event_t& event) { icon->handle(event); },
-                      [] {});
+  icon->thread_.start(
+      [icon = icon.get()](const xcb_generic_event_t& event) { icon->handle(event); }, [] {});
   return icon;
 }
 
@@ -33,6 +33,9 @@ X11TrayIcon::X11TrayIcon(Dispatch& dispatch, Handlers handlers,
       ask_(onMainQueue(dispatch, life_.guard([this](int side) { deliver(side); }))),
       click_(onMainQueue(dispatch, life_.guard([this](const TrayClick& click) {
         if (handlers_.onClick) handlers_.onClick(click);
+      }))),
+      missing_(onMainQueue(dispatch, life_.guard([this] {
+        if (handlers_.onMissing) handlers_.onMissing();
       }))),
       thread_(std::move(connection), "tray"),
       painter_(thread_.connection()),
@@ -44,6 +47,7 @@ void X11TrayIcon::show(int side) {
   thread_.post([this, side] {
     wishes_ = TrayWindow::Wishes{.side = side};
     update();
+    if (!std::exchange(looked_, true) && manager_.facts().window == XCB_WINDOW_NONE) missing_();
   });
 }
 
@@ -67,9 +71,8 @@ void X11TrayIcon::setTitle(std::string title) {
 
 bool X11TrayIcon::isUnderPointer() {
   bool isThere = false;
-  const bool ran = thread_.runAndWait([&] {
-    isThere = thread_.catchUp() && window_ && window_->hasPointer();
-  });
+  const bool ran =
+      thread_.runAndWait([&] { isThere = thread_.catchUp() && window_ && window_->hasPointer(); });
   return ran && isThere;
 }
 
@@ -82,8 +85,7 @@ void X11TrayIcon::deliver(int side) {
 void X11TrayIcon::handle(const xcb_generic_event_t& event) {
   const auto news = manager_.handle(event);
   // A tray that says twice that it is there still has what it took in.
-  const bool knowsUs =
-      news == TrayManager::News::announced && window_ && window_->isEmbedded();
+  const bool knowsUs = news == TrayManager::News::announced && window_ && window_->isEmbedded();
   if (news != TrayManager::News::none && !knowsUs) {
     window_ = nullptr;
     thread_.cancel(std::exchange(retry_, 0));

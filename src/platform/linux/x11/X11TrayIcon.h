@@ -28,6 +28,8 @@ class X11TrayIcon {
     /// The template's shape, as a square of so many pixels. May be null.
     std::function<SharedBitmap(int side)> picture;
     std::function<void(const TrayClick&)> onClick;
+    /// There is no such tray. Told once, after the first `show`; one may still come.
+    std::function<void()> onMissing = {};
   };
 
   /// `dispatch` outlives the result. Null without an X server that can draw it. Main thread, as is
@@ -63,12 +65,14 @@ class X11TrayIcon {
   Lifetime life_;      // before the thread, which gets guarded callbacks
   std::function<void(int)> ask_;
   std::function<void(TrayClick)> click_;
+  std::function<void()> missing_;
   X11Thread thread_;
   TrayPainter painter_;
 
   // On the thread.
   TrayManager manager_;
   std::optional<TrayWindow::Wishes> wishes_;  // absent while hidden
+  bool looked_ = false;                       // for a tray, since something was shown
   std::string title_;
   std::unique_ptr<TrayWindow> window_;
   SharedBitmap picture_;

@@ -9,6 +9,8 @@
 namespace vantorel {
 namespace {
 
+using ::testing::Each;
+
 const EnvironmentLookup nothing = [](const char* /*name*/) { return std::nullopt; };
 
 TEST(StatusNotifierTray, WithoutABusNothingIsSeenAndNothingFails) {
@@ -22,7 +24,9 @@ TEST(StatusNotifierTray, WithoutABusNothingIsSeenAndNothingFails) {
     ++questions;
     return std::vector<MenuRow>{{.title = "Quit", .action = "1"}};
   };
-  tray.setImage({"name", {nullptr}});
+  std::vector<bool> hosts;
+  tray.onHost = [&](bool isThere) { hosts.push_back(isThere); };
+  tray.setImage({"name", [](int) { return nullptr; }});
   tray.setToolTip("Vantorel");
   tray.show(handlers);
   tray.menuChanged();
@@ -30,14 +34,16 @@ TEST(StatusNotifierTray, WithoutABusNothingIsSeenAndNothingFails) {
   tray.show(handlers);
   dispatch.runQueued();
   EXPECT_GT(questions, 0);
+  EXPECT_THAT(hosts, Each(false));
+  EXPECT_FALSE(hosts.empty());
 }
 
-TEST(TrayPixmap, KeepsTheShapeInAGreyOfItsOwn) {
+TEST(TrayPixmap, KeepsTheShapeInAColourOfItsOwn) {
   const Bitmap picture{{2, 1}, {2, 1}, {0xff000000, 0x40000000}};
-  const auto pixmap = trayPixmap(picture);
+  const auto pixmap = trayPixmap(picture, 0x8d9e70);
   EXPECT_EQ(pixmap.width, 2);
   EXPECT_EQ(pixmap.height, 1);
-  EXPECT_EQ(pixmap.pixels, QByteArray("\xff\x80\x80\x80\x40\x80\x80\x80", 8));
+  EXPECT_EQ(pixmap.pixels, QByteArray("\xff\x8d\x9e\x70\x40\x8d\x9e\x70", 8));
 }
 
 TEST(PointOfPixel, CountsTheScreensOwnScale) {
