@@ -112,11 +112,24 @@ Finding pasting(const DesktopFacts& facts) {
 }
 
 Finding tray(const DesktopFacts& facts) {
-  return {.subject = "Tray",
-          .weight = Weight::extra,
-          .isThere = facts.hasTray,
-          .says = facts.hasTray ? "there" : "none for StatusNotifier items",
-          .remedy = "Commands are options too; vantorel --menu shows the menu at the pointer."};
+  using Tray = DesktopFacts::Tray;
+  Finding finding{
+      .subject = "Tray",
+      .weight = Weight::extra,
+      .isThere = facts.tray != Tray::none,
+      .remedy = "Commands are options too; vantorel --menu shows the menu at the pointer."};
+  switch (facts.tray) {
+    case Tray::items:
+      finding.says = "there, for StatusNotifier items";
+      break;
+    case Tray::windows:
+      finding.says = "there, of the older kind (XEmbed)";
+      break;
+    case Tray::none:
+      finding.says = "none of either kind";
+      break;
+  }
+  return finding;
 }
 
 Finding lightAndDark(const DesktopFacts& facts) {

@@ -10,6 +10,8 @@ struct DesktopFacts {
   enum class Keyring { absent, noCollection, locked, unlocked };
   /// held: this user's running instance has it.
   enum class Shortcut { free, held, taken };
+  /// items: one that speaks StatusNotifierItem. windows: of the older kind, which takes windows in.
+  enum class Tray { none, windows, items };
 
   bool hasWindowSystem = false;  // that this program can speak to
   std::string windowManager;     // its name; empty when none runs or it does not say
@@ -19,7 +21,7 @@ struct DesktopFacts {
   Keyring keyring = Keyring::absent;
   Shortcut shortcut = Shortcut::taken;
   bool canPressKeys = false;
-  bool hasTray = false;
+  Tray tray = Tray::none;
   bool hasSettingsPortal = false;
   bool hasTextReader = false;              // the program that reads the text in pictures
   std::vector<std::string> textLanguages;  // the models it finds, as the engine names them

@@ -319,7 +319,8 @@ class Check(VantorelTestCase):
     def test_the_running_instance_and_a_tray_are_seen(self):
         Tray(self.desktop)
         self.vantorel.start()
-        self.assertEqual(self.assert_says("yes  Tray"), 0)
+        self.assertEqual(self.assert_says(
+            "yes  Tray              there, for StatusNotifier items"), 0)
         self.assert_says("asked for by the running Vantorel")
 
     def test_keys_that_another_program_holds_are_named_as_chosen(self):

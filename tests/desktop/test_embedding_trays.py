@@ -100,6 +100,16 @@ class _InATray:
         self.old.wait_for_shape()
 
 
+    def test_the_check_names_its_kind(self):
+        self.assertIn("yes  Tray              there, of the older kind (XEmbed)", self.check())
+        newer = Tray(self.desktop)
+        self.assertIn("yes  Tray              there, for StatusNotifier items", self.check())
+        newer.stop()
+
+    def check(self):
+        return self.vantorel.command("--check").stdout.decode()
+
+
 class Tint2(_InATray, StatusMenuTestCase):
     kind = "tint2"
 

@@ -18,7 +18,7 @@ DesktopFacts wholeDesktop() {
           .keyring = DesktopFacts::Keyring::unlocked,
           .shortcut = DesktopFacts::Shortcut::free,
           .canPressKeys = true,
-          .hasTray = true,
+          .tray = DesktopFacts::Tray::items,
           .hasSettingsPortal = true,
           .hasTextReader = true,
           .textLanguages = {"eng", "heb"}};
@@ -73,7 +73,7 @@ TEST(DesktopReport, WhatRecordingAndPastingNeedIsNeeded) {
 }
 
 TEST(DesktopReport, ComfortsAreNotNeeded) {
-  for (const auto take : {+[](DesktopFacts& facts) { facts.hasTray = false; },
+  for (const auto take : {+[](DesktopFacts& facts) { facts.tray = DesktopFacts::Tray::none; },
                           +[](DesktopFacts& facts) { facts.hasSettingsPortal = false; },
                           +[](DesktopFacts& facts) { facts.hasTextReader = false; },
                           +[](DesktopFacts& facts) { facts.textLanguages.clear(); }}) {
@@ -81,6 +81,19 @@ TEST(DesktopReport, ComfortsAreNotNeeded) {
     take(facts);
     EXPECT_TRUE(report(facts).isEnough);
     EXPECT_THAT(report(facts).text, HasSubstr("\nno   "));
+  }
+}
+
+TEST(DesktopReport, EachKindOfTrayIsOne) {
+  using Tray = DesktopFacts::Tray;
+  for (const auto& [tray, says] :
+       {std::pair(Tray::items, "yes  Tray              there, for StatusNotifier items"),
+        std::pair(Tray::windows, "yes  Tray              there, of the older kind (XEmbed)"),
+        std::pair(Tray::none, "no   Tray              none of either kind")}) {
+    auto facts = wholeDesktop();
+    facts.tray = tray;
+    EXPECT_TRUE(report(facts).isEnough);
+    EXPECT_THAT(report(facts).text, HasSubstr(says));
   }
 }
 

@@ -17,6 +17,7 @@
 #include "platform/linux/settings/JsonUserDefaults.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
+#include "platform/linux/x11/TrayManager.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11KeyGrabber.h"
 #include "platform/linux/x11/X11Property.h"
@@ -93,7 +94,7 @@ void lookAtBus(DesktopFacts& facts) {
   facts.hasSessionBus = bus.answers();
   if (!facts.hasSessionBus) return;
   facts.isRunning = bus.has(applicationId::name);
-  facts.hasTray = bus.has("org.kde.StatusNotifierWatcher");
+  if (bus.has("org.kde.StatusNotifierWatcher")) facts.tray = DesktopFacts::Tray::items;
   constexpr auto portal = "org.freedesktop.portal.Desktop";
   facts.hasSettingsPortal = bus.has(portal) || bus.starts(portal);
 }
@@ -115,6 +116,10 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
       x11->reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(x11->xcb(), compositor));
   facts.hasCompositor = owner && owner->owner != XCB_WINDOW_NONE;
   facts.canPressKeys = x11->extension(xcb_test_id) != nullptr;
+  const bool takesWindows = TrayManager(*x11).facts().window != XCB_WINDOW_NONE;
+  if (takesWindows && facts.tray == DesktopFacts::Tray::none) {
+    facts.tray = DesktopFacts::Tray::windows;
+  }
   X11KeyGrabber grabber(std::move(x11), [](HotKeyRef /*pressed*/) {});
   if (facts.isRunning) {
     facts.shortcut = DesktopFacts::Shortcut::held;
