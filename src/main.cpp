@@ -13,12 +13,12 @@
 #include "platform/linux/desktop/DesktopSurvey.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
 #include "platform/linux/desktop/PortalColorScheme.h"
+#include "platform/linux/desktop/Session.h"
 #include "platform/linux/desktop/SessionMember.h"
 #include "platform/linux/keyring/SecretServiceKeychain.h"
 #include "platform/linux/start/ClosedProcess.h"
 #include "platform/linux/start/LargeBlocks.h"
 #include "platform/linux/start/TerminationSignals.h"
-#include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/qt/QtDispatch.h"
 #include "security/HistoryKeychain.h"
@@ -51,15 +51,13 @@ int main(int argc, char** argv) {
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;
 
-  // The toolkit would end the process, with advice that helps nobody.
-  if (!X11Connection::open()) {
-    std::fputs("vantorel: no X server answers. Start it in an X11 session, or with Xwayland.\n",
-               stderr);
+  const auto session = Session::find(processEnvironment);
+  if (const auto refusal = session.refusal(); !refusal.empty()) {
+    std::fprintf(stderr, "vantorel: %s\n", refusal.c_str());
     return 1;
   }
-  // The adapters speak X11, so the toolkit does too, also where it or the login would choose
-  // otherwise. Said before the first thread: one that reads the environment meanwhile could miss
-  // what it looks for.
+  // The adapters speak X11, so the toolkit does too, whatever it or the user would choose. Said
+  // before the first thread: one that reads the environment meanwhile could miss what it looks for.
   if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) qputenv("QT_QPA_PLATFORM", "xcb");
 
   QtDispatch dispatch;
@@ -86,7 +84,8 @@ int main(int argc, char** argv) {
   ApplicationService service(dispatch, bus, offeredActions());
   if (const auto status = instance.endsWithToolkit(service)) return *status;
 
-  const auto desktop = LinuxDesktop::open(dispatch, keychain, bus, portal, instance.historyLock());
+  const auto desktop =
+      LinuxDesktop::open({dispatch, keychain, bus, portal, instance.historyLock()}, session);
   if (!desktop) {
     std::fputs("vantorel: the X server lacks what a clipboard history needs.\n", stderr);
     return 1;

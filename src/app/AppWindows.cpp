@@ -18,6 +18,7 @@ namespace {
 constexpr std::string_view didShowOnboardingKey = "didShowOnboardingV2";
 constexpr Seconds onboardingDelay{0.3};
 constexpr std::string_view unavailablePrompt = "That shortcut is unavailable. Try another.";
+constexpr std::string_view absentPrompt = "Have your desktop run vantorel --toggle";
 constexpr std::string_view canPaste = "This desktop allows automatic paste.";
 constexpr std::string_view cannotPaste = "No automatic paste here. Press ⌘V to paste.";
 // Shown where the application carries no version; the program always sets one.
@@ -68,6 +69,7 @@ void AppWindows::showShortcutPanel() {
   };
   shortcutPanel_->onReset = [this] { resetShortcut(); };
   shortcutPanel_->onCancel = [this] { closeShortcutPanel(); };
+  if (!hotKey_.canBeHad()) shortcutPanel_->setPrompt(absentPrompt);
   showInTheMiddle(*shortcutPanel_, desktop_);
 }
 
@@ -80,7 +82,9 @@ void AppWindows::applyShortcut(const HotKeyShortcut& candidate) {
     case HotKeyRegistration::ApplyResult::unchanged:
       return closeShortcutPanel();
     case HotKeyRegistration::ApplyResult::unavailable:
-      if (shortcutPanel_) shortcutPanel_->setPrompt(unavailablePrompt);
+      if (shortcutPanel_) {
+        shortcutPanel_->setPrompt(hotKey_.canBeHad() ? unavailablePrompt : absentPrompt);
+      }
       return;
     case HotKeyRegistration::ApplyResult::applied:
       break;

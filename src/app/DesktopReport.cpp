@@ -22,14 +22,36 @@ struct Finding {
 Finding display(const DesktopFacts& facts) {
   if (!facts.hasWindowSystem) {
     return {.subject = "Display",
-            .says = "no X server that this program can use",
-            .remedy = "Start it in an X11 session; DISPLAY names the server."};
+            .says = facts.isWayland ? "Wayland, without an X server for the windows"
+                                    : "no X server that this program can use",
+            .remedy = facts.isWayland ? "Install and switch on Xwayland."
+                                      : "Start it in an X11 session; DISPLAY names the server."};
   }
-  std::string says = facts.windowManager.empty()
-                         ? "X11, without a window manager that says its name"
-                         : "X11 with " + facts.windowManager;
+  std::string says = facts.isWayland ? "Xwayland in a Wayland session" : "X11";
+  says += facts.windowManager.empty() ? ", without a window manager that says its name"
+                                      : " with " + facts.windowManager;
   says += facts.hasCompositor ? ", windows may be translucent" : ", windows are drawn opaque";
   return {.subject = "Display", .isThere = true, .says = std::move(says)};
+}
+
+/// A compositor that bridges the clipboard always cannot be told from one that does it now and
+/// then.
+Finding clipboard(const DesktopFacts& facts) {
+  std::string says = facts.clipboardProtocol;
+  if (facts.isWayland) {
+    says += ", so far as the compositor hands it on: some do only while an X11 window is in front";
+  }
+  return {.subject = "Clipboard", .isThere = true, .says = std::move(says)};
+}
+
+Finding sources(const DesktopFacts& facts) {
+  return {.subject = "Applications",
+          .weight = Weight::extra,
+          .isThere = !facts.isWayland,
+          .says = facts.isWayland ? "none is told but X11 programs: where other copies come from "
+                                    "is unknown"
+                                  : "by their X11 windows",
+          .remedy = "Excluding an application cannot keep its copies out; pause instead."};
 }
 
 Finding bus(const DesktopFacts& facts) {
@@ -68,7 +90,9 @@ Finding keyring(const DesktopFacts& facts) {
 
 Finding shortcut(const DesktopFacts& facts, const std::string& keys) {
   using Shortcut = DesktopFacts::Shortcut;
-  Finding finding{.subject = "Shortcut", .isThere = facts.shortcut != Shortcut::taken};
+  Finding finding{.subject = "Shortcut",
+                  .weight = facts.shortcut == Shortcut::absent ? Weight::extra : Weight::needed,
+                  .isThere = facts.shortcut == Shortcut::free || facts.shortcut == Shortcut::held};
   switch (facts.shortcut) {
     case Shortcut::held:
       finding.says = keys + ", asked for by the running Vantorel";
@@ -80,6 +104,10 @@ Finding shortcut(const DesktopFacts& facts, const std::string& keys) {
       finding.says = keys + " cannot be had";
       finding.remedy =
           "Choose another with vantorel --shortcut, or have your desktop run vantorel --toggle.";
+      break;
+    case Shortcut::absent:
+      finding.says = "only the compositor has keys that reach over every window";
+      finding.remedy = "Have your desktop run vantorel --toggle by keys of its own.";
       break;
   }
   return finding;
@@ -104,10 +132,15 @@ Finding textInPictures(const DesktopFacts& facts) {
 }
 
 Finding pasting(const DesktopFacts& facts) {
+  std::string says = "the server presses no keys (XTEST)";
+  if (facts.canPressKeys) {
+    says = facts.isWayland ? "into windows of X11 programs; elsewhere press the keys yourself"
+                           : "into the window in front";
+    says += " (" + facts.keysProtocol + ")";
+  }
   return {.subject = "Pasting",
           .isThere = facts.canPressKeys,
-          .says = facts.canPressKeys ? "into the window in front"
-                                     : "the server presses no keys (XTEST)",
+          .says = std::move(says),
           .remedy = "What you choose is put on the clipboard; paste it yourself."};
 }
 
@@ -144,6 +177,8 @@ Finding lightAndDark(const DesktopFacts& facts) {
 std::vector<Finding> findings(const DesktopFacts& facts, const std::string& keys) {
   std::vector<Finding> all{display(facts)};
   if (facts.hasWindowSystem) {
+    all.push_back(clipboard(facts));
+    all.push_back(sources(facts));
     all.push_back(shortcut(facts, keys));
     all.push_back(pasting(facts));
   }

@@ -12,7 +12,7 @@ HotKeyRegistration::~HotKeyRegistration() { unregisterHotKey(); }
 
 void HotKeyRegistration::registerHotKey() {
   ensureHotKeyHandler();
-  if (reference_) return;
+  if (reference_ || !handlerInstalled_) return;
   reference_ = take(shortcut_);
   if (!reference_ && shortcut_ != HotKeyShortcut{}) {
     shortcut_ = {};

@@ -34,7 +34,8 @@ class HotKeyRegistration {
   std::function<void(std::string_view)> onNotice;
 
   /// Registers the shortcut; one that cannot be had is given up for the default, which is stored.
-  /// When that cannot be had either the program runs without.
+  /// When that cannot be had either the program runs without. Where no program can have one, what
+  /// is stored stays.
   void registerHotKey();
   enum class ApplyResult {
     unchanged,    // it is the shortcut already
@@ -48,6 +49,8 @@ class HotKeyRegistration {
   void unregisterHotKey();
 
   [[nodiscard]] const HotKeyShortcut& shortcut() const { return shortcut_; }
+  /// Whether this desktop lets programs have shortcuts. Known once it was tried.
+  [[nodiscard]] bool canBeHad() const { return handlerInstalled_; }
   [[nodiscard]] bool isRegistered() const { return reference_.has_value(); }
 
  private:

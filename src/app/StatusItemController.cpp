@@ -47,7 +47,15 @@ void StatusItemController::setTrouble(Trouble trouble) {
   refreshStatusItem();
 }
 
-void StatusItemController::showStatusMenu() { showStatusMenu(desktop_.screens.mouseLocation()); }
+void StatusItemController::showStatusMenu() {
+  Point at = desktop_.screens.mouseLocation();
+  if (at == unknownPlace) {
+    if (const auto screen = desktop_.screens.mainScreen()) {
+      at = {screen->visibleFrame.midX(), screen->visibleFrame.midY()};
+    }
+  }
+  showStatusMenu(at);
+}
 
 void StatusItemController::showStatusMenu(Point at) { popup_.popUp(menuRows(), at); }
 

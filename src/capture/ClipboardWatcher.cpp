@@ -67,7 +67,9 @@ void ClipboardWatcher::poll() {
   lastChangeCount_ = change;
   supersedeReading();
 
-  const auto front = services_.workspace.frontmostApplication();
+  const auto front = services_.pasteboard.isBridged(change)
+                         ? std::nullopt
+                         : services_.workspace.frontmostApplication();
   auto source = sourceAppOf(front);
   // What the pause or the source alone rules out is not even asked about.
   if (privacy_.shouldIgnore({}, source)) {

@@ -8,12 +8,14 @@ namespace vantorel {
 /// What a desktop gives a clipboard history, and what it lacks, as found by looking once.
 struct DesktopFacts {
   enum class Keyring { absent, noCollection, locked, unlocked };
-  /// held: this user's running instance has it.
-  enum class Shortcut { free, held, taken };
+  /// held: this user's running instance has it; absent: no program can have one that reaches it
+  /// over every window.
+  enum class Shortcut { free, held, taken, absent };
   /// items: one that speaks StatusNotifierItem. windows: of the older kind, which takes windows in.
   enum class Tray { none, windows, items };
 
   bool hasWindowSystem = false;  // that this program can speak to
+  bool isWayland = false;        // a compositor answers: the X server, if any, stands inside of it
   std::string windowManager;     // its name; empty when none runs or it does not say
   bool hasCompositor = false;
   bool hasSessionBus = false;
@@ -21,6 +23,9 @@ struct DesktopFacts {
   Keyring keyring = Keyring::absent;
   Shortcut shortcut = Shortcut::taken;
   bool canPressKeys = false;
+  // What the ports speak, with its version.
+  std::string clipboardProtocol;
+  std::string keysProtocol;
   Tray tray = Tray::none;
   bool hasSettingsPortal = false;
   bool hasTextReader = false;              // the program that reads the text in pictures

@@ -53,6 +53,11 @@ class Pasteboard : public Announcer {
   /// when it cannot be told, and once there was a newer change. Cheap: looks it up.
   [[nodiscard]] virtual std::optional<ProcessId> ownerProcess(ChangeCount change) const = 0;
 
+  /// Whether a bridge between two window systems owned the contents when that change was counted:
+  /// they come from where this desktop's windows tell nothing, so none of them is their source.
+  /// False once there was a newer change. Cheap: looks it up.
+  [[nodiscard]] virtual bool isBridged(ChangeCount change) const = 0;
+
   /// Called on the main queue soon after another program changed the contents. Changes that follow
   /// each other at once may be announced together. Replaces the previous handler; empty: none.
   virtual void setChangeHandler(std::function<void()> handler) = 0;

@@ -28,6 +28,9 @@ struct Rect {
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
+/// Outside of every screen and window.
+inline constexpr Point unknownPlace{-1e6, -1e6};
+
 struct Screen {
   Rect frame;
   Rect visibleFrame;  // without what docks and bars cover
@@ -41,6 +44,7 @@ class Screens {
   /// In the desktop's own order.
   [[nodiscard]] virtual std::vector<Screen> screens() const = 0;
   [[nodiscard]] virtual std::optional<Screen> mainScreen() const = 0;
+  /// `unknownPlace` while the desktop does not tell.
   [[nodiscard]] virtual Point mouseLocation() const = 0;
 };
 

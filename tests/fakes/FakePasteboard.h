@@ -32,6 +32,7 @@ class FakePasteboard : public Pasteboard {
     Answering answering = Answering::atOnce;
     std::map<Form, Answering> answeringOf = {};  // where a form is answered otherwise
     std::optional<ProcessId> process = std::nullopt;
+    bool isBridge = false;
   };
 
   /// What this process put on the pasteboard; `clear` is an entry of its own.
@@ -54,6 +55,9 @@ class FakePasteboard : public Pasteboard {
   }
   [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const override {
     return change == changeCount_ ? contents_.process : std::nullopt;
+  }
+  [[nodiscard]] bool isBridged(ChangeCount change) const override {
+    return change == changeCount_ && contents_.isBridge;
   }
   [[nodiscard]] bool announcesEveryChange() const override { return announces_; }
   void setAnnouncingHandler(std::function<void()> handler) override {

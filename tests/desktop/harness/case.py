@@ -20,6 +20,7 @@ HARMLESS = "setNetWmStateOnUnmappedWindow() called on mapped window"
 class DesktopTestCase(unittest.TestCase):
     """Gives each test a private desktop of its own; a failed test leaves its logs in the output."""
 
+    desktop_class = PrivateDesktop
     desktop_options = {}
 
     def setUp(self):
@@ -28,7 +29,7 @@ class DesktopTestCase(unittest.TestCase):
 
     def new_desktop(self, **options):
         """A further desktop, closed at the end like the first one."""
-        desktop = PrivateDesktop(**options)
+        desktop = self.desktop_class(**options)
         self.addCleanup(self._close, desktop)
         desktop.__enter__()
         return desktop

@@ -134,6 +134,10 @@ class PrivateDesktop:
         self.bus.start(self.env)
         self.env["DBUS_SESSION_BUS_ADDRESS"] = self.bus.address
         self.keyring.start(self.keyring_state, self.env)
+        if "DISPLAY" in self.env:
+            self._start_on_x_server()
+
+    def _start_on_x_server(self):
         self.display = xdisplay.Display(self.env["DISPLAY"])
         self.keyboard = Keyboard(self.display)
         self.pointer = Pointer(self.display)

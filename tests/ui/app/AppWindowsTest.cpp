@@ -186,6 +186,16 @@ TEST_F(AppWindowsTest, ATakenShortcutKeepsTheRecorderOpenAndTheOldOneInForce) {
   EXPECT_TRUE(historyIsShown());
 }
 
+TEST_F(AppWindowsTest, WhereNoShortcutCanBeHadTheRecorderSaysWhatToDoInstead) {
+  desktop.hotKeys.setHandlerInstallFails(true);
+  startAgain();
+  delegate->showShortcutPanel();
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "Have your desktop run vantorel --toggle");
+  desktop.hotKeys.take(40, 0x1800);
+  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "Have your desktop run vantorel --toggle");
+}
+
 TEST_F(AppWindowsTest, EscapeClosesTheRecorderAndChangesNothing) {
   startAgain();
   delegate->showShortcutPanel();

@@ -18,6 +18,8 @@ DesktopFacts wholeDesktop() {
           .keyring = DesktopFacts::Keyring::unlocked,
           .shortcut = DesktopFacts::Shortcut::free,
           .canPressKeys = true,
+          .clipboardProtocol = "X11 selections (XFIXES 5.0)",
+          .keysProtocol = "XTEST 2.2",
           .tray = DesktopFacts::Tray::items,
           .hasSettingsPortal = true,
           .hasTextReader = true,
@@ -33,6 +35,9 @@ TEST(DesktopReport, SaysYesToEverythingWhereEverythingIs) {
   EXPECT_THAT(whole.text, Not(HasSubstr("NO ")));
   EXPECT_THAT(whole.text, Not(HasSubstr("no ")));
   EXPECT_THAT(whole.text, HasSubstr("yes  Display           X11 with Openbox"));
+  EXPECT_THAT(whole.text, HasSubstr("yes  Clipboard         X11 selections (XFIXES 5.0)\n"));
+  EXPECT_THAT(whole.text, HasSubstr("yes  Applications      by their X11 windows\n"));
+  EXPECT_THAT(whole.text, HasSubstr("into the window in front (XTEST 2.2)"));
   EXPECT_THAT(whole.text, HasSubstr("Super+V is free"));
   EXPECT_THAT(whole.text, HasSubstr("eng, heb"));
 }
@@ -95,6 +100,29 @@ TEST(DesktopReport, EachKindOfTrayIsOne) {
     EXPECT_TRUE(report(facts).isEnough);
     EXPECT_THAT(report(facts).text, HasSubstr(says));
   }
+}
+
+TEST(DesktopReport, InsideOfACompositorItSaysWhatAnXServerDoesNotReach) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  facts.shortcut = DesktopFacts::Shortcut::absent;
+  const auto inside = report(facts);
+  EXPECT_TRUE(inside.isEnough);
+  EXPECT_THAT(inside.text, HasSubstr("yes  Display           Xwayland in a Wayland session"));
+  EXPECT_THAT(inside.text, HasSubstr("only while an X11 window is in front"));
+  EXPECT_THAT(inside.text, HasSubstr("no   Applications"));
+  EXPECT_THAT(inside.text, HasSubstr("no   Shortcut"));
+  EXPECT_THAT(inside.text, HasSubstr("run vantorel --toggle"));
+  EXPECT_THAT(inside.text, Not(HasSubstr("Super+V")));
+  EXPECT_THAT(inside.text, HasSubstr("into windows of X11 programs"));
+}
+
+TEST(DesktopReport, ACompositorWithoutAnXServerHasNoPlaceForTheWindows) {
+  DesktopFacts facts;
+  facts.isWayland = true;
+  EXPECT_FALSE(report(facts).isEnough);
+  EXPECT_THAT(report(facts).text, HasSubstr("NO   Display           Wayland, without an X server"));
+  EXPECT_THAT(report(facts).text, HasSubstr("Install and switch on Xwayland."));
 }
 
 TEST(DesktopReport, WhatHangsOnSomethingMissingIsNotMentioned) {

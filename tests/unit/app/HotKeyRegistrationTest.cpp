@@ -129,6 +129,16 @@ TEST_F(HotKeyRegistrationTest, AHandlerThatCannotBeInstalledIsReportedAndTriedAg
   EXPECT_EQ(presses, 1);
 }
 
+TEST_F(HotKeyRegistrationTest, WhereShortcutsCannotBeHadTheSavedOneIsKept) {
+  HotKeyShortcut{40, 0x1800, "K"}.save(defaults);
+  hotKeys.setHandlerInstallFails(true);
+  hotKeys.take(40, 0x1800);
+  EXPECT_FALSE(start().canBeHad());
+  EXPECT_THAT(notices, ElementsAre(noHandler));
+  EXPECT_THAT(hotKeys.log(), IsEmpty());
+  EXPECT_EQ(HotKeyShortcut::load(defaults), (HotKeyShortcut{40, 0x1800, "K"}));
+}
+
 TEST_F(HotKeyRegistrationTest, AnInstalledHandlerIsNeverInstalledAgain) {
   start().registerHotKey();
   EXPECT_EQ(hotKeys.handlerInstalls(), 1);

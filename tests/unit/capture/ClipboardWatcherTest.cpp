@@ -213,6 +213,15 @@ TEST_F(ClipboardWatcherTest, CopiesWithNothingInFrontAreNobodys) {
   EXPECT_EQ(newest().sourceBundleIdentifier, std::nullopt);
 }
 
+TEST_F(ClipboardWatcherTest, WhatABridgeOffersIsNotFromTheWindowInFront) {
+  pasteboard.offer({.string = "from beyond", .isBridge = true});
+  watcher->poll();
+  dispatch().runQueued();
+  ASSERT_EQ(count(), 1U);
+  EXPECT_EQ(newest().sourceAppName, std::nullopt);
+  EXPECT_EQ(newest().sourceBundleIdentifier, std::nullopt);
+}
+
 TEST_F(ClipboardWatcherTest, ItsOwnWritesAreNotCapturedOnceItWasTold) {
   watcher->start();
   ASSERT_TRUE(pasteboard.writeString("pasted"));

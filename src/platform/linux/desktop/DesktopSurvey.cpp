@@ -11,6 +11,7 @@
 
 #include "platform/ApplicationId.h"
 #include "platform/linux/desktop/DefaultsFile.h"
+#include "platform/linux/desktop/Session.h"
 #include "platform/linux/glib/BusConnection.h"
 #include "platform/linux/glib/SessionBusAddress.h"
 #include "platform/linux/keyring/KeyringState.h"
@@ -106,10 +107,32 @@ std::string windowManager(X11Connection& x11) {
   return stringProperty(x11, window.front(), x11.atom("_NET_WM_NAME")).value_or("no name");
 }
 
+std::string dotted(unsigned major, unsigned minor) {
+  return std::to_string(major) + "." + std::to_string(minor);
+}
+
+std::string xfixes(const X11Connection& x11) {
+  const auto told = x11.reply(
+      xcb_xfixes_query_version_reply,
+      xcb_xfixes_query_version(x11.xcb(), XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION));
+  return told ? "XFIXES " + dotted(told->major_version, told->minor_version) : "XFIXES";
+}
+
+std::string xtest(const X11Connection& x11) {
+  const auto told =
+      x11.reply(xcb_test_get_version_reply,
+                xcb_test_get_version(x11.xcb(), XCB_TEST_MAJOR_VERSION, XCB_TEST_MINOR_VERSION));
+  return told ? "XTEST " + dotted(told->major_version, told->minor_version) : "XTEST";
+}
+
 void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
+  const auto session = Session::find(processEnvironment);
+  const bool isInside = session.windows == Session::Windows::xwayland;
+  facts.isWayland = isInside || session.wayland;
   auto x11 = X11Connection::open();
   if (!x11 || !x11->extension(xcb_xfixes_id)) return;
   facts.hasWindowSystem = true;
+  facts.clipboardProtocol = "X11 selections (" + xfixes(*x11) + ")";
   facts.windowManager = windowManager(*x11);
   const auto compositor = x11->atom("_NET_WM_CM_S" + std::to_string(x11->screenNumber()));
   const auto owner =
@@ -119,6 +142,11 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
   const bool takesWindows = TrayManager(*x11).facts().window != XCB_WINDOW_NONE;
   if (takesWindows && facts.tray == DesktopFacts::Tray::none) {
     facts.tray = DesktopFacts::Tray::windows;
+  }
+  if (facts.canPressKeys) facts.keysProtocol = xtest(*x11);
+  if (isInside) {
+    facts.shortcut = DesktopFacts::Shortcut::absent;
+    return;
   }
   X11KeyGrabber grabber(std::move(x11), [](HotKeyRef /*pressed*/) {});
   if (facts.isRunning) {

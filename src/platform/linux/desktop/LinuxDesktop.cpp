@@ -19,6 +19,7 @@
 #include "platform/linux/start/HistoryLock.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
+#include "platform/linux/windows/AbsentHotKeys.h"
 #include "platform/linux/windows/KeyCodeTable.h"
 #include "platform/linux/x11/X11DesktopSettings.h"
 #include "platform/linux/x11/X11EventMonitors.h"
@@ -29,6 +30,7 @@
 #include "platform/linux/x11/toolkit/X11KeyboardGrabs.h"
 #include "platform/linux/x11/toolkit/X11WindowBackdrops.h"
 #include "platform/linux/x11/toolkit/X11WindowSpaces.h"
+#include "platform/linux/x11/toolkit/XwaylandScreens.h"
 #include "platform/linux/xdg/NoDump.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/posix/PosixFileSystem.h"
@@ -45,13 +47,18 @@ std::filesystem::path installedIconThemes(const std::filesystem::path& program) 
 }  // namespace
 
 struct LinuxDesktop::Ports {
-  Ports(Dispatch& dispatchPort, Keychain& keychainPort, SessionBus& sessionBus, HistoryLock& lock)
-      : dispatch(dispatchPort), keychain(keychainPort), bus(sessionBus), historyLock(lock) {}
+  Ports(const Services& services, const Session& session)
+      : dispatch(services.dispatch),
+        keychain(services.keychain),
+        bus(services.bus),
+        historyLock(services.historyLock),
+        isInsideWayland(session.windows == Session::Windows::xwayland) {}
 
   Dispatch& dispatch;
   Keychain& keychain;
   SessionBus& bus;
   HistoryLock& historyLock;
+  const bool isInsideWayland;
   XdgDirectories directories = XdgDirectories::fromEnvironment(processEnvironment);
   PosixFileSystem files{setNoDump, [this](const std::filesystem::path& directory) {
                           return historyLock.claim(directory);
@@ -64,13 +71,15 @@ struct LinuxDesktop::Ports {
   WorkerTextRecognition recognition{
       {workerProgram(textWorker),
        modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
-  QtScreens screens;
-  LinuxStatusItem statusItem{{dispatch, screens, bus}, installedIconThemes(ownProgramPath())};
+  const std::unique_ptr<Screens> screens = openScreens();
+  LinuxStatusItem statusItem{{dispatch, *screens, bus}, installedIconThemes(ownProgramPath())};
   DesktopNotifications notifications{bus};
+  using Bridge = SelectionService::Bridge;
   X11EventMonitors monitors{dispatch, {}, [this] { return statusItem.isUnderPointer(); }};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<X11DesktopSettings> accessibility = X11DesktopSettings::open(dispatch);
-  std::unique_ptr<X11Pasteboard> pasteboard = X11Pasteboard::open({dispatch, images});
+  std::unique_ptr<X11Pasteboard> pasteboard =
+      X11Pasteboard::open({dispatch, images, isInsideWayland ? Bridge::compositor : Bridge::none});
   std::unique_ptr<X11Workspace> workspace =
       X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));
   MimeTypeDatabase types{MimeTypeDatabase::directories(processEnvironment)};
@@ -90,13 +99,24 @@ struct LinuxDesktop::Ports {
   std::optional<X11WindowBackdrops> backdrops;
   X11WindowSpaces spaces;
   std::optional<DesktopColors> colors;
-  std::unique_ptr<X11HotKeys> hotKeys = X11HotKeys::open(dispatch);
+  std::unique_ptr<HotKeys> hotKeys = openHotKeys();
   X11KeyboardGrabs keyboardGrabs;
+
+  [[nodiscard]] std::unique_ptr<Screens> openScreens() const {
+    if (isInsideWayland) return std::make_unique<XwaylandScreens>();
+    return std::make_unique<QtScreens>();
+  }
+
+  /// What an X server inside of a compositor grabs holds over the windows of X11 programs alone.
+  [[nodiscard]] std::unique_ptr<HotKeys> openHotKeys() const {
+    if (isInsideWayland) return std::make_unique<AbsentHotKeys>();
+    return X11HotKeys::open(dispatch);
+  }
 
   /// Once the desktop is known to be there.
   void openIcons() {
     double scale = 1;
-    for (const auto& screen : screens.screens()) scale = std::max(scale, screen.scale);
+    for (const auto& screen : screens->screens()) scale = std::max(scale, screen.scale);
     icons.emplace(
         dispatch,
         ThemeIcons::Sources{files, images, themes, types, std::make_shared<PosixFileSystem>(),
@@ -113,17 +133,15 @@ LinuxDesktop::LinuxDesktop(std::unique_ptr<Ports> ports) : ports_(std::move(port
 
 LinuxDesktop::~LinuxDesktop() = default;
 
-std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& keychain,
-                                                 SessionBus& bus, PortalColorScheme& portal,
-                                                 HistoryLock& historyLock) {
-  auto ports = std::make_unique<Ports>(dispatch, keychain, bus, historyLock);
+std::unique_ptr<LinuxDesktop> LinuxDesktop::open(const Services& services, const Session& session) {
+  auto ports = std::make_unique<Ports>(services, session);
   if (ports->defaults.areLost()) {
     std::fputs("vantorel: the settings cannot be read; nothing is recorded until resumed.\n",
                stderr);
   }
   if (ports->pasteboard && ports->workspace) {
     ports->input = std::make_unique<X11SyntheticInput>(
-        dispatch, ports->workspace->applications(),
+        services.dispatch, ports->workspace->applications(),
         [pasteboard = ports->pasteboard.get()] { return pasteboard->alsoOfferPrimary(); },
         [pasteboard = ports->pasteboard.get()](xcb_window_t window) {
           return pasteboard->isListedTo(window);
@@ -131,7 +149,7 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(Dispatch& dispatch, Keychain& k
   }
   if (!ports->areComplete()) return nullptr;
   ports->backdrops.emplace(*ports->accessibility);
-  ports->colors.emplace(*ports->accessibility, bus, portal,
+  ports->colors.emplace(*ports->accessibility, services.bus, services.portal,
                         processEnvironment("GTK_THEME").value_or(std::string()));
   ports->openIcons();
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));
@@ -155,7 +173,7 @@ Desktop LinuxDesktop::ports() {
       .notifications = ports_->notifications,
       .keyboardGrabs = ports_->keyboardGrabs,
       .monitors = ports_->monitors,
-      .screens = ports_->screens,
+      .screens = *ports_->screens,
       .accessibility = *ports_->accessibility,
       .images = ports_->images,
       .recognition = ports_->recognition,

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/Desktop.h"
+#include "platform/linux/desktop/Session.h"
 
 namespace vantorel {
 
@@ -10,15 +11,21 @@ class HistoryLock;
 class PortalColorScheme;
 class SessionBus;
 
-/// Builds and owns the ports of an X11 desktop. Main thread.
+/// Builds and owns the ports of a desktop with an X server, perhaps inside of a Wayland compositor.
+/// Main thread.
 class LinuxDesktop {
  public:
-  /// Null when no X server can be reached. Needs the toolkit's application object; all outlive the
-  /// result.
-  [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(Dispatch& dispatch, Keychain& keychain,
-                                                          SessionBus& bus,
-                                                          PortalColorScheme& portal,
-                                                          HistoryLock& historyLock);
+  struct Services {
+    Dispatch& dispatch;
+    Keychain& keychain;
+    SessionBus& bus;
+    PortalColorScheme& portal;
+    HistoryLock& historyLock;
+  };
+  /// Null when the X server cannot be reached. Needs the toolkit's application object; all outlive
+  /// the result.
+  [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(const Services& services,
+                                                          const Session& session);
   ~LinuxDesktop();
   LinuxDesktop(const LinuxDesktop&) = delete;
   LinuxDesktop& operator=(const LinuxDesktop&) = delete;

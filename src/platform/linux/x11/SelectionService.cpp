@@ -26,7 +26,8 @@ const Event& as(const xcb_generic_event_t& event) {
 
 std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Observer observer,
                                                            SelectionOwner::Worker runElsewhere,
-                                                           std::chrono::milliseconds patience) {
+                                                           std::chrono::milliseconds patience,
+                                                           Bridge bridge) {
   X11Connection& connection = thread.connection();
   const auto* xfixes = connection.extension(xcb_xfixes_id);
   if (xfixes == nullptr || !enableOwnerChanges(connection)) return nullptr;
@@ -56,13 +57,13 @@ std::unique_ptr<SelectionService> SelectionService::create(X11Thread& thread, Ob
                           targets::htmlText,
                           targets::png});
   const auto event = static_cast<std::uint8_t>(xfixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
-  return std::unique_ptr<SelectionService>(
-      new SelectionService(thread, std::move(observer), std::move(runElsewhere), patience, event));
+  return std::unique_ptr<SelectionService>(new SelectionService(
+      thread, std::move(observer), std::move(runElsewhere), patience, bridge, event));
 }
 
 SelectionService::SelectionService(X11Thread& thread, Observer observer,
                                    SelectionOwner::Worker runElsewhere,
-                                   std::chrono::milliseconds patience,
+                                   std::chrono::milliseconds patience, Bridge bridge,
                                    std::uint8_t ownerChangeEvent)
     : thread_(thread),
       connection_(thread.connection()),
@@ -74,6 +75,7 @@ SelectionService::SelectionService(X11Thread& thread, Observer observer,
       reader_(thread, patience),
       owner_(thread, window_, std::move(runElsewhere)),
       role_(thread, owner_, window_),
+      bridge_(bridge),
       processes_(connection_) {
   xcb_xfixes_select_selection_input(connection_.xcb(), window_, clipboard_,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
@@ -180,6 +182,13 @@ void SelectionService::noteOwnerProcess(xcb_window_t owner) {
   ownerProcess_ = {count_ + 1, process};
 }
 
+bool SelectionService::isBridge(xcb_window_t owner) const {
+  if (bridge_ == Bridge::none || owner == XCB_WINDOW_NONE) return false;
+  const auto manager = values32Property(connection_, connection_.root(),
+                                        connection_.atom("_NET_SUPPORTING_WM_CHECK"));
+  return !manager.empty() && connection_.clientOf(manager.front()) == connection_.clientOf(owner);
+}
+
 void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
   const auto& change = as<xcb_xfixes_selection_notify_event_t>(event);
   if (change.selection == role_.selection()) role_.handle(change);
@@ -206,6 +215,7 @@ void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
                                                  change.selection_timestamp);
   }
   noteOwnerProcess(change.owner);
+  if (isBridge(change.owner)) bridgedCount_ = count_ + 1;
   ++count_;
   observer_.onForeignChange();
 }

@@ -33,6 +33,10 @@ class SelectionService {
   /// it.
   static constexpr std::chrono::seconds farewellLimit{2};
 
+  /// compositor: the window manager is one of another window system, and owns here what is copied
+  /// there.
+  enum class Bridge { none, compositor };
+
   /// Called on the X thread.
   struct Observer {
     std::function<void()> onForeignChange;
@@ -47,7 +51,8 @@ class SelectionService {
   /// other programs that say nothing.
   [[nodiscard]] static std::unique_ptr<SelectionService> create(
       X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere,
-      std::chrono::milliseconds patience = SelectionReader::usualPatience);
+      std::chrono::milliseconds patience = SelectionReader::usualPatience,
+      Bridge bridge = Bridge::none);
 
   /// Ends every read under way, as aborted.
   ~SelectionService();
@@ -62,6 +67,7 @@ class SelectionService {
   [[nodiscard]] ChangeCount changeCount() const { return count_; }
   [[nodiscard]] bool wroteContents(ChangeCount change) const { return change == ownCount_; }
   [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const;
+  [[nodiscard]] bool isBridged(ChangeCount change) const { return change == bridgedCount_; }
   /// Whether the program that made that window was told what this process has on the clipboard.
   /// Any thread.
   [[nodiscard]] bool isListedTo(xcb_window_t window) const;
@@ -97,7 +103,8 @@ class SelectionService {
   enum class Counting { count, countedAlready };
 
   SelectionService(X11Thread& thread, Observer observer, SelectionOwner::Worker runElsewhere,
-                   std::chrono::milliseconds patience, std::uint8_t ownerChangeEvent);
+                   std::chrono::milliseconds patience, Bridge bridge,
+                   std::uint8_t ownerChangeEvent);
 
   void noteFirstOwner();
   [[nodiscard]] xcb_timestamp_t serverTime();
@@ -105,6 +112,7 @@ class SelectionService {
   void adopt();
   void changeHands(Holder holder);
   void noteOwnerProcess(xcb_window_t owner);
+  [[nodiscard]] bool isBridge(xcb_window_t owner) const;
   void handleOwnerChange(const xcb_generic_event_t& event);
   void handleOwnerEnd();
   void handleProperty(const xcb_property_notify_event_t& event);
@@ -127,7 +135,9 @@ class SelectionService {
   ClipboardManagerRole role_;
 
   std::atomic<ChangeCount> count_{1};
-  std::atomic<ChangeCount> ownCount_{0};  // of the last change that was made here
+  std::atomic<ChangeCount> ownCount_{0};      // of the last change that was made here
+  std::atomic<ChangeCount> bridgedCount_{0};  // of the last change by the bridge
+  const Bridge bridge_;
   ClientProcesses processes_;
   mutable std::mutex mutex_;  // what follows
   std::pair<ChangeCount, std::optional<ProcessId>> ownerProcess_;

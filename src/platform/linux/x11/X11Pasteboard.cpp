@@ -54,7 +54,7 @@ X11Pasteboard::X11Pasteboard(Services services, std::unique_ptr<X11Connection> c
 bool X11Pasteboard::start() {
   service_ = SelectionService::create(
       thread_, observer(), [this](Work work) { imageQueue_->async(std::move(work)); },
-      limits_.patience);
+      limits_.patience, services_.bridge);
   if (!service_) return false;
   imageQueue_ = services_.dispatch.serialQueue("com.vantorel.pasteboard-images");
   thread_.start([this](const xcb_generic_event_t& event) { service_->handle(event); },

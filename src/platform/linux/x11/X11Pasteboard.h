@@ -23,6 +23,7 @@ class X11Pasteboard : public Pasteboard {
   struct Services {
     Dispatch& dispatch;
     const ImageDecoder& decoder;
+    SelectionService::Bridge bridge = SelectionService::Bridge::none;
   };
   struct Limits {
     /// The largest image that the program keeps in its PNG form.
@@ -55,6 +56,9 @@ class X11Pasteboard : public Pasteboard {
   [[nodiscard]] ChangeCount changeCount() const override;
   [[nodiscard]] bool wroteContents(ChangeCount change) const override;
   [[nodiscard]] std::optional<ProcessId> ownerProcess(ChangeCount change) const override;
+  [[nodiscard]] bool isBridged(ChangeCount change) const override {
+    return service_->isBridged(change);
+  }
   [[nodiscard]] bool announcesEveryChange() const override { return announces_; }
   void setAnnouncingHandler(std::function<void()> handler) override {
     onAnnouncing_ = std::move(handler);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/linux/wayland/WaylandConnection.h"
+#include "platform/linux/xdg/XdgDirectories.h"
+
+namespace vantorel {
+
+/// What the session that this process was started in has for windows and clipboards, found out
+/// once, before the toolkit: that one ends the process where it finds nothing. Told by what
+/// answers, not by the names of desktops.
+struct Session {
+  /// xwayland: an X server that stands inside of a Wayland compositor, so that it knows only of the
+  /// windows, keys and pointer that belong to X11 programs.
+  enum class Windows { none, x11, xwayland };
+
+  Windows windows = Windows::none;
+  /// Null where `WAYLAND_DISPLAY` names nobody who answers.
+  std::unique_ptr<WaylandConnection> wayland = nullptr;
+
+  /// Waits for the window systems alone; asks no Wayland compositor where the environment names
+  /// none.
+  [[nodiscard]] static Session find(const EnvironmentLookup& environment);
+
+  /// Why no window can be shown, and what to do, as one line; empty when one can.
+  [[nodiscard]] std::string refusal() const;
+};
+
+}  // namespace vantorel
