@@ -30,6 +30,7 @@ using std::chrono::steady_clock;
 
 constexpr double maxProcessorSeconds = 20;                    // for one picture
 constexpr std::uint64_t maxMemory = std::uint64_t{2} << 30U;  // a hundred megapixels, three times
+constexpr int maxThreads = 4;
 constexpr std::chrono::seconds transferLimit{10};
 
 /// Loads what would be loaded with the first picture: afterwards no file can be opened.
@@ -42,8 +43,10 @@ void loadDecoders() {
     reader.setDecideFormatFromContent(false);
     (void)reader.canRead();
   }
-  // Large pictures are scaled by several threads, which need no loop of events but the plainest.
-  (void)QThreadPool::globalInstance();
+  // Large pictures are scaled by several threads, each of which takes its share of the memory that
+  // there is to map, and needs no loop of events but the plainest.
+  QThreadPool* const threads = QThreadPool::globalInstance();
+  threads->setMaxThreadCount(std::min(threads->maxThreadCount(), maxThreads));
   qputenv("QT_NO_GLIB", "1");
 }
 
