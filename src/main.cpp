@@ -75,6 +75,7 @@ int main(int argc, char** argv) {
                      [&program] { program.keyringAnswered(); });
   };
   keychain.onAvailable(prepare);
+  program.onKeyWanted = prepare;
   prepare();  // the keyring answers while the toolkit gets ready
 
   Program::describeApplication();

@@ -29,6 +29,21 @@ bool hasVisibleWindows() {
   });
 }
 
+Trouble troubleOf(const ClipStore& store) {
+  switch (store.obstacle()) {
+    case ClipStore::Obstacle::noKey:
+      return Trouble::noKey;
+    case ClipStore::Obstacle::keyMissing:
+      return Trouble::keyMissing;
+    case ClipStore::Obstacle::directory:
+    case ClipStore::Obstacle::unreadable:
+      return Trouble::historyUnreadable;
+    case ClipStore::Obstacle::none:
+      break;
+  }
+  return store.isFailingToSave() ? Trouble::notSaved : Trouble::none;
+}
+
 ChromeServices chromeServices(const Desktop& desktop) {
   return {desktop.dispatch, desktop.screens, desktop.accessibility, desktop.backdrops,
           &desktop.spaces};
@@ -74,10 +89,10 @@ void AppDelegate::applicationDidFinishLaunching(StartedBy who) {
   warmUp();
 }
 
-void AppDelegate::lookForTrouble() {
-  if (!store_.secureStorage()) return trouble_.report(Trouble::noKey);
-  if (!store_.persistenceIsReady()) return trouble_.report(Trouble::historyUnreadable);
-  trouble_.report(store_.isFailingToSave() ? Trouble::notSaved : Trouble::none);
+void AppDelegate::lookForTrouble() { trouble_.report(troubleOf(store_)); }
+
+void AppDelegate::say(std::string_view notice) {
+  if (canRecord()) show(notice);
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -191,10 +206,12 @@ void AppDelegate::startNewHistory() {
   const bool recorded = canRecord();
   const auto aside = store_.setAside();
   if (!recorded && canRecord()) beginRecording();
+  const auto begun =
+      "A new history has begun. The old one is kept as " + aside.history.string() + ".";
   switch (aside.outcome) {
     case ClipStore::SetAside::done:
-      return show("A new history has begun. The old one is kept as " + aside.history.string() +
-                  ".");
+      if (!store_.secureStorage()) return onKeyWanted(begun);
+      return show(begun);
     case ClipStore::SetAside::notNeeded:
       return show("The history is open. Nothing was changed.");
     case ClipStore::SetAside::failed:

@@ -47,8 +47,14 @@ class AppDelegate : public ApplicationCommands {
   /// windows is there.
   void applicationShouldHandleReopen();
 
+  /// Says how the start before this one ended, unless this one has worse to say.
+  void say(std::string_view notice);
+
   /// The user asked the program to end.
   std::function<void()> onQuit;
+  /// The history that had a key elsewhere is set aside: the keyring is to be asked anew and this
+  /// started over, which then has that to say.
+  std::function<void(const std::string& notice)> onKeyWanted;
 
   void openHistory() override;
   void openSearch() override;

@@ -68,9 +68,14 @@ void Program::launch() {
   delegate_.reset();
   delegate_ = std::make_unique<AppDelegate>(*desktop_);
   delegate_->onQuit = quit_;
+  delegate_->onKeyWanted = [this](const std::string& notice) {
+    notice_ = notice;
+    onKeyWanted();
+  };
   delegate_->applicationDidFinishLaunching(startedBy_);
   // Starting over is nothing that anybody did.
   if (startedBy_ == StartedBy::hand) startedBy_ = StartedBy::command;
+  if (const auto notice = std::exchange(notice_, std::nullopt)) delegate_->say(*notice);
   if (welcoming) delegate_->showHelpPanel(true);
   if (const auto request = std::exchange(pending_, std::nullopt)) perform(*request);
 }

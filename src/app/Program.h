@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "app/AppDelegate.h"
 #include "platform/ActionRequest.h"
@@ -29,6 +30,10 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
+  /// The keyring is to be asked anew; `keyringAnswered` is to be called then, in a later turn. Set
+  /// before `begin`.
+  std::function<void()> onKeyWanted;
+
   /// The keyring's answer is known; called again when it has come or was unlocked later: the
   /// history can be read then, so the application starts over.
   void keyringAnswered();
@@ -44,6 +49,7 @@ class Program {
   const std::function<void()> quit_;
   std::optional<ActionRequest> pending_;
   AppDelegate::StartedBy startedBy_;
+  std::optional<std::string> notice_;  // what the next delegate has to say
   bool keyringAnswered_ = false;
   std::optional<Desktop> desktop_;
   std::unique_ptr<AppDelegate> delegate_;

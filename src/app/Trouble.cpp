@@ -4,6 +4,17 @@ namespace vantorel {
 
 TroubleWords wordsOf(Trouble trouble) {
   switch (trouble) {
+    case Trouble::keyMissing:
+      return {.toolTip = "Vantorel — Nothing Recorded: The Key Is Missing",
+              .line =
+                  "vantorel: nothing is recorded: the keyring does not hold the key of the history "
+                  "on the disk. 'vantorel --new-history' sets it aside.",
+              .title = "Vantorel records nothing",
+              .body =
+                  "The keyring does not hold the key of your history on the disk. Recording "
+                  "begins by itself when the keyring that has it is there. You can also set the "
+                  "history aside, where it is kept, and begin a new one.",
+              .action = "Begin a New History"};
     case Trouble::historyUnreadable:
       return {.toolTip = "Vantorel — Nothing Recorded: The History Cannot Be Opened",
               .line =

@@ -8,6 +8,7 @@ namespace vantorel {
 enum class Trouble {
   none,
   noKey,              // the keyring is locked or missing: nothing is recorded
+  keyMissing,         // the keyring lacks the key of what is on the disk: nothing is recorded
   historyUnreadable,  // what is on the disk does not open with the key: nothing is recorded
   notSaved,           // recorded, but not on the disk
 };

@@ -56,9 +56,10 @@ std::optional<Material> create(Keychain& keychain) {
 
 }  // namespace
 
-Material loadOrCreate(Keychain& keychain) {
+Material loadOrCreate(Keychain& keychain, const MayCreate& mayCreate) {
   for (;;) {
     if (auto found = find(keychain)) return std::move(*found);
+    if (mayCreate && !mayCreate()) throw SecureStorageError::keychain(keychainStatus::itemNotFound);
     if (auto created = create(keychain)) return std::move(*created);
   }
 }

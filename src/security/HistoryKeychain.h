@@ -23,10 +23,14 @@ struct Material {
   Backend backend = Backend::dataProtection;
 };
 
+/// Whether there may be a new key: asked once none was found.
+using MayCreate = std::function<bool()>;
+
 /// The key where it is kept, or a new random one that the keychain has taken. A new one is made
 /// only when no backend that can be asked has any; a backend that holds the key keeps it. Does not
-/// look at the length of what it finds. Throws `SecureStorageError`.
-[[nodiscard]] Material loadOrCreate(Keychain& keychain);
+/// look at the length of what it finds. Throws `SecureStorageError`: with `itemNotFound` when there
+/// is none and there may not be a new one.
+[[nodiscard]] Material loadOrCreate(Keychain& keychain, const MayCreate& mayCreate = {});
 
 /// What identifies the item in that backend.
 [[nodiscard]] KeychainQuery baseQuery(Backend backend);

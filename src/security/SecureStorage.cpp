@@ -96,8 +96,9 @@ SecureStorage::SecureStorage(SecretBytes key, PersistKey persistKey)
   key_ = std::make_shared<const SecretBytes>(std::move(key));
 }
 
-std::shared_ptr<SecureStorage> SecureStorage::production(Keychain& keychain) {
-  auto material = HistoryKeychain::loadOrCreate(keychain);
+std::shared_ptr<SecureStorage> SecureStorage::production(Keychain& keychain,
+                                                         const std::function<bool()>& mayCreate) {
+  auto material = HistoryKeychain::loadOrCreate(keychain, mayCreate);
   return std::make_shared<SecureStorage>(
       std::move(material.data),
       [&keychain, backend = material.backend](const SecretBytes& key, std::function<void()> ended) {

@@ -27,9 +27,10 @@ class SecureStorage {
   /// Throws `invalidKey` unless `key` is exactly 32 bytes.
   explicit SecureStorage(SecretBytes key, PersistKey persistKey = {});
 
-  /// With the key of the user's keychain, made there if an unlocked keychain has none. Throws
-  /// `SecureStorageError`. `keychain` outlives the result.
-  [[nodiscard]] static std::shared_ptr<SecureStorage> production(Keychain& keychain);
+  /// With the key of the user's keychain, made there if an unlocked keychain has none and
+  /// `mayCreate` agrees. Throws `SecureStorageError`. `keychain` outlives the result.
+  [[nodiscard]] static std::shared_ptr<SecureStorage> production(
+      Keychain& keychain, const std::function<bool()>& mayCreate = {});
   /// With a random key that dies with the process.
   [[nodiscard]] static std::shared_ptr<SecureStorage> ephemeral();
 

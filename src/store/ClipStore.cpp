@@ -11,6 +11,7 @@
 
 #include "base/ContentFingerprint.h"
 #include "platform/ApplicationId.h"
+#include "security/SecureStorageError.h"
 #include "store/CapturedEntries.h"
 #include "store/ClipDuplicates.h"
 #include "store/ClipOrder.h"
@@ -38,13 +39,26 @@ std::filesystem::path baseDirectory(const ClipStoreServices& services,
   return services.applicationSupport / applicationId::historyDirectory;
 }
 
-std::shared_ptr<SecureStorage> storageFor(Keychain& keychain, bool isProduction) {
-  if (!isProduction) return SecureStorage::ephemeral();
+/// Whether there may be a history at `path` that only the key opens under which it was sealed.
+bool mayBeSealed(FileSystem& files, const std::filesystem::path& path) {
+  if (!files.exists(path)) return false;
+  const auto bytes = files.readFile(path, maximumHistoryBytes + maxEnvelopeOverhead);
+  return !bytes || SecureStorage::isSealed(*bytes);
+}
+
+std::shared_ptr<SecureStorage> storageFor(const ClipStoreServices& services,
+                                          const std::filesystem::path& index,
+                                          ClipStore::Obstacle& obstacle) {
   try {
-    return SecureStorage::production(keychain);
+    return SecureStorage::production(services.keychain,
+                                     [&] { return !mayBeSealed(services.files, index); });
+  } catch (const SecureStorageError& error) {
+    obstacle = error.status() == keychainStatus::itemNotFound ? ClipStore::Obstacle::keyMissing
+                                                              : ClipStore::Obstacle::noKey;
   } catch (const std::exception&) {
-    return nullptr;
+    obstacle = ClipStore::Obstacle::noKey;
   }
+  return nullptr;
 }
 
 }  // namespace
@@ -59,7 +73,8 @@ ClipStore::ClipStore(ClipStoreServices services,
       legacyIndexUrl_(directories_.base() / legacyHistoryName),
       assets_(services_.files, directories_.assets()),
       secureStorage_(secureStorage ? std::move(secureStorage)
-                                   : storageFor(services_.keychain, !baseUrl.has_value())),
+                     : baseUrl     ? SecureStorage::ephemeral()
+                                   : storageFor(services_, indexUrl_, obstacle_)),
       file_({services_.files, secureStorage_}, directories_, indexUrl_, limits_.maxHistoryBytes),
       saver_(services_.dispatch, file_, assets_, items_),
       readings_({.dispatch = services_.dispatch,
@@ -81,8 +96,12 @@ ClipStore::ClipStore(ClipStoreServices services,
 
 void ClipStore::open() {
   items_.clear();  // a history that was read and could not be sealed is read again
-  persistenceIsReady_ = !directories_.prepare() && load();
-  if (persistenceIsReady_) tidyLoadedHistory();
+  const bool hasDirectories = !directories_.prepare();
+  if (!secureStorage_) return;
+  obstacle_ = !hasDirectories ? Obstacle::directory
+              : load()        ? Obstacle::none
+                              : Obstacle::unreadable;
+  if (persistenceIsReady()) tidyLoadedHistory();
 }
 
 bool ClipStore::load() {
@@ -90,7 +109,6 @@ bool ClipStore::load() {
 }
 
 bool ClipStore::loadSealed() {
-  if (!secureStorage_) return false;
   auto envelope = services_.files.readFile(indexUrl_, maximumHistoryBytes + maxEnvelopeOverhead);
   if (!envelope || !SecureStorage::isSealed(*envelope)) return false;
   auto json = opened(*secureStorage_, *envelope);
@@ -105,9 +123,9 @@ bool ClipStore::loadSealed() {
 bool ClipStore::migrateLegacy() {
   auto json = services_.files.readFile(legacyIndexUrl_, maximumHistoryBytes);
   // One that stands there and cannot be read names pictures that nothing else does.
-  if (!json) return secureStorage_ && !services_.files.exists(legacyIndexUrl_);
+  if (!json) return !services_.files.exists(legacyIndexUrl_);
   auto items = decodeHistory(std::move(*json));
-  if (!items || !secureStorage_) return false;
+  if (!items) return false;
   items_ = std::move(*items);
   if (!encryptLegacyAssets() || file_.write(items_) != SealedHistory::Outcome::saved) {
     return false;
@@ -139,7 +157,7 @@ void ClipStore::commit(Upkeep upkeep) {
   if (upkeep == Upkeep::all) prune();
   if (upkeep != Upkeep::none) numberPins(items_);
   readings_.stopNeedless();
-  if (persistenceIsReady_) {
+  if (persistenceIsReady()) {
     // Nothing is lost meanwhile, and no file lies there under a key that the keychain has not.
     const bool saysNothing = items_.empty() && isRotatingKey();
     if (!saysNothing) saver_.save();
@@ -170,7 +188,7 @@ bool ClipStore::takeOut(const std::function<bool(const ClipItem&)>& goes) {
 
 void ClipStore::discardAssetsOf(const std::vector<ClipItem>& dropped) {
   // The history that stands on the disk names them, or may, and no list will take its place.
-  if (!persistenceIsReady_) return;
+  if (!persistenceIsReady()) return;
   auto names = namedAssets(dropped);
   for (const std::string& stillNamed : namedAssets(items_)) names.erase(stillNamed);
   saver_.discard(names);
@@ -278,22 +296,22 @@ ClipStore::~ClipStore() {
 
 bool ClipStore::clear(bool includingPinned) {
   // What kept it from being read may be over; then it is like any other.
-  if (!persistenceIsReady_ && secureStorage_) open();
+  if (!persistenceIsReady() && secureStorage_) open();
   // What another program holds, or no directory can be made for, is not this one's to delete.
-  const bool isOurs = persistenceIsReady_ || !directories_.prepare();
+  const bool isOurs = persistenceIsReady() || !directories_.prepare();
   takeOut([&](const ClipItem& item) { return includingPinned || !item.pinned(); });
   const bool goes =
-      persistenceIsReady_ || (secureStorage_ && isOurs && (includingPinned || doesNotOpen()));
+      persistenceIsReady() || (secureStorage_ && isOurs && (includingPinned || doesNotOpen()));
   if (goes) clearDisk();
-  if (goes && !persistenceIsReady_) open();
+  if (goes && !persistenceIsReady()) open();
   commit(Upkeep::none);
-  return goes && persistenceIsReady_;
+  return goes && persistenceIsReady();
 }
 
 /// Whether what could not be loaded has been read and is of no use. With the key in hand it will
 /// not be tomorrow either.
 bool ClipStore::doesNotOpen() {
-  if (!secureStorage_ || persistenceIsReady_) return false;
+  if (!secureStorage_ || persistenceIsReady()) return false;
   const bool isSealed = services_.files.exists(indexUrl_);
   auto json = services_.files.readFile(isSealed ? indexUrl_ : legacyIndexUrl_,
                                        maximumHistoryBytes + (isSealed ? maxEnvelopeOverhead : 0));
@@ -309,12 +327,12 @@ bool ClipStore::doesNotOpen() {
 }
 
 ClipStore::SetAsideResult ClipStore::setAside() {
-  if (!secureStorage_) return {};
-  if (!persistenceIsReady_) {
+  if (obstacle_ == Obstacle::noKey) return {};
+  if (!persistenceIsReady()) {
     if (directories_.prepare()) return {};  // it is not the history that stands in the way
     open();
   }
-  if (persistenceIsReady_) return {.outcome = SetAside::notNeeded, .history = {}};
+  if (persistenceIsReady()) return {.outcome = SetAside::notNeeded, .history = {}};
   const auto& stands = services_.files.exists(indexUrl_) ? indexUrl_ : legacyIndexUrl_;
   // The pictures first: without their history they would be taken for files that nobody names.
   const auto suffix = moveAside(services_.files, {assetsUrl(), indexUrl_, legacyIndexUrl_},
@@ -322,7 +340,7 @@ ClipStore::SetAsideResult ClipStore::setAside() {
   if (!suffix) return {};
   const std::filesystem::path kept = stands.string() + *suffix;
   open();
-  if (!persistenceIsReady_) return {};
+  if (secureStorage_ && !persistenceIsReady()) return {};
   commit(Upkeep::none);
   return {.outcome = SetAside::done, .history = kept};
 }
@@ -365,7 +383,7 @@ void ClipStore::settleKey() {
       (void)services_.files.remove(indexUrl_);
     }
   }
-  if (persistenceIsReady_) saver_.save();
+  if (persistenceIsReady()) saver_.save();
 }
 
 }  // namespace vantorel

@@ -63,8 +63,9 @@ class ClipStore {
   static constexpr std::string_view recognitionQueueLabel = "com.vantorel.image-text";
 
   /// Prepares the directories and loads the history. Without `baseUrl` the store lives in
-  /// Application Support and takes its key from the keychain; with one and without a storage it
-  /// seals under a key that dies with the process. Ends the program when it is given neither a
+  /// Application Support and takes its key from the keychain, which is given a new one only where
+  /// no sealed history waits for its own; with one and without a storage it seals under a key that
+  /// dies with the process. Ends the program when it is given neither a
   /// directory nor an Application Support.
   ClipStore(ClipStoreServices services, const std::optional<std::filesystem::path>& baseUrl,
             std::shared_ptr<SecureStorage> secureStorage, ClipStoreLimits limits);
@@ -90,9 +91,17 @@ class ClipStore {
   [[nodiscard]] const std::shared_ptr<SecureStorage>& secureStorage() const {
     return secureStorage_;
   }
-  /// False once the directories could not be prepared or the history not be read: it is not written
-  /// then. `clear` and `setAside` may change that.
-  [[nodiscard]] bool persistenceIsReady() const { return persistenceIsReady_; }
+  /// What keeps the history from being read, and so from being written.
+  enum class Obstacle {
+    none,
+    noKey,       // the keychain is locked, silent or absent
+    keyMissing,  // the keychain that is there has none, and a sealed history stands on the disk
+    directory,   // it cannot be made or used, or another program has it
+    unreadable,  // what stands on the disk does not open
+  };
+  /// `clear` and `setAside` may take it away.
+  [[nodiscard]] Obstacle obstacle() const { return obstacle_; }
+  [[nodiscard]] bool persistenceIsReady() const { return obstacle_ == Obstacle::none; }
 
   /// The list is not on the disk, and that is tried again by itself.
   [[nodiscard]] bool isFailingToSave() const { return saver_.isInTrouble(); }
@@ -131,8 +140,9 @@ class ClipStore {
     std::filesystem::path history;  // where it is kept, when that was done
   };
   /// Puts a history that cannot be opened beside itself, its pictures along with it, and begins
-  /// anew. Nothing is changed when the history is open, or can be by now, nor without a key, which
-  /// is `failed`.
+  /// anew; where its key is missing, the next store does, with a new key. Nothing is changed when
+  /// the history is open, or can be by now, nor while the keychain cannot be asked, which is
+  /// `failed`.
   [[nodiscard]] SetAsideResult setAside();
 
   /// The bytes of an entry's image; absent when they cannot be had (see `storedPicture`). May take
@@ -173,9 +183,9 @@ class ClipStore {
   std::filesystem::path indexUrl_;
   std::filesystem::path legacyIndexUrl_;
   AssetFolder assets_;
+  Obstacle obstacle_ = Obstacle::none;
   std::shared_ptr<SecureStorage> secureStorage_;
   std::vector<ClipItem> items_;
-  bool persistenceIsReady_ = true;
   SealedHistory file_;
   HistorySaver saver_;
   PictureReadings readings_;

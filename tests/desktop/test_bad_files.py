@@ -107,6 +107,7 @@ class UnreadableHistory(VantorelTestCase):
                           "account", "history-key-v1"]).check_returncode()
         self._start_and_use()
         self.assertEqual(self.vantorel.history.raw(), self.sound)
+        self.assertEqual(self.desktop.keyring.item_count(), 0)
 
 
 class WaysOut(VantorelTestCase):

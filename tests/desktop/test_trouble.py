@@ -45,7 +45,46 @@ class WithoutKeyring(TroubleTestCase):
         self.notifications.wait_until_empty()
 
 
+class WithoutItsKey(TroubleTestCase):
+    """A sealed history, and a keyring that knows nothing of it."""
+
+    KEY = os.urandom(32)
+
+    def start_without_the_key(self):
+        self.vantorel.history.write([text_item("old")], key=self.KEY)
+        message = self.start_in_trouble("Vantorel — Nothing Recorded: The Key Is Missing")
+        self.assertEqual(self.desktop.keyring.item_count(), 0)
+        return message
+
+    def test_it_is_used_when_it_is_there(self):
+        self.start_without_the_key()
+        self.desktop.keyring.store(self.KEY)
+        self.tray.wait_for_tool_tip("Vantorel")
+        self.notifications.wait_until_empty()
+        self.vantorel.copy("recorded again")
+        self.assertEqual(self.vantorel.history.texts(), ["recorded again", "old"])
+        self.assertEqual(self.desktop.keyring.key(), self.KEY)
+
+    def test_the_notification_begins_a_new_one_under_a_new_key(self):
+        message = self.start_without_the_key()
+        before = self.vantorel.history.raw()
+        self.notifications.press(message)
+        self.tray.wait_for_tool_tip("Vantorel")
+        self.notifications.wait_until_empty()
+        self.vantorel.copy("recorded again")
+        self.assertEqual(self.vantorel.history.texts(), ["recorded again"])
+        self.assertEqual(self.desktop.keyring.item_count(), 1)
+        kept, = [name for name in os.listdir(self.vantorel.history.directory)
+                 if name.startswith("history.vntl.")]
+        with open(os.path.join(self.vantorel.history.directory, kept), "rb") as file:
+            self.assertEqual(file.read(), before)
+
+
 class OfAnotherKey(TroubleTestCase):
+    def setUp(self):
+        super().setUp()
+        self.desktop.keyring.store(os.urandom(32))
+
     def test_a_history_that_does_not_open_is_named(self):
         self.vantorel.history.write([text_item("old")], key=os.urandom(32))
         message = self.start_in_trouble(

@@ -301,6 +301,18 @@ TEST_F(SecretServiceKeychainTest, AServiceThatAnswersAgainIsAnnounced) {
   EXPECT_EQ(text(keychain().copyMatching(query).data), text(someKey()));
 }
 
+TEST_F(SecretServiceKeychainTest, AnItemThatWasMissingIsAnnouncedWhenItIsThere) {
+  startKeyring(State::unlocked);
+  EXPECT_EQ(find(), keychainStatus::itemNotFound);
+  PrivateKeyring::store("another service", account, "something else");
+  EXPECT_EQ(find(), keychainStatus::itemNotFound);
+  dispatch_.runQueued();
+  EXPECT_EQ(availableCalls_, 0);
+  PrivateKeyring::store(service, account, "stored secret");
+  ASSERT_TRUE(waitUntilAvailable());
+  EXPECT_EQ(text(keychain().copyMatching(query).data), "stored secret");
+}
+
 TEST_F(SecretServiceKeychainTest, AServiceWithoutADefaultCollectionIsNotAnnounced) {
   EXPECT_EQ(find(), keychainStatus::notAvailable);
   startKeyring(State::empty);

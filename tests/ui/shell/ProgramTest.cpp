@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "app/CommandLine.h"
+#include "fakes/TestStore.h"
 #include "ui/shell/AppDelegateTest.h"
 
 namespace vantorel {
@@ -12,6 +13,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class ProgramTest : public AppDelegateTest {
  protected:
@@ -140,6 +142,34 @@ TEST_F(ProgramTest, StartsOverWhenTheKeyringIsUnlockedLater) {
   desktop.keychain.recover(FakeKeychain::Backend::dataProtection);
   answerOfTheKeyring();
   EXPECT_THAT(visibleTitles(), ElementsAre("About Vantorel")) << "the welcome is not lost";
+  copy("kept");
+  EXPECT_THAT(history(), ElementsAre("kept"));
+}
+
+TEST_F(ProgramTest, SetsAHistoryWhoseKeyIsMissingAsideAndBeginsANewOne) {
+  {
+    FakeKeychain another;
+    AbsentTextRecognition recognition;
+    const auto queue = desktop.dispatch.serialQueue("test.recognition");
+    ClipStore({desktop.dispatch, desktop.files, another, desktop.ports().applicationSupport,
+               recognition, *queue},
+              std::nullopt, nullptr, {})
+        .insert(textItem("of another keyring"));
+  }
+  Program& program = start();
+  int asked = 0;
+  program.onKeyWanted = [&] { ++asked; };
+  answerOfTheKeyring();
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel — Nothing Recorded: The Key Is Missing");
+  EXPECT_EQ(desktop.notifications.shown()->action, "Begin a New History");
+  EXPECT_EQ(desktop.keychain.itemCount(), 0U);
+  program.perform({.action = "new-history"});
+  EXPECT_EQ(asked, 1);
+  answerOfTheKeyring();
+  EXPECT_THAT(toasts(), ElementsAre(StartsWith("A new history has begun. The old one is kept as")));
+  EXPECT_EQ(desktop.keychain.itemCount(), 1U);
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel");
+  EXPECT_FALSE(desktop.notifications.shown());
   copy("kept");
   EXPECT_THAT(history(), ElementsAre("kept"));
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <set>
 #include <string>
 
@@ -32,14 +33,16 @@ class TroubleReporterTest : public testing::Test {
 TEST(Trouble, EachHasItsOwnWords) {
   std::set<std::string_view> toolTips;
   std::set<std::string_view> bodies;
-  for (const auto trouble : {Trouble::noKey, Trouble::historyUnreadable, Trouble::notSaved}) {
+  constexpr std::array troubles = {Trouble::noKey, Trouble::keyMissing, Trouble::historyUnreadable,
+                                   Trouble::notSaved};
+  for (const auto trouble : troubles) {
     toolTips.insert(wordsOf(trouble).toolTip);
     bodies.insert(wordsOf(trouble).body);
     EXPECT_FALSE(wordsOf(trouble).line.empty());
     EXPECT_FALSE(wordsOf(trouble).title.empty());
   }
-  EXPECT_EQ(toolTips.size(), 3U);
-  EXPECT_EQ(bodies.size(), 3U);
+  EXPECT_EQ(toolTips.size(), troubles.size());
+  EXPECT_EQ(bodies.size(), troubles.size());
 }
 
 TEST_F(TroubleReporterTest, SaysATroubleOnceHoweverOftenItIsReported) {

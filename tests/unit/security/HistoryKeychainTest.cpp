@@ -68,6 +68,22 @@ TEST(LoadOrCreate, CreatesALabelledKeyWhereThereIsNone) {
   EXPECT_EQ(call.attributes.accessibility, KeychainAccessibility::afterFirstUnlockThisDeviceOnly);
 }
 
+TEST(LoadOrCreate, AsksBeforeItCreatesAndNotWhereThereIsOne) {
+  FakeKeychain keychain;
+  int asked = 0;
+  const auto refuse = [&] {
+    ++asked;
+    return false;
+  };
+  EXPECT_EQ(statusThrownBy([&] { (void)loadOrCreate(keychain, refuse); }),
+            keychainStatus::itemNotFound);
+  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(keychain.itemCount(), 0U);
+  keychain.setKey(Store::login, key(2));
+  EXPECT_EQ(held(loadOrCreate(keychain, refuse).data), key(2));
+  EXPECT_EQ(asked, 1);
+}
+
 TEST(LoadOrCreate, MakesADifferentKeyEveryTime) {
   FakeKeychain one;
   FakeKeychain other;

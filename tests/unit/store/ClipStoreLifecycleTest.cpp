@@ -161,6 +161,64 @@ TEST(ClipStoreStart, KeepsTheHistoryAndItsImagesWhenTheKeychainRefuses) {
   EXPECT_EQ(store.items().size(), 2U);
 }
 
+TEST(ClipStoreStart, MakesNoKeyWhileASealedHistoryHasOneElsewhere) {
+  Place place;
+  ClipStore(place.services(), std::nullopt, nullptr, {}).insert(textItem("kept"));
+  const std::string before = readFile(place.index());
+  FakeKeychain another;
+  ClipStoreServices services{place.dispatch,         place.files,       another,
+                             place.directory.path(), place.recognition, *place.recognitionQueue};
+  {
+    ClipStore store(services, std::nullopt, nullptr, {});
+    EXPECT_EQ(another.itemCount(), 0U);
+    EXPECT_EQ(store.obstacle(), ClipStore::Obstacle::keyMissing);
+    EXPECT_FALSE(store.clear(true));
+  }
+  EXPECT_EQ(readFile(place.index()), before);
+  EXPECT_EQ(ClipStore(place.services(), std::nullopt, nullptr, {}).items().size(), 1U);
+  const std::string later = readFile(place.index());
+  {
+    ClipStore store(services, std::nullopt, nullptr, {});
+    const auto aside = store.setAside();
+    EXPECT_EQ(aside.outcome, ClipStore::SetAside::done);
+    EXPECT_EQ(readFile(aside.history), later);
+    EXPECT_EQ(another.itemCount(), 0U);
+  }
+  const ClipStore store(services, std::nullopt, nullptr, {});
+  EXPECT_TRUE(store.persistenceIsReady());
+  EXPECT_EQ(another.itemCount(), 1U);
+}
+
+TEST(ClipStoreStart, NamesWhatStandsInTheWay) {
+  using Obstacle = ClipStore::Obstacle;
+  Place place;
+  EXPECT_EQ(place.open()->obstacle(), Obstacle::none);
+  place.files.fail(FaultyFileSystem::Operation::claim, std::errc::device_or_resource_busy);
+  EXPECT_EQ(place.open()->obstacle(), Obstacle::directory);
+  place.files.recover();
+  place.storage = SecureStorage::ephemeral();
+  EXPECT_EQ(place.open()->obstacle(), Obstacle::unreadable);
+  place.keychain.fail(FakeKeychain::Backend::dataProtection, keychainStatus::userCanceled);
+  EXPECT_EQ(ClipStore(place.services(), std::nullopt, nullptr, {}).obstacle(), Obstacle::noKey);
+}
+
+TEST(ClipStoreStart, MakesAKeyWhereNothingIsSealed) {
+  for (const std::string standing : {"", "[]", "VNTL"}) {
+    Place place;
+    writeFile(place.index(), standing);
+    const ClipStore store(place.services(), std::nullopt, nullptr, {});
+    EXPECT_EQ(place.keychain.itemCount(), 1U) << standing;
+  }
+}
+
+TEST(ClipStoreStart, MakesNoKeyForAHistoryThatCannotBeLookedInto) {
+  Place place;
+  writeFile(place.index(), "VNTL1 and something");
+  place.files.makeUnreadable(place.index());
+  const ClipStore store(place.services(), std::nullopt, nullptr, {});
+  EXPECT_EQ(place.keychain.itemCount(), 0U);
+}
+
 TEST(ClipStoreStart, WithoutAnyDirectoryEndsTheProgram) {
   Place place;
   EXPECT_DEATH(ClipStore({place.dispatch,

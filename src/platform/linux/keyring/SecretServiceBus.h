@@ -31,6 +31,8 @@ class SecretServiceBus : public KeyringService {
 
   /// To be told when the service answers, or has a default collection, or has unlocked it.
   void watch() { watch_.ask(); }
+  /// To be told of changes alone, by a service that has answered.
+  void listen() { watch_.listen(); }
   void endWatch() { watch_.end(); }
 
   [[nodiscard]] KeyringAnswer<ObjectPath> collectionNamed(const std::string& alias) override;

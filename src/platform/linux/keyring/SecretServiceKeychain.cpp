@@ -54,11 +54,15 @@ class SecretServiceKeychain::Worker {
 
   [[nodiscard]] KeychainResult find(KeyringService& service, const KeychainQuery& query) {
     auto result = findKeyringItem(service, query);
-    if (saysWhatIsThere(result.status)) {
-      if (secretAhead_) secretAhead_();
-      stopWaiting();
-    } else {
+    if (!saysWhatIsThere(result.status)) {
       waitFor({.query = query});
+      return result;
+    }
+    if (secretAhead_) secretAhead_();
+    stopWaiting();
+    if (result.status == keychainStatus::itemNotFound) {
+      missed_ = {.query = query, .awaited = Awaited::item};
+      service_->listen();
     }
     return result;
   }
@@ -69,16 +73,20 @@ class SecretServiceKeychain::Worker {
     if (status == keychainStatus::success || status == keychainStatus::duplicateItem) {
       stopWaiting();
     } else {
-      waitFor({.query = query, .refused = true});
+      waitFor({.query = query, .awaited = Awaited::change});
     }
     return status;
   }
 
  private:
+  /// What would be news. change: the service that is there has taken no new item, and would take
+  /// none now. item: it has none, and nobody has asked it to take one.
+  enum class Awaited { anything, change, item };
+
   /// What could not be had.
   struct Missed {
     KeychainQuery query;
-    bool refused = false;  // the service that is there has taken no new item
+    Awaited awaited = Awaited::anything;
   };
 
   static bool saysWhatIsThere(OSStatus status) {
@@ -97,7 +105,9 @@ class SecretServiceKeychain::Worker {
 
   void heard(KeyringNews news) {
     if (!missed_) return;
-    if (news == KeyringNews::arrived) missed_->refused = false;
+    if (news == KeyringNews::arrived && missed_->awaited == Awaited::change) {
+      missed_->awaited = Awaited::anything;
+    }
     if (std::exchange(looking_, true)) return;
     const Deadline deadline = Clock::now() + timeLimit;
     post(deadline, [this, deadline](KeyringService& service) {
@@ -111,7 +121,8 @@ class SecretServiceKeychain::Worker {
     if (!missed_) return;
     const OSStatus status = findKeyringItem(service, missed_->query).status;
     if (!missed_) return;
-    const bool canBeAdded = status == keychainStatus::itemNotFound && !missed_->refused;
+    const bool canBeAdded =
+        status == keychainStatus::itemNotFound && missed_->awaited == Awaited::anything;
     if (status == keychainStatus::success || canBeAdded) {
       stopWaiting();
       available_();
