@@ -36,12 +36,21 @@ Trouble troubleOf(const ClipStore& store) {
     case ClipStore::Obstacle::keyMissing:
       return Trouble::keyMissing;
     case ClipStore::Obstacle::directory:
+      return Trouble::folderUnusable;
     case ClipStore::Obstacle::unreadable:
       return Trouble::historyUnreadable;
     case ClipStore::Obstacle::none:
       break;
   }
-  return store.isFailingToSave() ? Trouble::notSaved : Trouble::none;
+  switch (store.lastSave()) {
+    case SealedHistory::Outcome::failed:
+      return Trouble::notSaved;
+    case SealedHistory::Outcome::tooLarge:
+      return Trouble::tooLarge;
+    case SealedHistory::Outcome::saved:
+      break;
+  }
+  return Trouble::none;
 }
 
 ChromeServices chromeServices(const Desktop& desktop) {
@@ -198,7 +207,8 @@ void AppDelegate::clearHistory(bool includingPinned) {
   const bool recorded = canRecord();
   const bool cleared = store_.clear(includingPinned);
   if (!recorded && canRecord()) beginRecording();
-  if (!cleared) return show(storageUnavailable);
+  if (!canRecord()) return show(storageUnavailable);
+  if (!cleared) return show("Could not clear the history on the disk.");
   show(includingPinned ? "All clipboard history cleared." : "History cleared. Pinned clips kept.");
 }
 

@@ -15,6 +15,16 @@ TroubleWords wordsOf(Trouble trouble) {
                   "begins by itself when the keyring that has it is there. You can also set the "
                   "history aside, where it is kept, and begin a new one.",
               .action = "Begin a New History"};
+    case Trouble::folderUnusable:
+      return {.toolTip = "Vantorel — Nothing Recorded: Its Folder Cannot Be Used",
+              .line =
+                  "vantorel: nothing is recorded: the folder of the history cannot be made or "
+                  "changed, or another program uses it.",
+              .title = "Vantorel records nothing",
+              .body =
+                  "The folder of the history cannot be made or changed, or another program uses "
+                  "it. When that is over, quit Vantorel and start it again.",
+              .action = ""};
     case Trouble::historyUnreadable:
       return {.toolTip = "Vantorel — Nothing Recorded: The History Cannot Be Opened",
               .line =
@@ -31,8 +41,17 @@ TroubleWords wordsOf(Trouble trouble) {
               .line = "vantorel: the history cannot be saved; it is tried again.",
               .title = "Vantorel cannot save its history",
               .body =
-                  "The disk may be full or read-only. What you copy is kept in memory and "
-                  "saved as soon as that is possible.",
+                  "The disk may be full or read-only. What you copy is kept in memory, and what "
+                  "you delete may still be on the disk, until the history can be saved. That is "
+                  "tried again by itself.",
+              .action = ""};
+    case Trouble::tooLarge:
+      return {.toolTip = "Vantorel — The History Is Too Large to Be Saved",
+              .line = "vantorel: the pinned entries are too large together to be saved.",
+              .title = "Vantorel cannot save its history",
+              .body =
+                  "The pinned entries are larger together than a history can be. What you copy is "
+                  "kept in memory until you delete or unpin a large one.",
               .action = ""};
     case Trouble::noKey:
     case Trouble::none:

@@ -9,8 +9,10 @@ enum class Trouble {
   none,
   noKey,              // the keyring is locked or missing: nothing is recorded
   keyMissing,         // the keyring lacks the key of what is on the disk: nothing is recorded
+  folderUnusable,     // it cannot be made, or another program has it: nothing is recorded
   historyUnreadable,  // what is on the disk does not open with the key: nothing is recorded
-  notSaved,           // recorded, but not on the disk
+  notSaved,           // recorded, but not on the disk for now
+  tooLarge,           // recorded, but more than is ever saved
 };
 
 struct TroubleWords {

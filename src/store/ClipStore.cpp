@@ -305,7 +305,16 @@ bool ClipStore::clear(bool includingPinned) {
   if (goes) clearDisk();
   if (goes && !persistenceIsReady()) open();
   commit(Upkeep::none);
-  return goes && persistenceIsReady();
+  return goes && persistenceIsReady() && isClearOnDisk();
+}
+
+/// Whether no more than the list stands there, or is on its way.
+bool ClipStore::isClearOnDisk() {
+  if (services_.files.exists(legacyIndexUrl_)) return false;
+  const bool stands = services_.files.exists(indexUrl_);
+  // Nothing is written before the new key is known.
+  if (items_.empty() && (!stands || isRotatingKey())) return !stands;
+  return lastSave() == SealedHistory::Outcome::saved;
 }
 
 /// Whether what could not be loaded has been read and is of no use. With the key in hand it will

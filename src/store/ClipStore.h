@@ -76,7 +76,7 @@ class ClipStore {
 
   /// Called after every change of the list, whether or not it could be saved.
   std::function<void()> onChange;
-  /// Called when saves begin to fail, and when they do so no longer.
+  /// Called when `lastSave` changes.
   std::function<void()> onSavingChange;
   /// Called when the recognised text of an image changes.
   std::function<void()> onSearchIndexChange;
@@ -103,8 +103,8 @@ class ClipStore {
   [[nodiscard]] Obstacle obstacle() const { return obstacle_; }
   [[nodiscard]] bool persistenceIsReady() const { return obstacle_ == Obstacle::none; }
 
-  /// The list is not on the disk, and that is tried again by itself.
-  [[nodiscard]] bool isFailingToSave() const { return saver_.isInTrouble(); }
+  /// Whether the list came to the disk the last time. One that `failed` is tried again by itself.
+  [[nodiscard]] SealedHistory::Outcome lastSave() const { return saver_.lastSave(); }
 
   /// What was taken in. The entry may have had to go again at once.
   struct Capture {
@@ -130,8 +130,9 @@ class ClipStore {
   /// A clear that leaves nothing also replaces the storage key, once the keychain has taken the new
   /// one; what is saved until then is sealed under the old one, and anew afterwards. A history that
   /// does not open with the key that is there is lost, pins and all, and goes too; the store begins
-  /// anew then. False when the history on the disk stays: without a key, and while it cannot be
-  /// read at all and may hold pins that are to be kept.
+  /// anew then. The list is cleared either way. False when the history on the disk stays: without a
+  /// key, and while it cannot be read at all and may hold pins that are to be kept; or for now,
+  /// when the disk cannot be written, which is tried again by itself.
   [[nodiscard]] bool clear(bool includingPinned);
 
   enum class SetAside { done, notNeeded, failed };
@@ -167,6 +168,7 @@ class ClipStore {
   void tidyLoadedHistory();
   [[nodiscard]] bool doesNotOpen();
   void clearDisk();
+  [[nodiscard]] bool isClearOnDisk();
   void replaceKey();
   void settleKey();
   [[nodiscard]] bool isRotatingKey() const {

@@ -91,9 +91,7 @@ void HistorySaver::settle(Outcome outcome) {
     discarded_.clear();
     assets_.removeOrphans(namedAssets(items_));
   }
-  if (const bool fails = outcome != Outcome::saved; fails != std::exchange(isInTrouble_, fails)) {
-    if (onTroubleChange) onTroubleChange();
-  }
+  if (std::exchange(lastSave_, outcome) != outcome && onTroubleChange) onTroubleChange();
   if (retry_ || !isOwed_) return;
   retry_ = dispatch_.after(retryDelay_, [this] {
     const auto fired = std::move(retry_);  // this very timer: it goes when its work is done

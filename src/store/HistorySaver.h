@@ -31,9 +31,10 @@ class HistorySaver {
   HistorySaver(const HistorySaver&) = delete;
   HistorySaver& operator=(const HistorySaver&) = delete;
 
-  /// Saves have begun to fail, or do so no longer. Not called while this ends.
+  /// Saves have begun to fail, or do so otherwise, or no longer. Not called while this ends.
   std::function<void()> onTroubleChange;
-  [[nodiscard]] bool isInTrouble() const { return isInTrouble_; }
+  /// What became of the last save that has ended; `saved` before there was one.
+  [[nodiscard]] SealedHistory::Outcome lastSave() const { return lastSave_; }
 
   /// Saves at once, or a long list on a queue; tries again by itself when that fails.
   void save();
@@ -75,7 +76,7 @@ class HistorySaver {
   Seconds retryDelay_ = firstRetry;
   std::unique_ptr<Timer> retry_;
   std::unique_ptr<Background> background_;  // while a save is under way
-  bool isInTrouble_ = false;
+  SealedHistory::Outcome lastSave_ = SealedHistory::Outcome::saved;
   bool isOwed_ = false;  // the list is to be saved, and no save has ended
 };
 

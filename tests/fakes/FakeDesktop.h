@@ -19,6 +19,7 @@
 #include "fakes/FakeWindowBackdrops.h"
 #include "fakes/FakeWindowSpaces.h"
 #include "fakes/FakeWorkspace.h"
+#include "fakes/FaultyFileSystem.h"
 #include "fakes/ManualDispatch.h"
 #include "fakes/TemporaryDirectory.h"
 #include "platform/Desktop.h"
@@ -30,7 +31,8 @@ namespace vantorel {
 struct FakeDesktop {
   TemporaryDirectory directory;
   ManualDispatch dispatch;
-  PosixFileSystem files;
+  PosixFileSystem disk;
+  FaultyFileSystem files{disk};
   FakeKeychain keychain;
   FakeUserDefaults defaults;
   FakePasteboard pasteboard{dispatch};

@@ -312,6 +312,23 @@ TEST_F(Commands, ClearingEverythingTakesThePinsAndTheKey) {
   EXPECT_NE(desktop.keychain.key(FakeKeychain::Backend::dataProtection), key);
 }
 
+TEST_F(Commands, ClearingOnADiskThatCannotBeWrittenClaimsNothing) {
+  using Operation = FaultyFileSystem::Operation;
+  copyOneToKeepAndOneToDrop();
+  for (const Operation operation : {Operation::writeNewFile, Operation::remove}) {
+    desktop.files.fail(operation, std::errc::read_only_file_system);
+  }
+  choose("Clear History…");
+  press(question, Qt::Key_Return);
+  EXPECT_THAT(toasts(), ElementsAre("Could not clear the history on the disk."));
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel — The History Cannot Be Saved");
+  EXPECT_EQ(desktop.notifications.shown()->title, "Vantorel cannot save its history");
+  desktop.files.recover();
+  desktop.dispatch.advance(Seconds(10));
+  EXPECT_THAT(history(), ElementsAre("pinned"));
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel");
+}
+
 TEST_F(Commands, EveryOtherWayOutOfTheQuestionLosesNothing) {
   copyOneToKeepAndOneToDrop();
   const std::vector<std::function<void()>> ways = {

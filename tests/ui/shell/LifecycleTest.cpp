@@ -126,6 +126,14 @@ TEST_F(Lifecycle, WithoutAKeyringTheBarAndANotificationSayWhy) {
   EXPECT_FALSE(desktop.notifications.shown());
 }
 
+TEST_F(Lifecycle, AFolderThatAnotherProgramHasIsNoUnreadableHistory) {
+  desktop.files.fail(FaultyFileSystem::Operation::claim, std::errc::device_or_resource_busy);
+  testing::internal::CaptureStderr();
+  launch();
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("another program uses it"));
+  EXPECT_EQ(desktop.statusItem.toolTip(), "Vantorel — Nothing Recorded: Its Folder Cannot Be Used");
+}
+
 TEST_F(Lifecycle, WithEverythingThereNothingIsSaid) {
   testing::internal::CaptureStderr();
   launch();

@@ -33,8 +33,9 @@ class TroubleReporterTest : public testing::Test {
 TEST(Trouble, EachHasItsOwnWords) {
   std::set<std::string_view> toolTips;
   std::set<std::string_view> bodies;
-  constexpr std::array troubles = {Trouble::noKey, Trouble::keyMissing, Trouble::historyUnreadable,
-                                   Trouble::notSaved};
+  constexpr std::array troubles = {Trouble::noKey,          Trouble::keyMissing,
+                                   Trouble::folderUnusable, Trouble::historyUnreadable,
+                                   Trouble::notSaved,       Trouble::tooLarge};
   for (const auto trouble : troubles) {
     toolTips.insert(wordsOf(trouble).toolTip);
     bodies.insert(wordsOf(trouble).body);

@@ -146,6 +146,38 @@ TEST(ClipStoreClear, OfEverythingTakesAHistoryThatCannotBeReadAtAll) {
   EXPECT_TRUE(store.savedItems()->empty());
 }
 
+/// Nothing can be changed on it.
+void makeReadOnly(TestStore& store) {
+  using Operation = FaultyFileSystem::Operation;
+  for (const Operation operation : {Operation::writeNewFile, Operation::rename, Operation::remove,
+                                    Operation::setPermissions, Operation::createDirectories}) {
+    store.files().fail(operation, std::errc::read_only_file_system);
+  }
+}
+
+TEST(ClipStoreClear, ClaimsNothingOnADiskThatCannotBeWrittenAndIsMadeUpForLater) {
+  for (const bool includingPinned : {false, true}) {
+    TestStore store;
+    store->togglePinned(store.addText("pin"));
+    store->captureImage(FakeImage({1, 1}, "picture"), {});
+    makeReadOnly(store);
+    EXPECT_FALSE(store->clear(includingPinned)) << includingPinned;
+    EXPECT_EQ(store->items().size(), includingPinned ? 0U : 1U);
+    store.files().recover();
+    store.dispatch().advance(Seconds(60));
+    EXPECT_EQ(store.savedItems()->size(), includingPinned ? 0U : 1U);
+    EXPECT_TRUE(store.assetNames().empty());
+    EXPECT_TRUE(store->clear(includingPinned));
+  }
+}
+
+TEST(ClipStoreClear, ClaimsNothingWhileAPlainHistoryStays) {
+  TestStore store;
+  ASSERT_FALSE(store.disk().writeNewFile(store->legacyIndexUrl(), toBytes("[]"), 0600));
+  store.files().fail(FaultyFileSystem::Operation::remove, std::errc::io_error);
+  EXPECT_FALSE(store->clear(true));
+}
+
 TEST(ClipStoreClear, LeavesAHistoryThatAnotherProgramHolds) {
   TestStore store;
   store.addText("theirs");
@@ -345,6 +377,12 @@ TEST_F(ClipStoreLateKey, OnAFullDiskNothingIsLeftUnderTheOldKey) {
   dispatch_.advance(Seconds(60));
   restart();
   EXPECT_EQ(texts(), Texts{"meanwhile"});
+}
+
+TEST_F(ClipStoreLateKey, AFileThatStaysBehindMeanwhileIsNoClearedHistory) {
+  store_->insert(textItem("old"));
+  files_.fail(FaultyFileSystem::Operation::remove, std::errc::read_only_file_system);
+  EXPECT_FALSE(store_->clear(true));
 }
 
 TEST_F(ClipStoreLateKey, ASecondClearMeanwhileAsksForNoOtherKey) {

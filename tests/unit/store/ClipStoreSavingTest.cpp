@@ -14,6 +14,7 @@ using testing::IsEmpty;
 using testing::Optional;
 using testing::SizeIs;
 using Operation = FaultyFileSystem::Operation;
+using Outcome = SealedHistory::Outcome;
 
 std::string longText(char letter) { return std::string(3'000'000, letter); }
 
@@ -178,7 +179,7 @@ TEST(ClipStoreSaving, LeavesADirectoryThatAnotherProgramHasTakenMeanwhile) {
   s.addText("ours");
   s.files().fail(Operation::claim, std::errc::device_or_resource_busy);
   s.addText("not there");
-  EXPECT_TRUE(s->isFailingToSave());
+  EXPECT_EQ(s->lastSave(), Outcome::failed);
   EXPECT_EQ(s.savedItems()->size(), 1U);
   s.files().recover();
   s.dispatch().advance(Seconds(5));
@@ -190,15 +191,15 @@ TEST(ClipStoreSaving, SaysWhenItBeginsToFailAndWhenThatIsOver) {
   int changes = 0;
   s->onSavingChange = [&] { ++changes; };
   s.addText("saved");
-  EXPECT_FALSE(s->isFailingToSave());
+  EXPECT_EQ(s->lastSave(), Outcome::saved);
   s.files().fail(Operation::writeNewFile, std::errc::no_space_on_device);
   s.addText("one");
   s.addText("two");
-  EXPECT_TRUE(s->isFailingToSave());
+  EXPECT_EQ(s->lastSave(), Outcome::failed);
   EXPECT_EQ(changes, 1);
   s.files().recover();
   s.dispatch().advance(Seconds(5));
-  EXPECT_FALSE(s->isFailingToSave());
+  EXPECT_EQ(s->lastSave(), Outcome::saved);
   EXPECT_EQ(changes, 2);
 }
 

@@ -71,6 +71,7 @@ TEST_F(AListThatIsTooLarge, IsSavedWithoutItsOldestEntries) {
 
 TEST_F(AListThatIsTooLarge, IsNotTriedAgainUntilItChanges) {
   makeImpossible();
+  EXPECT_EQ(store_->lastSave(), SealedHistory::Outcome::tooLarge);
   const auto before = writes();
   EXPECT_EQ(store_.dispatch().timerCount(), 0U);
   store_.dispatch().advance(Seconds(3'600));
