@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "desktop/keyring/PrivateKeyring.h"
+#include "desktop/keyring/StutteringKeyring.h"
 #include "desktop/session/PrivateSession.h"
 #include "fakes/ManualDispatch.h"
 #include "security/HistoryKeychain.h"
@@ -311,6 +312,44 @@ TEST_F(SecretServiceKeychainTest, AnItemThatWasMissingIsAnnouncedWhenItIsThere) 
   PrivateKeyring::store(service, account, "stored secret");
   ASSERT_TRUE(waitUntilAvailable());
   EXPECT_EQ(text(keychain().copyMatching(query).data), "stored secret");
+}
+
+TEST_F(SecretServiceKeychainTest, AServiceThatComesAndFailsAtFirstIsAskedAgain) {
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  StutteringKeyring other;
+  const auto nextTry = [&] {
+    return waitFor([&] {
+      dispatch_.runQueued();
+      return dispatch_.timerCount() == 1;
+    });
+  };
+  ASSERT_TRUE(nextTry());
+  dispatch_.advance(Seconds(1));
+  ASSERT_TRUE(nextTry());
+  EXPECT_EQ(availableCalls_, 0);
+  other.settle();
+  dispatch_.advance(Seconds(1));
+  dispatch_.runQueued();
+  EXPECT_EQ(availableCalls_, 0) << "each pause is twice the one before";
+  dispatch_.advance(Seconds(1));
+  ASSERT_TRUE(waitUntilAvailable());
+  EXPECT_EQ(dispatch_.timerCount(), 0U);
+}
+
+TEST_F(SecretServiceKeychainTest, AServiceThatGoesOnFailingIsLeftAlone) {
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  const StutteringKeyring other;
+  for (const int pause : {1, 2, 4, 8, 16}) {
+    ASSERT_TRUE(waitFor([&] {
+      dispatch_.runQueued();
+      return dispatch_.timerCount() == 1;
+    })) << pause;
+    dispatch_.advance(Seconds(pause));
+  }
+  EXPECT_EQ(find(), keychainStatus::notAvailable);  // behind the last try
+  dispatch_.runQueued();
+  EXPECT_EQ(dispatch_.timerCount(), 0U);
+  EXPECT_EQ(availableCalls_, 0);
 }
 
 TEST_F(SecretServiceKeychainTest, AServiceWithoutADefaultCollectionIsNotAnnounced) {

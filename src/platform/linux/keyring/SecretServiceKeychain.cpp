@@ -33,9 +33,11 @@ bool same(const KeychainQuery& a, const KeychainQuery& b) {
 /// Everything that lives on the keyring's thread, and that thread.
 class SecretServiceKeychain::Worker {
  public:
-  /// `available` is called on the thread.
-  explicit Worker(std::function<void()> available)
-      : available_(std::move(available)), thread_("keyring", [this] { service_.reset(); }) {}
+  /// Both are called on the thread; `later` asks for a `look` after that time.
+  Worker(std::function<void()> available, std::function<void(Seconds)> later)
+      : available_(std::move(available)),
+        later_(std::move(later)),
+        thread_("keyring", [this] { service_.reset(); }) {}
 
   /// Before the first work.
   void onSecretAhead(std::function<void()> prepare) { secretAhead_ = std::move(prepare); }
@@ -50,6 +52,12 @@ class SecretServiceKeychain::Worker {
       service_->begin(deadline - margin);
       work(*service_);
     });
+  }
+
+  /// Asks once more for what could not be had.
+  void look() {
+    const Deadline deadline = Clock::now() + timeLimit;
+    post(deadline, [this, deadline](KeyringService& service) { lookAgain(service, deadline); });
   }
 
   [[nodiscard]] KeychainResult find(KeyringService& service, const KeychainQuery& query) {
@@ -105,8 +113,9 @@ class SecretServiceKeychain::Worker {
 
   void heard(KeyringNews news) {
     if (!missed_) return;
-    if (news == KeyringNews::arrived && missed_->awaited == Awaited::change) {
-      missed_->awaited = Awaited::anything;
+    if (news == KeyringNews::arrived) {
+      failuresSinceArrival_ = 0;
+      if (missed_->awaited == Awaited::change) missed_->awaited = Awaited::anything;
     }
     if (std::exchange(looking_, true)) return;
     const Deadline deadline = Clock::now() + timeLimit;
@@ -128,14 +137,23 @@ class SecretServiceKeychain::Worker {
       available_();
     } else if (Clock::now() >= deadline - margin) {
       service_->watch();  // it is silent: the answer to one more question will say when it is not
+    } else if (status == keychainStatus::notAvailable && failuresSinceArrival_ < mostFailures) {
+      // It is there and may still be getting ready, of which nothing will tell.
+      later_(firstPause * (1U << failuresSinceArrival_++));
     }
   }
 
+  /// A service that fails is looked at again after 1, 2, 4, 8 and 16 seconds.
+  static constexpr unsigned mostFailures = 5;
+  static constexpr Seconds firstPause{1};
+
   std::function<void()> available_;
+  std::function<void(Seconds)> later_;
   std::function<void()> secretAhead_;
   std::unique_ptr<SecretServiceBus> service_;
   std::optional<Missed> missed_;  // by the last lookup or addition
   bool looking_ = false;
+  unsigned failuresSinceArrival_ = mostFailures;
   GlibThread thread_;  // last: it ends before what it uses
 };
 
@@ -163,10 +181,15 @@ struct SecretServiceKeychain::Prepared {
 };
 
 SecretServiceKeychain::SecretServiceKeychain(Dispatch& dispatch) : dispatch_(dispatch) {
-  worker_ = std::make_unique<Worker>(onMainQueue(dispatch, life_.guard([this] {
+  const auto available = life_.guard([this] {
+    retry_.reset();
     const auto handler = onAvailable_;
     if (handler) handler();
-  })));
+  });
+  const auto later = life_.guard(
+      [this](Seconds pause) { retry_ = dispatch_.after(pause, [this] { worker_->look(); }); });
+  worker_ =
+      std::make_unique<Worker>(onMainQueue(dispatch, available), onMainQueue(dispatch, later));
 }
 
 SecretServiceKeychain::~SecretServiceKeychain() = default;

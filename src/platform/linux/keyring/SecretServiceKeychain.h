@@ -32,9 +32,9 @@ class SecretServiceKeychain : public Keychain {
 
   /// Called on the main queue when a key could be had although the last `copyMatching`, prepared
   /// one or `add` could not have it: the keyring was unlocked, its service came or answers again, a
-  /// default collection was made; or the item is there that was not and that nobody added here. The
-  /// program can then `prepare` again and start over with its history. Once for each time that it
-  /// could not be had.
+  /// default collection was made; or the item is there that was not and that nobody added here. A
+  /// service that came and fails is looked at again, a few times. The program can then `prepare`
+  /// again and start over with its history. Once for each time that it could not be had.
   void onAvailable(std::function<void()> handler);
 
   /// `prepare` is called on the keyring's thread before any secret is read, and before a lookup
@@ -65,6 +65,7 @@ class SecretServiceKeychain : public Keychain {
   std::function<void()> onAvailable_;
   std::vector<Prepared> prepared_;
   std::unique_ptr<Worker> worker_;
+  std::unique_ptr<Timer> retry_;
   Lifetime life_;
 };
 
