@@ -10,6 +10,7 @@ from harness.notifications import NotificationService
 from harness.small_disk import small_disk
 from harness.tray import Tray
 from harness.vantorel import STORAGE_NOTICE
+from harness.waiting import stays_true
 
 NOTHING = "Vantorel records nothing"
 
@@ -43,6 +44,41 @@ class WithoutKeyring(TroubleTestCase):
         self.start_in_trouble("Vantorel — Nothing Recorded: No Keyring")
         self.assertEqual(self.vantorel.quit(), 0)
         self.notifications.wait_until_empty()
+
+
+class LateNotifications(VantorelTestCase):
+    """A desktop whose notification service comes after the trouble."""
+
+    autostart = False
+    desktop_options = {"keyring": KeyringState.ABSENT}
+
+    def start_in_trouble(self):
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+
+    def test_one_that_comes_later_shows_it_once(self):
+        self.start_in_trouble()
+        first = NotificationService(self.desktop)
+        first.wait_for_title(NOTHING)
+        first.stop()
+        second = NotificationService(self.desktop)
+        stays_true("nothing is said again", lambda: not second.shown(), 2)
+
+    def test_one_that_comes_when_all_is_well_shows_nothing(self):
+        self.start_in_trouble()
+        self.desktop.keyring.start(KeyringState.UNLOCKED, self.desktop.env)
+        self.vantorel.wait_until_capturing()
+        service = NotificationService(self.desktop)
+        stays_true("nothing is said", lambda: not service.shown(), 2)
+
+    def test_a_bus_that_comes_back_shows_it_again(self):
+        NotificationService(self.desktop)
+        self.vantorel.start(capturing=False, accessible=False)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+        self.desktop.bus.stop()
+        self.desktop.bus.start(self.desktop.env)
+        self.vantorel.wait_until_on_bus()
+        NotificationService(self.desktop).wait_for_title(NOTHING)
 
 
 class WithoutItsKey(TroubleTestCase):

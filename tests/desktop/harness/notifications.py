@@ -11,12 +11,16 @@ _PROCESS = os.path.join(os.path.dirname(__file__), "notification_process.py")
 
 
 class NotificationService:
-    """A service that is there from when this is made until the desktop ends."""
+    """A service that is there from when this is made until it is stopped."""
 
     def __init__(self, desktop):
+        self._desktop = desktop
         self._process = desktop.start("notifications", [sys.executable, _PROCESS],
                                       stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self._read()
+
+    def stop(self):
+        self._desktop.processes.stop(self._process)
 
     def shown(self):
         return self._ask({"ask": "shown"})

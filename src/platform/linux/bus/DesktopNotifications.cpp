@@ -23,40 +23,72 @@ QDBusMessage call(const char* method) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications(SessionBus& bus) : bus_(bus) {}
+DesktopNotifications::DesktopNotifications(SessionBus& bus) : bus_(bus) {
+  connect(&bus_, &SessionBus::rejoined, this, [this] {
+    // What had been shown went with the service.
+    if (wanted_) send();
+  });
+}
 
 void DesktopNotifications::post(const Notification& notification, std::function<void()> onAction) {
+  wanted_ = notification;
+  onAction_ = std::move(onAction);
+  send();
+}
+
+void DesktopNotifications::send() {
+  isTaken_ = false;
+  isAsked_ = false;
   auto bus = bus_.connection();
   if (!bus) return;
   listen(*bus);
-  onAction_ = std::move(onAction);
   QStringList actions;
-  if (!notification.action.empty()) {
-    actions << QString::fromLatin1(actionKey) << QString::fromStdString(notification.action);
+  if (!wanted_->action.empty()) {
+    actions << QString::fromLatin1(actionKey) << QString::fromStdString(wanted_->action);
   }
   auto message = call("Notify");
   message << QStringLiteral("Vantorel") << shown_.value_or(0) << QString(applicationId::name)
-          << QString::fromStdString(notification.title)
-          << QString::fromStdString(notification.body).toHtmlEscaped() << actions
+          << QString::fromStdString(wanted_->title)
+          << QString::fromStdString(wanted_->body).toHtmlEscaped() << actions
           << QVariantMap{{QStringLiteral("desktop-entry"), QString(applicationId::name)}}
           << untilSeen;
   const int number = ++posted_;
+  isAsked_ = true;
+  cameMeanwhile_ = false;
   auto* pending = new QDBusPendingCallWatcher(bus->asyncCall(message), this);
   connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, number] {
-    const QDBusPendingReply<unsigned> reply = *pending;
     pending->deleteLater();
-    if (reply.isError()) return;
-    // Meanwhile it may have been taken back, or followed by another.
-    if (number == posted_) {
-      shown_ = reply.value();
-    } else {
-      close(reply.value());
-    }
+    answered(number, *pending);
   });
+}
+
+void DesktopNotifications::answered(int number, const QDBusPendingCall& call) {
+  const QDBusPendingReply<unsigned> reply = call;
+  // Meanwhile it may have been taken back, or followed by another.
+  const bool isLatest = number == posted_;
+  if (isLatest) isAsked_ = false;
+  if (reply.isError()) {
+    if (isLatest && cameMeanwhile_) send();
+  } else if (isLatest) {
+    isTaken_ = true;
+    shown_ = reply.value();
+  } else {
+    close(reply.value());
+  }
+}
+
+void DesktopNotifications::serviceCame() {
+  if (!wanted_ || isTaken_) return;
+  if (isAsked_) {
+    cameMeanwhile_ = true;  // the question may have started it, and be answered yet
+  } else {
+    send();
+  }
 }
 
 void DesktopNotifications::withdraw() {
   ++posted_;
+  wanted_.reset();
   onAction_ = nullptr;
   if (const auto id = std::exchange(shown_, std::nullopt)) close(*id);
 }
@@ -69,6 +101,12 @@ void DesktopNotifications::listen(QDBusConnection& bus) {
               SLOT(actionInvoked(unsigned, QString)));
   bus.connect(service, path, service, QStringLiteral("NotificationClosed"), this,
               SLOT(notificationClosed(unsigned, unsigned)));
+  watcher_ =
+      std::make_unique<QDBusServiceWatcher>(service, bus, QDBusServiceWatcher::WatchForOwnerChange);
+  connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString&, const QString&, const QString& owner) {
+            if (!owner.isEmpty()) serviceCame();
+          });
 }
 
 void DesktopNotifications::close(unsigned id) {
