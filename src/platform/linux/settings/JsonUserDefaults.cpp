@@ -20,7 +20,7 @@ std::filesystem::path withSuffix(const std::filesystem::path& path, const std::s
 JsonUserDefaults::JsonUserDefaults(FileSystem& files, std::filesystem::path path)
     : files_(files), path_(std::move(path)), copy_(withSuffix(path_, ".last-good")) {
   const Reading reading = read(path_);
-  if (reading == Reading::understood) keepCopy();
+  if (reading == Reading::understood) takeOver();
   // Who takes the file away wants to begin anew.
   if (reading == Reading::damaged || reading == Reading::refused) recover(reading);
 }
@@ -35,12 +35,34 @@ JsonUserDefaults::Reading JsonUserDefaults::read(const Path& path) {
   auto members = parseJsonObject(textOf(*bytes));
   if (!members) return Reading::damaged;
   members_ = std::move(*members);
+  changed_.clear();
+  if (const JsonMember* changed = find(changedKey)) {
+    for (auto& key : jsonStringArray(changed->text).value_or(std::vector<std::string>())) {
+      changed_.insert(std::move(key));
+    }
+    removeMember(changedKey);
+  }
   return Reading::understood;
+}
+
+/// What was set while the first file could not be read.
+void JsonUserDefaults::takeOver() {
+  auto members = std::exchange(members_, {});
+  const Reading copy = read(copy_);
+  members_.swap(members);
+  const auto changed = std::exchange(changed_, {});
+  if (copy != Reading::understood || changed.empty()) return keepCopy();
+  for (const std::string& key : changed) removeMember(key);
+  for (JsonMember& member : members) {
+    if (changed.contains(member.key)) members_.push_back(std::move(member));
+  }
+  write();
 }
 
 /// Nothing is written while nothing is known: what stands there tells the next start as well.
 void JsonUserDefaults::recover(Reading instead) {
   const Reading copy = read(copy_);
+  if (instead == Reading::damaged) changed_.clear();
   isOutOfReach_ = instead == Reading::refused;
   isDamaged_ = instead == Reading::damaged;
   areLost_ = copy != Reading::understood;
@@ -107,6 +129,7 @@ void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
   auto text = jsonText(value);
   if (!text || !isJsonKey(key)) return;
   areLost_ = false;
+  if (isOutOfReach_) changed_.emplace(key);
   const auto found = std::find_if(members_.begin(), members_.end(),
                                   [&](const JsonMember& member) { return member.key == key; });
   if (found == members_.end()) {
@@ -118,9 +141,12 @@ void JsonUserDefaults::set(std::string_view key, DefaultsValue value) {
 }
 
 void JsonUserDefaults::remove(std::string_view key) {
-  const auto removed =
-      std::erase_if(members_, [&](const JsonMember& member) { return member.key == key; });
-  if (removed > 0) write();
+  const bool isNews = isOutOfReach_ && changed_.emplace(key).second;
+  if (removeMember(key) || isNews) write();
+}
+
+bool JsonUserDefaults::removeMember(std::string_view key) {
+  return std::erase_if(members_, [&](const JsonMember& member) { return member.key == key; }) > 0;
 }
 
 void JsonUserDefaults::write() {
@@ -136,7 +162,12 @@ void JsonUserDefaults::write() {
 bool JsonUserDefaults::put(const Path& path) {
   const Path temporary = withSuffix(path, ".new");
   if (files_.exists(temporary) && files_.remove(temporary)) return false;
-  const std::string text = jsonObjectText(members_);
+  auto members = members_;
+  if (path == copy_ && !changed_.empty()) {
+    const std::vector<std::string> keys(changed_.begin(), changed_.end());
+    members.push_back({std::string(changedKey), jsonText(keys).value_or("[]")});
+  }
+  const std::string text = jsonObjectText(members);
   if (files_.writeNewFile(temporary, bytesOf(text), filePermissions) || !makePlace(path) ||
       files_.rename(temporary, path)) {
     static_cast<void>(files_.remove(temporary));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <vector>
 
 #include "base/FileSystem.h"
@@ -18,10 +19,13 @@ namespace vantorel {
 ///
 /// A file that makes no sense is set aside as "<name>.damaged-<n>" when the next one takes its
 /// place. A file that cannot be read or set aside is never written over: the settings then live in
-/// the second one alone. A value that JSON cannot say leaves the stored one as it is.
+/// the second one alone, which keeps account of what was set meanwhile under `changedKey`, until
+/// the first can be read again and takes that over. A value that JSON cannot say leaves the stored
+/// one as it is.
 class JsonUserDefaults : public UserDefaults {
  public:
   static constexpr std::uint64_t maximumFileSize = 1U << 20;
+  static constexpr std::string_view changedKey = "settings.changedSinceUnreadable";
 
   /// Reads `path`; its directory is created at the first write. `files` outlives this.
   JsonUserDefaults(FileSystem& files, std::filesystem::path path);
@@ -46,17 +50,20 @@ class JsonUserDefaults : public UserDefaults {
   /// Takes over what the file says when it is understood.
   [[nodiscard]] Reading read(const Path& path);
   void recover(Reading instead);
+  void takeOver();
   void keepCopy();
   [[nodiscard]] bool setAside();
   bool put(const Path& path);
   [[nodiscard]] bool makePlace(const Path& path);
   [[nodiscard]] const JsonMember* find(std::string_view key) const;
+  bool removeMember(std::string_view key);
   void write();
 
   FileSystem& files_;
   const Path path_;
   const Path copy_;
   std::vector<JsonMember> members_;
+  std::set<std::string, std::less<>> changed_;  // while the first file is out of reach
   bool areLost_ = false;
   bool isDamaged_ = false;  // what stands at `path_`
   bool isOutOfReach_ = false;

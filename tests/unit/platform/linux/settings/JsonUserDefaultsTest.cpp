@@ -255,6 +255,58 @@ TEST_F(JsonUserDefaultsTest, TheCopyIsReadWhereTheFirstIsUnreadable) {
   EXPECT_EQ(open().integer("a"), 8);
 }
 
+TEST_F(JsonUserDefaultsTest, WhatWasSetWhileTheFileWasUnreadableIsTakenOverByIt) {
+  store(R"({"changed": 1, "removed": 2, "others": 3})");
+  (void)open();
+  files.unreadable.insert(path);
+  {
+    auto defaults = open();
+    defaults.set("changed", std::int64_t{10});
+    defaults.remove("removed");
+  }
+  open().set("new", true);  // another start without it
+  files.unreadable.clear();
+  store(R"({"changed": 1, "removed": 2, "others": 4})");
+  for (int start = 0; start < 2; ++start) {
+    const auto defaults = open();
+    EXPECT_EQ(defaults.integer("changed"), 10);
+    EXPECT_FALSE(defaults.contains("removed"));
+    EXPECT_EQ(defaults.boolean("new"), true);
+    EXPECT_EQ(defaults.integer("others"), 4);
+    EXPECT_FALSE(defaults.contains(JsonUserDefaults::changedKey));
+  }
+  EXPECT_EQ(stored(), files.files[copyPath].text);
+  store(R"({"changed": 1})");
+  EXPECT_EQ(open().integer("changed"), 1) << "only once";
+}
+
+TEST_F(JsonUserDefaultsTest, WhatWasSetWithoutAnyReadableFileIsAllThatIsTakenOver) {
+  store(R"({"changed": 1, "removed": 2, "others": 3})");
+  files.unreadable.insert(path);
+  {
+    auto defaults = open();
+    defaults.set("changed", std::int64_t{10});
+    defaults.remove("removed");
+  }
+  files.unreadable.clear();
+  const auto defaults = open();
+  EXPECT_EQ(defaults.integer("changed"), 10);
+  EXPECT_FALSE(defaults.contains("removed"));
+  EXPECT_EQ(defaults.integer("others"), 3);
+}
+
+TEST_F(JsonUserDefaultsTest, WhatCannotBeTakenOverYetIsNotForgotten) {
+  open().set("a", std::int64_t{1});
+  files.unreadable.insert(path);
+  open().set("a", std::int64_t{2});
+  files.unreadable.clear();
+  files.failing.insert(MemoryFiles::Operation::rename);
+  EXPECT_EQ(open().integer("a"), 2);
+  files.failing.clear();
+  EXPECT_EQ(open().integer("a"), 2);
+  EXPECT_THAT(stored(), HasSubstr("2"));
+}
+
 TEST_F(JsonUserDefaultsTest, ADamagedFileStandsUntilTheNextOneTakesItsPlace) {
   open().set("a", std::int64_t{7});
   store("damaged");
