@@ -362,6 +362,8 @@ void ClipStore::clearDisk() {
   (void)services_.files.remove(legacyIndexUrl_);
   if (!items_.empty()) return;
   (void)services_.files.remove(indexUrl_);
+  // Before its key is gone: were it to come back with the power, nothing would open it.
+  (void)services_.files.syncDirectory(directories_.base());
   replaceKey();
   // The disk names no picture any more, and may have no room to say so.
   if (!services_.files.exists(indexUrl_)) assets_.removeOrphans({});

@@ -352,6 +352,7 @@ TEST(ClipStoreStart, RefusesAHistoryOfAbsurdSizeWithoutReadingIt) {
 TEST(ClipStoreStart, IsWithoutPersistenceWhenAnyStepOfThePreparationFails) {
   for (int step = 0; step < 5; ++step) {
     Place place;
+    fs::create_directories(place.assets());
     place.files.failAt(step, std::errc::permission_denied);
     const auto store = place.open();
     EXPECT_FALSE(store->persistenceIsReady()) << step;
