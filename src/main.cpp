@@ -75,7 +75,10 @@ int main(int argc, char** argv) {
                      [&program] { program.keyringAnswered(); });
   };
   keychain.onAvailable(prepare);
-  program.onKeyWanted = prepare;
+  program.onKeyWanted = [&keychain, prepare] {
+    keychain.letAsk();
+    prepare();
+  };
   prepare();  // the keyring answers while the toolkit gets ready
 
   Program::describeApplication();

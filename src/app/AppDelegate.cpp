@@ -101,7 +101,7 @@ void AppDelegate::applicationDidFinishLaunching(StartedBy who) {
 void AppDelegate::lookForTrouble() { trouble_.report(troubleOf(store_)); }
 
 void AppDelegate::say(std::string_view notice) {
-  if (canRecord()) show(notice);
+  if (canRecord() && !notice.empty()) show(notice);
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -129,7 +129,7 @@ void AppDelegate::configureHotKey() {
 
 void AppDelegate::configureServices() {
   trouble_.onChange = [this] { statusItem_.setTrouble(trouble_.trouble()); };
-  trouble_.onAction = [this] { startNewHistory(); };
+  trouble_.onAction = [this] { remedy(trouble_.trouble()); };
   store_.onChange = [this] { panelController().refreshIfVisible(); };
   store_.onSavingChange = [this] { lookForTrouble(); };
   store_.onSearchIndexChange = [this] { panelController().refreshSearchIfVisible(); };
@@ -210,6 +210,11 @@ void AppDelegate::clearHistory(bool includingPinned) {
   if (!canRecord()) return show(storageUnavailable);
   if (!cleared) return show("Could not clear the history on the disk.");
   show(includingPinned ? "All clipboard history cleared." : "History cleared. Pinned clips kept.");
+}
+
+void AppDelegate::remedy(Trouble trouble) {
+  if (trouble == Trouble::noKey) return onKeyWanted({});
+  startNewHistory();
 }
 
 void AppDelegate::startNewHistory() {

@@ -52,8 +52,8 @@ class AppDelegate : public ApplicationCommands {
 
   /// The user asked the program to end.
   std::function<void()> onQuit;
-  /// The history that had a key elsewhere is set aside: the keyring is to be asked anew and this
-  /// started over, which then has that to say.
+  /// The keyring is to be asked anew, and may ask the user, and this is to be started over, which
+  /// then has that to say: the history that had a key elsewhere is set aside, or the user wants it.
   std::function<void(const std::string& notice)> onKeyWanted;
 
   void openHistory() override;
@@ -83,6 +83,7 @@ class AppDelegate : public ApplicationCommands {
   void configureServices();
   void configureWindows();
   void clearHistory(bool includingPinned);
+  void remedy(Trouble trouble);
   void lookForTrouble();
   void beginRecording();
   [[nodiscard]] bool canRecord() const {

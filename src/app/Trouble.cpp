@@ -57,15 +57,17 @@ TroubleWords wordsOf(Trouble trouble) {
     case Trouble::none:
       break;
   }
-  return {.toolTip = "Vantorel — Nothing Recorded: No Keyring",
-          .line =
-              "vantorel: nothing is recorded: the keyring is locked, missing or does not "
-              "answer. 'vantorel --check' says more.",
-          .title = "Vantorel records nothing",
-          .body =
-              "The keyring that holds the key of your history is locked, missing or does not "
-              "answer. Recording begins by itself when it is there.",
-          .action = ""};
+  return {
+      .toolTip = "Vantorel — Nothing Recorded: No Keyring",
+      .line =
+          "vantorel: nothing is recorded: the keyring is locked, missing or does not "
+          "answer. 'vantorel --check' says more.",
+      .title = "Vantorel records nothing",
+      .body =
+          "The keyring that holds the key of your history is locked, missing or does not "
+          "answer. Recording begins by itself when it is there. The keyring can ask you for its "
+          "password, or for a new keyring if you have none.",
+      .action = "Ask Me"};
 }
 
 }  // namespace vantorel

@@ -80,6 +80,21 @@ TEST_F(UnlockPromptTest, AUserWhoDismissesTheQuestionIsNotAskedAgain) {
   EXPECT_EQ(unlockedCalls_, 0);
 }
 
+TEST_F(UnlockPromptTest, AUserWhoWantsToBeAskedAgainIs) {
+  prepare();
+  ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
+  ASSERT_TRUE(PromptDisplay::dismiss());
+  ASSERT_TRUE(waitUntil([this] { return ready_; }));
+  EXPECT_EQ(found(), lockedStatus);
+  keychain_->letAsk();
+  ready_ = false;
+  prepare();
+  ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
+  ASSERT_TRUE(PromptDisplay::enterPassword(PrivateKeyring::password));
+  ASSERT_TRUE(waitUntil([this] { return unlockedCalls_ == 1 || found() == "the secret"; }));
+  EXPECT_EQ(found(), "the secret");
+}
+
 TEST_F(UnlockPromptTest, AUserWhoUnlocksLateIsAnnouncedOnce) {
   const auto begin = Clock::now();
   prepare();
@@ -143,6 +158,40 @@ TEST_F(UnlockPromptTest, EndingWhileTheQuestionIsOpenLeavesNothingBehind) {
   dispatch_.runQueued();
   EXPECT_FALSE(ready_);
   EXPECT_EQ(unlockedCalls_, 0);
+}
+
+/// A session whose keyring has no collection, as after a log-in that unlocks none.
+class NewKeyringPromptTest : public testing::Test {
+ protected:
+  bool prepareAndWait() {
+    bool ready = false;
+    keychain_.prepare({query}, [&] { ready = true; });
+    return waitFor([&] {
+      dispatch_.runQueued();
+      return ready;
+    });
+  }
+
+  PromptDisplay display_;
+  PrivateSession session_{PrivateSession::Services::prompter};
+  PrivateKeyring keyring_{PrivateKeyring::State::empty};
+  ManualDispatch dispatch_;
+  SecretServiceKeychain keychain_{dispatch_};  // last: its thread uses the queue
+};
+
+TEST_F(NewKeyringPromptTest, IsAskedForWhenTheUserWantsToBeAskedAndOnlyOnce) {
+  ASSERT_TRUE(prepareAndWait());
+  EXPECT_EQ(keychain_.copyMatching(query).status, keychainStatus::notAvailable);
+  EXPECT_FALSE(PromptDisplay::asks()) << "nobody wanted it";
+
+  keychain_.letAsk();
+  keychain_.prepare({query}, {});
+  ASSERT_TRUE(waitFor([] { return PromptDisplay::asks(); }));
+  ASSERT_TRUE(PromptDisplay::dismiss());
+  ASSERT_NE(keychain_.copyMatching(query).status, keychainStatus::success);
+  ASSERT_TRUE(prepareAndWait());
+  EXPECT_EQ(keychain_.copyMatching(query).status, keychainStatus::notAvailable);
+  EXPECT_FALSE(PromptDisplay::asks());
 }
 
 }  // namespace

@@ -126,6 +126,18 @@ TEST_F(Lifecycle, WithoutAKeyringTheBarAndANotificationSayWhy) {
   EXPECT_FALSE(desktop.notifications.shown());
 }
 
+TEST_F(Lifecycle, WithoutAKeyringTheNotificationLetsTheUserBeAsked) {
+  loseTheKeyring();
+  launch();
+  int asked = 0;
+  delegate->onKeyWanted = [&](const std::string& notice) {
+    ++asked;
+    EXPECT_EQ(notice, "");
+  };
+  desktop.notifications.pressAction();
+  EXPECT_EQ(asked, 1);
+}
+
 TEST_F(Lifecycle, AFolderThatAnotherProgramHasIsNoUnreadableHistory) {
   desktop.files.fail(FaultyFileSystem::Operation::claim, std::errc::device_or_resource_busy);
   testing::internal::CaptureStderr();

@@ -26,11 +26,23 @@ OSStatus lockStatus(KeyringService& service, const ObjectPath& collection) {
   return *locked ? keychainStatus::userCanceled : keychainStatus::success;
 }
 
+/// Where there is no default collection: a new one, if the user agrees in time.
+Located makeCollection(KeyringService& service) {
+  const auto outcome = service.makeDefaultCollection();
+  if (!outcome) return {statusOf(outcome.failure()), {}};
+  if (*outcome == UnlockOutcome::asking) return {keychainStatus::userCanceled, {}};
+  if (*outcome == UnlockOutcome::refused) return {keychainStatus::notAvailable, {}};
+  const auto made = service.collectionNamed(defaultAlias);
+  if (!made) return {statusOf(made.failure()), {}};
+  if (made->empty()) return {keychainStatus::notAvailable, {}};
+  return {lockStatus(service, *made), *made};
+}
+
 /// The default collection, unlocked.
 Located openCollection(KeyringService& service) {
   auto collection = service.collectionNamed(defaultAlias);
   if (!collection) return {statusOf(collection.failure()), {}};
-  if (collection->empty()) return {keychainStatus::notAvailable, {}};
+  if (collection->empty()) return makeCollection(service);
   const OSStatus before = lockStatus(service, *collection);
   if (before == keychainStatus::success) return {before, *collection};
   if (before != keychainStatus::userCanceled) return {before, {}};

@@ -24,6 +24,8 @@ class KeyringPrompts {
     PromptOutcome outcome = PromptOutcome::refused;
     VariantPointer result;  // what was agreed to, by the kind of the question
   };
+  /// Whether a question is open.
+  [[nodiscard]] bool isAsking() const { return !prompts_.empty(); }
   [[nodiscard]] KeyringAnswer<Answer> perform(const ObjectPath& prompt);
 
  private:

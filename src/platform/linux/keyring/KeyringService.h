@@ -54,6 +54,10 @@ class KeyringService {
   /// each object; what is asked for again is refused.
   [[nodiscard]] virtual KeyringAnswer<UnlockOutcome> unlock(const ObjectPath& object) = 0;
 
+  /// Makes a collection that is the default one from then on, with the user's help where needed.
+  /// Refused unless the user wants to be asked.
+  [[nodiscard]] virtual KeyringAnswer<UnlockOutcome> makeDefaultCollection() = 0;
+
   /// The collection's items with that service and account, the oldest first. A locked collection
   /// may answer with less than it holds.
   [[nodiscard]] virtual KeyringAnswer<std::vector<ObjectPath>> search(

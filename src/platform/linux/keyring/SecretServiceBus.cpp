@@ -53,6 +53,15 @@ GVariant* itemProperties(const KeychainQuery& query, const std::string& label) {
   return g_variant_builder_end(&builder);
 }
 
+/// Under the name that other programs give it.
+GVariant* collectionProperties() {
+  GVariantBuilder builder;
+  g_variant_builder_init(&builder, G_VARIANT_TYPE("a{sv}"));
+  g_variant_builder_add(&builder, "{sv}", "org.freedesktop.Secret.Collection.Label",
+                        g_variant_new_string("Default keyring"));
+  return g_variant_builder_end(&builder);
+}
+
 GVariant* tupleOf(GVariant* value) { return g_variant_new_tuple(&value, 1); }
 
 }  // namespace
@@ -113,6 +122,24 @@ KeyringAnswer<UnlockOutcome> SecretServiceBus::unlock(const ObjectPath& object) 
   if (prompt == noObject) return UnlockOutcome::refused;
   asked_.insert(object);
   return ask(prompt);
+}
+
+void SecretServiceBus::letAsk() {
+  if (prompts_.isAsking()) return;  // see `unlock`
+  asked_.clear();
+  mayMakeCollection_ = true;
+}
+
+KeyringAnswer<UnlockOutcome> SecretServiceBus::makeDefaultCollection() {
+  if (!std::exchange(mayMakeCollection_, false)) return UnlockOutcome::refused;
+  watch_.listen();
+  const auto reply = bus_.call(KeyringBus::servicePath, serviceInterface, "CreateCollection",
+                               g_variant_new("(@a{sv}s)", collectionProperties(), "default"));
+  if (!reply) return reply.failure();
+  if (!hasType(*reply, "(oo)")) return KeyringFailure::noAnswer;
+  if (pathAt(*reply, 0) != noObject) return UnlockOutcome::unlocked;
+  const ObjectPath prompt = pathAt(*reply, 1);
+  return prompt == noObject ? UnlockOutcome::refused : ask(prompt);
 }
 
 KeyringAnswer<UnlockOutcome> SecretServiceBus::ask(const ObjectPath& prompt) {

@@ -29,6 +29,9 @@ class SecretServiceBus : public KeyringService {
   void begin(Deadline deadline);
   void setDeadline(Deadline deadline) { bus_.setDeadline(deadline); }
 
+  /// The user wants to be asked, also for what has been asked for already: each question once more.
+  void letAsk();
+
   /// To be told when the service answers, or has a default collection, or has unlocked it.
   void watch() { watch_.ask(); }
   /// To be told of changes alone, by a service that has answered.
@@ -38,6 +41,7 @@ class SecretServiceBus : public KeyringService {
   [[nodiscard]] KeyringAnswer<ObjectPath> collectionNamed(const std::string& alias) override;
   [[nodiscard]] KeyringAnswer<bool> isLocked(const ObjectPath& collection) override;
   [[nodiscard]] KeyringAnswer<UnlockOutcome> unlock(const ObjectPath& object) override;
+  [[nodiscard]] KeyringAnswer<UnlockOutcome> makeDefaultCollection() override;
   [[nodiscard]] KeyringAnswer<std::vector<ObjectPath>> search(const ObjectPath& collection,
                                                               const KeychainQuery& query) override;
   [[nodiscard]] KeyringAnswer<SecretBytes> secret(const ObjectPath& item) override;
@@ -61,6 +65,7 @@ class SecretServiceBus : public KeyringService {
   KeyringWatch watch_;
   KeyringPrompts prompts_;
   std::set<ObjectPath> asked_;
+  bool mayMakeCollection_ = false;
   std::unique_ptr<KeyringSession> session_;  // of the current piece of work
 };
 

@@ -54,6 +54,10 @@ class SecretServiceKeychain::Worker {
     });
   }
 
+  void letAsk() {
+    post(Clock::now() + timeLimit, [this](KeyringService& /*service*/) { service_->letAsk(); });
+  }
+
   /// Asks once more for what could not be had.
   void look() {
     const Deadline deadline = Clock::now() + timeLimit;
@@ -201,6 +205,8 @@ void SecretServiceKeychain::onAvailable(std::function<void()> handler) {
 void SecretServiceKeychain::onSecretAhead(std::function<void()> prepare) {
   worker_->onSecretAhead(std::move(prepare));
 }
+
+void SecretServiceKeychain::letAsk() { worker_->letAsk(); }
 
 void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,
                                     std::function<void()> ready) {

@@ -17,7 +17,8 @@ namespace vantorel {
 ///
 /// The service is asked on a thread of this object's own. A call that it does not answer within
 /// `timeLimit` is given up: its late answer is dropped, and an update that was given up is taken
-/// back, also when this ends first. The user is asked to unlock once in this object's life.
+/// back, also when this ends first. The user is asked to unlock once in this object's life, and
+/// once more for each `letAsk`.
 ///
 /// To start without waiting: construct this first thing in the program, call `prepare` with the
 /// query of the history's key, make the toolkit ready, enter the event loop, and create what reads
@@ -40,6 +41,12 @@ class SecretServiceKeychain : public Keychain {
   /// `prepare` is called on the keyring's thread before any secret is read, and before a lookup
   /// answers that there is none, on which the caller makes one. Set before the first operation.
   void onSecretAhead(std::function<void()> prepare);
+
+  /// The user wants to be asked, and is, by whatever next needs the keyring: for its password once
+  /// more, or for a new keyring where the service has no default collection. Never asked for
+  /// without it, since a question for a new keyring that comes by itself, at log-in, is one that
+  /// nobody expects. Nothing happens while a question is open.
+  void letAsk();
 
   /// Begins to look up these queries and returns at once. When the answers are known, or after
   /// `timeLimit`, `ready` is called on the main queue; the first `copyMatching` for each query then

@@ -61,6 +61,25 @@ TEST_F(KeyringItemsTest, NothingInAnUnlockedCollectionIsNotFound) {
   EXPECT_EQ(find(), keychainStatus::itemNotFound);
 }
 
+TEST_F(KeyringItemsTest, ANewDefaultCollectionIsAskedForWhereThereIsNone) {
+  keyring.aliases.erase("default");
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+  keyring.making = UnlockOutcome::asking;
+  EXPECT_EQ(find(), keychainStatus::userCanceled) << "the user has not answered yet";
+  keyring.making = UnlockOutcome::unlocked;
+  EXPECT_EQ(find(), keychainStatus::itemNotFound);
+  EXPECT_EQ(add(), keychainStatus::success);
+}
+
+TEST_F(KeyringItemsTest, ANewDefaultCollectionThatIsNotThereAfterAllIsNone) {
+  keyring.aliases.erase("default");
+  keyring.making = UnlockOutcome::unlocked;
+  keyring.before = [&](Step step, int times) {
+    if (step == Step::collection && times == 2) keyring.aliases.erase("default");
+  };
+  EXPECT_EQ(find(), keychainStatus::notAvailable);
+}
+
 TEST_F(KeyringItemsTest, ALockedCollectionIsNeverNotFound) {
   keyring.locked.insert("/login");
   for (const UnlockOutcome outcome : {UnlockOutcome::refused, UnlockOutcome::asking}) {

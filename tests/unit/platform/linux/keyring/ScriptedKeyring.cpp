@@ -29,6 +29,11 @@ KeyringAnswer<UnlockOutcome> ScriptedKeyring::unlock(const ObjectPath& object) {
   return outcome;
 }
 
+KeyringAnswer<UnlockOutcome> ScriptedKeyring::makeDefaultCollection() {
+  if (making == UnlockOutcome::unlocked) aliases["default"] = "/made";
+  return making;
+}
+
 KeyringAnswer<std::vector<ObjectPath>> ScriptedKeyring::search(const ObjectPath& collection,
                                                                const KeychainQuery& query) {
   if (silent(Step::search)) return KeyringFailure::noAnswer;

@@ -14,6 +14,7 @@ class ScriptedKeyring : public KeyringService {
   [[nodiscard]] KeyringAnswer<ObjectPath> collectionNamed(const std::string& alias) override;
   [[nodiscard]] KeyringAnswer<bool> isLocked(const ObjectPath& collection) override;
   [[nodiscard]] KeyringAnswer<UnlockOutcome> unlock(const ObjectPath& object) override;
+  [[nodiscard]] KeyringAnswer<UnlockOutcome> makeDefaultCollection() override;
   [[nodiscard]] KeyringAnswer<std::vector<ObjectPath>> search(const ObjectPath& collection,
                                                               const KeychainQuery& query) override;
   [[nodiscard]] KeyringAnswer<SecretBytes> secret(const ObjectPath& item) override;
@@ -40,6 +41,7 @@ class ScriptedKeyring : public KeyringService {
   std::map<ObjectPath, Item> items;
   std::set<ObjectPath> locked;
   UnlockOutcome outcome = UnlockOutcome::refused;  // of each unlocking
+  UnlockOutcome making = UnlockOutcome::refused;   // of a new default collection
   /// Steps that do not answer, the n-th time they are asked (from 1).
   std::map<Step, int> silentAt;
   /// Called before a step is done, with how often it has been asked.
