@@ -1,8 +1,11 @@
 """Faults by the hundred and thousand: nothing that was saved is lost, nothing grows, nothing leaks."""
 
+import json
 import os
 import random
 import re
+import subprocess
+import tempfile
 import time
 import unittest
 
@@ -18,6 +21,7 @@ from harness.waiting import wait_for
 KEY = bytes(range(32))
 KILLS = int(os.environ.get("VANTOREL_KILLS", "1000"))
 COPIES = int(os.environ.get("VANTOREL_COPIES", "10000"))
+LIVES = int(os.environ.get("VANTOREL_LIVES", "30"))
 MOST_GROWTH_KB = 4096
 
 
@@ -182,6 +186,29 @@ class Secrets(VantorelTestCase):
                       f"{len(sockets)} calls of socket()", "none but local ones")
         Trials().note("canaries in files after quitting", "2 texts, a search and the key",
                       "found in no file of home, runtime and cache")
+
+
+class Disk(unittest.TestCase):
+    """Whole lives of the store on a disk that is recorded: see DiskFaultsTest.cpp."""
+
+    PROGRAM = os.path.join(os.path.dirname(__file__), "..", "..", "build", "asan",
+                           "disk_faults_test")
+
+    def test_no_power_failure_and_no_failed_step_costs_what_was_saved(self):
+        with tempfile.TemporaryDirectory() as directory:
+            figures = os.path.join(directory, "figures.json")
+            subprocess.run([self.PROGRAM, "--gtest_brief=1", f"--gtest_output=json:{figures}"],
+                           env={**os.environ, "VANTOREL_LIVES": str(LIVES)}, check=True)
+            with open(figures, encoding="utf-8") as file:
+                suite, = json.load(file)["testsuites"]
+        told = {key: int(value) for test in suite["testsuite"] for key, value in test.items()
+                if key in ("starts", "failures")}
+        Trials().note("power lost after every change of the disk, with any part of what was not "
+                      "brought to it", f"{told['starts']:,} starts after {LIVES:,} lives",
+                      "the list before or after, every picture", "")
+        Trials().note("every step of the disk failing once (full, quota, read-only, error, half a "
+                      "file)", f"{told['failures']:,} failures in {LIVES:,} lives",
+                      "everything that was saved, and all of it once the disk works", "")
 
 
 if __name__ == "__main__":
