@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QVariantAnimation>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 
 #include "chrome/DedicationLabel.h"
@@ -12,17 +13,18 @@
 namespace vantorel {
 namespace {
 
-constexpr int pointsPerWheelLine = 16;
+constexpr int pointsPerFingerLine = 16;
+constexpr int notch = 120;  // as wheels report it
+constexpr int slideMilliseconds = 140;
 constexpr int pushMilliseconds = 70;
 constexpr int returnMilliseconds = 280;
 constexpr Seconds heldFor{0.12};
 constexpr int dedicationBottom = 7;
 
-/// How far a turn of the wheel would scroll, in points; positive towards the top. Wheels with
-/// notches and those without report angles; what they report as pixels depends on the driver.
-double scrollingDelta(const QWheelEvent& event, int linesPerNotch) {
-  constexpr double notch = 120;
-  return event.angleDelta().y() / notch * linesPerNotch * pointsPerWheelLine;
+/// Whether a wheel turned by whole notches. A finger's motion is reported as angles too, but hardly
+/// ever as such; what is reported as pixels depends on the driver.
+bool isNotched(const QWheelEvent& event) {
+  return event.angleDelta().y() != 0 && event.angleDelta().y() % notch == 0;
 }
 
 }  // namespace
@@ -33,16 +35,23 @@ ElasticScrollView::ElasticScrollView(Dispatch& dispatch,
       dispatch_(dispatch),
       accessibility_(accessibility),
       dedication_(new DedicationLabel(viewport())),
-      movement_(new QVariantAnimation(this)) {
+      movement_(new QVariantAnimation(this)),
+      sliding_(new QVariantAnimation(this)) {
   setVerticalScrollBar(new InvisibleScroller(this));
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFrameShape(QFrame::NoFrame);
   viewport()->setAutoFillBackground(false);
-  verticalScrollBar()->setSingleStep(pointsPerWheelLine);
+  verticalScrollBar()->setSingleStep(pointsPerFingerLine);
   movement_->setEasingCurve(QEasingCurve::OutQuad);
   connect(movement_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& value) { paintDisplaced(value.toDouble()); });
+  sliding_->setEasingCurve(QEasingCurve::OutQuad);
+  connect(sliding_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    // At rest it tells of values that only stand between one course and the next.
+    if (sliding_->state() != QAbstractAnimation::Running) return;
+    verticalScrollBar()->setValue(static_cast<int>(std::lround(value.toDouble())));
+  });
 }
 
 ElasticScrollView::~ElasticScrollView() = default;
@@ -50,17 +59,21 @@ ElasticScrollView::~ElasticScrollView() = default;
 double ElasticScrollView::offset() const { return verticalScrollBar()->value(); }
 
 void ElasticScrollView::scrollTo(double offset) {
+  sliding_->stop();
   verticalScrollBar()->setValue(static_cast<int>(std::lround(offset)));
 }
 
 void ElasticScrollView::wheelEvent(QWheelEvent* event) {
+  const double line = isNotched(*event) ? measures_.line : pointsPerFingerLine;
   RubberBand::Push push;
-  push.delta = scrollingDelta(*event, QApplication::wheelScrollLines());
-  push.before = offset();
-  QScrollArea::wheelEvent(event);
+  push.delta = event->angleDelta().y() * QApplication::wheelScrollLines() * line / notch;
+  push.before = destination();
+  scrollByWheel(*event, -push.delta);
   event->accept();  // the turn was meant for the list, even at its end
-  push.after = offset();
+  push.after = destination();
   if (widget() == nullptr) return;
+  if (fits()) letGoLater();
+  if (sliding_->state() == QAbstractAnimation::Running) return;
   push.viewHeight = viewport()->height();
   push.documentHeight = widget()->height();
   const auto bounce = RubberBand::bounce(push);
@@ -71,10 +84,41 @@ void ElasticScrollView::wheelEvent(QWheelEvent* event) {
   showDedication(bounce->atEnd);
 }
 
+void ElasticScrollView::scrollByWheel(QWheelEvent& event, double distance) {
+  if (isNotched(event)) return slideTo(destination() + distance, slideMilliseconds);
+  sliding_->stop();
+  QScrollArea::wheelEvent(&event);  // which keeps what is less than a point for the next time
+}
+
+bool ElasticScrollView::fits() const {
+  return widget()->height() - measures_.endSpace <= viewport()->height();
+}
+
+/// Where scrolling will have come to.
+double ElasticScrollView::destination() const {
+  const bool slides = sliding_->state() == QAbstractAnimation::Running;
+  return slides ? sliding_->endValue().toDouble() : offset();
+}
+
+void ElasticScrollView::slideTo(double offset, int milliseconds) {
+  const auto* bar = verticalScrollBar();
+  const double goal = std::clamp<double>(offset, bar->minimum(), bar->maximum());
+  if (accessibility_.reduceMotion() || goal == this->offset()) return scrollTo(goal);
+  sliding_->stop();
+  sliding_->setStartValue(this->offset());
+  sliding_->setEndValue(goal);
+  sliding_->setDuration(milliseconds);
+  sliding_->start();
+}
+
 void ElasticScrollView::applyRubberBand(double offset) {
   rubberBandOffset_ = offset;
   animateTo(offset, pushMilliseconds);
-  // Each push holds the list a little longer.
+  letGoLater();
+}
+
+/// Each push holds the list a little longer.
+void ElasticScrollView::letGoLater() {
   resetWork_ = dispatch_.after(heldFor, [this] { reset(); });
 }
 
@@ -82,6 +126,7 @@ void ElasticScrollView::reset() {
   rubberBandOffset_ = 0;
   showDedication(false);
   animateTo(0, returnMilliseconds);
+  if (widget() != nullptr && fits()) slideTo(0, returnMilliseconds);
 }
 
 void ElasticScrollView::showDedication(bool shown) {
@@ -92,6 +137,7 @@ void ElasticScrollView::showDedication(bool shown) {
 void ElasticScrollView::settle() {
   resetWork_.reset();
   movement_->stop();
+  sliding_->stop();
   rubberBandOffset_ = 0;
   dedication_->setShown(false, DedicationLabel::Motion::none);
   paintDisplaced(0);

@@ -12,9 +12,10 @@ namespace vantorel {
 
 class DedicationLabel;
 
-/// Scrolls one document vertically, without a frame, a background or a visible scroller. Pushed
-/// beyond an end, the document is painted displaced and springs back; what it is scrolled to does
-/// not change. Below its end stands a dedication, seen only then.
+/// Scrolls one document vertically, without a frame, a background or a visible scroller: in strides
+/// by a wheel with notches, along with the finger otherwise. Pushed beyond an end, the document is
+/// painted displaced and springs back; what it is scrolled to does not change. Below its end stands
+/// a dedication, seen only then.
 class ElasticScrollView : public QScrollArea {
   Q_OBJECT
 
@@ -22,6 +23,15 @@ class ElasticScrollView : public QScrollArea {
   ElasticScrollView(Dispatch& dispatch, const AccessibilityPreferences& accessibility,
                     QWidget* parent);
   ~ElasticScrollView() override;
+
+  /// What a wheel with notches scrolls past for each line that the user has it scroll, and how much
+  /// of the document's end is only room: when nothing but that is out of sight, the list comes back
+  /// to its top as soon as it is let go.
+  struct Measures {
+    double line = 16;
+    double endSpace = 0;
+  };
+  void setMeasures(const Measures& measures) { measures_ = measures; }
 
   /// The distance from the top of the document to what is seen of it, and the way to change it;
   /// kept within the document.
@@ -40,7 +50,12 @@ class ElasticScrollView : public QScrollArea {
   void hideEvent(QHideEvent* event) override;
 
  private:
+  [[nodiscard]] bool fits() const;
+  [[nodiscard]] double destination() const;
+  void scrollByWheel(QWheelEvent& event, double distance);
+  void slideTo(double offset, int milliseconds);
   void applyRubberBand(double offset);
+  void letGoLater();
   void reset();
   void animateTo(double offset, int milliseconds);
   void paintDisplaced(double offset);
@@ -50,7 +65,9 @@ class ElasticScrollView : public QScrollArea {
   Dispatch& dispatch_;
   const AccessibilityPreferences& accessibility_;
   DedicationLabel* dedication_;
-  QVariantAnimation* movement_;
+  QVariantAnimation* movement_;  // beside where it is scrolled to
+  QVariantAnimation* sliding_;   // of that
+  Measures measures_;
   std::unique_ptr<Timer> resetWork_;
   double rubberBandOffset_ = 0;
   double painted_ = 0;  // of that, while it is on its way

@@ -5,6 +5,7 @@
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QWheelEvent>
 #include <algorithm>
 
 #include "chrome/FocusRing.h"
@@ -195,6 +196,9 @@ void ClipListView::focusOutEvent(QFocusEvent* event) {
   const auto reason = event->reason();
   if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) setRinged(false);
 }
+
+/// An empty list neither scrolls nor gives way.
+void ClipListView::wheelEvent(QWheelEvent* event) { event->setAccepted(rowCount_ == 0); }
 
 /// Without input methods a dead key would be lost, and the letter after it come alone.
 void ClipListView::inputMethodEvent(QInputMethodEvent* event) {

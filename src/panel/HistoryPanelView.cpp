@@ -28,6 +28,8 @@ HistoryPanelView::HistoryPanelView(const ChromeServices& services)
       listHeight_(initialSize.height() - 2 * ListGeometry::margin),
       frame_(toRect(QRect({0, 0}, initialSize))) {
   listScrollView.setFocusPolicy(Qt::NoFocus);
+  listScrollView.setMeasures({.line = ListGeometry::rowHeight + ListGeometry::rowGap,
+                              .endSpace = ListGeometry::bottomSpace});
   listScrollView.setWidget(&list);
   list.setAutoFillBackground(false);
   for (QWidget* part : searchBarParts()) part->hide();

@@ -115,6 +115,37 @@ class TextPreview(PanelTestCase):
         self.editor.wait_for_text("banana")
 
 
+class PointerAtRest(PanelTestCase):
+    texts = tuple(f"row {number}" for number in range(20))
+
+    def test_one_that_rests_where_the_panel_opens_shows_nothing_until_it_moves(self):
+        middle = (self.desktop.size[0] // 2, self.desktop.size[1] // 2)
+        self.desktop.pointer.move(*middle)
+        self.vantorel.open_panel()
+        stays_true("no preview", lambda: self.preview() is None, 0.8)
+        self.desktop.pointer.move(middle[0] + 1, middle[1])
+        self.wait_for_preview()
+
+    def test_the_row_under_it_is_marked_after_the_wheel_and_after_keys(self):
+        self.vantorel.open_panel()
+        x, y, _, _ = self.vantorel.wait_for_row("row 14").element.extents
+        plain = self.desktop.windows.pixel(x + 200, y + 3)
+        self.desktop.pointer.move(x + 300, y + 24)
+
+        def marked():
+            return self.desktop.windows.pixel(x + 200, y + 3)
+
+        wait_for("the row's mark", lambda: marked() != plain)
+        mark = marked()
+        for what, act in (("a wheel's notch", lambda: self.desktop.pointer.click(x + 300, y + 24, 5)),
+                          ("the End key", lambda: self.press("End"))):
+            with self.subTest(what):
+                act()
+                wait_for("three rows to have gone by",
+                         lambda: self.vantorel.wait_for_row("row 14").element.extents[1] < y - 100)
+                wait_for("the mark under the pointer", lambda: marked() == mark, 5, marked)
+
+
 class PicturePreview(PanelTestCase):
     texts = ("apple",)
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QVariantAnimation>
 #include <QWheelEvent>
 
 #include "chrome/DedicationLabel.h"
@@ -39,6 +40,22 @@ class ElasticScroll : public testing::Test {
     QApplication::sendEvent(view_.viewport(), &event);
   }
   [[nodiscard]] int top() const { return view_.widget()->y(); }
+  /// The motion that is under way: of the list itself, or of the dedication.
+  [[nodiscard]] QVariantAnimation* motion() const { return motionOf(view_); }
+  [[nodiscard]] QVariantAnimation* fading() const {
+    return motionOf(*view_.findChild<DedicationLabel*>());
+  }
+  [[nodiscard]] static QVariantAnimation* motionOf(const QWidget& widget) {
+    QVariantAnimation* found = nullptr;
+    const auto all = widget.findChildren<QVariantAnimation*>(Qt::FindDirectChildrenOnly);
+    for (auto* one : all) {
+      if (one->state() != QAbstractAnimation::Running) continue;
+      EXPECT_EQ(found, nullptr) << "Two motions at once";
+      found = one;
+    }
+    return found;
+  }
+  static void finish(QVariantAnimation* motion) { motion->setCurrentTime(motion->duration()); }
   [[nodiscard]] double dedication() const { return view_.findChild<DedicationLabel*>()->alpha(); }
 
   ManualDispatch dispatch_;
@@ -135,6 +152,104 @@ TEST_F(ElasticScroll, MovesThereAndBackWhereMotionIsWelcome) {
   EXPECT_TRUE(QTest::qWaitFor([this] { return top() == 19; }));
   dispatch_.advance(Seconds(0.13));
   EXPECT_TRUE(QTest::qWaitFor([this] { return top() == 0; }));
+}
+
+TEST_F(ElasticScroll, GivesWayQuicklyAndComesBackCalmly) {
+  accessibility_.setReduceMotion(false);
+  push(50);
+  ASSERT_NE(motion(), nullptr);
+  EXPECT_EQ(motion()->duration(), 70);
+  EXPECT_EQ(motion()->easingCurve().type(), QEasingCurve::OutQuad);
+  finish(motion());
+  EXPECT_EQ(top(), 19);
+  dispatch_.advance(Seconds(0.11));
+  EXPECT_EQ(motion(), nullptr) << "It is held for 0.12 seconds";
+  dispatch_.advance(Seconds(0.01));
+  ASSERT_NE(motion(), nullptr);
+  EXPECT_EQ(motion()->duration(), 280);
+  EXPECT_EQ(motion()->easingCurve().type(), QEasingCurve::OutQuad);
+  finish(motion());
+  EXPECT_EQ(top(), 0);
+}
+
+TEST_F(ElasticScroll, TheDedicationComesFasterThanItGoes) {
+  accessibility_.setReduceMotion(false);
+  view_.scrollTo(600);
+  push(-50);
+  ASSERT_NE(fading(), nullptr);
+  EXPECT_EQ(fading()->duration(), 100);
+  finish(fading());
+  EXPECT_EQ(dedication(), 1);
+  dispatch_.advance(Seconds(0.12));
+  ASSERT_NE(fading(), nullptr);
+  EXPECT_EQ(fading()->duration(), 220);
+}
+
+TEST_F(ElasticScroll, ANotchIsAStrideOfWholeLines) {
+  accessibility_.setReduceMotion(false);
+  view_.setMeasures({.line = 49, .endSpace = 0});
+  const int stride = QApplication::wheelScrollLines() * 49;
+  turn(-1);
+  EXPECT_EQ(view_.offset(), 0);
+  ASSERT_NE(motion(), nullptr);
+  EXPECT_LE(motion()->duration(), 200);
+  EXPECT_EQ(motion()->easingCurve().type(), QEasingCurve::OutQuad);
+  turn(-1);
+  finish(motion());
+  EXPECT_EQ(view_.offset(), 2 * stride) << "Notches add up while it is under way";
+  turn(1);
+  EXPECT_EQ(view_.rubberBandOffset(), 0);
+  finish(motion());
+  EXPECT_EQ(view_.offset(), stride);
+}
+
+TEST_F(ElasticScroll, AStrideIsMadeAtOnceWhereMotionIsUnwelcome) {
+  view_.setMeasures({.line = 49, .endSpace = 0});
+  turn(-1);
+  EXPECT_EQ(view_.offset(), QApplication::wheelScrollLines() * 49);
+  EXPECT_EQ(motion(), nullptr);
+}
+
+TEST_F(ElasticScroll, AFingerIsFollowedAtOnceHoweverLongAStrideIs) {
+  accessibility_.setReduceMotion(false);
+  view_.setMeasures({.line = 49, .endSpace = 0});
+  push(-50);
+  EXPECT_EQ(view_.offset(), 50);
+}
+
+TEST_F(ElasticScroll, WhoeverScrollsElsewhereEndsAStride) {
+  accessibility_.setReduceMotion(false);
+  view_.setMeasures({.line = 49, .endSpace = 0});
+  turn(-1);
+  view_.scrollTo(10);
+  EXPECT_EQ(motion(), nullptr);
+  EXPECT_EQ(view_.offset(), 10);
+}
+
+TEST_F(ElasticScroll, AStrideThatMeetsTheEndBouncesOnlyThere) {
+  accessibility_.setReduceMotion(false);
+  view_.setMeasures({.line = 49, .endSpace = 0});
+  view_.scrollTo(590);
+  turn(-1);
+  turn(-1);
+  EXPECT_EQ(view_.rubberBandOffset(), 0);
+  finish(motion());
+  EXPECT_EQ(view_.offset(), 600);
+  turn(-1);
+  EXPECT_LT(view_.rubberBandOffset(), 0);
+}
+
+TEST_F(ElasticScroll, AListThatFitsComesBackToItsTopWhenItIsLetGo) {
+  view_.setMeasures({.line = 49, .endSpace = 18});
+  setDocument(pageHeight + 18);
+  turn(-1);
+  EXPECT_EQ(view_.offset(), 18);
+  dispatch_.advance(Seconds(0.12));
+  EXPECT_EQ(view_.offset(), 0);
+  setDocument(pageHeight + 19);
+  turn(-1);
+  dispatch_.advance(Seconds(1));
+  EXPECT_EQ(view_.offset(), 19);
 }
 
 TEST_F(ElasticScroll, WithoutADocumentNothingHappens) {

@@ -1,9 +1,14 @@
+#include <QtTest/qtestspontaneevent.h>
+#include <QApplication>
+#include <QClipboard>
 #include <QCursor>
+#include <QWheelEvent>
 
 #include "chrome/ElasticScrollView.h"
 #include "chrome/VantorelPanel.h"
 #include "panel/ClipRowView.h"
 #include "panel/SearchField.h"
+#include "panel/TextPreview.h"
 #include "ui/HistoryPanelTest.h"
 
 namespace vantorel {
@@ -17,6 +22,26 @@ class PanelPreview : public HistoryPanelTest {
   [[nodiscard]] bool isInSight(const ClipRowView& row) const {
     return row.y() >= scrollView().offset() &&
            row.geometry().bottom() < scrollView().offset() + scrollView().height();
+  }
+  [[nodiscard]] static TextPreview* preview() {
+    const auto widgets = QApplication::allWidgets();
+    for (auto* widget : widgets) {
+      auto* text = qobject_cast<TextPreview*>(widget);
+      if (text != nullptr && text->isVisible()) return text;
+    }
+    return nullptr;
+  }
+  /// By one notch, downwards, as the window system tells it.
+  static void turnWheelOver(QWidget& widget) {
+    const QPointF place(20, 20);
+    QWheelEvent turn(place, widget.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&turn);
+    qApp->notify(&widget, &turn);
+  }
+  static void moveTo(const ClipRowView& row) {
+    QCursor::setPos(row.mapToGlobal(QPoint(200, 20)));
+    QCoreApplication::processEvents();
   }
   using Titles = std::vector<std::string>;
 };
@@ -109,11 +134,44 @@ TEST_F(PanelPreview, GoesWithEveryNewLookAtTheHistory) {
   EXPECT_EQ(previewed(), "");
 }
 
+TEST_F(PanelPreview, CtrlCCopiesWhatIsMarkedThereAlsoWhileTyping) {
+  addTexts({"one", "two"});
+  auto& clipboard = *QGuiApplication::clipboard();
+  open();
+  press(Qt::Key_Space);
+  preview()->selectAll();
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(clipboard.text(), QStringLiteral("one"));
+  EXPECT_EQ(previewed(), "one");
+  type("tw");
+  moveTo(*rows()[0]);
+  dispatch_.advance(Seconds(0.3));
+  preview()->selectAll();
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(clipboard.text(), QStringLiteral("two"));
+  searchField().selectAll();
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(clipboard.text(), QStringLiteral("tw")) << "The field's own comes first";
+}
+
+TEST_F(PanelPreview, AnEmptyListStaysWhereItIs) {
+  open();
+  turnWheelOver(*panel().childAt(100, 30));
+  EXPECT_EQ(scrollView().rubberBandOffset(), 0);
+}
+
+TEST_F(PanelPreview, AListIsScrolledByThreeRowsANotch) {
+  accessibility_.setReduceMotion(true);
+  addNumbered(20);
+  open();
+  turnWheelOver(*rows()[0]);
+  EXPECT_EQ(scrollView().offset(), 3 * 49);
+}
+
 TEST_F(PanelPreview, OneThatWasToComeDoesNotComeAfterTyping) {
   addTexts({"one", "two"});
   open();
-  QCursor::setPos(rows()[1]->mapToGlobal(QPoint(200, 20)));
-  QCoreApplication::processEvents();
+  moveTo(*rows()[1]);
   dispatch_.advance(Seconds(0.2));
   type("o");
   dispatch_.advance(Seconds(1));
