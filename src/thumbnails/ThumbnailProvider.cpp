@@ -117,8 +117,11 @@ void ThumbnailProvider::keep(Uuid id, const SharedBitmap& picture) {
 }
 
 double ThumbnailProvider::screenScale() const {
-  const auto screen = services_.screens.mainScreen();
-  return screen ? screen->scale : scaleWithoutScreen;
+  const auto screens = services_.screens.screens();
+  const auto sharpest = std::max_element(
+      screens.begin(), screens.end(),
+      [](const Screen& one, const Screen& other) { return one.scale < other.scale; });
+  return sharpest != screens.end() ? sharpest->scale : scaleWithoutScreen;
 }
 
 PixelSize ThumbnailProvider::largestPicture() const {

@@ -119,6 +119,15 @@ TEST_F(ThumbnailProviderTest, PicturesAreNoLargerThanTheyAreShown) {
   EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{572, 544}));
 }
 
+TEST_F(ThumbnailProviderTest, PicturesAreMadeForTheSharpestScreenThatIsThere) {
+  const auto item = addImage("one", picture(4));
+  screens_.setScreens({{{0, 0, 800, 600}, {0, 0, 800, 600}, 1},
+                       {{800, 0, 800, 600}, {800, 0, 800, 600}, 2},
+                       {{1600, 0, 800, 600}, {1600, 0, 800, 600}, 1}});
+  requested(item);
+  EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{572, 544}));
+}
+
 TEST_F(ThumbnailProviderTest, WithoutAScreenPicturesAreMadeForASharpOne) {
   const auto item = addImage("one", picture(4));
   screens_.setScreens({});
