@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include "chrome/ElasticScrollView.h"
+#include "chrome/SheetWindow.h"
 #include "chrome/VantorelPanel.h"
 #include "fakes/FakeImage.h"
 #include "panel/ClipListView.h"
@@ -281,6 +282,48 @@ TEST_F(PanelController, RecognisedTextOnlyMattersWhileSearching) {
   store_.addText("new");
   controller_->refreshSearchIfVisible();
   EXPECT_THAT(titles(), ElementsAre("old"));
+}
+
+TEST_F(PanelController, RecognisedTextShowsNothingInAPanelThatIsHidden) {
+  addTexts({"secret"});
+  open();
+  controller_->hide();
+  controller_->refreshSearchIfVisible();
+  const auto all = panel().findChildren<ClipRowView*>();
+  for (const auto* row : all) EXPECT_EQ(row->content(), RowContent());
+}
+
+TEST_F(PanelController, RecognisedTextWaitsWhileSomethingStandsBesideTheList) {
+  addTexts({"name"}, 1);
+  open();
+  type("n");
+  press(Qt::Key_Tab);
+  screens_.setMouseLocation({960, 540});
+  store_.addText("new");
+  press(Qt::Key_Space);
+  controller_->refreshSearchIfVisible();
+  EXPECT_THAT(titles(), ElementsAre("name")) << "a preview";
+  press(Qt::Key_Space);
+  press(Qt::Key_R, Qt::ControlModifier);
+  controller_->refreshSearchIfVisible();
+  EXPECT_THAT(titles(), ElementsAre("name")) << "a sheet";
+  const auto windows = QApplication::topLevelWidgets();
+  for (auto* window : windows) {
+    if (qobject_cast<SheetWindow*>(window) != nullptr) QTest::keyClick(window, Qt::Key_Escape);
+  }
+  controller_->refreshSearchIfVisible();
+  EXPECT_THAT(titles(), ElementsAre("name", "new")) << "but not the pointer";
+}
+
+TEST_F(PanelController, RecognisedTextDoesNotScrollToTheSelection) {
+  addNumbered(20);
+  open();
+  type("1");
+  press(Qt::Key_Tab);
+  for (int i = 0; i < 10; ++i) press(Qt::Key_Down);
+  ASSERT_GT(scrollView().offset(), 0);
+  controller_->refreshSearchIfVisible();
+  EXPECT_EQ(scrollView().offset(), 0);
 }
 
 TEST_F(PanelController, TypingSelectsTheFirstMatch) {
