@@ -21,8 +21,8 @@ struct GlassFinish {
   friend bool operator==(const GlassFinish&, const GlassFinish&) = default;
 };
 
-/// Much of what lies behind a window may come through where it is blurred, little where it is seen
-/// sharp, and nothing when the user asked for that or nothing is seen through windows.
+/// A little of what lies behind a window may come through where it is blurred, and nothing where it
+/// would be seen sharp or when the user asked for that.
 [[nodiscard]] GlassFinish glassFinish(const AccessibilityPreferences& accessibility,
                                       const WindowBackdrops* backdrops);
 

@@ -57,7 +57,7 @@ TEST_F(WindowGlassTest, WithinItsRoundedOutlineThePanelIsBlurred) {
   EXPECT_FALSE(contains(pixels, 0, 0));
   EXPECT_FALSE(contains(pixels, right, 0));
   EXPECT_FALSE(contains(pixels, right, 99));
-  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(0.62), 2);
+  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(0.886), 2);
 }
 
 TEST_F(WindowGlassTest, TheBlurFollowsTheSize) {
@@ -85,7 +85,7 @@ TEST_F(WindowGlassTest, WithoutBackdropsThePanelIsOpaque) {
 
 TEST_F(WindowGlassTest, AShownPanelFollowsTheCompositor) {
   panel_.makeKeyAndOrderFront();
-  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(0.96), 2);
+  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(1), 2);
   backdrops_.setAvailable(Backdrop::none);
   EXPECT_FALSE(panel_.mask().contains(QPoint(0, 0)));
   EXPECT_FALSE(panel_.mask().isEmpty());
@@ -93,10 +93,10 @@ TEST_F(WindowGlassTest, AShownPanelFollowsTheCompositor) {
   backdrops_.setAvailable(Backdrop::blurrable);
   EXPECT_TRUE(panel_.mask().isEmpty());
   EXPECT_FALSE(blurred(panel_).empty());
-  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(0.62), 2);
+  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(0.886), 2);
   backdrops_.setAvailable(Backdrop::translucent);
   EXPECT_TRUE(blurred(panel_).empty());
-  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(0.96), 2);
+  EXPECT_NEAR(alphaInTheMiddle(panel_), behindVeil(1), 2);
 }
 
 TEST_F(WindowGlassTest, AShownPanelFollowsTheUsersWishForLessTransparency) {
