@@ -8,6 +8,7 @@
 
 #include "chrome/AccessibleRole.h"
 #include "chrome/WindowGlass.h"
+#include "chrome/WindowShadow.h"
 
 namespace vantorel {
 namespace {
@@ -41,6 +42,7 @@ VantorelPanel::VantorelPanel(const QString& title, QSize size, double cornerRadi
   windowHandle()->installEventFilter(this);
   new WindowGlass({*this, cornerRadius, accessibility, backdrops},
                   [this](const GlassFinish& finish) { glass_->setFinish(finish); });
+  new WindowShadow(*this, cornerRadius, backdrops);
 }
 
 void VantorelPanel::makeKeyAndOrderFront() {

@@ -32,7 +32,10 @@ class WindowBackdrops {
   /// For a window that is shown now.
   [[nodiscard]] virtual Backdrop available() const = 0;
 
-  /// Calls `changed` on the main thread after the answer has changed, until the result is
+  /// Whether what composes the windows gives all of them shadows, or leaves that to its user.
+  [[nodiscard]] virtual bool shadesWindows() const = 0;
+
+  /// Calls `changed` on the main thread after an answer has changed, until the result is
   /// destroyed.
   [[nodiscard]] virtual std::unique_ptr<Observation> observe(
       std::function<void()> changed) const = 0;
@@ -41,6 +44,10 @@ class WindowBackdrops {
   /// what it asked for before; without pixels, nothing. Harmless where nothing blurs, and for a
   /// window that is gone.
   virtual void blurBehind(WindowNumber window, const std::vector<PixelRect>& pixels) const = 0;
+
+  /// Puts a window that no window manager manages right below another one of this program, which is
+  /// shown. It does not stay there when the other one is raised.
+  virtual void placeBelow(WindowNumber window, WindowNumber other) const = 0;
 };
 
 }  // namespace vantorel

@@ -12,12 +12,16 @@ namespace vantorel {
 class FakeWindowBackdrops : public WindowBackdrops {
  public:
   [[nodiscard]] Backdrop available() const override { return available_; }
+  [[nodiscard]] bool shadesWindows() const override { return shadesWindows_; }
   [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override {
     return observers_.add(std::move(changed));
   }
   void blurBehind(WindowNumber window, const std::vector<PixelRect>& pixels) const override {
     ++requests_;
     blurred_[window] = pixels;
+  }
+  void placeBelow(WindowNumber window, WindowNumber other) const override {
+    placedBelow_[other] = window;
   }
 
   // The test's side.
@@ -32,12 +36,23 @@ class FakeWindowBackdrops : public WindowBackdrops {
     const auto found = blurred_.find(window);
     return found == blurred_.end() ? std::vector<PixelRect>() : found->second;
   }
+  void setShadesWindows(bool shades) {
+    shadesWindows_ = shades;
+    observers_.notify();
+  }
+  /// What was put below the window last; nothing when nothing was.
+  [[nodiscard]] WindowNumber below(WindowNumber window) const {
+    const auto found = placedBelow_.find(window);
+    return found == placedBelow_.end() ? WindowNumber{} : found->second;
+  }
   [[nodiscard]] int requests() const { return requests_; }
 
  private:
   Backdrop available_ = Backdrop::translucent;
+  bool shadesWindows_ = false;
   mutable ChangeObservers observers_;
   mutable std::map<WindowNumber, std::vector<PixelRect>> blurred_;
+  mutable std::map<WindowNumber, WindowNumber> placedBelow_;
   mutable int requests_ = 0;
 };
 

@@ -2,9 +2,13 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QPainter>
+#include <QTest>
+#include <QWindow>
 
 #include "chrome/PopoverWindow.h"
 #include "chrome/ReadableGlassView.h"
+#include "chrome/ShadowDrawing.h"
 #include "chrome/SheetWindow.h"
 #include "chrome/ToastPanel.h"
 #include "chrome/VantorelMenu.h"
@@ -117,6 +121,74 @@ TEST_F(WindowGlassTest, AHiddenPanelLearnsOfChangesWhenItIsShown) {
   EXPECT_EQ(backdrops_.requests(), 0);
   panel_.makeKeyAndOrderFront();
   EXPECT_FALSE(blurred(panel_).empty());
+}
+
+class WindowShadowTest : public WindowGlassTest {
+ protected:
+  WindowShadowTest() {
+    panel_.setGeometry(300, 200, 200, 100);
+    panel_.makeKeyAndOrderFront();
+    EXPECT_TRUE(QTest::qWaitFor([] { return shadow() != nullptr; }));
+  }
+  [[nodiscard]] static QWindow* shadow() {
+    const auto windows = QGuiApplication::topLevelWindows();
+    for (auto* window : windows) {
+      if (window->title() == "Shadow" && window->isVisible()) return window;
+    }
+    return nullptr;
+  }
+  [[nodiscard]] static int alphaAt(const QPoint& fromPanel) {
+    constexpr int reach = ShadowDrawing::ofWindow.reach;
+    QImage image(200 + 2 * reach, 100 + 2 * reach, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    ShadowDrawing::draw(painter, image.size(), ShadowDrawing::tile(ShadowDrawing::ofWindow, 18, 1));
+    painter.end();
+    return qAlpha(image.pixel(fromPanel + QPoint(reach, reach)));
+  }
+};
+
+TEST_F(WindowShadowTest, ThePanelHasOneAroundItThatIsNoPartOfIt) {
+  ASSERT_NE(shadow(), nullptr);
+  constexpr int reach = ShadowDrawing::ofWindow.reach;
+  EXPECT_EQ(shadow()->geometry(), QRect(300, 200, 200, 100).adjusted(-reach, -reach, reach, reach));
+  EXPECT_EQ(panel_.geometry(), QRect(300, 200, 200, 100));
+  EXPECT_TRUE(shadow()->flags().testFlag(Qt::WindowTransparentForInput));
+  EXPECT_TRUE(shadow()->flags().testFlag(Qt::WindowDoesNotAcceptFocus));
+  EXPECT_EQ(backdrops_.below(panel_.internalWinId()), shadow()->winId());
+}
+
+TEST_F(WindowShadowTest, ItFollowsThePanel) {
+  panel_.setGeometry(310, 190, 200, 300);
+  QCoreApplication::processEvents();
+  constexpr int reach = ShadowDrawing::ofWindow.reach;
+  EXPECT_EQ(shadow()->geometry(), QRect(310, 190, 200, 300).adjusted(-reach, -reach, reach, reach));
+  panel_.hide();
+  EXPECT_EQ(shadow(), nullptr);
+  panel_.makeKeyAndOrderFront();
+  EXPECT_TRUE(QTest::qWaitFor([] { return shadow() != nullptr; }));
+}
+
+TEST_F(WindowShadowTest, ThereIsNoneWhereNothingIsSeenThroughOrTheCompositorShades) {
+  backdrops_.setShadesWindows(true);
+  EXPECT_EQ(shadow(), nullptr);
+  backdrops_.setShadesWindows(false);
+  EXPECT_NE(shadow(), nullptr);
+  backdrops_.setAvailable(Backdrop::none);
+  EXPECT_EQ(shadow(), nullptr);
+}
+
+TEST_F(WindowShadowTest, ItIsDarkestBelowThePanelAndEndsWithinItsReach) {
+  EXPECT_GT(alphaAt({100, 101}), 60);
+  EXPECT_GT(alphaAt({-2, 50}), 60);
+  EXPECT_GT(alphaAt({100, -2}), 20);
+  EXPECT_LT(alphaAt({100, -2}), alphaAt({100, 101}));
+  EXPECT_GT(alphaAt({100, 110}), alphaAt({100, 125}));
+  EXPECT_EQ(alphaAt({100, 139}), 0);
+  EXPECT_EQ(alphaAt({-39, 50}), 0);
+  EXPECT_EQ(alphaAt({100, 50}), 0) << "nothing where the panel is";
+  EXPECT_EQ(alphaAt({100, 97}), 0);
+  EXPECT_EQ(alphaAt({3, 50}), 0);
 }
 
 TEST_F(WindowGlassTest, EveryKindOfWindowStandsOnTheSameGlass) {

@@ -4,8 +4,10 @@
 #include <QApplication>
 #include <QCursor>
 #include <QTest>
+#include <algorithm>
 
 #include "chrome/PopoverWindow.h"
+#include "chrome/ShadowDrawing.h"
 #include "chrome/SheetWindow.h"
 #include "chrome/SymbolButton.h"
 #include "chrome/VantorelMenu.h"
@@ -24,10 +26,12 @@ constexpr std::string_view blur = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 /// A compositor that composes nothing and says what the test wants it to say.
 class MadeUpCompositor {
  public:
-  MadeUpCompositor()
+  explicit MadeUpCompositor(std::string_view name = "made up")
       : connection_(X11Connection::open()), window_(xcb_generate_id(connection_->xcb())) {
     xcb_create_window(connection_->xcb(), 0, window_, connection_->root(), 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_change_property(connection_->xcb(), XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_NAME,
+                        XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(name.size()), name.data());
     xcb_set_selection_owner(connection_->xcb(), window_, connection_->atom("_NET_WM_CM_S0"),
                             XCB_CURRENT_TIME);
     connection_->flush();
@@ -68,11 +72,40 @@ class ChromeOnX11 : public testing::Test {
         .value_or("");
   }
   [[nodiscard]] bool isUnmanaged(const QWidget& window) const {
-    const auto attributes =
-        tester_->reply(xcb_get_window_attributes_reply,
-                       xcb_get_window_attributes(
-                           tester_->xcb(), static_cast<xcb_window_t>(window.internalWinId())));
+    return isUnmanaged(static_cast<xcb_window_t>(window.internalWinId()));
+  }
+  [[nodiscard]] bool isUnmanaged(xcb_window_t window) const {
+    const auto attributes = tester_->reply(xcb_get_window_attributes_reply,
+                                           xcb_get_window_attributes(tester_->xcb(), window));
     return attributes && attributes->override_redirect != 0;
+  }
+  /// From the lowest to the topmost.
+  [[nodiscard]] std::vector<xcb_window_t> stack() const {
+    const auto tree =
+        tester_->reply(xcb_query_tree_reply, xcb_query_tree(tester_->xcb(), tester_->root()));
+    const auto* first = xcb_query_tree_children(tree.get());
+    return {first, first + xcb_query_tree_children_length(tree.get())};
+  }
+  /// The shadow that is shown, or nothing.
+  [[nodiscard]] xcb_window_t shadow() const {
+    for (const auto window : stack()) {
+      const auto name = stringProperty(*tester_, window, tester_->atom("_NET_WM_NAME"));
+      const auto attributes = tester_->reply(xcb_get_window_attributes_reply,
+                                             xcb_get_window_attributes(tester_->xcb(), window));
+      const bool seen = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+      if (seen && name == "Shadow") return window;
+    }
+    return XCB_WINDOW_NONE;
+  }
+  [[nodiscard]] QRect frame(xcb_window_t window) const {
+    const auto geometry =
+        tester_->reply(xcb_get_geometry_reply, xcb_get_geometry(tester_->xcb(), window));
+    return geometry ? QRect(geometry->x, geometry->y, geometry->width, geometry->height) : QRect();
+  }
+  [[nodiscard]] bool isRightBelow(xcb_window_t window, const QWidget& other) const {
+    const auto all = stack();
+    const auto found = std::find(all.begin(), all.end(), window);
+    return found != all.end() && found + 1 != all.end() && found[1] == other.internalWinId();
   }
   [[nodiscard]] xcb_window_t focus() const {
     const auto reply =
@@ -123,6 +156,41 @@ TEST_F(ChromeOnX11, TheWishIsTakenBackWhenBlurOrTheCompositorGoes) {
   compositor.reset();
   EXPECT_TRUE(QTest::qWaitFor([&] { return !panel.mask().isEmpty(); }));
   EXPECT_TRUE(QTest::qWaitFor([&] { return blurWish(panel).empty(); }));
+}
+
+TEST_F(ChromeOnX11, APanelHasAShadowRightBelowItThatIsNoPartOfIt) {
+  const MadeUpCompositor compositor;
+  ASSERT_TRUE(QTest::qWaitFor([&] { return backdrops_.available() == Backdrop::translucent; }));
+  VantorelPanel panel("Test", {200, 100}, 18, *preferences_, &backdrops_);
+  panel.move(300, 200);
+  panel.makeKeyAndOrderFront();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return shadow() != XCB_WINDOW_NONE; }));
+  constexpr int reach = ShadowDrawing::ofWindow.reach;
+  EXPECT_EQ(frame(shadow()), QRect(300, 200, 200, 100).adjusted(-reach, -reach, reach, reach));
+  EXPECT_EQ(frame(static_cast<xcb_window_t>(panel.internalWinId())), QRect(300, 200, 200, 100));
+  EXPECT_TRUE(isUnmanaged(shadow()));
+  EXPECT_TRUE(isRightBelow(shadow(), panel));
+  EXPECT_EQ(QApplication::topLevelAt(290, 250), nullptr) << "it takes no press";
+  EXPECT_EQ(QApplication::topLevelAt(310, 250), &panel);
+  panel.move(320, 240);
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return frame(shadow()).topLeft() == QPoint(320 - reach, 240 - reach); }));
+  panel.hide();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shadow() == XCB_WINDOW_NONE; }));
+}
+
+TEST_F(ChromeOnX11, ACompositorThatShadesWindowsIsLeftToThat) {
+  auto shading = std::make_unique<MadeUpCompositor>("picom");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return backdrops_.available() == Backdrop::translucent; }));
+  EXPECT_TRUE(backdrops_.shadesWindows());
+  VantorelPanel panel("Test", {200, 100}, 18, *preferences_, &backdrops_);
+  panel.makeKeyAndOrderFront();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(shadow(), xcb_window_t{XCB_WINDOW_NONE});
+  const MadeUpCompositor plain;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shadow() != XCB_WINDOW_NONE; }));
+  EXPECT_FALSE(backdrops_.shadesWindows());
 }
 
 TEST_F(ChromeOnX11, AMenuIsUnmanagedAndNotCalledLikeThePanel) {

@@ -3,6 +3,7 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -31,6 +32,13 @@ std::string textOf(const XSettings& settings, std::string_view name) {
   return text != nullptr ? *text : std::string();
 }
 
+/// Window managers that compose shade what they have put a frame around. These stand alone, and
+/// shade everything that their user has not excepted; whether at all, they tell nobody.
+bool shadesByItself(std::string_view compositor) {
+  constexpr std::array names = {"picom", "compton", "xcompmgr"};
+  return std::find(names.begin(), names.end(), compositor) != names.end();
+}
+
 bool saysHighContrast(const std::string& theme) {
   return lowerCased(theme).starts_with("highcontrast");
 }
@@ -42,6 +50,7 @@ struct X11DesktopSettings::State {
   bool reduceMotion = false;
   bool highContrast = false;
   bool composited = false;
+  bool shadesWindows = false;
   bool announcesBlur = false;
   std::string theme;
   friend bool operator==(const State&, const State&) = default;
@@ -87,7 +96,7 @@ std::unique_ptr<Observation> X11DesktopSettings::observe(std::function<void()> c
 }
 
 X11DesktopSettings::State X11DesktopSettings::state() const {
-  return {reduceMotion_, highContrast_, composited_, announcesBlur_, theme()};
+  return {reduceMotion_, highContrast_, composited_, shadesWindows_, announcesBlur_, theme()};
 }
 
 std::string X11DesktopSettings::theme() const {
@@ -129,7 +138,12 @@ xcb_window_t X11DesktopSettings::ownerOf(xcb_atom_t selection) const {
 }
 
 void X11DesktopSettings::readCompositor() {
-  composited_ = ownerOf(compositorSelection_) != XCB_WINDOW_NONE;
+  const auto owner = ownerOf(compositorSelection_);
+  const auto name = owner != XCB_WINDOW_NONE
+                        ? stringProperty(thread_.connection(), owner, XCB_ATOM_WM_NAME)
+                        : std::nullopt;
+  shadesWindows_ = name && shadesByItself(*name);
+  composited_ = owner != XCB_WINDOW_NONE;
 }
 
 /// A compositor says so by a property of that name on the root window, or in the list of what is

@@ -29,7 +29,7 @@ class X11DesktopSettings : public AccessibilityPreferences {
 
   [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
   [[nodiscard]] bool reduceTransparency() const override { return highContrast_ || !composited_; }
-  /// Also tells of `theme()`, `composited()` and `blurs()`.
+  /// Also tells of `theme()`, `composited()`, `shadesWindows()` and `blurs()`.
   [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override;
 
   /// The theme of widgets that the settings manager names; empty when there is none. Any thread.
@@ -39,6 +39,9 @@ class X11DesktopSettings : public AccessibilityPreferences {
 
   /// Whether a compositor runs. Any thread.
   [[nodiscard]] bool composited() const { return composited_; }
+  /// Whether the compositor is one that gives every window a shadow when its user wants that. Any
+  /// thread.
+  [[nodiscard]] bool shadesWindows() const { return composited_ && shadesWindows_; }
   /// Whether a compositor announces that it blurs what lies behind a window that asks for it, by
   /// the property `blurProperty()`. Any thread.
   [[nodiscard]] bool blurs() const { return composited_ && announcesBlur_; }
@@ -62,6 +65,7 @@ class X11DesktopSettings : public AccessibilityPreferences {
   std::atomic<bool> reduceMotion_ = false;
   std::atomic<bool> highContrast_ = false;
   std::atomic<bool> composited_ = false;
+  std::atomic<bool> shadesWindows_ = false;
   std::atomic<bool> announcesBlur_ = false;
 
   mutable ChangeObservers observers_;  // main thread

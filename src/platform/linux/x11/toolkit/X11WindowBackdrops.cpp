@@ -3,9 +3,25 @@
 #include <cstdint>
 #include <utility>
 
+#include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/toolkit/ToolkitConnection.h"
 
 namespace vantorel {
+namespace {
+
+/// The window that window managers put around another one, or that one itself: what the server
+/// stacks. None for a window that is gone.
+xcb_window_t frameOf(xcb_connection_t* connection, xcb_window_t window) {
+  for (;;) {
+    const X11Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+    if (!tree || tree->parent == XCB_WINDOW_NONE) return XCB_WINDOW_NONE;
+    if (tree->parent == tree->root) return window;
+    window = tree->parent;
+  }
+}
+
+}  // namespace
 
 Backdrop X11WindowBackdrops::available() const {
   if (preferences_.blurs()) return Backdrop::blurrable;
@@ -37,6 +53,20 @@ void X11WindowBackdrops::blurBehind(WindowNumber window,
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, target, property, XCB_ATOM_CARDINAL, 32,
                         static_cast<std::uint32_t>(numbers.size()), numbers.data());
   }
+  xcb_flush(connection);
+}
+
+void X11WindowBackdrops::placeBelow(WindowNumber window, WindowNumber other) const {
+  auto* connection = toolkitConnection();
+  if (connection == nullptr) return;
+  const auto frame = frameOf(connection, static_cast<xcb_window_t>(other));
+  if (frame == XCB_WINDOW_NONE) return;
+  constexpr std::uint16_t mask = XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE;
+  const std::uint32_t values[] = {frame, XCB_STACK_MODE_BELOW};
+  // The frame may have gone by now, which is nobody's fault.
+  const auto request =
+      xcb_configure_window_checked(connection, static_cast<xcb_window_t>(window), mask, values);
+  xcb_discard_reply(connection, request.sequence);
   xcb_flush(connection);
 }
 

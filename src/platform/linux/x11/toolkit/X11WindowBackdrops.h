@@ -14,8 +14,10 @@ class X11WindowBackdrops : public WindowBackdrops {
   explicit X11WindowBackdrops(const X11DesktopSettings& preferences) : preferences_(preferences) {}
 
   [[nodiscard]] Backdrop available() const override;
+  [[nodiscard]] bool shadesWindows() const override { return preferences_.shadesWindows(); }
   [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override;
   void blurBehind(WindowNumber window, const std::vector<PixelRect>& pixels) const override;
+  void placeBelow(WindowNumber window, WindowNumber other) const override;
 
  private:
   const X11DesktopSettings& preferences_;
