@@ -27,7 +27,7 @@ void EditSymbolButton::paintEvent(QPaintEvent* event) {
   constexpr double radius = 6;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  drawFocusRing(painter, QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius);
+  drawFocusRing(painter, QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, palette());
 }
 
 }  // namespace vantorel

@@ -17,7 +17,7 @@ constexpr double fontPoints = 12.5;
 constexpr int verticalMargin = 2;
 constexpr double boxAlpha = 0.06;
 constexpr double hoverAlpha = 0.12;
-constexpr double edgeAlpha = 0.34;
+constexpr double edgeAlpha = 0.5;
 constexpr double disabledAlpha = 0.4;
 
 QPainterPath tick(const QPointF& corner) {
@@ -57,11 +57,11 @@ void CheckBox::paintEvent(QPaintEvent* /*event*/) {
                       : VantorelTheme::labelWash(palette(), underMouse() ? hoverAlpha : boxAlpha));
   painter.drawRoundedRect(box, radius, radius);
   painter.setBrush(Qt::NoBrush);
-  if (!on) {
-    painter.setPen(QPen(VantorelTheme::labelWash(palette(), edgeAlpha), 1));
-    painter.drawRoundedRect(box.adjusted(half, half, -half, -half), radius - half, radius - half);
-  }
-  if (hasFocus()) drawFocusRing(painter, box, radius);
+  painter.setPen(QPen(on ? VantorelTheme::sign(VantorelTheme::gold(), palette())
+                         : VantorelTheme::labelWash(palette(), edgeAlpha),
+                      1));
+  painter.drawRoundedRect(box.adjusted(half, half, -half, -half), radius - half, radius - half);
+  if (hasFocus()) drawFocusRing(painter, box, radius, palette());
   if (on) {
     constexpr double strokeWidth = 1.9;
     painter.setPen(

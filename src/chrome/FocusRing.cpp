@@ -6,7 +6,8 @@
 
 namespace vantorel {
 
-void drawFocusRing(QPainter& painter, const QRectF& bounds, double radius) {
+void drawFocusRing(QPainter& painter, const QRectF& bounds, double radius,
+                   const QPalette& palette) {
   // Gold alone would not be seen on a golden button: a line of the window's colour parts them.
   const auto ring = [&](double inset, double width, const QColor& color) {
     const double middle = inset + width / 2;
@@ -16,8 +17,11 @@ void drawFocusRing(QPainter& painter, const QRectF& bounds, double radius) {
                             radius - middle);
   };
   constexpr double outer = 2;
-  ring(0, outer, VantorelTheme::gold().darker(115));
-  ring(outer, 1, QColor(255, 255, 255, 170));
+  constexpr float partingAlpha = 0.67F;
+  QColor parting = VantorelTheme::window(palette);
+  parting.setAlphaF(partingAlpha);
+  ring(0, outer, VantorelTheme::sign(VantorelTheme::gold(), palette));
+  ring(outer, 1, parting);
 }
 
 }  // namespace vantorel

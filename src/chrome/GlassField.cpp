@@ -26,8 +26,9 @@ void GlassField::paintEvent(QPaintEvent* event) {
     const bool marked = look_.focus == Look::Focus::gold && hasFocus();
     const double rim = marked ? focusedRim : 1;
     const double inset = rim / 2;
-    painter.setPen(QPen(
-        marked ? VantorelTheme::gold() : VantorelTheme::labelWash(palette(), look_.rimAlpha), rim));
+    painter.setPen(QPen(marked ? VantorelTheme::sign(VantorelTheme::gold(), palette())
+                               : VantorelTheme::labelWash(palette(), look_.rimAlpha),
+                        rim));
     painter.setBrush(VantorelTheme::labelWash(palette(), fillAlpha));
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
                             look_.cornerRadius, look_.cornerRadius);

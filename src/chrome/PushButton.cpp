@@ -106,7 +106,7 @@ void PushButton::paintEvent(QPaintEvent* /*event*/) {
       tint_ ? withAlpha(*tint_, tintEdgeAlpha) : VantorelTheme::labelWash(palette(), edgeAlpha),
       1));
   painter.drawRoundedRect(bounds.adjusted(half, half, -half, -half), radius - half, radius - half);
-  if (hasFocus()) drawFocusRing(painter, bounds, radius);
+  if (hasFocus()) drawFocusRing(painter, bounds, radius, palette());
   drawTitle(painter);
 }
 
@@ -121,7 +121,7 @@ void PushButton::drawTitle(QPainter& painter) const {
     const double symbolLeft = rightToLeft ? left + titleWidth + symbolGap : left;
     const double titleLeft = rightToLeft ? left : left + symbolSide + symbolGap;
     Symbols::draw(painter, symbol_, QRectF(symbolLeft, 0, symbolSide, height()), symbolSide,
-                  tint_.value_or(foreground()));
+                  tint_ ? VantorelTheme::sign(*tint_, palette()) : foreground());
     area = QRectF(titleLeft, 0, titleWidth, height());
   }
   painter.setPen(foreground());

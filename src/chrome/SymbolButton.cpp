@@ -10,7 +10,7 @@ namespace {
 
 constexpr double hoverAlpha = 0.07;
 constexpr double pressedAlpha = 0.13;
-constexpr double disabledAlpha = 0.24;
+constexpr double disabledAlpha = 0.46;
 
 }  // namespace
 
@@ -29,6 +29,12 @@ void SymbolButton::setSymbol(std::string_view name) {
 
 QColor SymbolButton::tint() const {
   return isEnabled() ? VantorelTheme::secondaryLabel(palette())
+void SymbolButton::setAccented(bool accented) {
+  if (accented == accented_) return;
+  accented_ = accented;
+  update();
+}
+
                      : VantorelTheme::labelWash(palette(), disabledAlpha);
 }
 
@@ -42,7 +48,18 @@ void SymbolButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setBrush(VantorelTheme::labelWash(palette(), isDown() ? pressedAlpha : hoverAlpha));
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
   }
-  Symbols::draw(painter, symbol_, rect(), symbolPoints_, tint());
+  drawSymbol(painter);
+}
+
+void SymbolButton::drawSymbol(QPainter& painter) const {
+  const QColor gold = VantorelTheme::gold();
+  if (!accented_) {
+    Symbols::draw(painter, symbol_, rect(), symbolPoints_, tint());
+  } else if (const QColor rim = VantorelTheme::sign(gold, palette()); rim != gold) {
+    Symbols::drawRimmed(painter, symbol_, rect(), symbolPoints_, gold, rim);
+  } else {
+    Symbols::draw(painter, symbol_, rect(), symbolPoints_, gold);
+  }
 }
 
 void SymbolButton::enterEvent(QEnterEvent* event) {

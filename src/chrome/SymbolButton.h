@@ -17,19 +17,24 @@ class SymbolButton : public QAbstractButton {
   /// A name of `Symbols`, which has to live as long as the program.
   void setSymbol(std::string_view name);
   [[nodiscard]] std::string_view symbol() const { return symbol_; }
+  /// Shows the symbol in the accent's colour: what it stands for is in force.
+  void setAccented(bool accented);
 
   [[nodiscard]] QSize sizeHint() const override { return {side_, side_}; }
 
  protected:
-  [[nodiscard]] virtual QColor tint() const;
   void paintEvent(QPaintEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
+  [[nodiscard]] QColor tint() const;
+  void drawSymbol(QPainter& painter) const;
+
   int side_;
   double symbolPoints_;
   std::string_view symbol_;
+  bool accented_ = false;
   bool hovering_ = false;
 };
 

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <algorithm>
 #include <cmath>
 
 #include "chrome/Geometry.h"
@@ -46,6 +47,19 @@ void draw(QPainter& painter, std::string_view name, const QRectF& area, double p
   painter.drawPixmap(QPointF(onPixel(area.center().x() - points / 2, scale),
                              onPixel(area.center().y() - points / 2, scale)),
                      picture);
+}
+
+void drawRimmed(QPainter& painter, std::string_view name, const QRectF& area, double points,
+                const QColor& color, const QColor& rim) {
+  constexpr double rimPoints = 0.75;
+  const double scale = painter.device()->devicePixelRatioF();
+  const double width = std::max(1.0, std::round(rimPoints * scale)) / scale;
+  for (const double x : {-width, 0.0, width}) {
+    for (const double y : {-width, 0.0, width}) {
+      if (x != 0 || y != 0) draw(painter, name, area.translated(x, y), points, rim);
+    }
+  }
+  draw(painter, name, area, points, color);
 }
 
 }  // namespace vantorel::Symbols

@@ -17,5 +17,8 @@ namespace vantorel::Symbols {
 /// Draws the symbol in the middle of `area`, on whole pixels.
 void draw(QPainter& painter, std::string_view name, const QRectF& area, double points,
           const QColor& color);
+/// The same with a thin rim of another colour around all that it is made of.
+void drawRimmed(QPainter& painter, std::string_view name, const QRectF& area, double points,
+                const QColor& color, const QColor& rim);
 
 }  // namespace vantorel::Symbols

@@ -7,9 +7,10 @@
 namespace vantorel::VantorelTheme {
 namespace {
 
-// Chosen so that small text keeps a contrast of 4.5 to 1 on the usual light and dark windows.
-constexpr float secondaryAlpha = 0.70F;
-constexpr float tertiaryAlpha = 0.44F;
+// Chosen so that small text keeps a contrast of 4.5 to 1 on the usual light and dark windows, on
+// the washes of rows and through glass, and what is out of use 3 to 1.
+constexpr float secondaryAlpha = 0.76F;
+constexpr float tertiaryAlpha = 0.58F;
 
 QColor faded(QColor color, float alpha) {
   color.setAlphaF(color.alphaF() * alpha);
@@ -21,6 +22,11 @@ QColor faded(QColor color, float alpha) {
 QColor gold() { return QColor::fromRgbF(0.93F, 0.66F, 0.16F); }
 QColor goldSoft() { return faded(gold(), 0.18F); }
 QColor goldStrong() { return faded(gold(), 0.14F); }
+
+QColor sign(const QColor& color, const QPalette& palette) {
+  constexpr int darker = 175;
+  return isDark(palette) ? color : color.darker(darker);
+}
 
 QColor label(const QPalette& palette) {
   return palette.color(QPalette::Active, QPalette::WindowText);

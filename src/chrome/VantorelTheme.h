@@ -13,6 +13,8 @@ namespace vantorel::VantorelTheme {
 [[nodiscard]] QColor gold();
 [[nodiscard]] QColor goldSoft();
 [[nodiscard]] QColor goldStrong();
+/// `color` for a line or a small sign: darker on light windows, where bright colours dissolve.
+[[nodiscard]] QColor sign(const QColor& color, const QPalette& palette);
 
 /// Text and glyphs by importance, and what they stand on, from the desktop's own colours.
 [[nodiscard]] QColor label(const QPalette& palette);

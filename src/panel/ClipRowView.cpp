@@ -16,6 +16,7 @@ namespace {
 constexpr double imageRadius = 4;
 constexpr double dividerAlpha = 0.1;
 constexpr double draggedOpacity = 0.35;
+constexpr float selectionRimAlpha = 0.6F;
 
 QRectF imageArea(ClipKind kind) { return toQRectF(RowGeometry::image(kind)); }
 
@@ -141,11 +142,8 @@ void ClipRowView::drawBackground(QPainter& painter) const {
     painter.setBrush(wash);
     painter.drawRoundedRect(rect(), RowGeometry::cornerRadius, RowGeometry::cornerRadius);
   }
-  if (selected_) {
-    painter.setBrush(VantorelTheme::gold());
-    painter.drawRoundedRect(toQRectF(RowGeometry::selectionBar()), 1, 1);
-  }
-  if (ringed_) drawFocusRing(painter, rect(), RowGeometry::cornerRadius);
+  if (selected_) drawSelection(painter);
+  if (ringed_) drawFocusRing(painter, rect(), RowGeometry::cornerRadius, palette());
   if (dropPlace_) {
     painter.fillRect(toQRectF(RowGeometry::dropLine(*dropPlace_, width())),
                      VantorelTheme::secondaryLabel(palette()));
@@ -156,6 +154,27 @@ void ClipRowView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   pinButton_->move(toQRect(RowGeometry::pin(width())).topLeft());
   forgetText();
+}
+
+/// The wash alone is fainter than that of the row under the pointer: a rim makes up for it.
+void ClipRowView::drawSelection(QPainter& painter) const {
+  constexpr double half = 0.5;
+  const QColor gold = VantorelTheme::gold();
+  const QColor edge = VantorelTheme::sign(gold, palette());
+  const QRectF bar = toQRectF(RowGeometry::selectionBar());
+  QColor rim = edge;
+  rim.setAlphaF(selectionRimAlpha);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(rim, 1));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half),
+                          RowGeometry::cornerRadius - half, RowGeometry::cornerRadius - half);
+  painter.setPen(Qt::NoPen);
+  if (edge != gold) {
+    painter.setBrush(edge);
+    painter.drawRoundedRect(bar.adjusted(-1, -1, 1, 1), 2, 2);
+  }
+  painter.setBrush(gold);
+  painter.drawRoundedRect(bar, 1, 1);
 }
 
 void ClipRowView::changeEvent(QEvent* event) {

@@ -84,6 +84,7 @@ class ClipRowView : public QWidget {
   void drawBackground(QPainter& painter) const;
   void forgetText();
 
+  void drawSelection(QPainter& painter) const;
   RowContent content_;
   PinButton* pinButton_;
   ThumbnailImageView imageView_;

@@ -5,7 +5,6 @@
 #include <QPainter>
 
 #include "chrome/FocusRing.h"
-#include "chrome/VantorelTheme.h"
 
 namespace vantorel {
 namespace {
@@ -25,6 +24,7 @@ FilterButton::FilterButton(std::string_view name, QWidget* parent)
 
 void FilterButton::setState(const FilterMenus::ButtonState& state) {
   setSymbol(state.symbol);
+  setAccented(state.active);
   setToolTip(QString::fromStdString(state.toolTip));
   const auto value = QString::fromStdString(state.value);
   if (active_ == state.active && value_ == value) return;
@@ -41,7 +41,7 @@ void FilterButton::paintEvent(QPaintEvent* event) {
   if (!hasFocus()) return;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  drawFocusRing(painter, rect(), ringRadius);
+  drawFocusRing(painter, rect(), ringRadius, palette());
 }
 
 /// The base class has arrows lead to the next control, and opens only when Space is let go: by then
@@ -53,7 +53,5 @@ void FilterButton::keyPressEvent(QKeyEvent* event) {
     click();
   }
 }
-
-QColor FilterButton::tint() const { return active_ ? VantorelTheme::gold() : SymbolButton::tint(); }
 
 }  // namespace vantorel

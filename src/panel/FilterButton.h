@@ -21,7 +21,6 @@ class FilterButton : public SymbolButton {
   [[nodiscard]] QString accessibilityValue() const { return value_; }
 
  protected:
-  [[nodiscard]] QColor tint() const override;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 

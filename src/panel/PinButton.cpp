@@ -3,7 +3,6 @@
 #include <QMouseEvent>
 
 #include "chrome/KeySymbols.h"
-#include "chrome/VantorelTheme.h"
 
 namespace vantorel {
 namespace {
@@ -20,6 +19,7 @@ void PinButton::setRow(const RowContent& row) {
   pinned_ = row.pinned;
   setEnabled(row.canPin);
   setSymbol(row.pinned ? "pin.fill" : "pin");
+  setAccented(row.pinned);
   setAccessibleName(QString::fromStdString(pinTitle(row)));
   setToolTip(QString::fromStdString(spelledKeys(pinToolTip(row))));
 }
@@ -34,7 +34,5 @@ bool PinButton::event(QEvent* event) {
   }
   return SymbolButton::event(event);
 }
-
-QColor PinButton::tint() const { return pinned_ ? VantorelTheme::gold() : SymbolButton::tint(); }
 
 }  // namespace vantorel

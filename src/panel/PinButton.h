@@ -28,7 +28,6 @@ class PinButton : public SymbolButton {
 
  protected:
   bool event(QEvent* event) override;
-  [[nodiscard]] QColor tint() const override;
 
  private:
   bool pinned_ = false;

@@ -59,7 +59,7 @@ void SourceIconView::draw(QPainter& painter, const QRectF& area, const QPalette&
   if (state_ == State::pending) return;
   if (state_ == State::unknown) {
     Symbols::draw(painter, unknownSymbol, area, area.width(),
-                  VantorelTheme::secondaryLabel(palette));
+                  VantorelTheme::tertiaryLabel(palette));
     return;
   }
   const double scale = painter.device()->devicePixelRatioF();

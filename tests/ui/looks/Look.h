@@ -8,7 +8,7 @@
 namespace vantorel {
 
 /// What is seen behind windows.
-enum class Ground { plain, blurred };
+enum class Ground { plain, blurred, white, black };
 
 /// Something that can be looked at: windows in some state. What `show` answers keeps them on the
 /// screen for as long as it lives.

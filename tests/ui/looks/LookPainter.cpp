@@ -5,8 +5,11 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QWidget>
+#include <QWindow>
 #include <algorithm>
 #include <vector>
+
+#include "chrome/ShadowDrawing.h"
 
 namespace vantorel {
 namespace {
@@ -31,15 +34,31 @@ std::vector<QWidget*> shownWindows() {
 void paintGround(QPainter& painter, const QRectF& area, Ground ground) {
   const QColor desktop(0x3b, 0x5b, 0x7a);
   if (ground == Ground::plain) return painter.fillRect(area, desktop);
+  if (ground == Ground::white) return painter.fillRect(area, Qt::white);
+  if (ground == Ground::black) return painter.fillRect(area, Qt::black);
   QLinearGradient gradient(area.topLeft(), area.bottomRight());
   gradient.setColorAt(0, desktop);
   gradient.setColorAt(1, QColor(0xe0, 0xa0, 0x70));
   painter.fillRect(area, gradient);
 }
 
+/// The shadows of windows, where a page lies behind them that they fall on.
+void paintShadows(QPainter& painter, const QPoint& corner) {
+  constexpr double panelRadius = 18;
+  const auto tile = ShadowDrawing::tile(ShadowDrawing::ofWindow, panelRadius,
+                                        painter.device()->devicePixelRatioF());
+  const auto windows = QGuiApplication::topLevelWindows();
+  for (const auto* window : windows) {
+    if (!window->isVisible() || window->title() != QStringLiteral("Shadow")) continue;
+    painter.save();
+    painter.translate(window->position() - corner);
+    ShadowDrawing::draw(painter, window->size(), tile);
+    painter.restore();
+  }
+}
+
 /// By way of a picture of its own, for a menu wipes what it is drawn on.
-QImage pictureOf(QWidget& window) {
-  const double scale = window.devicePixelRatioF();
+QImage pictureOf(QWidget& window, double scale) {
   QImage picture(window.size() * scale, QImage::Format_ARGB32_Premultiplied);
   picture.setDevicePixelRatio(scale);
   picture.fill(Qt::transparent);
@@ -62,18 +81,29 @@ QImage pictureOfShownWindows(Ground ground) {
   if (windows.empty()) return {};
   QRect place;
   for (const auto* window : windows) place |= window->geometry();
-  place.adjust(-margin, -margin, margin, margin);
+  const int around = ground == Ground::white ? ShadowDrawing::ofWindow.reach : margin;
+  place.adjust(-around, -around, around, around);
   const double scale = windows.front()->devicePixelRatioF();
   QImage image(place.size() * scale, QImage::Format_RGB32);
   image.setDevicePixelRatio(scale);
   QPainter painter(&image);
   paintGround(painter, QRectF({}, QSizeF(place.size())), ground);
+  if (ground == Ground::white) paintShadows(painter, place.topLeft());
   for (auto* window : windows) {
     const QPoint corner = window->pos() - place.topLeft();
     painter.setClipping(false);
     if (!window->mask().isEmpty()) painter.setClipRegion(window->mask().translated(corner));
-    painter.drawImage(corner, pictureOf(*window));
+    painter.drawImage(corner, pictureOf(*window, scale));
   }
+  return image;
+}
+
+QImage pictureOnGround(QWidget& window, Ground ground, double scale) {
+  QImage image(window.size() * scale, QImage::Format_RGB32);
+  image.setDevicePixelRatio(scale);
+  QPainter painter(&image);
+  paintGround(painter, QRectF({}, QSizeF(window.size())), ground);
+  painter.drawImage(0, 0, pictureOf(window, scale));
   return image;
 }
 
@@ -82,6 +112,7 @@ QImage pictureOf(const Look& look) {
   {
     const auto shown = look.show();
     QCoreApplication::processEvents();
+    QCoreApplication::processEvents();  // a shadow comes after its window
     picture = pictureOfShownWindows(look.ground);
   }
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

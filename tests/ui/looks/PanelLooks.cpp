@@ -117,6 +117,13 @@ std::vector<Look> panelLooks() {
              scene.clickButton("Filter by type");
              PanelScene::choose("Files");
            }),
+      look("filtered-by-app",
+           [](PanelScene& scene) {
+             openPinned(scene);
+             scene.press(Qt::Key_F, Qt::ControlModifier);
+             scene.clickButton("Filter by app");
+             PanelScene::choose("Firefox");
+           }),
       look(
           "on-blur",
           [](PanelScene& scene) {
@@ -124,6 +131,13 @@ std::vector<Look> panelLooks() {
             scene.openKinds();
           },
           Ground::blurred),
+      look(
+          "on-a-white-page",
+          [](PanelScene& scene) {
+            scene.backdrops.setAvailable(Backdrop::blurrable);
+            scene.openKinds();
+          },
+          Ground::white),
       look("without-compositor",
            [](PanelScene& scene) {
              scene.backdrops.setAvailable(Backdrop::none);
