@@ -214,8 +214,9 @@ void ClipRowView::mouseMoveEvent(QMouseEvent* event) {
       if (!press_.isPressed()) pointerMoved(event->position());
       return;
     case RowPress::Motion::startsDrag:
-      if (onDrag) onDrag(DragStep::begin, pointer);
-      return;
+      // The pointer may have come a long way since the press; the row is held where it was pressed.
+      if (onDrag) onDrag(DragStep::begin, mapToGlobal(toQPoint(*press_.origin())));
+      [[fallthrough]];
     case RowPress::Motion::drags:
       if (onDrag) onDrag(DragStep::move, pointer);
       return;

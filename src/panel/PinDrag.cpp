@@ -8,7 +8,6 @@
 #include "chrome/Geometry.h"
 #include "panel/ClipRowView.h"
 #include "panel/PinDragGhost.h"
-#include "panel/RowGeometry.h"
 
 namespace vantorel {
 namespace {
@@ -24,7 +23,7 @@ PinDrag::PinDrag(QWidget& list, std::vector<ClipRowView*> rows, ClipRowView& dra
       dragged_(dragged),
       dispatch_(dispatch),
       window_(list.window()->windowHandle()),
-      ghost_(std::make_unique<PinDragGhost>(dragged, &list)) {
+      ghost_(std::make_unique<PinDragGhost>(dragged)) {
   for (const auto* row : rows_) {
     places_.push_back({row->content().id, toRect(row->geometry()), row->content().pinned});
   }
@@ -40,7 +39,7 @@ PinDrag::~PinDrag() {
 }
 
 void PinDrag::moveTo(const QPoint& pointer) {
-  if (!grip_) grip_ = list_.mapFromGlobal(pointer) - dragged_.pos();
+  if (!grip_) grip_ = dragged_.mapFromGlobal(pointer);
   pointer_ = pointer;
   followPointer();
   if (scrollStep() == 0) {
@@ -68,7 +67,7 @@ bool PinDrag::eventFilter(QObject* watched, QEvent* event) {
 
 void PinDrag::followPointer() {
   const QPoint inList = list_.mapFromGlobal(pointer_);
-  ghost_->move(inList - *grip_);
+  ghost_->moveRow(pointer_ - *grip_);
   const QWidget* view = list_.parentWidget();
   const bool seen = view == nullptr || view->rect().contains(view->mapFromGlobal(pointer_));
   markTarget(seen ? pinDropTarget(places_, dragged_.content().id, toPoint(inList)) : std::nullopt);
@@ -79,14 +78,7 @@ void PinDrag::markTarget(const std::optional<PinDropTarget>& target) {
     rows_[target_->row]->setDropPlace(std::nullopt);
   }
   target_ = target;
-  if (!target_) {
-    ghost_->leaveOpen({});
-    return;
-  }
-  auto& row = *rows_[target_->row];
-  row.setDropPlace(target_->place);
-  const Rect line = RowGeometry::dropLine(target_->place, row.width());
-  ghost_->leaveOpen(toQRect(line).translated(row.pos()));
+  if (target_) rows_[target_->row]->setDropPlace(target_->place);
 }
 
 double PinDrag::scrollStep() const {

@@ -36,7 +36,7 @@ class PinDrag : public QObject {
 
   [[nodiscard]] ClipRowView& dragged() const { return dragged_; }
 
-  /// Begins or goes on: the pointer is here on the desktop.
+  /// Begins, where the row was pressed, or goes on: the pointer is here on the desktop.
   void moveTo(const QPoint& pointer);
 
   struct Drop {

@@ -1,26 +1,32 @@
 #pragma once
 
-#include <QPixmap>
+#include <QImage>
 #include <QWidget>
 
 namespace vantorel {
 
-/// The picture of a row under way, above the list that it belongs to and cut off at its edges.
+class ClipRowView;
+
+/// The picture of a row under way: a card that has been lifted off the list, with a shadow. It is
+/// part of the list's window, and stays whole within it.
 class PinDragGhost : public QWidget {
   Q_OBJECT
 
  public:
-  /// Shows the row as it looks now, where it is.
-  PinDragGhost(QWidget& row, QWidget* list);
+  /// Shows the row as it looks now.
+  explicit PinDragGhost(ClipRowView& row);
 
-  /// Lets this part of the list be seen through the picture; nothing if it is empty.
-  void leaveOpen(const QRect& part);
+  /// Puts the row's top left corner there on the desktop, or as near as the window allows.
+  void moveRow(const QPoint& corner);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QPixmap picture_;
+  [[nodiscard]] QRect card() const;
+
+  QImage picture_;
+  QImage shadow_;
 };
 
 }  // namespace vantorel

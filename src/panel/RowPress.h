@@ -24,6 +24,8 @@ class RowPress {
   /// Forgets everything, for a row that has become another's.
   void reset();
 
+  /// Where the press began, while it lasts.
+  [[nodiscard]] const std::optional<Point>& origin() const { return origin_; }
   [[nodiscard]] bool isPressed() const { return origin_.has_value(); }
   [[nodiscard]] bool isDragging() const { return isPressed() && didDrag_; }
   /// A drag has started since the last press.

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include "chrome/ShadowDrawing.h"
 #include "panel/ClipRowView.h"
 #include "panel/PinDragGhost.h"
 #include "ui/ClipListTest.h"
@@ -16,7 +17,22 @@ using testing::Pair;
 
 class PinDragTest : public ClipListTest {
  protected:
-  [[nodiscard]] PinDragGhost* ghost() const { return list_.findChild<PinDragGhost*>(); }
+  [[nodiscard]] PinDragGhost* ghost() const { return window_.findChild<PinDragGhost*>(); }
+  /// The row's picture within the ghost, as it lies in the window.
+  [[nodiscard]] QRect card() const {
+    constexpr int reach = ShadowDrawing::ofCard.reach;
+    return ghost()->geometry().adjusted(reach, reach, -reach, -reach);
+  }
+  /// How much of what is below the ghost is seen at a point of its card, from 0 to 255.
+  [[nodiscard]] int seenThrough(const QPoint& onCard) const {
+    const auto on = [&](Qt::GlobalColor ground) {
+      QImage image(ghost()->size(), QImage::Format_ARGB32_Premultiplied);
+      image.fill(ground);
+      ghost()->render(&image, {}, {}, QWidget::DrawChildren);
+      return qGreen(image.pixel(onCard + card().topLeft() - ghost()->pos()));
+    };
+    return on(Qt::white) - on(Qt::black);
+  }
   /// Presses on a row and moves far enough to drag it.
   void beginDrag(Uuid id) {
     press(id, {100, 20});
@@ -115,6 +131,39 @@ TEST_F(PinDragTest, TheRowFollowsThePointerAndStaysFaintWhereItWas) {
   EXPECT_EQ(ghost()->pos() - start, QPoint(10, 30));
   EXPECT_NE(pictureOf(rowOf(one_)), before);
   release(one_, {116, 50});
+}
+
+TEST_F(PinDragTest, ItIsHeldWhereItWasPressedHoweverFarTheFirstMotionGoes) {
+  show();
+  const QPoint start = rowOf(one_).mapTo(&window_, QPoint(0, 0));
+  press(one_, {100, 20});
+  moveTo(one_, {120, 170});
+  EXPECT_EQ(card().topLeft() - start, QPoint(20, 150));
+  release(one_, {120, 170});
+}
+
+TEST_F(PinDragTest, ItStaysWholeWithinTheWindow) {
+  show();
+  beginDrag(one_);
+  for (const QPoint& point : {QPoint(-9, -9), QPoint(396, 456)}) {
+    moveTo(one_, point);
+    EXPECT_TRUE(window_.rect().contains(card()));
+  }
+  release(one_, {-9, -9});
+}
+
+TEST_F(PinDragTest, ItIsACardThatNothingShinesThroughWithRoundCornersAndAShadow) {
+  show();
+  beginDrag(one_);
+  moveTo(two_, {100, 40});
+  EXPECT_EQ(seenThrough({150, 30}), 0);
+  EXPECT_EQ(seenThrough({2, 24}), 0);
+  EXPECT_GT(seenThrough({0, 0}), 100) << "no square corners";
+  EXPECT_GT(seenThrough({card().width() - 1, 0}), 100);
+  EXPECT_LT(seenThrough({150, card().height() + 2}), 250) << "a shadow";
+  EXPECT_EQ(seenThrough({150, card().height() + 11}), 255);
+  EXPECT_LT(card().width(), rowOf(one_).width() - 20) << "room for the line where it would go";
+  release(one_, {-9, -9});
 }
 
 TEST_F(PinDragTest, EscapeEndsItAndMeansNothingElse) {
