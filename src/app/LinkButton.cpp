@@ -33,7 +33,7 @@ void LinkButton::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(VantorelTheme::label(palette()));
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
-  if (hasFocus()) drawFocusRing(painter, rect(), ringRadius);
+  if (hasFocus()) drawFocusRing(painter, rect(), ringRadius, palette());
 }
 
 }  // namespace vantorel

@@ -1,10 +1,12 @@
 #include "chrome/PushButton.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <algorithm>
 
 #include "chrome/FocusRing.h"
 #include "chrome/Symbols.h"
+#include "chrome/ToolTipPanel.h"
 #include "chrome/VantorelTheme.h"
 
 namespace vantorel {
@@ -68,6 +70,12 @@ QSize PushButton::sizeHint() const {
   constexpr int verticalMargin = 4;
   return {std::max(width, minWidth),
           std::max(static_cast<int>(height), fontMetrics().height() + 2 * verticalMargin)};
+}
+
+bool PushButton::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QPushButton::event(event);
+  ToolTipPanel::show(*this, rect(), toolTip());
+  return true;
 }
 
 QColor PushButton::background() const {

@@ -31,6 +31,7 @@ class PushButton : public QPushButton {
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;

@@ -1,8 +1,10 @@
 #include "chrome/SymbolButton.h"
 
+#include <QEvent>
 #include <QPainter>
 
 #include "chrome/Symbols.h"
+#include "chrome/ToolTipPanel.h"
 #include "chrome/VantorelTheme.h"
 
 namespace vantorel {
@@ -27,15 +29,21 @@ void SymbolButton::setSymbol(std::string_view name) {
   update();
 }
 
-QColor SymbolButton::tint() const {
-  return isEnabled() ? VantorelTheme::secondaryLabel(palette())
 void SymbolButton::setAccented(bool accented) {
   if (accented == accented_) return;
   accented_ = accented;
   update();
 }
 
+QColor SymbolButton::tint() const {
+  return isEnabled() ? VantorelTheme::secondaryLabel(palette())
                      : VantorelTheme::labelWash(palette(), disabledAlpha);
+}
+
+bool SymbolButton::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QAbstractButton::event(event);
+  ToolTipPanel::show(*this, rect(), toolTip());
+  return true;
 }
 
 void SymbolButton::paintEvent(QPaintEvent* /*event*/) {

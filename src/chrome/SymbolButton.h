@@ -23,6 +23,7 @@ class SymbolButton : public QAbstractButton {
   [[nodiscard]] QSize sizeHint() const override { return {side_, side_}; }
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;

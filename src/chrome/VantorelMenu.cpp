@@ -1,11 +1,14 @@
 #include "chrome/VantorelMenu.h"
 
+#include <QAction>
 #include <QCoreApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 
 #include "chrome/GlassDrawing.h"
 #include "chrome/MenuStyle.h"
+#include "chrome/ToolTipPanel.h"
 #include "chrome/VantorelTheme.h"
 #include "chrome/WindowGlass.h"
 
@@ -41,7 +44,6 @@ VantorelMenu::VantorelMenu(const AccessibilityPreferences& accessibility,
   setWindowFlag(Qt::NoDropShadowWindowHint);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_QuitOnClose, false);
-  setToolTipsVisible(true);
   new WindowGlass({*this, MenuStyle::cornerRadius, accessibility_, backdrops_},
                   [this](const GlassFinish& finish) {
                     finish_ = finish;
@@ -71,6 +73,15 @@ void VantorelMenu::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QMenu::keyPressEvent(event);
+}
+
+bool VantorelMenu::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QMenu::event(event);
+  auto* row = actionAt(static_cast<const QHelpEvent*>(event)->pos());
+  // A row that has nothing to say would give its title.
+  const bool speaks = row != nullptr && row->toolTip() != QAction(row->text()).toolTip();
+  if (speaks) ToolTipPanel::show(*this, actionGeometry(row), row->toolTip());
+  return true;
 }
 
 void VantorelMenu::paintEvent(QPaintEvent* event) {

@@ -30,6 +30,7 @@ class VantorelMenu : public QMenu {
   VantorelMenu& addSubmenu(const QString& title);
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 

@@ -153,6 +153,7 @@ void ClipListView::retireRows(std::size_t first) {
 void ClipListView::markSelection() {
   for (std::size_t index = 0; index < rowCount_; ++index) {
     rows_[index]->setSelected(index == selection_);
+    rows_[index]->setNextSelected(index + 1 == selection_);
     rows_[index]->setRinged(ringed_ && index == selection_);
   }
 }
@@ -170,7 +171,7 @@ void ClipListView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   if (ringed_ && rowCount_ == 0) {
     painter.setRenderHint(QPainter::Antialiasing);
-    drawFocusRing(painter, rect(), RowGeometry::cornerRadius);
+    drawFocusRing(painter, rect(), RowGeometry::cornerRadius, palette());
   }
   if (!boundary_) return;
   painter.fillRect(toQRectF(ListGeometry::separatorFrame(*boundary_)),

@@ -86,6 +86,12 @@ void ClipRowView::setRinged(bool ringed) {
   update();
 }
 
+void ClipRowView::setNextSelected(bool selected) {
+  if (selected == nextSelected_) return;
+  nextSelected_ = selected;
+  update();
+}
+
 void ClipRowView::setMenuOpen(bool open) {
   menuOpen_ = open;
   updateBackground(Change::animated);
@@ -131,7 +137,7 @@ void ClipRowView::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void ClipRowView::drawBackground(QPainter& painter) const {
-  if (content_.divided) {
+  if (content_.divided && !selected_ && !nextSelected_) {
     painter.fillRect(toQRectF(RowGeometry::divider(content_.kind, width())),
                      VantorelTheme::labelWash(palette(), dividerAlpha));
   }
@@ -148,12 +154,6 @@ void ClipRowView::drawBackground(QPainter& painter) const {
     painter.fillRect(toQRectF(RowGeometry::dropLine(*dropPlace_, width())),
                      VantorelTheme::secondaryLabel(palette()));
   }
-}
-
-void ClipRowView::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  pinButton_->move(toQRect(RowGeometry::pin(width())).topLeft());
-  forgetText();
 }
 
 /// The wash alone is fainter than that of the row under the pointer: a rim makes up for it.
@@ -175,6 +175,12 @@ void ClipRowView::drawSelection(QPainter& painter) const {
   }
   painter.setBrush(gold);
   painter.drawRoundedRect(bar, 1, 1);
+}
+
+void ClipRowView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  pinButton_->move(toQRect(RowGeometry::pin(width())).topLeft());
+  forgetText();
 }
 
 void ClipRowView::changeEvent(QEvent* event) {

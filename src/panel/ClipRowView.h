@@ -52,6 +52,8 @@ class ClipRowView : public QWidget {
 
   using Change = RowBackground::Change;
   void setSelected(bool selected, Change change = Change::animated);
+  /// The line below the row, if it has one, is drawn unless it would touch the selected row.
+  void setNextSelected(bool selected);
   [[nodiscard]] bool isSelected() const { return selected_; }
   /// The row that an open menu is about stays marked, wherever the pointer is.
   void setMenuOpen(bool open);
@@ -82,9 +84,9 @@ class ClipRowView : public QWidget {
   void pointerMoved(const QPointF& pointer);
   void updateBackground(Change change);
   void drawBackground(QPainter& painter) const;
+  void drawSelection(QPainter& painter) const;
   void forgetText();
 
-  void drawSelection(QPainter& painter) const;
   RowContent content_;
   PinButton* pinButton_;
   ThumbnailImageView imageView_;
@@ -94,6 +96,7 @@ class ClipRowView : public QWidget {
   RowPress press_;
   std::optional<DropPlace> dropPlace_;
   bool selected_ = false;
+  bool nextSelected_ = false;
   bool hovering_ = false;
   bool entered_ = false;  // by the pointer's own motion
   bool menuOpen_ = false;

@@ -2,8 +2,10 @@
 
 #include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QHideEvent>
 
+#include "chrome/ToolTipPanel.h"
 #include "chrome/VantorelTheme.h"
 #include "fakes/LeftInString.h"
 #include "panel/ClipRowView.h"
@@ -180,6 +182,66 @@ TEST_F(ClipRowTest, PicturesOfAnySizeAreDrawn) {
               width > 0)
         << width << " × " << height;
   }
+}
+
+TEST_F(ClipRowTest, APictureWithoutExtentDrawsNothing) {
+  const auto id = addImage();
+  show();
+  list_.setThumbnail(id, bitmap(0, 0, 0));
+  const auto picture = pictureOf(rowOf(id));
+  for (int y = imageArea.top(); y <= imageArea.bottom(); ++y) {
+    for (int x = imageArea.left(); x <= imageArea.right(); ++x) {
+      ASSERT_EQ(picture.pixel(x, y), picture.pixel(4, 4)) << x << ", " << y;
+    }
+  }
+}
+
+TEST_F(ClipRowTest, TheWordAboutThePinStaysOverTheListAndGoesWithThePointer) {
+  const auto id = addText("one");
+  show();
+  auto* pin = rowOf(id).findChild<PinButton*>();
+  const auto toolTip = [] {
+    const auto widgets = QApplication::topLevelWidgets();
+    const auto found = std::find_if(widgets.begin(), widgets.end(), [](const QWidget* widget) {
+      return qobject_cast<const ToolTipPanel*>(widget) != nullptr && widget->isVisible();
+    });
+    return found == widgets.end() ? nullptr : *found;
+  };
+  QHelpEvent help(QEvent::ToolTip, {5, 5}, pin->mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(pin, &help);
+  ASSERT_NE(toolTip(), nullptr);
+  const QRect button(pin->mapToGlobal(QPoint(0, 0)), pin->size());
+  EXPECT_EQ(toolTip()->geometry().right(), button.right());
+  EXPECT_GT(toolTip()->geometry().top(), button.bottom());
+  EXPECT_TRUE(toolTip()->windowFlags().testFlag(Qt::WindowTransparentForInput));
+  EXPECT_EQ(toolTip()->grab().toImage().pixel(4, 12),
+            VantorelTheme::window(QApplication::palette()).rgb());
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(pin, &leave);
+  EXPECT_EQ(toolTip(), nullptr);
+}
+
+TEST_F(ClipRowTest, NoLineTouchesTheSelectedRow) {
+  for (const char* text : {"one", "two", "three", "four"}) addText(text);
+  show();
+  std::vector<RowContent> rows;
+  for (std::size_t i = 0; i < 4; ++i) {
+    rows.push_back(list_.row(i)->content());
+    rows.back().divided = i < 3;
+  }
+  list_.setRows(rows, std::nullopt);
+  list_.select(2);
+  wait(0.2);
+  const auto hasLine = [&](std::size_t index) {
+    const auto picture = pictureOf(*list_.row(index));
+    return picture.pixel(200, 47) != picture.pixel(200, 44);
+  };
+  EXPECT_TRUE(hasLine(0));
+  EXPECT_FALSE(hasLine(1));
+  list_.select(0);
+  wait(0.2);
+  EXPECT_TRUE(hasLine(1));
+  EXPECT_TRUE(hasLine(2));
 }
 
 TEST_F(ClipRowTest, APictureWithFewerPixelsThanItSaysDrawsNothing) {
