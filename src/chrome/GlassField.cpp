@@ -46,14 +46,11 @@ void GlassField::applyColors() {
   QPalette colors = palette();
   const QColor text = VantorelTheme::label(colors);
   const QColor placeholder = VantorelTheme::secondaryLabel(colors);
-  const bool same = colors.color(QPalette::Base).alpha() == 0 &&
-                    colors.color(QPalette::Text) == text &&
-                    colors.color(QPalette::PlaceholderText) == placeholder;
-  if (same) return;
   colors.setColor(QPalette::Base, Qt::transparent);
   colors.setColor(QPalette::Text, text);
   colors.setColor(QPalette::PlaceholderText, placeholder);
-  setPalette(colors);
+  VantorelTheme::setSelectionColors(colors);
+  if (colors != palette()) setPalette(colors);
 }
 
 }  // namespace vantorel

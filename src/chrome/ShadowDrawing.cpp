@@ -59,10 +59,9 @@ void draw(QPainter& painter, const QSizeF& size, const QImage& tile) {
     for (int column = 0; column < 3; ++column) {
       const bool isWindow = row == 1 && column == 1;
       if (isWindow) continue;
-      painter.drawImage(QRectF(QPointF(xs[column], ys[row]), QPointF(xs[column + 1], ys[row + 1])),
-                        tile,
-                        QRectF(QPointF(from[column], from[row]),
-                               QPointF(from[column + 1], from[row + 1])));
+      painter.drawImage(
+          QRectF(QPointF(xs[column], ys[row]), QPointF(xs[column + 1], ys[row + 1])), tile,
+          QRectF(QPointF(from[column], from[row]), QPointF(from[column + 1], from[row + 1])));
     }
   }
 }

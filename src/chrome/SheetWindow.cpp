@@ -125,8 +125,8 @@ void SheetWindow::end(Answer answer) {
 }
 
 void SheetWindow::place() {
-  const auto screen = screenUnderMouse(services_.screens);
   if (attachedTo_ == nullptr) {
+    const auto screen = screenUnderMouse(services_.screens);
     if (!screen) return;
     const Rect& area = screen->visibleFrame;
     move(toQPoint({area.midX() - width() / 2.0, area.midY() - height() / 2.0}));
@@ -135,8 +135,8 @@ void SheetWindow::place() {
   const Rect window = toRect(attachedTo_->geometry());
   const Rect wanted{window.midX() - width() / 2.0, window.y + belowTop,
                     static_cast<double>(width()), static_cast<double>(height())};
-  const auto around = screenContaining(services_.screens, {window.midX(), window.midY()});
-  const Rect area = around ? around->visibleFrame : screen ? screen->visibleFrame : wanted;
+  const auto screen = screenNear(services_.screens, {window.midX(), window.midY()});
+  const Rect area = screen ? screen->visibleFrame : wanted;
   move(toQPoint({kept(wanted.x, wanted.width, area.x, area.width),
                  kept(wanted.y, wanted.height, area.y, area.height)}));
 }

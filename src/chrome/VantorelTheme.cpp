@@ -43,6 +43,12 @@ bool isDark(const QPalette& palette) {
   return window(palette).lightnessF() < label(palette).lightnessF();
 }
 
+void setSelectionColors(QPalette& palette) {
+  constexpr float washAlpha = 0.4F;
+  palette.setColor(QPalette::Highlight, faded(gold(), washAlpha));
+  palette.setColor(QPalette::HighlightedText, label(palette));
+}
+
 void setTextColor(QWidget& label, const QColor& color) {
   QPalette colors = label.palette();
   if (colors.color(QPalette::WindowText) == color) return;

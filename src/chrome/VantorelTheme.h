@@ -25,6 +25,9 @@ namespace vantorel::VantorelTheme {
 [[nodiscard]] QColor labelWash(const QPalette& palette, double alpha);
 [[nodiscard]] bool isDark(const QPalette& palette);
 
+/// Has selected text washed with the accent.
+void setSelectionColors(QPalette& palette);
+
 /// Writes a label's text in that colour. Nothing happens if it has it already, so this may be
 /// called whenever the palette has changed.
 void setTextColor(QWidget& label, const QColor& color);

@@ -26,8 +26,10 @@ void ClipPreviewViewController::loadView(ReadableGlassView& glass) {
   glass.onHoverChanged = [this](bool hovering) {
     if (onHoverChanged) onHoverChanged(hovering);
   };
-  auto* content = item_.kind == ClipKind::text ? textPreview(glass) : mediaPreview(glass);
-  content->setGeometry(glass.rect());
+  const bool text = item_.kind == ClipKind::text;
+  auto* content = text ? textPreview(glass) : mediaPreview(glass);
+  const int rim = text ? PreviewGeometry::rim : 0;
+  content->setGeometry(glass.rect().adjusted(0, rim, 0, -rim));
   content->show();
 }
 

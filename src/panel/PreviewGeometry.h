@@ -13,6 +13,7 @@ inline constexpr double cornerRadius = 14;
 inline constexpr double textFontPoints = 13.5;
 inline constexpr double textInsetX = 16;
 inline constexpr double textInsetY = 14;
+inline constexpr int rim = 1;  // of the glass, which scrolled text leaves free
 inline constexpr double textWidth = 360;
 inline constexpr double textLineWidth = textWidth - 2 * textInsetX;
 inline constexpr double maxTextHeight = 340;

@@ -1,11 +1,17 @@
 #include "panel/TextPreview.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QLinearGradient>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTextFrame>
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "chrome/InvisibleScroller.h"
@@ -18,7 +24,7 @@ namespace {
 constexpr double tabDistance = 28;
 constexpr double endPoints = 11.5;
 constexpr double endMargin = 10;
-constexpr double selectionAlpha = 0.4;
+constexpr double leastFade = 24;
 
 /// So much text fills every preview, whatever it is made of.
 constexpr int maxPiecesMeasured = 4;
@@ -85,9 +91,11 @@ TextPreview::TextPreview(PreviewText text, Dispatch& dispatch, QWidget* parent)
   auto inset = document()->rootFrame()->frameFormat();
   inset.setLeftMargin(PreviewGeometry::textInsetX);
   inset.setRightMargin(PreviewGeometry::textInsetX);
-  inset.setTopMargin(PreviewGeometry::textInsetY);
-  inset.setBottomMargin(PreviewGeometry::textInsetY);
+  inset.setTopMargin(PreviewGeometry::textInsetY - PreviewGeometry::rim);
+  inset.setBottomMargin(PreviewGeometry::textInsetY - PreviewGeometry::rim);
   document()->rootFrame()->setFrameFormat(inset);
+  connect(verticalScrollBar(), &QScrollBar::rangeChanged, viewport(),
+          qOverload<>(&QWidget::update));
   appendInTurns();
 }
 
@@ -126,6 +134,39 @@ void TextPreview::styleEnd() {
   line.setCharFormat(format);
 }
 
+/// Where text begins to fade, while there is more below: the last line is either seen whole, with
+/// its foot a little fainter, or is gone before it would be cut.
+std::optional<double> TextPreview::fadeStart() const {
+  const auto* bar = verticalScrollBar();
+  if (bar->maximum() - bar->value() <= PreviewGeometry::textInsetY) return std::nullopt;
+  const double bottom = viewport()->height();
+  const auto last = cursorForPosition(QPoint(viewport()->width() / 2, viewport()->height() - 1));
+  const auto block = last.block();
+  const auto line = block.layout()->lineForTextPosition(last.positionInBlock());
+  if (!line.isValid()) return bottom - leastFade;
+  const double top =
+      document()->documentLayout()->blockBoundingRect(block).top() + line.y() - bar->value();
+  return std::min(top, bottom - leastFade);
+}
+
+void TextPreview::paintEvent(QPaintEvent* event) {
+  QTextEdit::paintEvent(event);
+  const auto start = fadeStart();
+  if (!start) return;
+  const double bottom = viewport()->height();
+  const QColor glass = VantorelTheme::window(palette());
+  QColor nothing = glass;
+  nothing.setAlpha(0);
+  QLinearGradient fade(0, *start, 0, bottom);
+  fade.setColorAt(0, nothing);
+  fade.setColorAt(1, glass);
+  // The round corners of the glass are beside the text.
+  constexpr double inset = PreviewGeometry::textInsetX - 1;
+  QPainter painter(viewport());
+  painter.fillRect(
+      QRectF(inset, *start, viewport()->width() - 2 * inset, std::ceil(bottom - *start)), fade);
+}
+
 void TextPreview::mousePressEvent(QMouseEvent* event) {
   // A selection that is pressed would be dragged out, which waits for wherever it is dropped.
   if (textCursor().hasSelection()) setTextCursor(cursorForPosition(event->pos()));
@@ -159,14 +200,10 @@ void TextPreview::applyFont() {
 }
 
 void TextPreview::tint() {
-  const QColor label = VantorelTheme::label(palette());
   QPalette colors = palette();
-  if (colors.color(QPalette::Text) == label) return;
-  QColor highlight = VantorelTheme::gold();
-  highlight.setAlphaF(static_cast<float>(selectionAlpha));
-  colors.setColor(QPalette::Text, label);
-  colors.setColor(QPalette::Highlight, highlight);
-  colors.setColor(QPalette::HighlightedText, label);
+  colors.setColor(QPalette::Text, VantorelTheme::label(colors));
+  VantorelTheme::setSelectionColors(colors);
+  if (colors == palette()) return;
   setPalette(colors);
   styleEnd();
 }

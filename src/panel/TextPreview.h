@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTextEdit>
+#include <optional>
 
 #include "base/Lifetime.h"
 #include "panel/PreviewText.h"
@@ -20,6 +21,7 @@ class TextPreview : public QTextEdit {
   [[nodiscard]] static double measuredHeight(PreviewText text);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
   void changeEvent(QEvent* event) override;
@@ -30,6 +32,7 @@ class TextPreview : public QTextEdit {
   void tint();
   void applyFont();
   void styleEnd();
+  [[nodiscard]] std::optional<double> fadeStart() const;
 
   PreviewText text_;
   Dispatch& dispatch_;

@@ -13,11 +13,13 @@
 namespace vantorel {
 namespace {
 
-// The placeholder is a tile with a symbol, drawn at whatever size there is.
+// The placeholder is a tile with a symbol, smaller where there is less room. Where there is more,
+// the symbol stands alone: what is around it is a tile already.
 constexpr double tileSide = 50;
 constexpr double tileRadius = 10;
 constexpr double tileSymbol = 22;
 constexpr double tileAlpha = 0.05;
+constexpr double loneSymbol = 56;
 constexpr double textSymbol = 16;
 
 // Keeps pictures of the colour of the panel from dissolving into it.
@@ -110,6 +112,7 @@ void ThumbnailImageView::drawPlaceholder(QPainter& painter, const QRectF& area,
   const auto place = fitted({tileSide, tileSide}, area);
   if (!place) return;
   const QRectF tile = toQRectF(*place);
+  if (tile.width() > tileSide) return Symbols::draw(painter, symbol_, area, loneSymbol, tint);
   const double zoom = tile.width() / tileSide;
   painter.setPen(Qt::NoPen);
   painter.setBrush(VantorelTheme::labelWash(palette, tileAlpha));

@@ -148,8 +148,8 @@ std::vector<State> MemoryDisk::afterPowerLoss(std::size_t count, std::mt19937& c
     for (std::uint64_t choice = 0; choice <= all; ++choice) choices.insert(choice);
   } else {
     for (std::size_t i = 0; i < std::min<std::size_t>(pending.size(), 63); ++i) {
-      choices.insert({std::uint64_t{1} << i, all & ~(std::uint64_t{1} << i),
-                      (std::uint64_t{1} << i) - 1});
+      choices.insert(
+          {std::uint64_t{1} << i, all & ~(std::uint64_t{1} << i), (std::uint64_t{1} << i) - 1});
     }
     choices.insert(all);
     for (int i = 0; i < 32; ++i) choices.insert(chance() & all);

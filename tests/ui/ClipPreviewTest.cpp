@@ -11,6 +11,7 @@
 
 #include "chrome/PopoverWindow.h"
 #include "chrome/ReadableGlassView.h"
+#include "chrome/VantorelTheme.h"
 #include "panel/ClipPreviewViewController.h"
 #include "panel/ClipRowView.h"
 #include "panel/MediaPreview.h"
@@ -430,7 +431,30 @@ TEST_F(ClipPreviewTest, AnEmptyPictureDrawsNothing) {
   list_.setThumbnail(id, bitmap(0, 0, 0));
   list_.showPreview(0);
   const auto picture = pictureOf(*mediaPreview());
-  EXPECT_EQ(picture.pixel(155, 148), picture.pixel(40, 60));
+  const QRect backdrop(30, 30, 250, 230);
+  for (int y = backdrop.top(); y <= backdrop.bottom(); ++y) {
+    for (int x = backdrop.left(); x <= backdrop.right(); ++x) {
+      // Black at 0.12 on white, and nothing else.
+      ASSERT_NEAR(qGray(picture.pixel(x, y)), 224, 1) << x << ", " << y;
+    }
+  }
+}
+
+TEST_F(ClipPreviewTest, WithoutAPictureItsSymbolStandsAloneOnTheBackdrop) {
+  addImage();
+  show();
+  list_.showPreview(0);
+  const auto picture = pictureOf(*mediaPreview());
+  // Inside and outside what would be a tile of its own the backdrop is the same.
+  EXPECT_EQ(picture.pixel(155, 60), picture.pixel(14, 148));
+  QRect symbol;
+  for (int y = 20; y < 270; ++y) {
+    for (int x = 20; x < 290; ++x) {
+      if (qGray(picture.pixel(x, y)) < 128) symbol |= QRect(x, y, 1, 1);
+    }
+  }
+  EXPECT_NEAR(symbol.width(), 50, 8);
+  EXPECT_NEAR(symbol.center().x(), 155, 2);
 }
 
 TEST_F(ClipPreviewTest, OfAnotherEntryIsLeftAloneByALatePicture) {
@@ -440,6 +464,55 @@ TEST_F(ClipPreviewTest, OfAnotherEntryIsLeftAloneByALatePicture) {
   list_.showPreview(1);
   list_.setThumbnail(one, bitmap(80, 80, 0xFFD02020));
   EXPECT_EQ(mediaPreview()->image(), nullptr);
+}
+
+TEST_F(ClipPreviewTest, SelectedTextIsGoldenInLightAndDark) {
+  addText("one two three");
+  show();
+  list_.showPreview(0);
+  const auto highlight = [] { return textPreview()->palette().color(QPalette::Highlight); };
+  EXPECT_EQ(highlight().rgb(), VantorelTheme::gold().rgb());
+  const QPalette light = QApplication::palette();
+  QPalette dark = light;
+  dark.setColor(QPalette::WindowText, Qt::white);
+  QApplication::setPalette(dark);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(highlight().rgb(), VantorelTheme::gold().rgb());
+  EXPECT_EQ(textPreview()->palette().color(QPalette::HighlightedText), QColor(Qt::white));
+  QApplication::setPalette(light);
+}
+
+TEST_F(ClipPreviewTest, ALongTextEndsOnAWholeLineAndFadesWhereItGoesOn) {
+  std::string text;
+  for (int i = 0; i < 40; ++i) text += "HHHHHHHHHHHH\n";
+  addText(text);
+  show();
+  list_.showPreview(0);
+  wait(1);
+  const auto darkestOfLast = [](int points) {
+    const auto picture = pictureOf(*textPreview());
+    int darkest = 255;
+    for (int y = picture.height() - points; y < picture.height(); ++y) {
+      for (int x = 16; x < 160; ++x) darkest = std::min(darkest, qGray(picture.pixel(x, y)));
+    }
+    return darkest;
+  };
+  EXPECT_GT(darkestOfLast(3), 150);
+  EXPECT_LT(darkestOfLast(40), 60);
+  auto* bar = textPreview()->verticalScrollBar();
+  bar->setValue(bar->maximum() - 15);
+  EXPECT_GT(darkestOfLast(1), 150);
+  bar->setValue(bar->maximum());
+  const auto atEnd = pictureOf(*textPreview());
+  EXPECT_EQ(atEnd.pixel(30, atEnd.height() - 2), qRgb(255, 255, 255)) << "nothing follows";
+}
+
+TEST_F(ClipPreviewTest, AShortTextDoesNotFade) {
+  addText("one");
+  show();
+  list_.showPreview(0);
+  const auto picture = pictureOf(*textPreview());
+  EXPECT_EQ(picture.pixel(30, picture.height() - 2), qRgb(255, 255, 255));
 }
 
 TEST_F(ClipPreviewTest, ACaptionIsOneLineWhateverTheNameIs) {

@@ -134,12 +134,15 @@ TEST_F(PanelLooks, FollowsANewPaletteWhileOpen) {
   open();
   const auto light = pictureOf(panel());
   EXPECT_GT(qGray(light.pixel(204, 8)), 200);
+  EXPECT_EQ(searchField().palette().color(QPalette::Highlight).rgb(), VantorelTheme::gold().rgb());
   {
     const ApplicationPalette dark(darkPalette());
     QCoreApplication::processEvents();
     const auto now = pictureOf(panel());
     EXPECT_LT(qGray(now.pixel(204, 8)), 80);
     EXPECT_EQ(searchField().palette().color(QPalette::Text), QColor(Qt::white));
+    EXPECT_EQ(searchField().palette().color(QPalette::Highlight).rgb(),
+              VantorelTheme::gold().rgb());
   }
   QCoreApplication::processEvents();
   EXPECT_EQ(pictureOf(panel()), light);

@@ -27,10 +27,11 @@ constexpr const char* description = R"(<node>
 
 }  // namespace
 
-StutteringKeyring::StutteringKeyring() : thread_("stuttering keyring", [this] {
-  g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr);
-  connection_.reset();
-}) {
+StutteringKeyring::StutteringKeyring()
+    : thread_("stuttering keyring", [this] {
+        g_dbus_connection_close_sync(connection_.get(), nullptr, nullptr);
+        connection_.reset();
+      }) {
   thread_.post([this] { open(); });
   if (!waitFor([] { return PrivateSession::hasOwner(serviceName); })) {
     throw std::runtime_error("waited in vain for the keyring's name");
@@ -48,11 +49,10 @@ void StutteringKeyring::open() {
   g_dbus_connection_set_exit_on_close(connection_.get(), FALSE);
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(description, nullptr);
   static const GDBusInterfaceVTable answers{
-      .method_call = [](GDBusConnection*, const gchar*, const gchar*, const gchar*,
-                        const gchar* method, GVariant*, GDBusMethodInvocation* invocation,
-                        gpointer self) {
-        static_cast<StutteringKeyring*>(self)->answer(method, invocation);
-      },
+      .method_call =
+          [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar* method,
+             GVariant*, GDBusMethodInvocation* invocation,
+             gpointer self) { static_cast<StutteringKeyring*>(self)->answer(method, invocation); },
       .get_property = [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,
                          GError**, gpointer) { return g_variant_new_boolean(FALSE); },
       .set_property = nullptr,

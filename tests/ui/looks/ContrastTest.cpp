@@ -88,9 +88,12 @@ class Contrast : public testing::TestWithParam<Setting> {
     return area.translated(part.mapTo(part.window(), QPoint(0, 0)));
   }
   [[nodiscard]] static QRectF whole(const QWidget& part) { return in(part, part.rect()); }
-  [[nodiscard]] static ClipRowView& row(std::size_t index) { return *PanelScene::list().row(index); }
+  [[nodiscard]] static ClipRowView& row(std::size_t index) {
+    return *PanelScene::list().row(index);
+  }
   [[nodiscard]] static QRectF metadata(std::size_t index) {
-    return in(row(index), toQRectF(RowGeometry::metadata(row(index).content().kind, row(0).width())));
+    return in(row(index),
+              toQRectF(RowGeometry::metadata(row(index).content().kind, row(0).width())));
   }
   [[nodiscard]] static QRectF title(std::size_t index) {
     return in(row(index), toQRectF(RowGeometry::title(row(index).content().kind, row(0).width())));

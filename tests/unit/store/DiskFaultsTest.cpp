@@ -32,8 +32,7 @@ unsigned livesToLive() {
 List described(const ClipStore& store) {
   List list;
   for (const ClipItem& item : store.items()) {
-    list.push_back((item.pinned() ? "pinned " : "") + item.preview +
-                   item.contentHash.value_or(""));
+    list.push_back((item.pinned() ? "pinned " : "") + item.preview + item.contentHash.value_or(""));
   }
   return list;
 }

@@ -74,9 +74,9 @@ bool WaylandConnection::catchUp(Deadline deadline) {
       }};
   wl_callback_add_listener(callback, &listener, &answered);
   while (!answered) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-                          deadline - std::chrono::steady_clock::now())
-                          .count();
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now())
+            .count();
     if (left <= 0 || !waitAndHandle(static_cast<int>(left))) break;
   }
   wl_callback_destroy(callback);
