@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -16,6 +17,7 @@
 #include <map>
 #include <span>
 #include <stdexcept>
+#include <thread>
 
 #include "program/ClipboardOwner.h"
 #include "program/FolderWatch.h"
@@ -198,9 +200,11 @@ pid_t startProgram(const char* path) {
   _exit(127);
 }
 
-// start COUNT PROGRAM: process begun to capturing, and the first opening after it.
+// start COUNT PROGRAM [SECONDS]: process begun to capturing, and the first opening so long after
+// it.
 Samples measureStarting(const Screen& screen, Arguments arguments) {
-  if (arguments.size() < 2) throw std::runtime_error("start COUNT PROGRAM");
+  if (arguments.size() < 2) throw std::runtime_error("start COUNT PROGRAM [SECONDS]");
+  const std::chrono::seconds rest(arguments.size() > 2 ? count(arguments, 2) : 0);
   Samples samples;
   for (std::size_t i = 0; i < count(arguments, 0); ++i) {
     PaintWatch watch(screen, panelTitle);
@@ -208,6 +212,7 @@ Samples measureStarting(const Screen& screen, Arguments arguments) {
     const auto beginning = Clock::now();
     const auto program = startProgram(arguments[1]);
     samples["start"].push_back(waitUntilCapturing(screen, beginning));
+    std::this_thread::sleep_for(rest);
     samples["first"].push_back(watch.measure([&] { return screen.pressShortcut(); }));
     kill(program, SIGTERM);
     int status = 0;

@@ -37,6 +37,7 @@ HistoryPanelController::HistoryPanelController(ClipStore& store, PasteController
   naming_ = std::make_unique<PinNaming>(store_, chrome, view_->panel);
   connectParts();
   services_.dispatch.async(life_.guard([this] { view_->warmUp(); }));
+  prepareNextShowing();
 }
 
 HistoryPanelController::~HistoryPanelController() = default;
@@ -153,6 +154,7 @@ void HistoryPanelController::hide() {
 }
 
 void HistoryPanelController::refreshIfVisible() {
+  if (!isVisible()) prepareNextShowing();
   if (!isVisible() || view_->frame().contains(services_.screens.mouseLocation())) return;
   if (isLookedAtClosely()) return;
   filterMenus_->updateButtons();  // the last entry of a source may have gone
@@ -312,6 +314,16 @@ void HistoryPanelController::warmSearchIndex(std::size_t nextItem) {
     clips_.prepareSearch(store_.items()[nextItem]);
     warmSearchIndex(nextItem + 1);
   }));
+}
+
+/// What has just been copied is not kept waiting for it, and a burst of copies begins it once.
+void HistoryPanelController::prepareNextShowing() {
+  constexpr Seconds rest{0.5};
+  if (preparation_) return;
+  preparation_ = services_.dispatch.after(rest, [this] {
+    const auto done = std::move(preparation_);
+    if (!isVisible()) list_->prepare();
+  });
 }
 
 void HistoryPanelController::refreshAndSelect(Uuid id) {

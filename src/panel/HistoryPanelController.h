@@ -44,7 +44,8 @@ class HistoryPanelController {
   void hide();
   [[nodiscard]] bool isVisible() const;
 
-  /// The history has changed. What the pointer is over is left alone.
+  /// The history has changed. What the pointer is over is left alone. While the panel is hidden,
+  /// the pictures that it will begin with are made, a little later.
   void refreshIfVisible();
   /// The text of some image has been recognised.
   void refreshSearchIfVisible();
@@ -72,6 +73,7 @@ class HistoryPanelController {
   void positionOnCurrentScreen();
   void clearFilters();
   void warmSearchIndex(std::size_t nextItem);
+  void prepareNextShowing();
 
   void paste(const ClipItem* item, PasteStyle style);
   void deleteSelected();
@@ -88,7 +90,8 @@ class HistoryPanelController {
   std::unique_ptr<ListPresenter> list_;
   std::unique_ptr<FilterMenuPresenter> filterMenus_;
   std::unique_ptr<PinNaming> naming_;
-  Lifetime showing_;  // ends each time the panel is hidden
+  std::unique_ptr<Timer> preparation_;  // for the next showing
+  Lifetime showing_;                    // ends each time the panel is hidden
   Lifetime life_;
 };
 

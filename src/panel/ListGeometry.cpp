@@ -6,7 +6,6 @@
 namespace vantorel::ListGeometry {
 namespace {
 
-constexpr std::size_t maxRowsSeen = 9;
 constexpr double maxListHeight = 448;
 constexpr double maxListHeightWhileSearching = 409;
 constexpr double minPanelHeight = 94;

@@ -23,7 +23,8 @@ inline constexpr double emptyHeight = 74;
 inline constexpr double searchFieldHeight = 32;
 inline constexpr double searchSpace = 39;   // the search bar and the gap below it
 inline constexpr double searchSpacing = 4;  // between the field and the filter buttons
-inline constexpr double revealMargin = 4;   // kept free above and below the selected row
+inline constexpr std::size_t maxRowsSeen = 9;
+inline constexpr double revealMargin = 4;  // kept free above and below the selected row
 
 enum class SearchBar { hidden, shown };
 

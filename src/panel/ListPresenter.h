@@ -2,6 +2,7 @@
 
 #include "panel/DateText.h"
 #include "panel/DisplayedClips.h"
+#include "panel/ListGeometry.h"
 #include "panel/PanelServices.h"
 #include "panel/RowContent.h"
 #include "panel/RowPictures.h"
@@ -21,6 +22,8 @@ class ListPresenter {
 
   /// Another showing of the panel begins.
   void lookAfresh() { pictures_.lookAfresh(); }
+  /// The panel is hidden: has made what its next showing begins with.
+  void prepare() { pictures_.prepare(ListGeometry::maxRowsSeen); }
 
   /// Shows the entries from the top, or a sentence when there are none.
   void show();

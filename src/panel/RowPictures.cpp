@@ -1,5 +1,6 @@
 #include "panel/RowPictures.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "panel/ClipListView.h"
@@ -23,6 +24,8 @@ RowPictures::RowPictures(const ClipStore& store, const PanelServices& services,
                                                     Availability::unavailable;
                                            }}) {
   availability_.onAnswer = [this](Uuid id, Availability) {
+    const auto* item = prepared_.erase(id) != 0 ? findById(store_.items(), id) : nullptr;
+    if (item != nullptr) requestThumbnail(*item);
     if (onAvailability) onAvailability(id);
   };
 }
@@ -30,6 +33,16 @@ RowPictures::RowPictures(const ClipStore& store, const PanelServices& services,
 void RowPictures::lookAfresh() {
   availability_.lookAfresh(store_.items());
   requestedImages_.clear();
+}
+
+void RowPictures::prepare(std::size_t count) {
+  const auto& items = store_.items();
+  for (std::size_t index = 0; index < std::min(count, items.size()); ++index) {
+    const auto& item = items[index];
+    static_cast<void>(availability_.of(item));
+    if (!availability_.isAnswered(item)) prepared_.insert(item.id);
+    requestThumbnail(item);
+  }
 }
 
 void RowPictures::requestAll() {

@@ -33,6 +33,9 @@ class RowPictures {
   /// be read now.
   void lookAfresh();
 
+  /// Has the pictures made that the next showing begins with: those of the first `count` entries.
+  void prepare(std::size_t count);
+
   /// Gives the rows what is there, and has the rest made.
   void requestAll();
   void requestThumbnail(const ClipItem& item);
@@ -48,6 +51,7 @@ class RowPictures {
   ThumbnailProvider thumbnails_;
   std::unordered_set<Uuid> requestedImages_;  // in this showing of the panel
   std::unordered_set<Uuid> awaitedPictures_;  // being made
+  std::unordered_set<Uuid> prepared_;         // to be made when the disk has answered
   Lifetime life_;
 };
 

@@ -61,6 +61,49 @@ TEST_F(PanelPictures, AnImageComesWhenItHasBeenDecodedAndIsThereAtOnceLater) {
   EXPECT_THAT(images_.drawn(), SizeIs(1));
 }
 
+TEST_F(PanelPictures, TheFirstOpeningBeginsWithItsPictures) {
+  std::vector<SharedBitmap> pictures;
+  for (std::uint32_t i = 0; i < 12; ++i) {
+    pictures.push_back(bitmap(0xFF000000 + i));
+    addImage("picture " + std::to_string(i), pictures.back());
+  }
+  dispatch_.advance(Seconds(1));
+  dispatch_.runQueued();
+  EXPECT_THAT(images_.drawn(), SizeIs(9)) << "no more than is seen";
+  controller_->toggle(target_);
+  for (std::size_t row = 0; row < 9; ++row) {
+    EXPECT_EQ(rows()[row]->thumbnail(), pictures[11 - row]) << row;
+  }
+}
+
+TEST_F(PanelPictures, ANewEntryOnTopHasItsPictureMadeAndAnOldOneIsNotMadeAgain) {
+  addImage("one", bitmap(0xFFFF0000));
+  dispatch_.advance(Seconds(1));
+  dispatch_.runQueued();
+  const auto picture = bitmap(0xFF00FF00);
+  addImage("two", picture);
+  dispatch_.advance(Seconds(1));
+  dispatch_.runQueued();
+  EXPECT_THAT(images_.drawn(), SizeIs(2));
+  controller_->toggle(target_);
+  EXPECT_EQ(rows()[0]->thumbnail(), picture);
+}
+
+TEST_F(PanelPictures, AFileHasItsPictureMadeOnceTheDiskHasAnswered) {
+  const auto picture = bitmap(0xFF0000FF);
+  const auto path = existingFile("a.png");
+  addFile(path);
+  addFile("/nonexistent/lost.png");
+  dispatch_.advance(Seconds(1));
+  dispatch_.runQueued();
+  ASSERT_THAT(thumbnails_.requests(), SizeIs(1));
+  thumbnails_.answer(0, picture);
+  dispatch_.runQueued();
+  controller_->toggle(target_);
+  EXPECT_EQ(rows()[1]->thumbnail(), picture);
+  EXPECT_EQ(rows()[0]->thumbnail(), nullptr);
+}
+
 TEST_F(PanelPictures, APictureGoesToTheRowThatNowShowsItsEntry) {
   const auto picture = bitmap(0xFF00FF00);
   addTexts({"zebra"});
