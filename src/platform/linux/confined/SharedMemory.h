@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <span>
 
 #include "base/Bytes.h"
@@ -19,8 +18,8 @@ namespace vantorel {
 /// So many zeroes to be written over. Not open when there is no memory.
 [[nodiscard]] FileDescriptor sharedRoom(std::size_t size);
 
-/// The first `size` bytes of a room, copied: whoever else has it may go on writing. Absent when it
-/// is smaller, or there is no memory.
+/// Copies as many bytes as `into` takes from the start: whoever else has the memory may go on
+/// writing to it. False when it is smaller.
 [[nodiscard]] bool readShared(const FileDescriptor& memory, std::span<std::byte> into);
 
 /// A view of shared memory in this process, for as long as this lives.
