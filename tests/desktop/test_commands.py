@@ -224,11 +224,11 @@ class PlainStart(VantorelTestCase):
     def test_an_entry_of_an_older_version_is_renewed_and_shows_nothing(self):
         entry = self.path(".config", "autostart", "com.vantorel.Vantorel.desktop")
         with open(entry, "w", encoding="utf-8") as file:
-            file.write(f"[Desktop Entry]\nType=Application\nName=Vantorel\nExec={program_path()}\n")
+            file.write(f"[Desktop Entry]\nType=Application\nName=Vantorel\nExec={os.path.realpath(program_path())}\n")
         self.vantorel.start(plain=True)
         stays_true("no window", lambda: self.vantorel.panel() is None, 1)
         with open(entry, encoding="utf-8") as file:
-            self.assertIn(f"\nExec={program_path()} --background\n", file.read())
+            self.assertIn(f"\nExec={os.path.realpath(program_path())} --background\n", file.read())
 
     def test_where_a_tray_shows_it_nothing_comes(self):
         tray = Tray(self.desktop)

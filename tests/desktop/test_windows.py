@@ -118,6 +118,33 @@ class About(WindowsTestCase):
         self.desktop.windows.wait_gone(HELP)
 
 
+class Languages(WindowsTestCase):
+    """Who does not read Hebrew is welcomed in English, and may change."""
+
+    def setUp(self):
+        VantorelTestCase.setUp(self)
+        self.desktop.env["LC_ALL"] = "de_DE.UTF-8"
+        self.vantorel.start(welcome=True)
+        self.help = self.open_window(HELP)
+
+    def test_the_link_leads_to_the_other_language_and_back(self):
+        self.element(HELP, "Get Started")
+        self.click(HELP, "עברית")
+        self.element(HELP, "מתחילים")
+        self.click(HELP, "English")
+        self.element(HELP, "Get Started")
+
+    def test_the_policy_is_of_the_same_language_and_escape_closes_it(self):
+        self.desktop.keyboard.tap("Escape")
+        self.desktop.windows.wait_gone(HELP)
+        self.vantorel.command("--about")
+        self.open_window(HELP)
+        self.click(HELP, "The full privacy policy")
+        self.open_window("Privacy Policy")
+        self.desktop.keyboard.tap("Escape")
+        self.desktop.windows.wait_gone("Privacy Policy")
+
+
 class Accessory(WindowsTestCase):
     """No window of the program is one of those that the user works with."""
 
