@@ -112,7 +112,7 @@ bool write(ValidatingWriter& writer, const std::vector<std::string>& values) {
   return writer.EndArray();
 }
 
-std::optional<std::string> quoted(std::string_view text) {
+std::optional<std::string> quotedText(std::string_view text) {
   rapidjson::StringBuffer buffer;
   ValidatingWriter writer(buffer);
   if (!writeString(writer, text)) return std::nullopt;
@@ -138,7 +138,7 @@ std::string jsonObjectText(const std::vector<JsonMember>& members) {
   const char* separator = "\n  ";
   for (const JsonMember& member : members) {
     result += separator;
-    result += quoted(member.key).value_or("\"\"");
+    result += quotedText(member.key).value_or("\"\"");
     result += ": ";
     result += member.text;
     separator = ",\n  ";
@@ -155,7 +155,7 @@ std::optional<std::string> jsonText(const DefaultsValue& value) {
   return std::string(buffer.GetString(), buffer.GetSize());
 }
 
-bool isJsonKey(std::string_view key) { return quoted(key).has_value(); }
+bool isJsonKey(std::string_view key) { return quotedText(key).has_value(); }
 
 std::optional<bool> jsonBoolean(const std::string& text) {
   const auto value = document(text);
