@@ -136,14 +136,13 @@ class PointerAtRest(PanelTestCase):
             return self.desktop.windows.pixel(x + 200, y + 3)
 
         wait_for("the row's mark", lambda: marked() != plain)
-        mark = marked()
         for what, act in (("a wheel's notch", lambda: self.desktop.pointer.click(x + 300, y + 24, 5)),
                           ("the End key", lambda: self.press("End"))):
             with self.subTest(what):
                 act()
                 wait_for("three rows to have gone by",
                          lambda: self.vantorel.wait_for_row("row 14").element.extents[1] < y - 100)
-                wait_for("the mark under the pointer", lambda: marked() == mark, 5, marked)
+                wait_for("the mark under the pointer", lambda: marked() != plain, 5, marked)
 
 
 class PicturePreview(PanelTestCase):
