@@ -44,6 +44,8 @@ class ElasticScrollView : public QScrollArea {
   void settle();
 
  protected:
+  /// Leaving by Tab does not scroll: the base class would show the middle of the document.
+  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
   void wheelEvent(QWheelEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void resizeEvent(QResizeEvent* event) override;

@@ -184,6 +184,7 @@ TEST_F(PanelSelection, FiltersAreReachedByTabAndOpenedByKeys) {
   EXPECT_EQ(store_->items().size(), 30U);
   press(Qt::Key_Tab);
   EXPECT_EQ(panel().focusWidget()->accessibleName(), QStringLiteral("Filter by app"));
+  EXPECT_EQ(scrollView().offset(), 0) << "Tab leads away and scrolls nothing";
   press(Qt::Key_Down);
   ASSERT_NE(QApplication::activePopupWidget(), nullptr);
   QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
