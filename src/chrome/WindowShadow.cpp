@@ -85,8 +85,8 @@ void WindowShadow::refresh() {
   if (surface_) return;
   surface_ = std::make_unique<Surface>(window_, cornerRadius_);
   follow();
-  place();
   surface_->show();
+  place();  // not before: the toolkit makes another native window when it shows this one
 }
 
 void WindowShadow::follow() {
