@@ -33,9 +33,9 @@ class KeyringTestCase(VantorelTestCase):
         self.vantorel.press_shortcut()
         self.vantorel.wait_until_hidden()
 
-    def expect_capture(self):
+    def expect_capture(self, limit=20):
         """The keyring has come: what is copied now is kept under the key that lies there."""
-        wait_for("capturing", self.copied_text_is_saved, 20)
+        wait_for("capturing", self.copied_text_is_saved, limit)
         self.assertEqual(self.desktop.keyring.item_count(), 1)
 
     def copied_text_is_saved(self):
@@ -159,19 +159,24 @@ class Stopped(KeyringTestCase):
 class SlowBus(KeyringTestCase):
     """The bus lets programs join it late: the keyring behind it is used all the same."""
 
-    def start_behind(self, seconds):
+    def start_behind(self, whose, seconds):
         path = self.desktop.path("slow-bus")
         self.desktop.start("slow bus", [
             sys.executable, _SLOW_BUS, path,
-            self.desktop.env["DBUS_SESSION_BUS_ADDRESS"].removeprefix("unix:path="), str(seconds)])
+            self.desktop.env["DBUS_SESSION_BUS_ADDRESS"].removeprefix("unix:path="), whose, str(seconds)])
         wait_for("the slow bus", lambda: os.path.exists(path))
         self.vantorel.launcher = ["env", f"DBUS_SESSION_BUS_ADDRESS=unix:path={path}"]
         self.vantorel.start(capturing=False)
 
     def test_the_colours_are_given_up_before_the_keyring(self):
-        self.start_behind(0.5)
+        self.start_behind("each", 0.5)
         self.expect_capture()
         self.assertEqual(self.vantorel.log(), "")
+
+    def test_one_that_takes_longer_than_a_keyring_may_is_joined_later(self):
+        self.start_behind("first", 12)
+        self.vantorel.wait_for_notice(STORAGE_NOTICE)
+        self.expect_capture(limit=40)
 
 
 class Unlocked(KeyringTestCase):

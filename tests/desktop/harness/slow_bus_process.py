@@ -1,7 +1,8 @@
-"""A door to a session bus that lets nobody in at once: slow_bus_process.py SOCKET BUS SECONDS.
+"""A door to a session bus that lets nobody in at once: slow_bus_process.py SOCKET BUS each|first
+SECONDS.
 
-Every connection to SOCKET reaches BUS, but what the bus says first comes SECONDS late, as on a
-machine that is busy with a login.
+Every connection to SOCKET reaches BUS, but what the bus says first comes late, as on a machine that
+is busy with a login: SECONDS after each knock, or with "first" not before SECONDS after the first.
 """
 
 import contextlib
@@ -24,17 +25,20 @@ def carry(source, target, late=0.0):
             end.shutdown(socket.SHUT_RDWR)
 
 
-def main(path, bus, seconds):
+def main(path, bus, whose, seconds):
     door = socket.socket(socket.AF_UNIX)
     door.bind(path + ".new")
     door.listen(64)
     os.rename(path + ".new", path)  # whoever sees it may knock
+    first = None
     while True:
         outside, _ = door.accept()
+        first = first or time.monotonic()
+        late = seconds if whose == "each" else max(0.0, first + seconds - time.monotonic())
         inside = socket.socket(socket.AF_UNIX)
         inside.connect(bus)
         threading.Thread(target=carry, args=(outside, inside), daemon=True).start()
-        threading.Thread(target=carry, args=(inside, outside, seconds), daemon=True).start()
+        threading.Thread(target=carry, args=(inside, outside, late), daemon=True).start()
 
 
-main(sys.argv[1], sys.argv[2], float(sys.argv[3]))
+main(*sys.argv[1:4], float(sys.argv[4]))

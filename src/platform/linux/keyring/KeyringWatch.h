@@ -24,8 +24,10 @@ class KeyringWatch {
   KeyringWatch(const KeyringWatch&) = delete;
   KeyringWatch& operator=(const KeyringWatch&) = delete;
 
-  /// Listens from now on, also on a connection that was made anew since.
+  /// Listens from now on, also on a connection that was made anew since. Without one it hears of
+  /// nothing.
   void listen();
+  [[nodiscard]] bool isListening() const { return connection_ != nullptr; }
   /// Asks the service once more which its default collection is, and waits for that without a
   /// limit: whenever it names one, that is news. A service that has none is asked again every 10
   /// seconds, since it has no signal for a collection that becomes the default one.

@@ -36,6 +36,7 @@ class SecretServiceBus : public KeyringService {
   void watch() { watch_.ask(); }
   /// To be told of changes alone, by a service that has answered.
   void listen() { watch_.listen(); }
+  [[nodiscard]] bool isListening() const { return watch_.isListening(); }
   void endWatch() { watch_.end(); }
 
   [[nodiscard]] KeyringAnswer<ObjectPath> collectionNamed(const std::string& alias) override;

@@ -64,6 +64,14 @@ class SecretServiceKeychain::Worker {
     post(deadline, [this, deadline](KeyringService& service) { lookAgain(service, deadline); });
   }
 
+  /// Answers the call. When that comes too late for whoever asked, what it says is news instead.
+  void answer(KeyringService& service, const KeychainQuery& query,
+              KeyringCall<KeychainResult>& call) {
+    auto result = find(service, query);
+    const bool isAnswer = saysWhatIsThere(result.status);
+    if (!call.deliver(std::move(result)) && isAnswer) available_();
+  }
+
   [[nodiscard]] KeychainResult find(KeyringService& service, const KeychainQuery& query) {
     auto result = findKeyringItem(service, query);
     if (!saysWhatIsThere(result.status)) {
@@ -107,7 +115,13 @@ class SecretServiceKeychain::Worker {
 
   void waitFor(Missed missed) {
     missed_ = std::move(missed);
+    watch();
+  }
+
+  /// A bus that could not be joined tells nothing: it is tried again.
+  void watch() {
     service_->watch();
+    if (!service_->isListening()) later_(untilJoining);
   }
 
   void stopWaiting() {
@@ -140,7 +154,9 @@ class SecretServiceKeychain::Worker {
       stopWaiting();
       available_();
     } else if (Clock::now() >= deadline - margin) {
-      service_->watch();  // it is silent: the answer to one more question will say when it is not
+      watch();  // it is silent: the answer to one more question will say when it is not
+    } else if (!service_->isListening()) {
+      watch();
     } else if (status == keychainStatus::notAvailable && failuresSinceArrival_ < mostFailures) {
       // It is there and may still be getting ready, of which nothing will tell.
       later_(firstPause * (1U << failuresSinceArrival_++));
@@ -150,6 +166,7 @@ class SecretServiceKeychain::Worker {
   /// A service that fails is looked at again after 1, 2, 4, 8 and 16 seconds.
   static constexpr unsigned mostFailures = 5;
   static constexpr Seconds firstPause{1};
+  static constexpr Seconds untilJoining{10};
 
   std::function<void()> available_;
   std::function<void(Seconds)> later_;
@@ -216,7 +233,7 @@ void SecretServiceKeychain::prepare(std::vector<KeychainQuery> queries,
     std::erase_if(prepared_, [&](const Prepared& entry) { return same(entry.query, query); });
     auto call = std::make_shared<KeyringCall<KeychainResult>>();
     worker_->post(deadline, [worker = worker_.get(), query, call](KeyringService& service) {
-      call->deliver(worker->find(service, query));
+      worker->answer(service, query, *call);
     });
     prepared_.push_back({std::move(query), deadline, std::move(call)});
   }
@@ -243,7 +260,7 @@ KeychainResult SecretServiceKeychain::copyMatching(const KeychainQuery& query) {
   const Deadline deadline = Clock::now() + timeLimit;
   const auto call = std::make_shared<KeyringCall<KeychainResult>>();
   worker_->post(deadline, [worker = worker_.get(), query, call](KeyringService& service) {
-    call->deliver(worker->find(service, query));
+    worker->answer(service, query, *call);
   });
   auto result = call->wait(deadline);
   if (!result) return {keychainStatus::notAvailable, std::nullopt};
