@@ -92,7 +92,8 @@ If the history cannot be opened, because the keyring was lost or replaced:
                keep the old history beside itself and begin a new one
 
 Other:
-  --background start without showing anything, as at log-in
+  --background
+               start without showing anything, as at log-in
   --check      say what this desktop gives Vantorel, what is missing and what
                to install; exit status 1 when something needed is missing
   --version    print the version and exit
