@@ -1,8 +1,8 @@
 # Where everything goes that a desktop needs to know the program.
 #
-# The desktop entry does not say DBusActivatable: a first start then shows no panel, as a start at
-# login should not, while being activated over the bus always means "reopen the application". Who
-# calls the name on the bus still starts the program, by the service file.
+# The desktop entry does not say DBusActivatable: a first start then shows no panel where a tray shows
+# the program, while being activated over the bus always means "reopen the application". Who calls the
+# name on the bus still starts the program, by the service file.
 include(GNUInstallDirs)
 
 set(application_id com.vantorel.Vantorel)
