@@ -30,7 +30,8 @@ Finding display(const DesktopFacts& facts) {
   std::string says = facts.isWayland ? "Xwayland in a Wayland session" : "X11";
   says += facts.windowManager.empty() ? ", without a window manager that says its name"
                                       : " with " + facts.windowManager;
-  says += facts.hasCompositor ? ", with shadows, and glass where it blurs" : ", windows are drawn opaque";
+  says += facts.hasCompositor ? ", with shadows, and glass where it blurs"
+                              : ", windows are drawn opaque";
   return {.subject = "Display", .isThere = true, .says = std::move(says)};
 }
 

@@ -12,7 +12,7 @@
 #include "panel/RowContent.h"
 #include "panel/RowMenuPresenter.h"
 #include "panel/RowPreview.h"
-#include "panel/SelectionReader.h"
+#include "panel/SpokenSelection.h"
 
 class QLabel;
 
@@ -107,7 +107,7 @@ class ClipListView : public QWidget {
   RowPreview previews_;
   RowMenuPresenter menu_;
   std::unique_ptr<PinDrag> drag_;
-  SelectionReader reader_;
+  SpokenSelection reader_;
   std::unique_ptr<RestingPointer> pointer_;  // since the first showing
 };
 

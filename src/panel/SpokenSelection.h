@@ -15,10 +15,10 @@ class ClipRowView;
 
 /// Has screen readers say which row of the list is selected, once, while the list has the keyboard.
 /// Main thread.
-class SelectionReader {
+class SpokenSelection {
  public:
   /// `selected` answers the row, or null when there is none. All outlive this.
-  SelectionReader(QWidget& list, Dispatch& dispatch, std::function<ClipRowView*()> selected);
+  SpokenSelection(QWidget& list, Dispatch& dispatch, std::function<ClipRowView*()> selected);
 
   /// A reader should say this: it is where it was, but something else is there.
   std::function<void(const QString&)> onSay;

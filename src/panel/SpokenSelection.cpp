@@ -1,4 +1,4 @@
-#include "panel/SelectionReader.h"
+#include "panel/SpokenSelection.h"
 
 #include <QAccessible>
 #include <utility>
@@ -8,13 +8,13 @@
 
 namespace vantorel {
 
-SelectionReader::SelectionReader(QWidget& list, Dispatch& dispatch,
+SpokenSelection::SpokenSelection(QWidget& list, Dispatch& dispatch,
                                  std::function<ClipRowView*()> selected)
     : list_(list), dispatch_(dispatch), selected_(std::move(selected)) {}
 
 // Later, since a command may select several times, and the toolkit sends readers to the list itself
 // when it gets the keyboard: the last one counts.
-void SelectionReader::tell() {
+void SpokenSelection::tell() {
   if (!QAccessible::isActive() || tells_) return;
   tells_ = true;
   dispatch_.async(life_.guard([this] {
@@ -24,7 +24,7 @@ void SelectionReader::tell() {
   }));
 }
 
-void SelectionReader::tellNow() {
+void SpokenSelection::tellNow() {
   auto* row = selected_();
   const Told now = row != nullptr ? Told{row, row->accessibleName(), row->content().pinned}
                                   : Told{nullptr, list_.accessibleDescription(), false};
