@@ -131,10 +131,12 @@ void HistoryPanelController::openSearch(
     const std::optional<RunningApplication>& targetApplication) {
   if (!isSeen()) {
     toggle(targetApplication);
-  } else if (!view_->panel.isActiveWindow()) {
-    // Whoever has the keyboard now is who will get what is pasted.
+  } else {
+    // Also while the toolkit takes the panel for active: for 0.4 s it does so wrongly. Whoever has
+    // the keyboard now is who will get what is pasted.
     if (targetApplication) pasteController_.setTargetApplication(targetApplication);
     view_->panel.makeKeyAndOrderFront();
+    if (services_.spaces) services_.spaces->bringForward(view_->panel.winId());
   }
   showSearchBar();
   view_->searchField.selectAll();

@@ -64,7 +64,7 @@ class Speech(VantorelTestCase):
         said = self.hear("No matching clips", lambda: self.desktop.keyboard.type("z"))
         self.assertFalse([one for one in said if "Search clips" in one], said)
         self.hear("cherry, ", lambda: self.press("Escape", "Tab"))
-        said = self.hear("Search clips", lambda: self.press("Tab"))
+        said = self.hear("Search clips", lambda: self.press("Shift+Tab"))
         self.assertEqual(" ".join(said).count("Search clips"), 1, said)
 
     def test_a_notice_is_said_once(self):

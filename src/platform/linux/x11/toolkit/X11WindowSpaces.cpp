@@ -57,4 +57,22 @@ void X11WindowSpaces::joinAll(WindowNumber window) const {
   addState(connection, number, states_, sticky_);
 }
 
+void X11WindowSpaces::bringForward(WindowNumber window) const {
+  auto* connection = toolkitConnection();
+  if (connection == nullptr) return;
+  constexpr std::uint32_t byTheUser = 2;  // a program's own wish may be refused as too old
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = static_cast<xcb_window_t>(window);
+  message.type = atomIn(connection, askAtom(connection, "_NET_ACTIVE_WINDOW"));
+  message.data.data32[0] = byTheUser;
+  message.data.data32[1] = XCB_CURRENT_TIME;
+  const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+  xcb_send_event(connection, 0, root,
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&message));
+  xcb_flush(connection);
+}
+
 }  // namespace vantorel

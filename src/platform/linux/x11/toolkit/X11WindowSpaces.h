@@ -12,6 +12,7 @@ namespace vantorel {
 class X11WindowSpaces : public WindowSpaces {
  public:
   void joinAll(WindowNumber window) const override;
+  void bringForward(WindowNumber window) const override;
 
  private:
   // Atoms; 0: not asked for yet.
