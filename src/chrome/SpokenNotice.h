@@ -13,6 +13,8 @@ class SpokenNotice : public QWidget {
   explicit SpokenNotice(QWidget* window);
 
   void say(const QString& sentence);
+  /// Keeps nothing of what was said last.
+  void forget() { setAccessibleName({}); }
 };
 
 }  // namespace vantorel

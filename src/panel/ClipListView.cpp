@@ -225,6 +225,7 @@ void ClipListView::hideEvent(QHideEvent* event) {
   hidePreviews();
   setRinged(false);
   menu_.close();
+  reader_.forget();
   for (auto* row : rows_) row->setContent({});
 }
 

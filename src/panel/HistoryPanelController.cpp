@@ -152,6 +152,7 @@ void HistoryPanelController::hide() {
   outsideClicks_->rest();
   showing_.end();
   // Nothing of the history stays here longer than it is looked at.
+  view_->spoken.forget();
   clips_.clear();
 }
 
@@ -260,6 +261,7 @@ void HistoryPanelController::moveSelection(int step) {
   clips_.moveSelection(step);
   list_->markSelection();
   list_->scrollToSelection();
+  list_->tellSelection();
   if (const auto index = clips_.selection(); previewed && index) view_->list.showPreview(*index);
 }
 

@@ -68,6 +68,16 @@ void ListPresenter::tellFound() {
 
 void ListPresenter::markSelection() { view_.list.select(clips_.selection()); }
 
+void ListPresenter::tellSelection() {
+  if (view_.panel.focusWidget() == &view_.list) return;
+  const auto index = clips_.selection();
+  const auto* row = index ? view_.list.row(*index) : nullptr;
+  if (row == nullptr) return;
+  const auto pin = row->accessibleDescription();
+  const auto name = row->accessibleName();
+  view_.spoken.say(pin.isEmpty() ? name : name + QStringLiteral(", ") + pin);
+}
+
 void ListPresenter::scrollToSelection() {
   if (const auto index = clips_.selection()) view_.revealRow(*index);
 }

@@ -31,6 +31,8 @@ class ListPresenter {
   void fitPanel();
 
   void markSelection();
+  /// Says the selected row where readers do not follow it: while the keyboard is beside the list.
+  void tellSelection();
   void scrollToSelection();
 
  private:

@@ -25,7 +25,7 @@ class SpokenSelection {
 
   /// What is selected may be another row, or another entry.
   void tell();
-  /// The reader was elsewhere meanwhile.
+  /// The reader was elsewhere meanwhile, or nothing is shown any more.
   void forget() { told_.reset(); }
 
  private:

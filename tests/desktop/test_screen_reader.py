@@ -67,6 +67,13 @@ class Speech(VantorelTestCase):
         said = self.hear("Search clips", lambda: self.press("Shift+Tab"))
         self.assertEqual(" ".join(said).count("Search clips"), 1, said)
 
+    def test_what_a_search_has_found_is_said_as_one_walks_from_the_field(self):
+        self.open_with((*FRUITS, "mango"))
+        self.hear("2 clips found", lambda: self.desktop.keyboard.type("an"))
+        said = self.hear("banana, ", lambda: self.press("Down"))
+        self.assertEqual(len([one for one in said if "banana" in one]), 1, said)
+        self.hear("mango, ", lambda: self.press("Up"))
+
     def test_a_notice_is_said_once(self):
         said = self.hear("paused for 1 hour", lambda: self.vantorel.command("--pause-1-hour"))
         self.assertEqual(" ".join(said).count("paused for 1 hour"), 1, said)
