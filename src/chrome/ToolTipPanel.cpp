@@ -1,7 +1,7 @@
 #include "chrome/ToolTipPanel.h"
 
 #include <QCoreApplication>
-#include <QEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QScreen>
@@ -26,10 +26,11 @@ QPointer<ToolTipPanel>& shown() {
 
 }  // namespace
 
-ToolTipPanel::ToolTipPanel(QWidget& control, const QString& text)
+ToolTipPanel::ToolTipPanel(QWidget& control, const QRect& part, const QString& text)
     : QWidget(&control, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput |
                             Qt::WindowDoesNotAcceptFocus),
       control_(control),
+      part_(part),
       text_(text) {
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_DeleteOnClose);
@@ -45,14 +46,14 @@ ToolTipPanel::ToolTipPanel(QWidget& control, const QString& text)
 void ToolTipPanel::show(QWidget& control, const QRect& part, const QString& text) {
   if (shown()) shown()->close();
   if (text.isEmpty()) return;
-  shown() = new ToolTipPanel(control, text);
-  shown()->place(part);
+  shown() = new ToolTipPanel(control, part, text);
+  shown()->place();
   shown()->setVisible(true);
 }
 
 /// Above the control where there is no room below it.
-void ToolTipPanel::place(const QRect& part) {
-  const QRect beside(control_.mapToGlobal(part.topLeft()), part.size());
+void ToolTipPanel::place() {
+  const QRect beside(control_.mapToGlobal(part_.topLeft()), part_.size());
   const QRect area = control_.screen()->availableGeometry();
   const bool fits = beside.bottom() + gap + height() <= area.bottom();
   const int y = fits ? beside.bottom() + 1 + gap : beside.top() - gap - height();
@@ -65,6 +66,10 @@ bool ToolTipPanel::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Leave:
     case QEvent::Hide:
       if (watched == &control_) close();
+      break;
+    case QEvent::MouseMove:
+      if (watched != &control_) break;
+      if (!part_.contains(static_cast<const QMouseEvent*>(event)->position().toPoint())) close();
       break;
     case QEvent::KeyPress:
     case QEvent::MouseButtonPress:

@@ -5,6 +5,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "chrome/GlassDrawing.h"
 #include "chrome/MenuStyle.h"
@@ -25,6 +26,20 @@ MenuStyle* menuStyle() {
     return made;
   }();
   return style;
+}
+
+/// The menu that it opened from; null when it opened by itself.
+QMenu* menuBefore(const QMenu& menu) { return qobject_cast<QMenu*>(menu.parentWidget()); }
+
+/// The row that the key stands beside, in a menu or in one that it opened from; null without one.
+QAction* rowOfKey(const QKeySequence& key, const QMenu& menu) {
+  const auto rows = menu.actions();
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const QAction* row) {
+    return !row->shortcut().isEmpty() && row->shortcut() == key && row->isEnabled();
+  });
+  if (found != rows.end()) return *found;
+  const auto* before = menuBefore(menu);
+  return before != nullptr ? rowOfKey(key, *before) : nullptr;
 }
 
 }  // namespace
@@ -64,15 +79,10 @@ VantorelMenu& VantorelMenu::addSubmenu(const QString& title) {
 
 /// A key that stands beside a row's title chooses the row.
 void VantorelMenu::keyPressEvent(QKeyEvent* event) {
-  const QKeySequence pressed(event->keyCombination());
-  const auto rows = actions();
-  for (QAction* row : rows) {
-    if (row->shortcut().isEmpty() || row->shortcut() != pressed || !row->isEnabled()) continue;
-    close();
-    row->trigger();
-    return;
-  }
-  QMenu::keyPressEvent(event);
+  auto* row = rowOfKey(event->keyCombination(), *this);
+  if (row == nullptr) return QMenu::keyPressEvent(event);
+  for (QMenu* menu = this; menu != nullptr; menu = menuBefore(*menu)) menu->close();
+  row->trigger();
 }
 
 bool VantorelMenu::event(QEvent* event) {
@@ -80,7 +90,7 @@ bool VantorelMenu::event(QEvent* event) {
   auto* row = actionAt(static_cast<const QHelpEvent*>(event)->pos());
   // A row that has nothing to say would give its title.
   const bool speaks = row != nullptr && row->toolTip() != QAction(row->text()).toolTip();
-  if (speaks) ToolTipPanel::show(*this, actionGeometry(row), row->toolTip());
+  ToolTipPanel::show(*this, actionGeometry(row), speaks ? row->toolTip() : QString());
   return true;
 }
 

@@ -3,15 +3,18 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QHelpEvent>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 
 #include "chrome/PopoverWindow.h"
 #include "chrome/ReadableGlassView.h"
+#include "chrome/ToolTipPanel.h"
 #include "chrome/VantorelMenu.h"
 #include "fakes/FakeAccessibilityPreferences.h"
 #include "fakes/FakeScreens.h"
@@ -62,6 +65,60 @@ TEST_F(MenuTest, TheKeysBesideATitleChooseItsRow) {
   menu_.popup({40, 40});
   QTest::keyClick(&menu_, Qt::Key_Q, Qt::ControlModifier);
   EXPECT_EQ(quit, 1);
+}
+
+TEST_F(MenuTest, TheKeysBesideATitleChooseItsRowFromASubmenuToo) {
+  int quit = 0;
+  int closed = 0;
+  menu_.onClosed = [&] { ++closed; };
+  auto& submenu = menu_.addSubmenu("More");
+  submenu.addAction("Inner");
+  auto* row = menu_.addAction("Quit");
+  row->setShortcut(QKeySequence("Ctrl+q"));
+  QObject::connect(row, &QAction::triggered, [&] { quit += closed; });
+  menu_.popup({40, 40});
+  QTest::keyClick(&menu_, Qt::Key_Down);
+  QTest::keyClick(&menu_, Qt::Key_Right);
+  ASSERT_TRUE(submenu.isVisible());
+  QTest::keyClick(&submenu, Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_EQ(quit, 1) << "after the menu has gone";
+  EXPECT_FALSE(submenu.isVisible());
+  EXPECT_FALSE(menu_.isVisible());
+  EXPECT_EQ(closed, 1);
+}
+
+TEST_F(MenuTest, AWordAboutARowGoesWhenThePointerLeavesTheRow) {
+  auto* first = menu_.addAction("First");
+  first->setToolTip("What the first is for");
+  auto* second = menu_.addAction("Second");
+  menu_.popup({40, 40});
+  const auto rest = [this](const QPoint& at) {
+    QHelpEvent help(QEvent::ToolTip, at, menu_.mapToGlobal(at));
+    QApplication::sendEvent(&menu_, &help);
+  };
+  const auto moveTo = [this](const QPoint& at) {
+    QMouseEvent move(QEvent::MouseMove, QPointF(at), menu_.mapToGlobal(QPointF(at)), Qt::NoButton,
+                     {}, {});
+    QApplication::sendEvent(&menu_, &move);
+  };
+  const auto word = [this] {
+    const auto panels = menu_.findChildren<ToolTipPanel*>();
+    return std::any_of(panels.begin(), panels.end(),
+                       [](const ToolTipPanel* panel) { return panel->isVisible(); });
+  };
+  const auto there = menu_.actionGeometry(first).center();
+  const auto below = menu_.actionGeometry(second).center();
+  rest(there);
+  ASSERT_TRUE(word());
+  moveTo(there + QPoint(2, 1));
+  EXPECT_TRUE(word());
+  moveTo(below);
+  EXPECT_FALSE(word());
+  rest(there);
+  ASSERT_TRUE(word());
+  rest(below);
+  EXPECT_FALSE(word()) << "that row has nothing to say";
+  menu_.close();
 }
 
 TEST_F(MenuTest, EscapeClosesItWithoutAChoice) {
