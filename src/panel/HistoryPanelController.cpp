@@ -154,6 +154,7 @@ void HistoryPanelController::hide() {
   // Nothing of the history stays here longer than it is looked at.
   view_->spoken.forget();
   clips_.clear();
+  prepareNextShowing();
 }
 
 void HistoryPanelController::refreshIfVisible() {

@@ -45,7 +45,7 @@ class HistoryPanelController {
   [[nodiscard]] bool isVisible() const;
 
   /// The history has changed. What the pointer is over is left alone. While the panel is hidden,
-  /// the pictures that it will begin with are made, a little later.
+  /// and when it has been, the pictures that it will begin with are made, a little later.
   void refreshIfVisible();
   /// The text of some image has been recognised.
   void refreshSearchIfVisible();

@@ -89,6 +89,23 @@ TEST_F(PanelPictures, ANewEntryOnTopHasItsPictureMadeAndAnOldOneIsNotMadeAgain) 
   EXPECT_EQ(rows()[0]->thumbnail(), picture);
 }
 
+TEST_F(PanelPictures, WhatCameUnderThePointerHasItsPictureMadeOnceThePanelIsHidden) {
+  addTexts({"a"});
+  dispatch_.advance(Seconds(1));
+  open();
+  screens_.setMouseLocation({960, 555});
+  const auto picture = bitmap(0xFF00FF00);
+  addImage("one", picture);
+  dispatch_.advance(Seconds(1));
+  dispatch_.runQueued();
+  ASSERT_THAT(titles(), ElementsAre("a"));
+  controller_->hide();
+  dispatch_.advance(Seconds(1));
+  dispatch_.runQueued();
+  controller_->toggle(target_);
+  EXPECT_EQ(rows()[0]->thumbnail(), picture);
+}
+
 TEST_F(PanelPictures, AFileHasItsPictureMadeOnceTheDiskHasAnswered) {
   const auto picture = bitmap(0xFF0000FF);
   const auto path = existingFile("a.png");
