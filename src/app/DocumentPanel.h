@@ -19,8 +19,7 @@ class PushButton;
 [[nodiscard]] QString shownText(std::string_view text);
 
 /// A window to read. Escape asks for its end, and Return where no button has the keyboard, as the
-/// window manager may.
-/// Main thread.
+/// window manager may. Main thread.
 class DocumentPanel : public VantorelPanel {
   Q_OBJECT
 

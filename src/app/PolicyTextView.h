@@ -4,8 +4,8 @@
 
 namespace vantorel {
 
-/// A long text to read, on whatever is behind it. It can be selected, copied
-/// and scrolled with the keyboard.
+/// A long text to read, on whatever is behind it. It can be selected, copied and scrolled with the
+/// keyboard.
 ///
 /// Paragraphs are parted by empty lines. The first line of a paragraph is its heading when it is
 /// not the only one; lines that begin with "•" are items of a list.

@@ -33,8 +33,8 @@ class ClipRowView : public QWidget {
   std::function<void()> onPressCancelled;
   std::function<void(const QPoint& pointer)> onMenu;
   /// Whether the pointer rests and the row comes to it: that only shows, until the pointer moves.
-  /// And: the pointer has come (true) or gone (false), from the row or from the picture in it.
   std::function<bool()> pointerRests;
+  /// The pointer has come (true) or gone (false), from the row or from the picture in it.
   std::function<void(bool)> onHoverChanged;
   std::function<void(bool)> onThumbnailHoverChanged;
   enum class DragStep { begin, move, drop, cancel };

@@ -101,7 +101,7 @@ TEST_F(HelpPanelTest, ReturnClosesIt) {
   EXPECT_EQ(closes_, 2);
 }
 
-TEST_F(HelpPanelTest, ReturnClosesItWhateverControlHasTheKeyboard) {
+TEST_F(HelpPanelTest, ReturnOnACheckBoxClosesItAndChecksNothing) {
   showFirst();
   panel_->findChild<CheckBox*>()->setFocus();
   QTest::keyClick(panel_->windowHandle(), Qt::Key_Return);
