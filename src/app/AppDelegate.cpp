@@ -116,6 +116,10 @@ void AppDelegate::applicationShouldHandleReopen() {
   if (!hasVisibleWindows()) openHistory();
 }
 
+bool AppDelegate::isHistoryOpen() const {
+  return panelController_ && panelController_->isVisible();
+}
+
 void AppDelegate::openHistory() { panelController().toggle(focus_.currentPasteTarget()); }
 
 void AppDelegate::openSearch() { panelController().openSearch(focus_.currentPasteTarget()); }
@@ -141,7 +145,8 @@ void AppDelegate::configureServices() {
 
 void AppDelegate::configureWindows() {
   statusItem_.onUnseen = [this] {
-    if (startedByHand_ && !windows_.isWelcoming()) applicationShouldHandleReopen();
+    const bool byHand = std::exchange(startedByHand_, false);
+    if (byHand && !windows_.isWelcoming()) applicationShouldHandleReopen();
   };
   windows_.onNotice = [this](std::string_view notice) { show(notice); };
   windows_.onToggleLaunchAtLogin = [this] { toggleLaunchAtLogin(); };
@@ -213,8 +218,12 @@ void AppDelegate::clearHistory(bool includingPinned) {
 }
 
 void AppDelegate::remedy(Trouble trouble) {
-  if (trouble == Trouble::noKey) return onKeyWanted({});
+  if (trouble == Trouble::noKey) return wantKey({});
   startNewHistory();
+}
+
+void AppDelegate::wantKey(const std::string& notice) {
+  if (onKeyWanted) onKeyWanted(notice);
 }
 
 void AppDelegate::startNewHistory() {
@@ -225,7 +234,7 @@ void AppDelegate::startNewHistory() {
       "A new history has begun. The old one is kept as " + aside.history.string() + ".";
   switch (aside.outcome) {
     case ClipStore::SetAside::done:
-      if (!store_.secureStorage()) return onKeyWanted(begun);
+      if (!store_.secureStorage()) return wantKey(begun);
       return show(begun);
     case ClipStore::SetAside::notNeeded:
       return show("The history is open. Nothing was changed.");

@@ -76,6 +76,9 @@ class AppDelegate : public ApplicationCommands {
   void applyShortcut(const HotKeyShortcut& candidate) { windows_.applyShortcut(candidate); }
   void showHelpPanel(bool isFirstLaunch) { windows_.showHelpPanel(isFirstLaunch); }
   [[nodiscard]] bool isWelcoming() const { return windows_.isWelcoming(); }
+  [[nodiscard]] bool isHistoryOpen() const;
+  /// Started by hand, and nobody has said yet that no bar shows it.
+  [[nodiscard]] bool mayShowItself() const { return startedByHand_; }
   void showPrivacyPolicy() { windows_.showPrivacyPolicy(); }
 
  private:
@@ -84,6 +87,7 @@ class AppDelegate : public ApplicationCommands {
   void configureWindows();
   void clearHistory(bool includingPinned);
   void remedy(Trouble trouble);
+  void wantKey(const std::string& notice);
   void lookForTrouble();
   void beginRecording();
   [[nodiscard]] bool canRecord() const {

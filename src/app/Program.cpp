@@ -64,18 +64,22 @@ void Program::begin(const Desktop& desktop) {
 
 void Program::launch() {
   const bool welcoming = delegate_ && delegate_->isWelcoming();
+  const bool historyOpen = delegate_ && delegate_->isHistoryOpen();
+  // Starting over is nothing that anybody did, unless the panel is still owed to whoever did start.
+  if (delegate_ && startedBy_ == StartedBy::hand && !delegate_->mayShowItself()) {
+    startedBy_ = StartedBy::command;
+  }
   if (delegate_) delegate_->applicationWillTerminate();
   delegate_.reset();
   delegate_ = std::make_unique<AppDelegate>(*desktop_);
   delegate_->onQuit = quit_;
   delegate_->onKeyWanted = [this](const std::string& notice) {
     notice_ = notice;
-    onKeyWanted();
+    if (onKeyWanted) onKeyWanted();
   };
   delegate_->applicationDidFinishLaunching(startedBy_);
-  // Starting over is nothing that anybody did.
-  if (startedBy_ == StartedBy::hand) startedBy_ = StartedBy::command;
   if (const auto notice = std::exchange(notice_, std::nullopt)) delegate_->say(*notice);
+  if (historyOpen) delegate_->openHistory();
   if (welcoming) delegate_->showHelpPanel(true);
   if (const auto request = std::exchange(pending_, std::nullopt)) perform(*request);
 }

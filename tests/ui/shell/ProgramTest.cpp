@@ -46,6 +46,28 @@ TEST_F(ProgramTest, APlainStartShowsThePanelWhereNoBarShowsTheItem) {
   EXPECT_TRUE(panelIsShown());
 }
 
+TEST_F(ProgramTest, APlainStartShowsThePanelThoughItStartsOverBeforeABarIsMissed) {
+  start();
+  answerOfTheKeyring();
+  answerOfTheKeyring();
+  EXPECT_FALSE(panelIsShown());
+  desktop.statusItem.tellUnseen();
+  EXPECT_TRUE(panelIsShown());
+}
+
+TEST_F(ProgramTest, ThePanelThatIsOpenIsOpenAgainWhenItStartsOver) {
+  Program& program = start();
+  answerOfTheKeyring();
+  desktop.statusItem.tellUnseen();
+  answerOfTheKeyring();
+  EXPECT_TRUE(panelIsShown());
+  program.perform({.action = "toggle"});
+  answerOfTheKeyring();
+  EXPECT_FALSE(panelIsShown());
+  desktop.statusItem.tellUnseen();
+  EXPECT_FALSE(panelIsShown()) << "once is enough";
+}
+
 TEST_F(ProgramTest, AtTheFirstStartTheWelcomeIsEnough) {
   desktop.defaults.remove("didShowOnboardingV2");
   start();
@@ -70,6 +92,7 @@ TEST_F(ProgramTest, ALogInShowsNothingNotEvenTheWelcome) {
 TEST_F(ProgramTest, ALogInThatAnOlderVersionArrangedShowsNothingEither) {
   desktop.loginItem.setOld();
   start();
+  answerOfTheKeyring();
   answerOfTheKeyring();
   desktop.statusItem.tellUnseen();
   EXPECT_THAT(visibleTitles(), IsEmpty());
