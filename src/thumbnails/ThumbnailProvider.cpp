@@ -55,14 +55,16 @@ void ThumbnailProvider::requestThumbnail(const ClipItem& item, Completion comple
 }
 
 SharedBitmap ThumbnailProvider::cached(Uuid id) {
+  dropBlurred();
   const SharedBitmap* const picture = kept_.find(id);
   return picture != nullptr ? *picture : nullptr;
 }
 
 void ThumbnailProvider::requestImage(const ClipItem& item, Completion completion) {
   if (!waitFor(item.id, std::move(completion))) return;
-  auto made =
-      life_.guard([this, id = item.id](const SharedBitmap& picture) { finish(id, picture); });
+  auto made = life_.guard([this, id = item.id, scale = scale_](const SharedBitmap& picture) {
+    finish(id, scale, picture);
+  });
   imageQueue_->async([made = std::move(made), item,
                       folder = AssetFolder(services_.files, store_.assetsUrl()),
                       storage = store_.secureStorage(), fitting = largestPicture(),
@@ -84,13 +86,14 @@ void ThumbnailProvider::requestFile(const ClipItem& item, Completion completion)
 }
 
 void ThumbnailProvider::makeFileThumbnail(Uuid id, const std::filesystem::path& file) {
-  auto store = life_.guard([this, id](const SharedBitmap& picture) { finish(id, picture); });
+  auto store = life_.guard(
+      [this, id, scale = scale_](const SharedBitmap& picture) { finish(id, scale, picture); });
   auto made = life_.guard([this, file, store = std::move(store)](const SharedBitmap& picture) {
     if (picture) return store(picture);
     services_.icons.fileIcon(file, store);
   });
   services_.fileThumbnails.generateBestRepresentation(
-      file, fileThumbnailSize, screenScale(),
+      file, fileThumbnailSize, scale_,
       [made = std::move(made), &main = services_.dispatch](const SharedBitmap& picture) {
         main.async([made, picture] { made(picture); });
       });
@@ -102,10 +105,10 @@ bool ThumbnailProvider::waitFor(Uuid id, Completion completion) {
   return completions.size() == 1;
 }
 
-void ThumbnailProvider::finish(Uuid id, const SharedBitmap& picture) {
+void ThumbnailProvider::finish(Uuid id, double scale, const SharedBitmap& picture) {
   const auto waiting = waiting_.extract(id);
   if (waiting.empty()) return;
-  if (picture) keep(id, picture);
+  if (picture && scale >= scale_) keep(id, picture);
   for (const auto& completion : waiting.mapped()) completion(picture);
 }
 
@@ -114,6 +117,16 @@ void ThumbnailProvider::keep(Uuid id, const SharedBitmap& picture) {
   while (kept_.size() > countLimit || keptBytes_ > byteLimit) {
     keptBytes_ -= bytesOf(*kept_.takeOldest());
   }
+}
+
+/// What was made before a sharper screen came.
+void ThumbnailProvider::dropBlurred() {
+  const double scale = screenScale();
+  if (scale > scale_) {
+    kept_.clear();
+    keptBytes_ = 0;
+  }
+  scale_ = scale;
 }
 
 double ThumbnailProvider::screenScale() const {
@@ -129,7 +142,7 @@ PixelSize ThumbnailProvider::largestPicture() const {
   const auto shown = std::count_if(
       items.begin(), items.end(), [](const ClipItem& item) { return item.kind != ClipKind::text; });
   const double scale =
-      pictureScale(screenScale(), largestShown, byteLimit, static_cast<std::size_t>(shown));
+      pictureScale(scale_, largestShown, byteLimit, static_cast<std::size_t>(shown));
   return {static_cast<int>(largestShown.width * scale),
           static_cast<int>(largestShown.height * scale)};
 }

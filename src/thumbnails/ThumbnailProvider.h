@@ -37,7 +37,7 @@ struct ThumbnailServices {
 /// longest ago go first. A picture takes 0.3 MB at most on a screen of one pixel a point, so 80
 /// stay below 25 MB; 45 of a 4K screen take 8 MB. On sharper screens they have as many pixels as a
 /// full history of them leaves room for, so that pictures in one list never push each other out: 45
-/// of a 4K screen take 19 MB. Main thread.
+/// of a 4K screen take 19 MB. When a sharper screen comes, all are made anew. Main thread.
 class ThumbnailProvider {
  public:
   using Completion = std::function<void(SharedBitmap)>;
@@ -68,8 +68,10 @@ class ThumbnailProvider {
   void makeFileThumbnail(Uuid id, const std::filesystem::path& file);
   /// Whether the caller is the first to wait, and has to begin.
   [[nodiscard]] bool waitFor(Uuid id, Completion completion);
-  void finish(Uuid id, const SharedBitmap& picture);
+  /// The picture was made for screens of that scale.
+  void finish(Uuid id, double scale, const SharedBitmap& picture);
   void keep(Uuid id, const SharedBitmap& picture);
+  void dropBlurred();
   [[nodiscard]] double screenScale() const;
   [[nodiscard]] PixelSize largestPicture() const;
 
@@ -77,6 +79,7 @@ class ThumbnailProvider {
   ThumbnailServices services_;
   Lru<Uuid, SharedBitmap> kept_;
   std::size_t keptBytes_ = 0;
+  double scale_ = 0;  // what is kept is sharp at
   std::unordered_map<Uuid, std::vector<Completion>> waiting_;
   std::unique_ptr<SerialQueue> imageQueue_;
   Lifetime life_;

@@ -128,6 +128,33 @@ TEST_F(ThumbnailProviderTest, PicturesAreMadeForTheSharpestScreenThatIsThere) {
   EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{572, 544}));
 }
 
+TEST_F(ThumbnailProviderTest, WhatWasMadeBeforeASharperScreenCameIsMadeAgain) {
+  const auto item = addImage("one", picture(4));
+  requested(item);
+  ASSERT_NE(provider_->cached(item.id), nullptr);
+  screens_.setScreens({{{0, 0, 800, 600}, {0, 0, 800, 600}, 2}});
+  EXPECT_EQ(provider_->cached(item.id), nullptr);
+  requested(item);
+  EXPECT_THAT(images_.drawn(), ElementsAre(PixelSize{286, 272}, PixelSize{572, 544}));
+  screens_.setScreens({{{0, 0, 800, 600}, {0, 0, 800, 600}, 1}});
+  EXPECT_NE(provider_->cached(item.id), nullptr) << "sharp enough";
+}
+
+TEST_F(ThumbnailProviderTest, WhatIsBeingMadeWhenASharperScreenComesIsNotKept) {
+  const auto image = addImage("one", picture(4));
+  const auto file = filesItem({addFile("a.pdf")});
+  const auto ofImage = request(image);
+  const auto ofFile = request(file);
+  screens_.setScreens({{{0, 0, 800, 600}, {0, 0, 800, 600}, 2}});
+  request(textItem("a"));
+  thumbnails_.answer(0, picture(4));
+  store_.dispatch().runQueued();
+  EXPECT_THAT(*ofImage, SizeIs(1));
+  EXPECT_THAT(*ofFile, SizeIs(1));
+  EXPECT_EQ(provider_->cached(image.id), nullptr);
+  EXPECT_EQ(provider_->cached(file.id), nullptr);
+}
+
 TEST_F(ThumbnailProviderTest, WithoutAScreenPicturesAreMadeForASharpOne) {
   const auto item = addImage("one", picture(4));
   screens_.setScreens({});
