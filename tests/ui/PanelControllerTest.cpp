@@ -289,6 +289,7 @@ TEST_F(PanelController, RecognisedTextShowsNothingInAPanelThatIsHidden) {
   addTexts({"secret"});
   open();
   controller_->hide();
+  searchField().setText("secret");
   controller_->refreshSearchIfVisible();
   const auto all = panel().findChildren<ClipRowView*>();
   for (const auto* row : all) EXPECT_EQ(row->content(), RowContent());
