@@ -13,6 +13,12 @@ namespace vantorel {
 using Status = PictureReply::Status;
 using std::chrono::steady_clock;
 
+namespace {
+
+constexpr std::chrono::seconds longestDeath{1};  // of a process that has found nothing to do
+
+}  // namespace
+
 PictureWorker::PictureWorker(Settings settings) : settings_(std::move(settings)) {}
 
 PictureWorker::~PictureWorker() = default;
@@ -56,10 +62,11 @@ int PictureWorker::processId() {
 
 std::optional<PictureWorker::Made> PictureWorker::make(ByteView encoded,
                                                        const PictureRequest& request) {
+  // Before the copy: those who wait keep none.
+  const std::lock_guard lock(mutex_);
   const FileDescriptor input = sharedCopy(encoded);
   FileDescriptor room = sharedRoom(roomFor(request));
   if (!input.isOpen() || !room.isOpen()) return std::nullopt;
-  const std::lock_guard lock(mutex_);
   const auto reply = ask(request, input, room);
   if (!reply || reply->status != Status::made) return std::nullopt;
   return Made{*reply, std::move(room)};
@@ -82,8 +89,9 @@ std::optional<PictureReply> PictureWorker::ask(const PictureRequest& request,
           wasSent ? receivePictureReply(process_->socket(), request, deadline) : std::nullopt;
       if (reply) return reply;
     }
-    const bool wentIdle =
-        wasWaiting && steady_clock::now() < deadline && process_->wentIdle(stop, deadline);
+    const auto now = steady_clock::now();
+    const bool wentIdle = wasWaiting && now < deadline &&
+                          process_->wentIdle(stop, std::min(deadline, now + longestDeath));
     process_.reset();
     if (wentIdle) continue;
     if (!stop.stop_requested()) failures_.push_back(steady_clock::now());

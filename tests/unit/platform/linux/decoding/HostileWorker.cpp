@@ -42,6 +42,13 @@ const std::map<std::string_view, std::function<void()>> behaviours = {
      [] {
        answer({Status::made, 8, {10, 10}, {10, 10}});
      }},
+    {"turning",
+     [] {
+       static int pictures = 0;
+       if (++pictures == 1) return answer({Status::made, 10 * 10 * 4, {10, 10}, {10, 10}});
+       answer({.status = Status::made});
+       waitForever();
+     }},
     {"zeroes",
      [] {
        answer({Status::made, 10 * 10 * 4, {10, 10}, {10, 10}});
