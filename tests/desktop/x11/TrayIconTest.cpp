@@ -309,8 +309,10 @@ TEST_F(TrayIconTest, ItKnowsWhetherThePointerIsOnIt) {
                    XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
   sync();
   EXPECT_TRUE(icon->isUnderPointer()) << "a window manager looks at each press first";
-  xcb_ungrab_pointer(tester().xcb(), XCB_CURRENT_TIME);
   move(30, 5);
+  EXPECT_FALSE(icon->isUnderPointer()) << "it goes elsewhere while a menu has it";
+  xcb_ungrab_pointer(tester().xcb(), XCB_CURRENT_TIME);
+  sync();
   EXPECT_FALSE(icon->isUnderPointer());
   move(5, 5);
   tray->destroy(window);

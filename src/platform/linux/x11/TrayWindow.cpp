@@ -22,10 +22,9 @@ constexpr std::uint32_t embeddingMapped = 1;
 constexpr std::string_view programClass("vantorel\0Vantorel\0", 18);
 
 constexpr std::uint32_t events = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
-                                 XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
-                                 XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
+                                 XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE;
 
-// Windows within windows that are looked at on the way to the tray's outermost one.
+// Windows within windows that are looked at between the tray's outermost one and the icon.
 constexpr int mostParents = 16;
 
 }  // namespace
@@ -119,18 +118,23 @@ void TrayWindow::handle(const xcb_generic_event_t& event) {
   } else if (type == XCB_EXPOSE) {
     const auto& part = reinterpret_cast<const xcb_expose_event_t&>(event);
     if (part.window == window_ && part.count == 0) damaged_ = true;
-  } else if (type == XCB_ENTER_NOTIFY) {
-    crossed(reinterpret_cast<const xcb_enter_notify_event_t&>(event), Pointer::within);
-  } else if (type == XCB_LEAVE_NOTIFY) {
-    crossed(reinterpret_cast<const xcb_leave_notify_event_t&>(event), Pointer::elsewhere);
   } else if (type == XCB_BUTTON_RELEASE) {
     released(reinterpret_cast<const xcb_button_release_event_t&>(event));
   }
 }
 
-/// Somebody's grab, as that of a window manager at each press, moves no pointer.
-void TrayWindow::crossed(const xcb_enter_notify_event_t& event, Pointer now) {
-  if (event.event == window_ && event.mode == XCB_NOTIFY_MODE_NORMAL) pointer_ = now;
+/// From the root down, each window says which of those in it has the pointer.
+bool TrayWindow::hasPointer() const {
+  if (!isEmbedded()) return false;
+  xcb_window_t outer = connection_.root();
+  for (int step = 0; step <= mostParents; ++step) {
+    const auto pointer =
+        connection_.reply(xcb_query_pointer_reply, xcb_query_pointer(connection_.xcb(), outer));
+    if (!pointer || pointer->child == XCB_WINDOW_NONE) return false;
+    if (pointer->child == window_) return true;
+    outer = pointer->child;
+  }
+  return false;
 }
 
 void TrayWindow::released(const xcb_button_release_event_t& event) const {

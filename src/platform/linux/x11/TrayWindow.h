@@ -43,8 +43,9 @@ class TrayWindow {
   [[nodiscard]] bool isEmbedded() const { return state_ == State::embedded; }
   /// Whether it was given back, or destroyed: there will be no icon by this window any more.
   [[nodiscard]] bool isGone() const { return state_ == State::gone; }
-  /// Whether the pointer is on it, and on no other window that covers it there.
-  [[nodiscard]] bool hasPointer() const { return pointer_ == Pointer::within; }
+  /// Whether the pointer is on it, and on no other window that covers it there. Asks the server:
+  /// while another client has the pointer grabbed nothing tells where it goes.
+  [[nodiscard]] bool hasPointer() const;
   /// The side of the picture that fits, in pixels; 0 where none can be seen.
   [[nodiscard]] int pictureSide() const;
 
@@ -55,11 +56,8 @@ class TrayWindow {
   void setTitle(const std::string& title) const;
 
  private:
-  enum class Pointer { elsewhere, within };
-
   void create(int side);
   void describe(int side) const;
-  void crossed(const xcb_enter_notify_event_t& event, Pointer now);
   void released(const xcb_button_release_event_t& event) const;
   [[nodiscard]] std::vector<std::uint32_t> whatIsBehind(PixelArea area) const;
   [[nodiscard]] std::vector<std::uint32_t> whatIsAround() const;
@@ -72,7 +70,6 @@ class TrayWindow {
   xcb_visualid_t visual_ = 0;
   xcb_colormap_t colormap_ = XCB_NONE;  // none but for a translucent window
   enum class State { asked, embedded, gone } state_ = State::asked;
-  Pointer pointer_ = Pointer::elsewhere;
   bool damaged_ = false;
   int width_ = 0;
   int height_ = 0;
