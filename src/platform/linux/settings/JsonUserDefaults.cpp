@@ -51,6 +51,8 @@ void JsonUserDefaults::takeOver() {
   const Reading copy = read(copy_);
   members_.swap(members);
   const auto changed = std::exchange(changed_, {});
+  isCopyOutOfReach_ = copy == Reading::refused;
+  if (isCopyOutOfReach_) return;
   if (copy != Reading::understood || changed.empty()) return keepCopy();
   for (const std::string& key : changed) removeMember(key);
   for (JsonMember& member : members) {
@@ -156,7 +158,8 @@ void JsonUserDefaults::write() {
   // closed to others either way.
   static_cast<void>(files_.setPermissions(directory, directoryPermissions));
   // The copy last: it is never newer than what it is a copy of, which counts before it.
-  if (isOutOfReach_ || put(path_) || isOutOfReach_) (void)put(copy_);
+  const bool isWanted = isOutOfReach_ || put(path_) || isOutOfReach_;
+  if (isWanted && !isCopyOutOfReach_) (void)put(copy_);
 }
 
 bool JsonUserDefaults::put(const Path& path) {

@@ -20,7 +20,8 @@ namespace vantorel {
 /// A file that makes no sense is set aside as "<name>.damaged-<n>" when the next one takes its
 /// place. A file that cannot be read or set aside is never written over: the settings then live in
 /// the second one alone, which keeps account of what was set meanwhile under `changedKey`, until
-/// the first can be read again and takes that over. A value that JSON cannot say leaves the stored
+/// the first can be read again and takes that over; while that account cannot be read, it stays as
+/// it is. A value that JSON cannot say leaves the stored
 /// one as it is.
 class JsonUserDefaults : public UserDefaults {
  public:
@@ -67,6 +68,7 @@ class JsonUserDefaults : public UserDefaults {
   bool areLost_ = false;
   bool isDamaged_ = false;  // what stands at `path_`
   bool isOutOfReach_ = false;
+  bool isCopyOutOfReach_ = false;
 };
 
 }  // namespace vantorel

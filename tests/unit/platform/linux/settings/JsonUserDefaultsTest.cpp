@@ -295,6 +295,22 @@ TEST_F(JsonUserDefaultsTest, WhatWasSetWithoutAnyReadableFileIsAllThatIsTakenOve
   EXPECT_EQ(defaults.integer("others"), 3);
 }
 
+TEST_F(JsonUserDefaultsTest, ACopyThatCannotBeReadForAMomentIsLeftAlone) {
+  store(R"({"changed": 1})");
+  files.unreadable.insert(path);
+  open().set("changed", std::int64_t{10});
+  files.unreadable = {copyPath};
+  {
+    auto defaults = open();
+    EXPECT_EQ(defaults.integer("changed"), 1);
+    defaults.set("meanwhile", true);
+  }
+  files.unreadable.clear();
+  const auto defaults = open();
+  EXPECT_EQ(defaults.integer("changed"), 10);
+  EXPECT_EQ(defaults.boolean("meanwhile"), true);
+}
+
 TEST_F(JsonUserDefaultsTest, WhatCannotBeTakenOverYetIsNotForgotten) {
   open().set("a", std::int64_t{1});
   files.unreadable.insert(path);
