@@ -239,7 +239,9 @@ void AppDelegate::startNewHistory() {
     case ClipStore::SetAside::notNeeded:
       return show("The history is open. Nothing was changed.");
     case ClipStore::SetAside::failed:
-      return show(storageUnavailable);
+      if (aside.history.empty()) return show(storageUnavailable);
+      return show("No new history could begin. The old one is kept as " + aside.history.string() +
+                  ".");
   }
 }
 

@@ -349,7 +349,9 @@ ClipStore::SetAsideResult ClipStore::setAside() {
   if (!suffix) return {};
   const std::filesystem::path kept = stands.string() + *suffix;
   open();
-  if (secureStorage_ && !persistenceIsReady()) return {};
+  if (secureStorage_ && !persistenceIsReady()) {
+    return {.outcome = SetAside::failed, .history = kept};
+  }
   commit(Upkeep::none);
   return {.outcome = SetAside::done, .history = kept};
 }

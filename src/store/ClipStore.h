@@ -138,7 +138,8 @@ class ClipStore {
   enum class SetAside { done, notNeeded, failed };
   struct SetAsideResult {
     SetAside outcome = SetAside::failed;
-    std::filesystem::path history;  // where it is kept, when that was done
+    /// Where it is kept once it was moved, also when no new one could begin then.
+    std::filesystem::path history;
   };
   /// Puts a history that cannot be opened beside itself, its pictures along with it, and begins
   /// anew; where its key is missing, the next store does, with a new key. Nothing is changed when

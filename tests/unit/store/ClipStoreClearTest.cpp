@@ -241,6 +241,17 @@ TEST(ClipStoreSetAside, ChangesNothingWhenTheHistoryIsOpenOrCanBe) {
   EXPECT_EQ(store.texts(), Texts{"a"});
 }
 
+TEST(ClipStoreSetAside, SaysWhereTheOldHistoryIsWhenNoNewOneCanBegin) {
+  TestStore store;
+  store.restartWithAnotherKey();
+  // Behind two preparations of five steps, two moves and a sync.
+  store.files().failAt(13, std::errc::no_space_on_device);
+  const auto aside = store->setAside();
+  EXPECT_EQ(aside.outcome, ClipStore::SetAside::failed);
+  EXPECT_EQ(aside.history, store.base() / "history.vntl.20250314-092653");
+  EXPECT_TRUE(std::filesystem::exists(aside.history));
+}
+
 TEST(ClipStoreSetAside, PutsBackWhatItMovedWhenTheRestCannotBe) {
   TestStore store;
   store->captureImage(FakeImage({1, 1}, "picture"), {});
