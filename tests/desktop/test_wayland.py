@@ -1,6 +1,5 @@
 """The program in a Wayland session, with the X server that stands inside of it."""
 
-import os
 import unittest
 
 from harness.case import VantorelTestCase
@@ -8,7 +7,9 @@ from harness.sway import SwayDesktop, leave_root
 from harness.vantorel import program_path
 from harness.waiting import wait_for
 
-leave_root()
+
+def setUpModule():
+    leave_root()
 
 
 class WaylandTestCase(VantorelTestCase):
