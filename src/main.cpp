@@ -48,6 +48,9 @@ int main(int argc, char** argv) {
   if (line.command == Command::check) return check();
   leaveNoCore();
   returnFreedLargeBlocks();
+  // The adapters speak X11, so the toolkit does too, whatever it or the user would choose. Said
+  // before the first thread: one that reads the environment meanwhile could miss what it looks for.
+  if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) qputenv("QT_QPA_PLATFORM", "xcb");
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;
 
@@ -56,9 +59,6 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "vantorel: %s\n", refusal.c_str());
     return 1;
   }
-  // The adapters speak X11, so the toolkit does too, whatever it or the user would choose. Said
-  // before the first thread: one that reads the environment meanwhile could miss what it looks for.
-  if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) qputenv("QT_QPA_PLATFORM", "xcb");
 
   QtDispatch dispatch;
   const auto quit = [] { QCoreApplication::exit(0); };
