@@ -97,7 +97,7 @@ int main(int argc, char** argv) {
   service.onRequest([&program](const ActionRequest& request) { program.perform(request); });
   program.begin(desktop->ports());
   const int status = QApplication::exec();
-  desktop->stopShowing();
+  desktop->prepareToEnd();
   program.end();
   return status;
 }

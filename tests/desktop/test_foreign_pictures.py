@@ -3,16 +3,18 @@
 import os
 import re
 import signal
+import time
 
 from harness import pictures
 from harness.case import VantorelTestCase
-from harness.waiting import wait_for
+from harness.waiting import PATIENCE, wait_for
 from test_text_in_images import has_ended
 
 COLOURS = {"tiff": (0xa0, 0x00, 0xff), "webp": (0x00, 0x90, 0x40), "gif": (0xff, 0x40, 0x00),
            "bmp": (0x20, 0x20, 0x80), "jpeg": (0x60, 0x60, 0x00)}
 # Seconds: longer than a picture may take.
 PAST_THE_LIMIT = 40
+LONGEST_QUIT = 1.0
 
 
 def differ_little(one, other):
@@ -133,6 +135,13 @@ class DecodersThatFail(PictureTestCase):
         self.wait_for_picture(COLOURS["webp"], limit=PAST_THE_LIMIT)
         self.assertNotEqual(self.worker(), worker)
         self.assertEqual(self.vantorel.history.kinds(), ["image", "text", "image"])
+
+    def test_one_that_hangs_holds_up_no_quit(self):
+        os.kill(self.worker(), signal.SIGSTOP)
+        self.copy_picture("gif", COLOURS["gif"]).wait_until_asked("image/gif")
+        began = time.monotonic()
+        self.assertEqual(self.vantorel.quit(), 0)
+        self.assertLess(time.monotonic() - began, LONGEST_QUIT * PATIENCE)
 
     def test_one_that_dies_of_a_picture_is_followed_by_another(self):
         worker = self.worker()

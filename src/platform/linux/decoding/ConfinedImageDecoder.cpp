@@ -46,4 +46,6 @@ SharedBitmap ConfinedImageDecoder::bitmap(ByteView encoded, PixelSize fitting) c
 
 void ConfinedImageDecoder::stopShowing() { showing_->stop(); }
 
+void ConfinedImageDecoder::stopConverting() { converting_->stop(); }
+
 }  // namespace vantorel

@@ -22,6 +22,8 @@ class ConfinedImageDecoder : public ImageDecoder {
   /// From now on `bitmap` answers null, also where somebody waits for it: a slow picture must not
   /// hold up the program's end. Any thread, answers at once.
   void stopShowing();
+  /// The same for what an image is converted to, when nobody will be given any more.
+  void stopConverting();
 
  private:
   const std::shared_ptr<PictureWorker> converting_;  // shared with the images

@@ -1,5 +1,4 @@
 #include "platform/linux/desktop/LinuxDesktop.h"
-#include "platform/linux/confined/WorkerProgram.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -8,6 +7,7 @@
 
 #include "platform/linux/applications/DesktopEntries.h"
 #include "platform/linux/bus/DesktopNotifications.h"
+#include "platform/linux/confined/WorkerProgram.h"
 #include "platform/linux/decoding/ConfinedImageDecoder.h"
 #include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/DesktopColors.h"
@@ -155,7 +155,12 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(const Services& services, const
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));
 }
 
-void LinuxDesktop::stopShowing() { ports_->images.stopShowing(); }
+void LinuxDesktop::prepareToEnd() {
+  ports_->images.stopShowing();
+  // First: the clipboard manager may want a form that is yet to be made.
+  ports_->pasteboard->handOver();
+  ports_->images.stopConverting();
+}
 
 Desktop LinuxDesktop::ports() {
   return {

@@ -32,8 +32,9 @@ class LinuxDesktop {
 
   /// The ports; they end with this object.
   [[nodiscard]] Desktop ports();
-  /// The program is about to end: nobody waits any more for a picture to be shown.
-  void stopShowing();
+  /// The program is about to end: what it wrote is handed over, which takes 300 ms at most, and
+  /// then nobody waits any more for a picture.
+  void prepareToEnd();
 
  private:
   struct Ports;

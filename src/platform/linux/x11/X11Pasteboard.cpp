@@ -71,14 +71,17 @@ bool X11Pasteboard::start() {
 
 X11Pasteboard::~X11Pasteboard() {
   life_.end();
-  if (service_) {
-    const auto done = std::make_shared<std::promise<void>>();
-    thread_.post([this, done] { service_->handOver([done] { done->set_value(); }); });
-    (void)done->get_future().wait_for(SelectionService::handOverLimit * 2);
-  }
+  handOver();
   // In this order: the queue posts to the thread, and the thread queues on it.
   thread_.stop();
   imageQueue_.reset();
+}
+
+void X11Pasteboard::handOver() {
+  if (!service_ || std::exchange(handedOver_, true)) return;
+  const auto done = std::make_shared<std::promise<void>>();
+  thread_.post([this, done] { service_->handOver([done] { done->set_value(); }); });
+  (void)done->get_future().wait_for(SelectionService::handOverLimit * 2);
 }
 
 Pasteboard::ChangeCount X11Pasteboard::changeCount() const { return service_->changeCount(); }

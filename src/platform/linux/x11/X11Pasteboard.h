@@ -41,9 +41,12 @@ class X11Pasteboard : public Pasteboard {
                                                            const std::string& display = {}) {
     return open(services, display, Limits());
   }
-  /// Gives what this process wrote to the clipboard manager, if one runs and takes it within 300
-  /// ms, and ends. Reads under way never complete then.
+  /// Hands over, unless that was done, and ends. Reads under way never complete then.
   ~X11Pasteboard() override;
+
+  /// Gives what this process wrote to the clipboard manager, if one runs and takes it within 300
+  /// ms. Once, before the end; nothing is written after it.
+  void handOver();
 
   /// Owns PRIMARY too, with the present contents, for programs that paste only from there. True
   /// when both are ours; false when the clipboard holds nothing written by this process. Until
@@ -106,6 +109,7 @@ class X11Pasteboard : public Pasteboard {
   X11Thread thread_;
   std::unique_ptr<SelectionService> service_;
   std::unique_ptr<SerialQueue> imageQueue_;
+  bool handedOver_ = false;
   Lifetime life_;
 };
 

@@ -148,5 +148,13 @@ TEST_F(ConfinedImages, AtTheEndNothingIsShownButWhatWasCopiedIsStillMade) {
   EXPECT_TRUE(decoder_.decode(shared(tiff)));
 }
 
+TEST_F(ConfinedImages, AtTheVeryEndNothingIsMadeAnyMore) {
+  const auto image = decoder_.decode(shared(encoded(colourful(9, 9, Transparency::none), "jpg")));
+  ASSERT_TRUE(image);
+  decoder_.stopConverting();
+  EXPECT_EQ(image->pngData(), nullptr);
+  EXPECT_FALSE(decoder_.decode(shared(encoded(colourful(9, 9, Transparency::none), "tiff"))));
+}
+
 }  // namespace
 }  // namespace vantorel
