@@ -316,6 +316,12 @@ class Check(VantorelTestCase):
         self.assertEqual(self.desktop.keyring.item_count(), 0)
         self.assertEqual(sorted(os.listdir(self.desktop.home)), before)
 
+    def test_who_only_collects_items_is_no_tray(self):
+        tray = Tray(self.desktop, host=False)
+        self.assertEqual(self.assert_says("no   Tray"), 0)
+        tray.set_host(True)
+        self.assert_says("yes  Tray              there, for StatusNotifier items")
+
     def test_the_running_instance_and_a_tray_are_seen(self):
         Tray(self.desktop)
         self.vantorel.start()

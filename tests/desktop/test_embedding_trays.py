@@ -154,7 +154,16 @@ class Hosts(StatusMenuTestCase):
         newer.fall_silent()
         self.vantorel.start()
         self.old.wait_for_shape()
+        newer.speak_again()
+        self.old.wait_gone()
         newer.stop()
+        self.old.wait_for_shape()
+
+    def test_it_is_seen_while_the_bus_is_gone(self):
+        newer = Tray(self.desktop)
+        self.vantorel.start()
+        newer.wait_for_item()
+        self.desktop.bus.stop()
         self.old.wait_for_shape()
 
 

@@ -33,6 +33,7 @@ bool SessionBus::adopt(const QDBusConnection& connection) {
 void SessionBus::lost() {
   if (!connection_) return;
   connection_.reset();
+  emit left();
   lookForIt();
 }
 

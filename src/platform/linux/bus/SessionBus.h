@@ -31,6 +31,8 @@ class SessionBus : public QObject {
   /// There is another connection than before. What was exported and watched on the old one is to be
   /// exported and watched on this one.
   void rejoined();
+  /// The connection has ended, and nothing that was exported or watched on it is any more.
+  void left();
 
  private slots:
   void lost();

@@ -27,8 +27,12 @@ StatusNotifierTray::StatusNotifierTray(Services services, std::filesystem::path 
     : services_(services), iconThemes_(std::move(iconThemes)) {
   registerTrayTypes();
   QObject::connect(&services_.bus, &SessionBus::rejoined, &item_, [this] {
-    // Not before it is to be shown at all.
-    if (host_) join();
+    // Else with the next time that it is shown.
+    if (handlers_) join();
+  });
+  QObject::connect(&services_.bus, &SessionBus::left, &item_, [this] {
+    host_.reset();
+    if (onHost) onHost(false);
   });
   item_.onActivate = [this] {
     later([](const Handlers& handlers) {
@@ -87,13 +91,16 @@ void StatusNotifierTray::hide() {
 
 void StatusNotifierTray::join() {
   auto bus = services_.bus.connection();
-  if (!bus) {
+  constexpr auto everything = QDBusConnection::ExportAllContents;
+  if (!bus || !bus->registerObject(TrayItem::path, &item_, everything)) {
     if (onHost) onHost(false);
     return;
   }
-  constexpr auto everything = QDBusConnection::ExportAllContents;
-  if (!bus->registerObject(TrayItem::path, &item_, everything)) return;
-  if (!bus->registerObject(TrayItem::menuPath, &menu_, everything)) return;
+  if (!bus->registerObject(TrayItem::menuPath, &menu_, everything)) {
+    bus->unregisterObject(TrayItem::path);
+    if (onHost) onHost(false);
+    return;
+  }
   host_ = std::make_unique<TrayHost>(*bus);
   host_->onWatcher = [this] { registerWithWatcher(); };
   host_->onChange = [this](bool isThere) {

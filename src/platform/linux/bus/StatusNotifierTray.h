@@ -62,7 +62,7 @@ class StatusNotifierTray : public StatusItem {
   TrayMenu menu_;
   StatusImage image_;
   std::uint32_t ink_ = 0;
-  std::unique_ptr<TrayHost> host_;  // null until there was a bus
+  std::unique_ptr<TrayHost> host_;  // null while there is no bus
   Lifetime showing_;
 };
 

@@ -4,11 +4,14 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <chrono>
+#include <limits>
 
 namespace vantorel {
 namespace {
 
-constexpr int patience = 3000;  // milliseconds
+constexpr std::chrono::seconds patience{3};
+constexpr int withoutLimit = std::numeric_limits<int>::max();  // the library's word for it
 
 /// Some watchers are a tray themselves and know no such question.
 bool isNotUnderstood(const QDBusError& error) {
@@ -35,6 +38,9 @@ TrayHost::TrayHost(const QDBusConnection& bus)
   for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
     bus_.connect(watcher, watcherPath, watcher, signal, this, SLOT(ask()));
   }
+  silence_.setSingleShot(true);
+  silence_.setInterval(patience);
+  connect(&silence_, &QTimer::timeout, this, [this] { know(false); });
   ask();
 }
 
@@ -43,14 +49,16 @@ void TrayHost::ask() {
                                              "org.freedesktop.DBus.Properties", "Get");
   call.setAutoStartService(false);
   call << QString::fromLatin1(watcher) << QStringLiteral("IsStatusNotifierHostRegistered");
-  auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call, patience), this);
+  auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call, withoutLimit), this);
   connect(pending, &QDBusPendingCallWatcher::finished, this,
           [this, pending, question = ++questions_] {
             const QDBusPendingReply<QVariant> reply = *pending;
             pending->deleteLater();
             if (question != questions_) return;
+            silence_.stop();
             know(reply.isError() ? isNotUnderstood(reply.error()) : reply.value().toBool());
           });
+  silence_.start();
 }
 
 void TrayHost::know(bool isThere) {

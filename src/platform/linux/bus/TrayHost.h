@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QTimer>
 #include <functional>
 #include <optional>
 
@@ -10,7 +11,7 @@ namespace vantorel {
 
 /// Whether somebody shows the items that speak StatusNotifierItem: a watcher on the bus alone only
 /// collects them, for hosts that may come. Nobody waits for a watcher; one that does not answer
-/// within three seconds has no host. Main thread.
+/// within three seconds has no host until it does. Main thread.
 class TrayHost : public QObject {
   Q_OBJECT
 
@@ -33,6 +34,7 @@ class TrayHost : public QObject {
 
   QDBusConnection bus_;
   QDBusServiceWatcher names_;
+  QTimer silence_;  // while there is no answer to the last question
   std::optional<bool> isThere_;
   int questions_ = 0;  // an answer to an older one is none
 };

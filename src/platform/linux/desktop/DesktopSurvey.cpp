@@ -1,5 +1,4 @@
 #include "platform/linux/desktop/DesktopSurvey.h"
-#include "platform/linux/confined/WorkerProgram.h"
 
 #include <xcb/xfixes.h>
 #include <xcb/xtest.h>
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "platform/ApplicationId.h"
+#include "platform/linux/confined/WorkerProgram.h"
 #include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/Session.h"
 #include "platform/linux/glib/BusConnection.h"
@@ -43,7 +43,15 @@ class UntouchedFiles : public PosixFileSystem {
   static Error refusal() { return std::make_error_code(std::errc::read_only_file_system); }
 };
 
-/// The message bus's own answers.
+/// A program of another make knows no such question.
+bool isNotUnderstood(const GError* error) {
+  return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD) ||
+         g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_INTERFACE) ||
+         g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_PROPERTY) ||
+         g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS);
+}
+
+/// The answers of the message bus and of the tray on it.
 class Bus {
  public:
   explicit Bus(const std::string& address)
@@ -71,15 +79,44 @@ class Bus {
     return false;
   }
 
+  /// Whether somebody shows the items that a tray's watcher collects. One that is a tray itself
+  /// need not know the question.
+  [[nodiscard]] bool showsItems() {
+    constexpr const char* watcher = "org.kde.StatusNotifierWatcher";
+    GError* raw = nullptr;
+    const auto reply =
+        call({watcher, "/StatusNotifierWatcher", "org.freedesktop.DBus.Properties", "Get"},
+             g_variant_new("(ss)", watcher, "IsStatusNotifierHostRegistered"), &raw);
+    const ErrorPointer error(raw);
+    if (!reply) return isNotUnderstood(raw);
+    if (!g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(v)"))) return false;
+    GVariant* inner = nullptr;
+    g_variant_get(reply.get(), "(v)", &inner);
+    const VariantPointer value(inner);
+    return g_variant_is_of_type(inner, G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(inner);
+  }
+
  private:
+  struct Question {
+    const char* program;
+    const char* object;
+    const char* interface;
+    const char* method;
+  };
+
   VariantPointer ask(const char* method, GVariant* arguments) {
+    constexpr const char* bus = "org.freedesktop.DBus";
+    return call({bus, "/org/freedesktop/DBus", bus, method}, arguments, nullptr);
+  }
+
+  VariantPointer call(const Question& question, GVariant* arguments, GError** error) {
     const VariantPointer kept(arguments ? g_variant_ref_sink(arguments) : nullptr);
     const auto result = loop_.await(deadline_, [&](auto* cancellable, auto done, gpointer slot) {
-      g_dbus_connection_call(connection_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                             "org.freedesktop.DBus", method, kept.get(), nullptr,
-                             G_DBUS_CALL_FLAGS_NONE, -1, cancellable, done, slot);
+      g_dbus_connection_call(connection_.get(), question.program, question.object,
+                             question.interface, question.method, kept.get(), nullptr,
+                             G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, cancellable, done, slot);
     });
-    return VariantPointer(g_dbus_connection_call_finish(connection_.get(), result.get(), nullptr));
+    return VariantPointer(g_dbus_connection_call_finish(connection_.get(), result.get(), error));
   }
 
   const Deadline deadline_ = std::chrono::steady_clock::now() + patience;
@@ -95,9 +132,10 @@ void lookAtBus(DesktopFacts& facts) {
   facts.hasSessionBus = bus.answers();
   if (!facts.hasSessionBus) return;
   facts.isRunning = bus.has(applicationId::name);
-  if (bus.has("org.kde.StatusNotifierWatcher")) facts.tray = DesktopFacts::Tray::items;
   constexpr auto portal = "org.freedesktop.portal.Desktop";
   facts.hasSettingsPortal = bus.has(portal) || bus.starts(portal);
+  // Last: a tray that is silent takes all the time that is left.
+  if (bus.showsItems()) facts.tray = DesktopFacts::Tray::items;
 }
 
 std::string windowManager(X11Connection& x11) {
