@@ -47,7 +47,8 @@ void DesktopNotifications::send() {
     actions << QString::fromLatin1(actionKey) << QString::fromStdString(wanted_->action);
   }
   auto message = call("Notify");
-  message << QStringLiteral("Vantorel") << shown_.value_or(0) << QString(applicationId::name)
+  replaced_ = shown_.value_or(0);
+  message << QStringLiteral("Vantorel") << replaced_ << QString(applicationId::name)
           << QString::fromStdString(wanted_->title)
           << QString::fromStdString(wanted_->body).toHtmlEscaped() << actions
           << QVariantMap{{QStringLiteral("desktop-entry"), QString(applicationId::name)}}
@@ -72,8 +73,8 @@ void DesktopNotifications::answered(int number, const QDBusPendingCall& call) {
   } else if (isLatest) {
     isTaken_ = true;
     shown_ = reply.value();
-  } else {
-    close(reply.value());
+  } else if (!wanted_ || reply.value() != replaced_) {
+    close(reply.value());  // else the latest is, or will be, shown in its place
   }
 }
 

@@ -47,6 +47,7 @@ class DesktopNotifications : public QObject, public Notifications {
   bool isAsked_ = false;                // for an answer
   bool cameMeanwhile_ = false;          // a service
   std::optional<unsigned> shown_;       // what the service calls it
+  unsigned replaced_ = 0;               // by what was posted last; 0 for none
   int posted_ = 0;                      // whose answer is awaited
   std::function<void()> onAction_;
 };
