@@ -150,6 +150,22 @@ TEST_F(UnlockPromptTest, UnlockingByAnotherProgramIsAnnouncedToo) {
   EXPECT_EQ(found(), "the secret");
 }
 
+TEST_F(UnlockPromptTest, AServiceThatEndedWhileItAskedIsAskedWhenItIsBack) {
+  prepare();
+  ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
+  ASSERT_TRUE(waitUntil([this] { return ready_; }));
+  keyring_->end();
+  ASSERT_TRUE(waitUntil([] { return !PromptDisplay::asks(); }));
+  keyring_.reset();
+  keyring_ = std::make_unique<PrivateKeyring>(PrivateKeyring::State::locked);
+  keychain_->letAsk();
+  ready_ = false;
+  prepare();
+  ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
+  ASSERT_TRUE(PromptDisplay::enterPassword(PrivateKeyring::password));
+  ASSERT_TRUE(waitUntil([this] { return unlockedCalls_ > 0 || found() == "the secret"; }));
+}
+
 TEST_F(UnlockPromptTest, EndingWhileTheQuestionIsOpenLeavesNothingBehind) {
   prepare();
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));

@@ -50,6 +50,17 @@ KeyringAnswer<KeyringPrompts::Answer> KeyringPrompts::perform(const ObjectPath& 
   return answer;
 }
 
+void KeyringPrompts::giveUp() {
+  for (auto& [path, prompt] : prompts_) prompt.completed = true;
+  std::erase_if(prompts_, [](const auto& entry) {
+    const Prompt& prompt = entry.second;
+    if (!prompt.awaited) {
+      g_dbus_connection_signal_unsubscribe(prompt.connection.get(), prompt.subscription);
+    }
+    return !prompt.awaited;
+  });
+}
+
 void KeyringPrompts::completed(GDBusConnection* /*connection*/, const gchar* /*sender*/,
                                const gchar* path, const gchar* /*interface*/,
                                const gchar* /*signal*/, GVariant* arguments, gpointer slot) {

@@ -27,6 +27,9 @@ class KeyringPrompts {
   /// Whether a question is open.
   [[nodiscard]] bool isAsking() const { return !prompts_.empty(); }
   [[nodiscard]] KeyringAnswer<Answer> perform(const ObjectPath& prompt);
+  /// The service that asked is gone: nobody answers its questions any more. One that `perform`
+  /// waits for is refused.
+  void giveUp();
 
  private:
   struct Prompt {

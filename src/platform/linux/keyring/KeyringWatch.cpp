@@ -33,8 +33,9 @@ bool hasOwner(GVariant* nameOwnerChanged) {
 
 }  // namespace
 
-KeyringWatch::KeyringWatch(KeyringBus& bus, std::function<void(KeyringNews)> heard)
-    : bus_(bus), heard_(std::move(heard)) {}
+KeyringWatch::KeyringWatch(KeyringBus& bus, std::function<void(KeyringNews)> heard,
+                           std::function<void()> replaced)
+    : bus_(bus), heard_(std::move(heard)), replaced_(std::move(replaced)) {}
 
 KeyringWatch::~KeyringWatch() { end(); }
 
@@ -53,7 +54,10 @@ void KeyringWatch::listen() {
   };
   const auto came = [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,
                        GVariant* arguments, gpointer self) {
-    if (hasOwner(arguments)) static_cast<KeyringWatch*>(self)->heard_(KeyringNews::arrived);
+    if (!hasOwner(arguments)) return;
+    const auto& watch = *static_cast<KeyringWatch*>(self);
+    watch.replaced_();
+    watch.heard_(KeyringNews::arrived);
   };
   // Services differ in which of the first two they send for a lock.
   hear(KeyringBus::serviceName, "org.freedesktop.DBus.Properties", "PropertiesChanged",

@@ -19,7 +19,9 @@ enum class KeyringNews { changed, arrived };
 /// starts no service. On the keyring's thread.
 class KeyringWatch {
  public:
-  KeyringWatch(KeyringBus& bus, std::function<void(KeyringNews)> heard);
+  /// `replaced` is called before that news of another service than the one that was there.
+  KeyringWatch(KeyringBus& bus, std::function<void(KeyringNews)> heard,
+               std::function<void()> replaced);
   ~KeyringWatch();
   KeyringWatch(const KeyringWatch&) = delete;
   KeyringWatch& operator=(const KeyringWatch&) = delete;
@@ -49,6 +51,7 @@ class KeyringWatch {
 
   KeyringBus& bus_;
   std::function<void(KeyringNews)> heard_;
+  std::function<void()> replaced_;
   ObjectPointer<GDBusConnection> connection_;
   std::vector<guint> subscriptions_;
   ObjectPointer<GCancellable> question_;  // while it waits for its answer

@@ -70,13 +70,18 @@ SecretServiceBus::SecretServiceBus(GlibThread& thread, std::function<void(Keyrin
                                    std::function<void()> secretAhead)
     : bus_(thread),
       secretAhead_(std::move(secretAhead)),
-      watch_(bus_, heard),
+      watch_(bus_, heard,
+             [this] {
+               prompts_.giveUp();
+               asked_.clear();
+             }),
       prompts_(bus_, [heard = std::move(heard)] { heard(KeyringNews::arrived); }) {}
 
 SecretServiceBus::~SecretServiceBus() = default;
 
 void SecretServiceBus::begin(Deadline deadline) {
   session_.reset();
+  mayMakeCollection_ = std::exchange(isLet_, false);
   bus_.setDeadline(deadline);
 }
 
@@ -127,7 +132,7 @@ KeyringAnswer<UnlockOutcome> SecretServiceBus::unlock(const ObjectPath& object) 
 void SecretServiceBus::letAsk() {
   if (prompts_.isAsking()) return;  // see `unlock`
   asked_.clear();
-  mayMakeCollection_ = true;
+  isLet_ = true;
 }
 
 KeyringAnswer<UnlockOutcome> SecretServiceBus::makeDefaultCollection() {

@@ -30,6 +30,7 @@ class SecretServiceBus : public KeyringService {
   void setDeadline(Deadline deadline) { bus_.setDeadline(deadline); }
 
   /// The user wants to be asked, also for what has been asked for already: each question once more.
+  /// Only the next piece of work may make a collection.
   void letAsk();
 
   /// To be told when the service answers, or has a default collection, or has unlocked it.
@@ -66,7 +67,8 @@ class SecretServiceBus : public KeyringService {
   KeyringWatch watch_;
   KeyringPrompts prompts_;
   std::set<ObjectPath> asked_;
-  bool mayMakeCollection_ = false;
+  bool isLet_ = false;                       // make a collection, by the next piece of work
+  bool mayMakeCollection_ = false;           // the current one
   std::unique_ptr<KeyringSession> session_;  // of the current piece of work
 };
 
