@@ -27,8 +27,9 @@ const QString path = QStringLiteral("/org/freedesktop/Notifications");
 class SlowService : public QDBusVirtualObject {
  public:
   SlowService()
-      : bus_(QDBusConnection::connectToBus(QString::fromLocal8Bit(qgetenv("DBUS_SESSION_BUS_ADDRESS")),
-                                           QStringLiteral("slow service"))) {
+      : bus_(QDBusConnection::connectToBus(
+            QString::fromLocal8Bit(qgetenv("DBUS_SESSION_BUS_ADDRESS")),
+            QStringLiteral("slow service"))) {
     bus_.registerVirtualObject(path, this);
     bus_.registerService(service);
   }
@@ -43,7 +44,9 @@ class SlowService : public QDBusVirtualObject {
     return true;
   }
 
-  void answer(std::size_t number, unsigned id) const { bus_.send(posted.at(number).createReply(id)); }
+  void answer(std::size_t number, unsigned id) const {
+    bus_.send(posted.at(number).createReply(id));
+  }
   void press(unsigned id) const {
     auto signal = QDBusMessage::createSignal(path, service, QStringLiteral("ActionInvoked"));
     signal << id << QStringLiteral("act");
