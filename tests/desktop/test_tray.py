@@ -132,7 +132,7 @@ class InstalledProgram(TrayTestCase):
     def test_a_login_starts_the_installed_program(self):
         self.tray.click("Launch at Login")
         self.vantorel.wait_for_notice("Vantorel will launch at login.")
-        self.assertIn(f"\nExec={self.path('prefix', 'bin', 'vantorel')}\n",
+        self.assertIn(f"\nExec={self.path('prefix', 'bin', 'vantorel')} --background\n",
                       self.read_autostart_entry())
 
 

@@ -112,15 +112,27 @@ def _answer(request):
     return element.get_action_iface().do_action(0)
 
 
+def _serve(loop):
+    line = sys.stdin.readline()
+    if not line:
+        loop.quit()
+        return False
+    try:
+        answer = {"answer": _answer(json.loads(line))}
+    except (GLib.Error, AttributeError, TypeError) as problem:
+        # The tree may change while it is read: the asker asks again.
+        answer = {"problem": str(problem)}
+    print(json.dumps(answer), flush=True)
+    return True
+
+
 def _main():
     Atspi.init()
-    for line in sys.stdin:
-        try:
-            answer = {"answer": _answer(json.loads(line))}
-        except (GLib.Error, AttributeError, TypeError) as problem:
-            # The tree may change while it is read: the asker asks again.
-            answer = {"problem": str(problem)}
-        print(json.dumps(answer), flush=True)
+    loop = GLib.MainLoop()
+    # Events are looked at as they come: what they tell of may be gone by the next question.
+    GLib.io_add_watch(sys.stdin.fileno(), GLib.PRIORITY_DEFAULT,
+                      GLib.IOCondition.IN | GLib.IOCondition.HUP, lambda *_: _serve(loop))
+    loop.run()
 
 
 if __name__ == "__main__":

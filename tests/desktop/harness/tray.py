@@ -51,7 +51,7 @@ class Tray:
 
     def _tool_tip(self):
         try:
-            return self.item()["toolTip"]
+            return (self.item() or {}).get("toolTip")
         except AssertionError:
             return None  # the item's program has ended
 
