@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <cstdio>
 #include <span>
+#include <utility>
 
 #include "app/CommandLine.h"
 #include "app/DesktopReport.h"
@@ -54,7 +55,7 @@ int main(int argc, char** argv) {
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;
 
-  const auto session = Session::find(processEnvironment);
+  auto session = Session::find(processEnvironment);
   if (const auto refusal = session.refusal(); !refusal.empty()) {
     std::fprintf(stderr, "vantorel: %s\n", refusal.c_str());
     return 1;
@@ -88,8 +89,8 @@ int main(int argc, char** argv) {
   ApplicationService service(dispatch, bus, offeredActions());
   if (const auto status = instance.endsWithToolkit(service)) return *status;
 
-  const auto desktop =
-      LinuxDesktop::open({dispatch, keychain, bus, portal, instance.historyLock()}, session);
+  const auto desktop = LinuxDesktop::open({dispatch, keychain, bus, portal, instance.historyLock()},
+                                          std::move(session));
   if (!desktop) {
     std::fputs("vantorel: the X server lacks what a clipboard history needs.\n", stderr);
     return 1;

@@ -39,19 +39,21 @@ Finding display(const DesktopFacts& facts) {
 /// then.
 Finding clipboard(const DesktopFacts& facts) {
   std::string says = facts.clipboardProtocol;
-  if (facts.isWayland) {
+  if (facts.isClipboardBridged) {
     says += ", so far as the compositor hands it on: some do only while an X11 window is in front";
   }
   return {.subject = "Clipboard", .isThere = true, .says = std::move(says)};
 }
 
 Finding sources(const DesktopFacts& facts) {
+  const bool areTold = !facts.isWayland || !facts.windowsProtocol.empty();
+  std::string says = "by their X11 windows";
+  if (facts.isWayland && areTold) says += " and the compositor's (" + facts.windowsProtocol + ")";
+  if (!areTold) says = "none is told but X11 programs: where other copies come from is unknown";
   return {.subject = "Applications",
           .weight = Weight::extra,
-          .isThere = !facts.isWayland,
-          .says = facts.isWayland ? "none is told but X11 programs: where other copies come from "
-                                    "is unknown"
-                                  : "by their X11 windows",
+          .isThere = areTold,
+          .says = std::move(says),
           .remedy = "Excluding an application cannot keep its copies out; pause instead."};
 }
 

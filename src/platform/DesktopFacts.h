@@ -25,6 +25,8 @@ struct DesktopFacts {
   bool canPressKeys = false;
   // What the ports speak, with its version.
   std::string clipboardProtocol;
+  std::string windowsProtocol = {};  // empty: X11 windows alone are told
+  bool isClipboardBridged = false;   // told only of what another window system hands on
   std::string keysProtocol;
   Tray tray = Tray::none;
   bool hasSettingsPortal = false;

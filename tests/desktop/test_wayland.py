@@ -1,10 +1,11 @@
 """The program in a Wayland session, with the X server that stands inside of it."""
 
+import time
 import unittest
 
 from harness.case import VantorelTestCase
 from harness.sway import SwayDesktop, leave_root
-from harness.vantorel import program_path
+from harness.vantorel import NO_TARGET_NOTICE, program_path
 from harness.waiting import wait_for
 
 
@@ -16,32 +17,36 @@ class WaylandTestCase(VantorelTestCase):
     desktop_class = SwayDesktop
     autostart = False
 
+    def start(self):
+        """Starts the program and copies until it takes notice."""
+        self.vantorel.start(capturing=False)
+        attempts = []
 
-class ThroughXwayland(WaylandTestCase):
-    def test_check_says_where_it_is(self):
+        def noticed():
+            if not attempts or time.monotonic() - attempts[-1] > 0.6:
+                attempts.append(time.monotonic())
+                self.desktop.copy(f"attempt {len(attempts)}")
+            return self.vantorel.history.texts()
+
+        wait_for("the program to capture", noticed)
+
+
+class Session(WaylandTestCase):
+    def test_check_says_what_there_is(self):
         text = self.desktop.run([program_path(), "--check"]).stdout.decode()
         self.assertIn("yes  Display           Xwayland in a Wayland session", text)
+        self.assertRegex(text, "yes  Clipboard         the compositor's .*_data_control_manager_v1")
         self.assertIn("no   Shortcut          only the compositor has keys", text)
-        self.assertIn("no   Applications", text)
+        self.assertRegex(text, "yes  Applications .*foreign_toplevel_manager_v1 3")
 
     def test_the_toolkit_the_user_names_is_not_the_one_for_this_desktop(self):
         self.desktop.env["QT_QPA_PLATFORM"] = "wayland"
-        self.vantorel.start(capturing=False)
-        self.vantorel.wait_until_on_bus()
+        self.start()
         self.assertEqual(self.vantorel.command("--toggle").returncode, 0)
         self.vantorel.wait_for_panel()
 
-    def test_a_copy_of_a_wayland_program_has_no_x11_source(self):
-        self.vantorel.start(capturing=False)
-        self.vantorel.wait_until_on_bus()
-        self.open_x11_window()
-        self.desktop.copy("from beyond")
-        self.vantorel.wait_for_newest("from beyond")
-        self.assertNotIn("sourceBundleIdentifier", self.vantorel.newest())
-
     def test_new_entries_show_in_the_open_panel_wherever_the_pointer_was_last(self):
-        self.vantorel.start(capturing=False)
-        self.vantorel.wait_until_on_bus()
+        self.start()
         self.vantorel.command("--toggle")
         self.vantorel.wait_for_panel()
         self.desktop.copy("while it is open")
@@ -51,9 +56,65 @@ class ThroughXwayland(WaylandTestCase):
         self.vantorel.start(capturing=False)
         self.vantorel.wait_for_notice("Could not enable the keyboard shortcut.")
 
-    def open_x11_window(self):
-        self.desktop.start("xterm", ["xterm", "-class", "Plain", "-e", "sleep", "1000"])
-        wait_for("an X11 window in front", lambda: self.desktop.front() == "Plain")
+
+class Clipboards(WaylandTestCase):
+    def install(self, application, name):
+        self.file(".local", "share", "applications", f"{application}.desktop",
+                  contents=f"[Desktop Entry]\nType=Application\nName={name}\nExec=true\n".encode())
+
+    def test_a_copy_is_of_the_application_in_front(self):
+        self.install("org.acme.Notes", "Acme Notes")
+        self.start()
+        self.desktop.open_window("org.acme.Notes")
+        self.desktop.copy("a note")
+        self.vantorel.wait_for_newest("a note")
+        self.assertEqual(self.vantorel.newest()["sourceBundleIdentifier"], "org.acme.Notes")
+        self.assertEqual(self.vantorel.newest()["sourceAppName"], "Acme Notes")
+        self.desktop.open_window("unknown")
+        self.desktop.copy("from elsewhere")
+        self.vantorel.wait_for_newest("from elsewhere")
+        self.assertEqual(self.vantorel.newest()["sourceBundleIdentifier"], "unknown")
+
+    def test_an_excluded_application_is_not_read(self):
+        self.vantorel.set_defaults({"privacy.excludedBundleIDs": ["org.acme.notes"]})
+        self.start()
+        self.desktop.open_window("org.acme.Notes")
+        self.desktop.copy("excluded")
+        self.desktop.open_window("other")
+        self.desktop.copy("included")
+        self.vantorel.wait_for_newest("included")
+        self.assertNotIn("excluded", self.vantorel.history.texts())
+
+    def test_each_of_many_copies_is_kept(self):
+        self.start()
+        texts = [f"copy {number}" for number in range(10)]
+        for text in texts:
+            self.desktop.copy(text)
+            self.vantorel.wait_for_newest(text)
+
+    def test_what_a_password_program_marks_is_not_kept(self):
+        self.vantorel.set_defaults({"privacy.ignorePasswordManagers": True})
+        self.start()
+        self.desktop.copy("secret", mime="x-kde-passwordManagerHint")
+        self.desktop.copy("next")
+        self.vantorel.wait_for_newest("next")
+        self.assertNotIn("secret", self.vantorel.history.texts())
+
+    def test_a_chosen_entry_is_pasted_by_wayland_programs(self):
+        self.start()
+        self.desktop.open_window("org.acme.Notes")
+        for text in ("first", "second"):
+            self.desktop.copy(text)
+            self.vantorel.wait_for_newest(text)
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        self.desktop.keyboard.chord("Down")
+        self.desktop.keyboard.chord("Return")
+        wait_for("the window to be in front again",
+                 lambda: self.desktop.front() == "org.acme.Notes")
+        wait_for("the entry on the clipboard", lambda: self.desktop.read() == "first",
+                 describe=self.desktop.read)
+        self.vantorel.wait_for_notice(NO_TARGET_NOTICE)
 
 
 class WithoutXServer(WaylandTestCase):

@@ -45,9 +45,9 @@ class SwayDesktop(PrivateDesktop):
         answer.check_returncode()
         return json.loads(answer.stdout or b"null")
 
-    def copy(self, text):
+    def copy(self, text, mime="text/plain;charset=utf-8"):
         """Copies in a Wayland program that has no window."""
-        self.run(["wl-copy"], stdin=None, input=text.encode(),
+        self.run(["wl-copy", "--type", mime], stdin=None, input=text.encode(),
                  capture_output=False).check_returncode()
 
     def read(self, mime="text/plain;charset=utf-8"):

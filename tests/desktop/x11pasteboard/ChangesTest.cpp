@@ -82,6 +82,31 @@ class X11PasteboardChanges : public PasteboardFixture {
   ScriptedOwner owner{server->display()};
 };
 
+TEST_F(X11PasteboardChanges, WhatTheManagerInsideOfACompositorOwnsIsBridged) {
+  pasteboard =
+      X11Pasteboard::open({loop, decoder, SelectionService::Bridge::compositor}, server->display());
+  copy(owner);
+  EXPECT_FALSE(pasteboard->isBridged(now()));
+
+  Requestor manager(server->display());
+  auto& connection = manager.connection();
+  const auto clipboard =
+      connection.reply(xcb_get_selection_owner_reply,
+                       xcb_get_selection_owner(connection.xcb(), connection.atom("CLIPBOARD")));
+  ASSERT_TRUE(clipboard);
+  EXPECT_FALSE(connection.error(xcb_change_property_checked(
+      connection.xcb(), XCB_PROP_MODE_REPLACE, connection.root(),
+      connection.atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 32, 1, &clipboard->owner)));
+  copy(owner);
+  EXPECT_TRUE(pasteboard->isBridged(now()));
+  EXPECT_FALSE(pasteboard->isBridged(now() - 1));
+
+  ScriptedOwner program(server->display());
+  program.offer("UTF8_STRING", "of a program");
+  copy(program);
+  EXPECT_FALSE(pasteboard->isBridged(now()));
+}
+
 TEST_F(X11PasteboardChanges, AnotherProgramsCopyIsCountedAndAnnounced) {
   const auto before = now();
   owner.own();

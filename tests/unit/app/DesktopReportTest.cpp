@@ -105,6 +105,7 @@ TEST(DesktopReport, EachKindOfTrayIsOne) {
 TEST(DesktopReport, InsideOfACompositorItSaysWhatAnXServerDoesNotReach) {
   auto facts = wholeDesktop();
   facts.isWayland = true;
+  facts.isClipboardBridged = true;
   facts.shortcut = DesktopFacts::Shortcut::absent;
   const auto inside = report(facts);
   EXPECT_TRUE(inside.isEnough);
@@ -115,6 +116,24 @@ TEST(DesktopReport, InsideOfACompositorItSaysWhatAnXServerDoesNotReach) {
   EXPECT_THAT(inside.text, HasSubstr("run vantorel --toggle"));
   EXPECT_THAT(inside.text, Not(HasSubstr("Super+V")));
   EXPECT_THAT(inside.text, HasSubstr("into windows of X11 programs"));
+}
+
+TEST(DesktopReport, AClipboardOfTheCompositorsOwnIsWhole) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  facts.clipboardProtocol = "the compositor's (ext_data_control_manager_v1 1)";
+  EXPECT_THAT(
+      report(facts).text,
+      HasSubstr("yes  Clipboard         the compositor's (ext_data_control_manager_v1 1)\n"));
+}
+
+TEST(DesktopReport, WindowsThatTheCompositorTellsOfAreSources) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  facts.windowsProtocol = "zwlr_foreign_toplevel_manager_v1 3";
+  EXPECT_THAT(report(facts).text,
+              HasSubstr("yes  Applications      by their X11 windows and the compositor's "
+                        "(zwlr_foreign_toplevel_manager_v1 3)\n"));
 }
 
 TEST(DesktopReport, ACompositorWithoutAnXServerHasNoPlaceForTheWindows) {

@@ -18,6 +18,8 @@
 #include "platform/linux/settings/JsonUserDefaults.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
+#include "platform/linux/wayland/DataControl.h"
+#include "platform/linux/wayland/ForeignToplevels.h"
 #include "platform/linux/x11/TrayManager.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11KeyGrabber.h"
@@ -170,7 +172,13 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
   auto x11 = X11Connection::open();
   if (!x11 || !x11->extension(xcb_xfixes_id)) return;
   facts.hasWindowSystem = true;
-  facts.clipboardProtocol = "X11 selections (" + xfixes(*x11) + ")";
+  const auto dataControl = session.wayland ? DataControl::protocol(*session.wayland) : std::nullopt;
+  facts.clipboardProtocol = dataControl ? "the compositor's (" + *dataControl + ")"
+                                        : "X11 selections (" + xfixes(*x11) + ")";
+  if (session.wayland) {
+    facts.windowsProtocol = ForeignToplevels::protocol(*session.wayland).value_or("");
+  }
+  facts.isClipboardBridged = isInside && !dataControl;
   facts.windowManager = windowManager(*x11);
   const auto compositor = x11->atom("_NET_WM_CM_S" + std::to_string(x11->screenNumber()));
   const auto owner =

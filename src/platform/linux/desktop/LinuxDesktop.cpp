@@ -9,6 +9,7 @@
 #include "platform/linux/bus/DesktopNotifications.h"
 #include "platform/linux/confined/WorkerProgram.h"
 #include "platform/linux/decoding/ConfinedImageDecoder.h"
+#include "platform/linux/desktop/CompositorWorkspace.h"
 #include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/DesktopColors.h"
 #include "platform/linux/desktop/LinuxStatusItem.h"
@@ -19,6 +20,7 @@
 #include "platform/linux/start/HistoryLock.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
+#include "platform/linux/wayland/DataControlPasteboard.h"
 #include "platform/linux/windows/AbsentHotKeys.h"
 #include "platform/linux/windows/KeyCodeTable.h"
 #include "platform/linux/x11/X11DesktopSettings.h"
@@ -47,12 +49,20 @@ std::filesystem::path installedIconThemes(const std::filesystem::path& program) 
 }  // namespace
 
 struct LinuxDesktop::Ports {
-  Ports(const Services& services, const Session& session)
+  Ports(const Services& services, Session session)
       : dispatch(services.dispatch),
         keychain(services.keychain),
         bus(services.bus),
         historyLock(services.historyLock),
-        isInsideWayland(session.windows == Session::Windows::xwayland) {}
+        isInsideWayland(session.windows == Session::Windows::xwayland),
+        compositorClipboard(
+            DataControlPasteboard::open({services.dispatch, images}, std::move(session.wayland))) {
+    if (!compositorClipboard) x11Clipboard = openX11Clipboard();
+    if (x11Workspace) {
+      compositorWorkspace =
+          CompositorWorkspace::open(dispatch, *x11Workspace, session.connectAgain());
+    }
+  }
 
   Dispatch& dispatch;
   Keychain& keychain;
@@ -78,10 +88,12 @@ struct LinuxDesktop::Ports {
   X11EventMonitors monitors{dispatch, {}, [this] { return statusItem.isUnderPointer(); }};
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<X11DesktopSettings> accessibility = X11DesktopSettings::open(dispatch);
-  std::unique_ptr<X11Pasteboard> pasteboard =
-      X11Pasteboard::open({dispatch, images, isInsideWayland ? Bridge::compositor : Bridge::none});
-  std::unique_ptr<X11Workspace> workspace =
+  // One of the two: an X server inside of a compositor knows of some of the copies alone.
+  std::unique_ptr<DataControlPasteboard> compositorClipboard;
+  std::unique_ptr<X11Pasteboard> x11Clipboard;
+  std::unique_ptr<X11Workspace> x11Workspace =
       X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));
+  std::unique_ptr<CompositorWorkspace> compositorWorkspace;  // around the other
   MimeTypeDatabase types{MimeTypeDatabase::directories(processEnvironment)};
   LinuxFileThumbnails fileThumbnails{
       dispatch,
@@ -107,6 +119,32 @@ struct LinuxDesktop::Ports {
     return std::make_unique<QtScreens>();
   }
 
+  [[nodiscard]] std::unique_ptr<X11Pasteboard> openX11Clipboard() const {
+    return X11Pasteboard::open(
+        {dispatch, images, isInsideWayland ? Bridge::compositor : Bridge::none});
+  }
+
+  [[nodiscard]] Pasteboard* pasteboard() const {
+    if (compositorClipboard) return compositorClipboard.get();
+    return x11Clipboard.get();
+  }
+
+  [[nodiscard]] Workspace& workspace() const {
+    if (compositorWorkspace) return *compositorWorkspace;
+    return *x11Workspace;
+  }
+
+  [[nodiscard]] std::unique_ptr<X11SyntheticInput> openInput() const {
+    auto& applications = x11Workspace->applications();
+    if (compositorClipboard) {
+      return std::make_unique<X11SyntheticInput>(
+          dispatch, applications, [this] { return compositorClipboard->alsoOfferPrimary(); });
+    }
+    return std::make_unique<X11SyntheticInput>(
+        dispatch, applications, [this] { return x11Clipboard->alsoOfferPrimary(); },
+        [this](xcb_window_t window) { return x11Clipboard->isListedTo(window); });
+  }
+
   /// What an X server inside of a compositor grabs holds over the windows of X11 programs alone.
   [[nodiscard]] std::unique_ptr<HotKeys> openHotKeys() const {
     if (isInsideWayland) return std::make_unique<AbsentHotKeys>();
@@ -120,12 +158,12 @@ struct LinuxDesktop::Ports {
     icons.emplace(
         dispatch,
         ThemeIcons::Sources{files, images, themes, types, std::make_shared<PosixFileSystem>(),
-                            [this] { return workspace->desktopEntries().index(); }},
+                            [this] { return x11Workspace->desktopEntries().index(); }},
         ThemeIcons::Sides{.application = applicationIconSide(scale)});
   }
 
   [[nodiscard]] bool areComplete() const {
-    return accessibility && pasteboard && workspace && input && hotKeys;
+    return accessibility && pasteboard() && x11Workspace && input && hotKeys;
   }
 };
 
@@ -133,20 +171,13 @@ LinuxDesktop::LinuxDesktop(std::unique_ptr<Ports> ports) : ports_(std::move(port
 
 LinuxDesktop::~LinuxDesktop() = default;
 
-std::unique_ptr<LinuxDesktop> LinuxDesktop::open(const Services& services, const Session& session) {
-  auto ports = std::make_unique<Ports>(services, session);
+std::unique_ptr<LinuxDesktop> LinuxDesktop::open(const Services& services, Session session) {
+  auto ports = std::make_unique<Ports>(services, std::move(session));
   if (ports->defaults.areLost()) {
     std::fputs("vantorel: the settings cannot be read; nothing is recorded until resumed.\n",
                stderr);
   }
-  if (ports->pasteboard && ports->workspace) {
-    ports->input = std::make_unique<X11SyntheticInput>(
-        services.dispatch, ports->workspace->applications(),
-        [pasteboard = ports->pasteboard.get()] { return pasteboard->alsoOfferPrimary(); },
-        [pasteboard = ports->pasteboard.get()](xcb_window_t window) {
-          return pasteboard->isListedTo(window);
-        });
-  }
+  if (ports->pasteboard() && ports->x11Workspace) ports->input = ports->openInput();
   if (!ports->areComplete()) return nullptr;
   ports->backdrops.emplace(*ports->accessibility);
   ports->colors.emplace(*ports->accessibility, services.bus, services.portal,
@@ -158,7 +189,7 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(const Services& services, const
 void LinuxDesktop::prepareToEnd() {
   ports_->images.stopShowing();
   // First: the clipboard manager may want a form that is yet to be made.
-  ports_->pasteboard->handOver();
+  if (ports_->x11Clipboard) ports_->x11Clipboard->handOver();
   ports_->images.stopConverting();
 }
 
@@ -169,8 +200,8 @@ Desktop LinuxDesktop::ports() {
       .distantFiles = ports_->distantFiles,
       .keychain = ports_->keychain,
       .defaults = ports_->defaults,
-      .pasteboard = *ports_->pasteboard,
-      .workspace = *ports_->workspace,
+      .pasteboard = *ports_->pasteboard(),
+      .workspace = ports_->workspace(),
       .input = *ports_->input,
       .hotKeys = *ports_->hotKeys,
       .loginItem = ports_->loginItem,

@@ -25,7 +25,7 @@ class LinuxDesktop {
   /// Null when the X server cannot be reached. Needs the toolkit's application object; all outlive
   /// the result.
   [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(const Services& services,
-                                                          const Session& session);
+                                                          Session session);
   ~LinuxDesktop();
   LinuxDesktop(const LinuxDesktop&) = delete;
   LinuxDesktop& operator=(const LinuxDesktop&) = delete;

@@ -19,12 +19,17 @@ Session Session::find(const EnvironmentLookup& environment) {
   Session session;
   const auto display = environment("WAYLAND_DISPLAY");
   if (display && !display->empty()) session.wayland = WaylandConnection::open(*display);
+  if (session.wayland) session.waylandDisplay_ = *display;
   const auto x11 = X11Connection::open();
   if (x11) {
     const bool isInside = session.wayland || saysThatItIsXwayland(*x11);
     session.windows = isInside ? Windows::xwayland : Windows::x11;
   }
   return session;
+}
+
+std::unique_ptr<WaylandConnection> Session::connectAgain() const {
+  return waylandDisplay_.empty() ? nullptr : WaylandConnection::open(waylandDisplay_);
 }
 
 std::string Session::refusal() const {

@@ -19,6 +19,8 @@ struct Session {
   Windows windows = Windows::none;
   /// Null where `WAYLAND_DISPLAY` names nobody who answers.
   std::unique_ptr<WaylandConnection> wayland = nullptr;
+  /// Another connection to the same compositor, for a thread of its own; null where there is none.
+  [[nodiscard]] std::unique_ptr<WaylandConnection> connectAgain() const;
 
   /// Waits for the window systems alone; asks no Wayland compositor where the environment names
   /// none.
@@ -26,6 +28,9 @@ struct Session {
 
   /// Why no window can be shown, and what to do, as one line; empty when one can.
   [[nodiscard]] std::string refusal() const;
+
+ private:
+  std::string waylandDisplay_;  // empty where nobody answers
 };
 
 }  // namespace vantorel

@@ -53,8 +53,7 @@ bool WaylandConnection::waitAndHandle(int milliseconds) {
   while (wl_display_prepare_read(display_) != 0) {
     if (wl_display_dispatch_pending(display_) < 0) return false;
   }
-  // What does not fit into the socket now goes out in a later turn.
-  const bool sent = wl_display_flush(display_) >= 0 || errno == EAGAIN;
+  const bool sent = flush();
   pollfd readable{fileDescriptor(), POLLIN, 0};
   if (sent && poll(&readable, 1, milliseconds) > 0) {
     if (wl_display_read_events(display_) < 0) return false;
@@ -62,7 +61,14 @@ bool WaylandConnection::waitAndHandle(int milliseconds) {
     wl_display_cancel_read(display_);
   }
   if (wl_display_dispatch_pending(display_) < 0) return false;
-  return sent && (wl_display_flush(display_) >= 0 || errno == EAGAIN) && !isBroken();
+  return sent && flush() && !isBroken();
+}
+
+/// What does not fit into the socket now goes out in a later turn.
+bool WaylandConnection::flush() {
+  const bool sent = wl_display_flush(display_) >= 0;
+  hasUnsent_ = !sent && errno == EAGAIN;
+  return sent || hasUnsent_;
 }
 
 bool WaylandConnection::catchUp(Deadline deadline) {

@@ -33,6 +33,8 @@ class WaylandConnection {
   [[nodiscard]] wl_display* display() const { return display_; }
   [[nodiscard]] int fileDescriptor() const;
   [[nodiscard]] bool isBroken() const;
+  /// Whether the compositor has yet to make room for some of what was asked of it.
+  [[nodiscard]] bool hasUnsent() const { return hasUnsent_; }
 
   /// The highest version in which that interface is offered; 0 when it is not.
   [[nodiscard]] std::uint32_t version(std::string_view interface) const;
@@ -54,6 +56,7 @@ class WaylandConnection {
   };
   explicit WaylandConnection(wl_display* display);
   bool waitAndHandle(int milliseconds);
+  bool flush();
 
   static void added(void* self, wl_registry* registry, std::uint32_t name, const char* interface,
                     std::uint32_t version);
@@ -61,6 +64,7 @@ class WaylandConnection {
 
   wl_display* display_;
   wl_registry* registry_;
+  bool hasUnsent_ = false;
   std::multimap<std::string, Global, std::less<>> globals_;
 };
 

@@ -99,7 +99,12 @@ void SelectionService::noteFirstOwner() {
   // When it took the selection is not known; any later time will do for asking.
   holder_ = Holder::other;
   foreignWindow_ = answer->owner;
-  foreign_ = std::make_shared<ForeignContents>(reader_, connection_, clipboard_, XCB_CURRENT_TIME);
+  foreign_ = foreignSince(XCB_CURRENT_TIME);
+}
+
+SelectionPasteboard::Foreign SelectionService::foreignSince(xcb_timestamp_t time) {
+  return std::make_shared<ForeignContents>(
+      std::make_unique<SelectionForms>(reader_, connection_, clipboard_, time));
 }
 
 void SelectionService::handle(const xcb_generic_event_t& event) {
@@ -140,13 +145,11 @@ void SelectionService::handleLoss() {
   finishHandOver();
 }
 
-std::variant<SelectionService::Superseded, SelectionService::Empty, SelectionService::Own,
-             SelectionService::Foreign>
-SelectionService::contents(ChangeCount change) const {
-  if (change != count_) return Superseded{};
+SelectionPasteboard::Contents SelectionService::contents(ChangeCount change) const {
+  if (change != count_) return SelectionPasteboard::Superseded{};
   if (holder_ == Holder::self) return own_;
   if (holder_ == Holder::other) return foreign_;
-  return Empty{};
+  return SelectionPasteboard::Empty{};
 }
 
 void SelectionService::changeHands(Holder holder) {
@@ -211,8 +214,7 @@ void SelectionService::handleOwnerChange(const xcb_generic_event_t& event) {
   changeHands(change.owner == XCB_WINDOW_NONE ? Holder::nobody : Holder::other);
   if (holder_ == Holder::other) {
     foreignWindow_ = change.owner;
-    foreign_ = std::make_shared<ForeignContents>(reader_, connection_, clipboard_,
-                                                 change.selection_timestamp);
+    foreign_ = foreignSince(change.selection_timestamp);
   }
   noteOwnerProcess(change.owner);
   if (isBridge(change.owner)) bridgedCount_ = count_ + 1;

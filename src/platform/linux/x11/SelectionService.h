@@ -8,13 +8,12 @@
 #include <optional>
 #include <set>
 #include <utility>
-#include <variant>
 
 #include "platform/Pasteboard.h"
-#include "platform/linux/windows/PasteboardContents.h"
+#include "platform/linux/windows/SelectionPasteboard.h"
 #include "platform/linux/x11/ClientProcesses.h"
 #include "platform/linux/x11/ClipboardManagerRole.h"
-#include "platform/linux/x11/ForeignContents.h"
+#include "platform/linux/x11/SelectionForms.h"
 #include "platform/linux/x11/SelectionOwner.h"
 #include "platform/linux/x11/SelectionReader.h"
 #include "platform/linux/x11/X11Thread.h"
@@ -72,12 +71,8 @@ class SelectionService {
   /// Any thread.
   [[nodiscard]] bool isListedTo(xcb_window_t window) const;
 
-  struct Superseded {};
-  struct Empty {};
-  using Own = std::shared_ptr<const PasteboardContents>;
-  using Foreign = std::shared_ptr<ForeignContents>;
-  /// The contents of that change, as far as they are still the present ones.
-  [[nodiscard]] std::variant<Superseded, Empty, Own, Foreign> contents(ChangeCount change) const;
+  using Own = SelectionPasteboard::Own;
+  [[nodiscard]] SelectionPasteboard::Contents contents(ChangeCount change) const;
 
   /// Becomes the owner with these contents. Waits for the server alone.
   [[nodiscard]] bool write(Own contents);
@@ -113,6 +108,7 @@ class SelectionService {
   void changeHands(Holder holder);
   void noteOwnerProcess(xcb_window_t owner);
   [[nodiscard]] bool isBridge(xcb_window_t owner) const;
+  [[nodiscard]] SelectionPasteboard::Foreign foreignSince(xcb_timestamp_t time);
   void handleOwnerChange(const xcb_generic_event_t& event);
   void handleOwnerEnd();
   void handleProperty(const xcb_property_notify_event_t& event);
@@ -145,7 +141,7 @@ class SelectionService {
 
   Holder holder_ = Holder::nobody;
   Own own_;
-  Foreign foreign_;
+  SelectionPasteboard::Foreign foreign_;
   xcb_window_t foreignWindow_ = XCB_WINDOW_NONE;
   std::optional<X11Thread::Clock::time_point> savedAt_;  // what is ours was another program's
   xcb_timestamp_t serverTime_ = XCB_CURRENT_TIME;

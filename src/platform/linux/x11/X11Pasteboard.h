@@ -7,10 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "base/Lifetime.h"
-#include "platform/CaptureLimits.h"
-#include "platform/Dispatch.h"
-#include "platform/Pasteboard.h"
+#include "platform/linux/windows/SelectionPasteboard.h"
 #include "platform/linux/x11/SelectionService.h"
 #include "platform/linux/x11/X11Thread.h"
 
@@ -18,7 +15,7 @@ namespace vantorel {
 
 /// The CLIPBOARD selection as the pasteboard, on a connection and a thread of its own: the
 /// toolkit's clipboard would keep the main thread waiting for whoever owns the selection.
-class X11Pasteboard : public Pasteboard {
+class X11Pasteboard : public SelectionPasteboard {
  public:
   struct Services {
     Dispatch& dispatch;
@@ -72,34 +69,21 @@ class X11Pasteboard : public Pasteboard {
   }
   void setSaveHandler(SaveHandler handler) override;
 
-  void readTypes(ChangeCount change,
-                 Completion<std::optional<std::vector<std::string>>> completion) override;
-  void readString(ChangeCount change, Completion<std::optional<std::string>> completion) override;
-  void readData(ChangeCount change, PasteboardDataType type,
-                Completion<std::optional<Bytes>> completion) override;
-  void readFileURLs(ChangeCount change,
-                    Completion<std::vector<std::filesystem::path>> completion) override;
-  void readImage(ChangeCount change, Completion<std::shared_ptr<const Image>> completion) override;
-
-  [[nodiscard]] bool writeItem(PasteboardItem item) override;
-  [[nodiscard]] bool writeString(std::string string) override;
-  [[nodiscard]] bool writeImage(std::shared_ptr<const Image> image) override;
-  [[nodiscard]] bool writeFileURLs(const std::vector<std::filesystem::path>& paths) override;
   void clearContents() override;
 
  private:
   X11Pasteboard(Services services, std::unique_ptr<X11Connection> connection, Limits limits);
   [[nodiscard]] bool start();
-  [[nodiscard]] bool write(PasteboardContents contents);
+  bool post(Work work) override { return thread_.post(std::move(work)); }
+  [[nodiscard]] Contents contents(ChangeCount change) const override {
+    return service_->contents(change);
+  }
+  [[nodiscard]] bool write(PasteboardContents contents) override;
   [[nodiscard]] SelectionService::Observer observer();
   void askToSave(ChangeCount change, const Work& done);
-  void readForeignImage(ChangeCount change, std::size_t skipped,
-                        Completion<std::shared_ptr<const Image>> deliver);
-  template <class Value>
-  Completion<Value> delivery(Completion<Value> completion) const;
 
-  Services services_;
-  Limits limits_;
+  const std::chrono::milliseconds patience_;
+  const SelectionService::Bridge bridge_;
   bool announces_ = true;
   std::function<void()> onAnnouncing_;
   std::function<void()> onChange_;
@@ -108,9 +92,7 @@ class X11Pasteboard : public Pasteboard {
   std::atomic<bool> changeIsQueued_ = false;
   X11Thread thread_;
   std::unique_ptr<SelectionService> service_;
-  std::unique_ptr<SerialQueue> imageQueue_;
   bool handedOver_ = false;
-  Lifetime life_;
 };
 
 }  // namespace vantorel

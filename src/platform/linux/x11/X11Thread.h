@@ -1,17 +1,13 @@
 #pragma once
 
-#include <chrono>
-#include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
+#include <utility>
 
-#include "base/FileDescriptor.h"
 #include "platform/Dispatch.h"
+#include "platform/linux/windows/WorkLine.h"
 #include "platform/linux/x11/X11Connection.h"
 
 namespace vantorel {
@@ -24,8 +20,8 @@ namespace vantorel {
 /// they `stop()` it. Nothing that runs on it may throw.
 class X11Thread {
  public:
-  using Clock = std::chrono::steady_clock;
-  using TimerId = std::uint64_t;  // 0 is none
+  using Clock = WorkLine::Clock;
+  using TimerId = WorkLine::TimerId;  // 0 is none
   using EventHandler = std::function<void(const xcb_generic_event_t&)>;
 
   /// `name` shows in debuggers, up to 15 bytes of it.
@@ -43,15 +39,15 @@ class X11Thread {
 
   /// Runs `work` on the thread, in the order posted. Any thread, also before `start()`. False,
   /// and `work` is dropped, after `stop()`.
-  bool post(Work work);
+  bool post(Work work) { return line_.post(std::move(work)); }
   /// Runs `work` on the thread and waits for it: only for what never waits on another program.
   /// False when it could not run. Not on the thread; between `start()` and `stop()`.
-  [[nodiscard]] bool runAndWait(const Work& work);
+  [[nodiscard]] bool runAndWait(const Work& work) { return line_.runAndWait(work); }
 
   /// Runs `work` once on the thread, `delay` from now. On the thread.
-  TimerId after(Clock::duration delay, Work work);
+  TimerId after(Clock::duration delay, Work work) { return line_.after(delay, std::move(work)); }
   /// Does nothing for a timer that has run. On the thread.
-  void cancel(TimerId timer);
+  void cancel(TimerId timer) { line_.cancel(timer); }
   /// Hands out the events that have arrived by now, without waiting. For posted work and timers,
   /// never from within the event handler.
   void handleArrivedEvents();
@@ -62,34 +58,17 @@ class X11Thread {
 
  private:
   void run();
-  void runPosted();
-  void runDueTimers();
   bool handleEvents(int maximum);
   void noticeLoss();
   void sleep(bool moreEvents);
-  [[nodiscard]] int sleepMilliseconds() const;
-  void wake() const;
-
-  struct PendingTimer {
-    TimerId id;
-    Work work;
-  };
 
   std::unique_ptr<X11Connection> connection_;
   std::string name_;
-  const FileDescriptor wakeUp_;
+  WorkLine line_;
   EventHandler onEvent_;
   Work onLost_;
   std::thread thread_;
-
-  std::mutex mutex_;  // the two below
-  std::vector<Work> posted_;
-  enum class State { accepting, stopping } state_ = State::accepting;
-
-  // On the thread.
-  std::multimap<Clock::time_point, PendingTimer> timers_;
-  TimerId lastTimer_ = 0;
-  enum class Server { reachable, lost } server_ = Server::reachable;
+  enum class Server { reachable, lost } server_ = Server::reachable;  // on the thread
 };
 
 }  // namespace vantorel

@@ -5,29 +5,25 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Pasteboard.h"
-#include "platform/linux/x11/SelectionReader.h"
+#include "platform/linux/windows/OwnerForms.h"
 
 namespace vantorel {
 
 /// One change of the clipboard by another program: what its owner offers, asked for once, and its
 /// forms, each read when asked for. An owner that stayed silent about a form that it offers, or
 /// whose form is too large, is asked nothing more: a lesser form would pass for what was copied.
-/// Every completion is called exactly once, on the X thread, where all of this lives.
+/// Every completion is called exactly once, on the window system's thread, where all of this lives.
 class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
  public:
-  /// What no history could hold is refused.
-  static constexpr std::size_t maximumBytes = std::size_t{64} * 1024 * 1024;
-
   template <class Value>
   using Completion = std::function<void(Value)>;
   using Targets = std::vector<std::string>;
 
-  /// `reader` outlives this. `time` is when the owner took the selection.
-  ForeignContents(SelectionReader& reader, X11Connection& connection, xcb_atom_t selection,
-                  xcb_timestamp_t time);
+  explicit ForeignContents(std::unique_ptr<OwnerForms> owner) : owner_(std::move(owner)) {}
 
   /// Absent when the owner does not answer, or not with a list of targets.
   void readTargets(Completion<std::optional<Targets>> completion);
@@ -45,26 +41,23 @@ class ForeignContents : public std::enable_shared_from_this<ForeignContents> {
  private:
   struct Form {
     std::string target;
-    X11Property property;
+    Bytes bytes;
+    std::string type;
     std::size_t next = 0;
   };
   using Candidates = Targets (*)(const Targets& offered);
 
   void askTargets();
-  void takeTargets(const SelectionAnswer& answer);
+  void takeTargets(std::optional<Targets> offered);
   void readForm(Candidates candidates, std::size_t index,
                 Completion<std::optional<Form>> completion);
   void readCandidates(Targets candidates, std::size_t index,
                       Completion<std::optional<Form>> completion);
   void readStringFrom(std::size_t index, Completion<std::optional<std::string>> completion);
-  [[nodiscard]] std::optional<std::string> decoded(const Form& form);
   void readFilesInText(const Completion<std::vector<std::filesystem::path>>& completion);
   void readFilesFrom(std::size_t index, Completion<std::vector<std::filesystem::path>> completion);
 
-  SelectionReader& reader_;
-  X11Connection& connection_;
-  xcb_atom_t selection_;
-  xcb_timestamp_t time_;
+  const std::unique_ptr<OwnerForms> owner_;
   enum class Stage { unknown, asked, known } stage_ = Stage::unknown;
   std::optional<Targets> targets_;
   /// Read when it was looked at for files, and given to whoever asks for it next.

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/ForeignContents.h"
+#include "platform/linux/windows/ForeignContents.h"
 
 #include <utility>
 
@@ -7,17 +7,6 @@
 #include "platform/linux/windows/UriList.h"
 
 namespace vantorel {
-
-namespace {
-
-// A thousand forms; real programs offer a few dozen at most.
-constexpr std::size_t maximumTargetsBytes = 4096;
-
-}  // namespace
-
-ForeignContents::ForeignContents(SelectionReader& reader, X11Connection& connection,
-                                 xcb_atom_t selection, xcb_timestamp_t time)
-    : reader_(reader), connection_(connection), selection_(selection), time_(time) {}
 
 void ForeignContents::readTargets(Completion<std::optional<Targets>> completion) {
   if (stage_ == Stage::known) {
@@ -30,19 +19,14 @@ void ForeignContents::readTargets(Completion<std::optional<Targets>> completion)
 
 void ForeignContents::askTargets() {
   stage_ = Stage::asked;
-  reader_.read(
-      {selection_, connection_.atom("TARGETS"), time_, maximumTargetsBytes},
-      [self = shared_from_this()](const SelectionAnswer& answer) { self->takeTargets(answer); });
+  owner_->readTargets([self = shared_from_this()](std::optional<Targets> offered) {
+    self->takeTargets(std::move(offered));
+  });
 }
 
-void ForeignContents::takeTargets(const SelectionAnswer& answer) {
+void ForeignContents::takeTargets(std::optional<Targets> offered) {
   stage_ = Stage::known;
-  // Some owners label the list with the name of the question.
-  const bool isList = answer.outcome == SelectionOutcome::received &&
-                      answer.property.format == 32 &&
-                      (answer.property.type == XCB_ATOM_ATOM ||
-                       answer.property.type == connection_.atom("TARGETS"));
-  if (isList) targets_ = connection_.atomNames(answer.property.values32());
+  targets_ = std::move(offered);
   const auto waiting = std::exchange(waiting_, {});
   for (const auto& completion : waiting) completion(targets_);
 }
@@ -61,17 +45,16 @@ void ForeignContents::readCandidates(Targets candidates, std::size_t index,
     completion(std::nullopt);
     return;
   }
-  const SelectionQuery query{selection_, connection_.atom(candidates[index]), time_, maximumBytes};
-  reader_.read(query, [self = shared_from_this(), candidates = std::move(candidates), index,
-                       completion = std::move(completion)](SelectionAnswer answer) {
-    if (answer.outcome == SelectionOutcome::received && answer.property.format == 8) {
-      completion(Form{candidates[index], std::move(answer.property), index + 1});
+  const std::string target = candidates[index];
+  owner_->read(target, [self = shared_from_this(), candidates = std::move(candidates), index,
+                        completion = std::move(completion)](OwnerForms::Answer answer) {
+    if (answer.outcome == OwnerForms::Outcome::received) {
+      completion(
+          Form{candidates[index], std::move(answer.bytes), std::move(answer.type), index + 1});
       return;
     }
     // An owner that answers, only not with this form, may have another.
-    const bool answered =
-        answer.outcome == SelectionOutcome::received || answer.outcome == SelectionOutcome::refused;
-    if (!answered) self->trust_ = Trust::lost;
+    if (answer.outcome == OwnerForms::Outcome::lost) self->trust_ = Trust::lost;
     self->readCandidates(candidates, index + 1, completion);
   });
 }
@@ -89,7 +72,7 @@ void ForeignContents::readStringFrom(std::size_t index,
   readForm(targets::text, index,
            [self = shared_from_this(),
             completion = std::move(completion)](const std::optional<Form>& form) {
-             auto text = form ? self->decoded(*form) : std::nullopt;
+             auto text = form ? decodedAnswer(form->bytes, form->target, form->type) : std::nullopt;
              if (form && !text) {
                self->readStringFrom(form->next, completion);
              } else {
@@ -98,20 +81,12 @@ void ForeignContents::readStringFrom(std::size_t index,
            });
 }
 
-std::optional<std::string> ForeignContents::decoded(const Form& form) {
-  std::string_view type;
-  for (const char* known : {targets::utf8String, targets::latin1String, targets::compoundText}) {
-    if (form.property.type == connection_.atom(known)) type = known;
-  }
-  return decodedAnswer(form.property.bytes, form.target, type);
-}
-
 void ForeignContents::readData(PasteboardDataType type,
                                Completion<std::optional<Bytes>> completion) {
   readForm(type == PasteboardDataType::rtf ? targets::rtf : targets::html, 0,
            [completion = std::move(completion)](std::optional<Form> form) {
-             const bool holds = form && !form->property.bytes.empty();
-             completion(holds ? std::optional(std::move(form->property.bytes)) : std::nullopt);
+             const bool holds = form && !form->bytes.empty();
+             completion(holds ? std::optional(std::move(form->bytes)) : std::nullopt);
            });
 }
 
@@ -128,7 +103,7 @@ void ForeignContents::readFilesFrom(std::size_t index,
                self->readFilesInText(completion);
                return;
              }
-             const auto text = textOf(form->property.bytes);
+             const auto text = textOf(form->bytes);
              auto files = form->target == targets::uriList ? filesFromUriList(text)
                                                            : filesFromCopiedFiles(text);
              if (files.empty()) {
@@ -150,15 +125,14 @@ void ForeignContents::readFilesInText(
 
 void ForeignContents::readImage(std::size_t skipped,
                                 Completion<std::optional<EncodedImage>> completion) {
-  readForm(targets::images, skipped,
-           [completion = std::move(completion)](std::optional<Form> form) {
-             if (!form) {
-               completion(std::nullopt);
-               return;
-             }
-             completion(EncodedImage{std::make_shared<const Bytes>(std::move(form->property.bytes)),
-                                     form->next});
-           });
+  readForm(
+      targets::images, skipped, [completion = std::move(completion)](std::optional<Form> form) {
+        if (!form) {
+          completion(std::nullopt);
+          return;
+        }
+        completion(EncodedImage{std::make_shared<const Bytes>(std::move(form->bytes)), form->next});
+      });
 }
 
 }  // namespace vantorel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Lifetime.h"
+#include "platform/Observers.h"
+#include "platform/linux/wayland/ForeignToplevels.h"
+#include "platform/linux/x11/X11Workspace.h"
+
+namespace vantorel {
+
+/// The applications of a compositor with an X server inside. X11 knows its own windows better, by
+/// their processes; what is in front of none of them is what the compositor says. Of its windows no
+/// process is told, so each application has a negative number, which stays its own.
+class CompositorWorkspace : public Workspace {
+ public:
+  /// `dispatch` and `x11` outlive the result. Null where the compositor does not tell of windows.
+  [[nodiscard]] static std::unique_ptr<CompositorWorkspace> open(
+      Dispatch& dispatch, X11Workspace& x11, std::unique_ptr<WaylandConnection> connection);
+  ~CompositorWorkspace() override;
+
+  [[nodiscard]] std::optional<std::string> ownBundleIdentifier() const override {
+    return x11_.ownBundleIdentifier();
+  }
+  [[nodiscard]] std::optional<RunningApplication> frontmostApplication() override;
+  [[nodiscard]] std::optional<RunningApplication> runningApplication(ProcessId pid) override;
+  [[nodiscard]] std::optional<RunningApplication> stillThere(
+      const RunningApplication& seen) override;
+  [[nodiscard]] std::vector<RunningApplication> runningApplications(
+      const std::string& bundleIdentifier) override;
+  [[nodiscard]] bool startedAfter(const RunningApplication& application,
+                                  const RunningApplication& ended) override;
+  [[nodiscard]] std::optional<std::string> applicationName(
+      const std::string& bundleIdentifier) override {
+    return x11_.applicationName(bundleIdentifier);
+  }
+  bool activate(const RunningApplication& application) override;
+  [[nodiscard]] std::unique_ptr<Observation> observeActivations(
+      std::function<void(const RunningApplication&)> handler) override;
+  [[nodiscard]] bool announcesEveryChange() const override {
+    return isTold_ && x11_.announcesEveryChange();
+  }
+  void setAnnouncingHandler(std::function<void()> handler) override;
+
+ private:
+  CompositorWorkspace(Dispatch& dispatch, X11Workspace& x11) : dispatch_(dispatch), x11_(x11) {}
+  [[nodiscard]] RunningApplication applicationOf(const Toplevel& toplevel);
+  [[nodiscard]] std::optional<RunningApplication> applicationOf(
+      const std::optional<Toplevel>& toplevel);
+
+  Dispatch& dispatch_;
+  X11Workspace& x11_;
+  Observers<const RunningApplication&> activations_;
+  std::unique_ptr<Observation> x11Activations_;
+  std::map<std::string, ProcessId> numbers_;  // by application id
+  bool isTold_ = true;
+  std::function<void()> onAnnouncing_;
+  std::unique_ptr<ForeignToplevels> toplevels_;
+  Lifetime life_;
+};
+
+}  // namespace vantorel

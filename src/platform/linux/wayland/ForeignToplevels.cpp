@@ -1,0 +1,163 @@
+#include "platform/linux/wayland/ForeignToplevels.h"
+
+#include <foreign-toplevel-client.h>
+#include <wayland-client.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace vantorel {
+
+namespace {
+
+constexpr std::uint32_t protocolVersion = 3;
+constexpr std::chrono::seconds answerLimit{1};
+
+bool holdsActivated(const wl_array* states) {
+  const auto* const first = static_cast<const std::uint32_t*>(states->data);
+  const auto* const last = first + states->size / sizeof(std::uint32_t);
+  return std::find(first, last, ZWLR_FOREIGN_TOPLEVEL_HANDLE_V1_STATE_ACTIVATED) != last;
+}
+
+}  // namespace
+
+/// What the compositor calls.
+struct ForeignToplevels::Listeners {
+  using Handle = zwlr_foreign_toplevel_handle_v1;
+
+  static Window& window(void* self, Handle* handle) {
+    return static_cast<ForeignToplevels*>(self)->windows_.at(handle);
+  }
+  static void ignoreText(void* /*self*/, Handle* /*handle*/, const char* /*text*/) {}
+  static void ignoreOutput(void* /*self*/, Handle* /*handle*/, wl_output* /*output*/) {}
+  static void ignoreParent(void* /*self*/, Handle* /*handle*/, Handle* /*parent*/) {}
+
+  static constexpr zwlr_foreign_toplevel_handle_v1_listener handle{
+      ignoreText,
+      [](void* self, Handle* handle, const char* appId) {
+        window(self, handle).described.appId = appId;
+      },
+      ignoreOutput,
+      ignoreOutput,
+      [](void* self, Handle* handle, wl_array* states) {
+        window(self, handle).described.isActive = holdsActivated(states);
+      },
+      [](void* self, Handle* handle) {
+        static_cast<ForeignToplevels*>(self)->settle(window(self, handle));
+      },
+      [](void* self, Handle* handle) { static_cast<ForeignToplevels*>(self)->closed(handle); },
+      ignoreParent};
+  static constexpr zwlr_foreign_toplevel_manager_v1_listener manager{
+      [](void* data, zwlr_foreign_toplevel_manager_v1* /*manager*/, Handle* handle) {
+        auto& self = *static_cast<ForeignToplevels*>(data);
+        zwlr_foreign_toplevel_handle_v1_add_listener(handle, &Listeners::handle, data);
+        const std::lock_guard lock(self.mutex_);
+        auto& window = self.windows_[handle];
+        window.known.token = window.described.token = ++self.lastToken_;
+      },
+      [](void* data, zwlr_foreign_toplevel_manager_v1* manager) {
+        auto& self = *static_cast<ForeignToplevels*>(data);
+        zwlr_foreign_toplevel_manager_v1_destroy(manager);
+        self.manager_ = nullptr;
+        self.observer_.onLost();
+      }};
+};
+
+std::optional<std::string> ForeignToplevels::protocol(const WaylandConnection& connection) {
+  const auto* const name = zwlr_foreign_toplevel_manager_v1_interface.name;
+  const bool isThere =
+      connection.version(name) >= protocolVersion && connection.version(wl_seat_interface.name) > 0;
+  return isThere ? std::optional(name + (" " + std::to_string(protocolVersion))) : std::nullopt;
+}
+
+std::unique_ptr<ForeignToplevels> ForeignToplevels::open(
+    std::unique_ptr<WaylandConnection> connection, Observer observer) {
+  if (!connection || !protocol(*connection)) return nullptr;
+  std::unique_ptr<ForeignToplevels> made(
+      new ForeignToplevels(std::move(connection), std::move(observer)));
+  if (!made->bind()) return nullptr;
+  made->thread_.start([self = made.get()] {
+    {
+      const std::lock_guard lock(self->mutex_);
+      for (auto& [handle, window] : self->windows_) window.known.isActive = false;
+    }
+    self->observer_.onLost();
+  });
+  return made;
+}
+
+ForeignToplevels::ForeignToplevels(std::unique_ptr<WaylandConnection> connection, Observer observer)
+    : thread_(std::move(connection), "windows"), observer_(std::move(observer)) {}
+
+bool ForeignToplevels::bind() {
+  auto& connection = thread_.connection();
+  seat_ = static_cast<wl_seat*>(connection.bind(wl_seat_interface, 1));
+  manager_ = static_cast<zwlr_foreign_toplevel_manager_v1*>(
+      connection.bind(zwlr_foreign_toplevel_manager_v1_interface, protocolVersion));
+  zwlr_foreign_toplevel_manager_v1_add_listener(manager_, &Listeners::manager, this);
+  return connection.catchUp(WorkLine::Clock::now() + answerLimit);
+}
+
+ForeignToplevels::~ForeignToplevels() {
+  thread_.stop();
+  for (const auto& [handle, window] : windows_) zwlr_foreign_toplevel_handle_v1_destroy(handle);
+  if (manager_ != nullptr) zwlr_foreign_toplevel_manager_v1_destroy(manager_);
+  if (seat_ != nullptr) wl_seat_destroy(seat_);
+}
+
+void ForeignToplevels::settle(Window& window) {
+  const bool comesToFront = window.described.isActive && !window.known.isActive;
+  if (comesToFront) window.described.lastInFront = ++timesInFront_;
+  {
+    const std::lock_guard lock(mutex_);
+    window.known = window.described;
+  }
+  if (comesToFront) observer_.onActivated(window.known);
+}
+
+void ForeignToplevels::closed(zwlr_foreign_toplevel_handle_v1* handle) {
+  {
+    const std::lock_guard lock(mutex_);
+    windows_.erase(handle);
+  }
+  zwlr_foreign_toplevel_handle_v1_destroy(handle);
+}
+
+std::vector<Toplevel> ForeignToplevels::all() const {
+  std::vector<Toplevel> found;
+  {
+    const std::lock_guard lock(mutex_);
+    for (const auto& [handle, window] : windows_) found.push_back(window.known);
+  }
+  std::sort(found.begin(), found.end(), [](const Toplevel& one, const Toplevel& other) {
+    return one.lastInFront > other.lastInFront;
+  });
+  return found;
+}
+
+// While one window gives way to another both may say that they are active.
+std::optional<Toplevel> ForeignToplevels::active() const {
+  for (auto& window : all()) {
+    if (window.isActive) return std::move(window);
+  }
+  return std::nullopt;
+}
+
+std::optional<Toplevel> ForeignToplevels::find(WindowToken token) const {
+  for (auto& window : all()) {
+    if (window.token == token) return std::move(window);
+  }
+  return std::nullopt;
+}
+
+bool ForeignToplevels::activate(WindowToken token) {
+  if (!find(token)) return false;
+  return thread_.post([this, token] {
+    for (const auto& [handle, window] : windows_) {
+      if (window.known.token == token) zwlr_foreign_toplevel_handle_v1_activate(handle, seat_);
+    }
+  });
+}
+
+}  // namespace vantorel
