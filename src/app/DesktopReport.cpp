@@ -136,10 +136,13 @@ Finding textInPictures(const DesktopFacts& facts) {
 
 Finding pasting(const DesktopFacts& facts) {
   std::string says = "the server presses no keys (XTEST)";
-  if (facts.canPressKeys) {
-    says = facts.isWayland ? "into windows of X11 programs; elsewhere press the keys yourself"
-                           : "into the window in front";
-    says += " (" + facts.keysProtocol + ")";
+  const auto& compositors = facts.compositorKeysProtocol;
+  if (facts.canPressKeys && facts.isWayland && compositors.empty()) {
+    says = "into windows of X11 programs; elsewhere press the keys yourself (" +
+           facts.keysProtocol + ")";
+  } else if (facts.canPressKeys) {
+    says = "into the window in front (" + facts.keysProtocol +
+           (compositors.empty() ? "" : " and " + compositors) + ")";
   }
   return {.subject = "Pasting",
           .isThere = facts.canPressKeys,

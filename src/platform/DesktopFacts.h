@@ -28,6 +28,7 @@ struct DesktopFacts {
   std::string windowsProtocol = {};  // empty: X11 windows alone are told
   bool isClipboardBridged = false;   // told only of what another window system hands on
   std::string keysProtocol;
+  std::string compositorKeysProtocol = {};  // empty: keys reach X11 windows alone
   Tray tray = Tray::none;
   bool hasSettingsPortal = false;
   bool hasTextReader = false;              // the program that reads the text in pictures

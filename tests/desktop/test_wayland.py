@@ -4,6 +4,8 @@ import time
 import unittest
 
 from harness.case import VantorelTestCase
+from harness.compositor_programs import FeatherPad, Foot, GnomeTextEditor, Mousepad, XTerm
+from harness.seat_keyboard import SeatKeyboard
 from harness.sway import SwayDesktop, leave_root
 from harness.vantorel import NO_TARGET_NOTICE, program_path
 from harness.waiting import wait_for
@@ -37,6 +39,7 @@ class Session(WaylandTestCase):
         self.assertIn("yes  Display           Xwayland in a Wayland session", text)
         self.assertRegex(text, "yes  Clipboard         the compositor's .*_data_control_manager_v1")
         self.assertIn("no   Shortcut          only the compositor has keys", text)
+        self.assertIn("yes  Pasting           into the window in front (XTEST", text)
         self.assertRegex(text, "yes  Applications .*foreign_toplevel_manager_v1 3")
 
     def test_the_toolkit_the_user_names_is_not_the_one_for_this_desktop(self):
@@ -114,7 +117,112 @@ class Clipboards(WaylandTestCase):
                  lambda: self.desktop.front() == "org.acme.Notes")
         wait_for("the entry on the clipboard", lambda: self.desktop.read() == "first",
                  describe=self.desktop.read)
+
+
+class PastingTestCase(WaylandTestCase):
+    def setUp(self):
+        super().setUp()
+        self.keys = self.plug_in("us")
+        self.start()
+
+    def plug_in(self, layout):
+        keys = SeatKeyboard(self.desktop.env, layout)
+        self.addCleanup(keys.close)
+        return keys
+
+    def copy(self, *texts):
+        for text in texts:
+            self.desktop.copy(text)
+            self.vantorel.wait_for_newest(text)
+
+    def choose(self, *keys):
+        """Opens the panel and chooses in it."""
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        for key in keys:
+            self.keys.chord(key)
+
+
+class Pasting(PastingTestCase):
+    def test_an_entry_arrives_in_a_gtk_3_editor(self):
+        editor = Mousepad(self, self.keys)
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        editor.wait_for_text("first")
+
+    def test_an_entry_arrives_in_a_qt_editor(self):
+        editor = FeatherPad(self, self.keys)
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        editor.wait_for_text("first")
+
+    def test_an_entry_arrives_in_a_terminal(self):
+        terminal = Foot(self, self.keys)
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        terminal.wait_for_text("first")
+
+    def test_an_entry_arrives_in_windows_of_the_x_server_inside(self):
+        editor = Mousepad(self, self.keys, backend="x11")
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        editor.wait_for_text("first")
+        terminal = XTerm(self, self.keys)
+        self.choose("Return")
+        terminal.wait_for_text("second")
+
+    def test_ten_in_a_row_arrive_in_their_order(self):
+        texts = [f"entry {number};" for number in range(10)]
+        editor = Mousepad(self, self.keys)
+        self.copy(*texts)
+        for number in range(10):
+            self.choose(*["Down"] * (9 - number), "Return")
+            editor.wait_for_text("".join(texts[:number + 1]))
+
+    def test_what_the_user_holds_does_not_spoil_it(self):
+        editor = Mousepad(self, self.keys)
+        self.copy("first", "second")
+        held = self.plug_in("us")
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        held.down("Super")
+        held.down("Shift")
+        self.desktop.pointer.click(*self.vantorel.wait_for_row("first").centre)
+        editor.wait_for_text("first")
+        held.up("Shift")
+        held.up("Super")
+
+    def test_without_its_window_nobody_gets_the_keys(self):
+        editor = Mousepad(self, self.keys)
+        terminal = Foot(self, self.keys)
+        self.copy("first")
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        self.desktop.sway("[app_id=foot] kill")
+        terminal.process.wait(20)
+        self.keys.tap("Return")
         self.vantorel.wait_for_notice(NO_TARGET_NOTICE)
+        self.assertEqual(editor.text(), "")
+
+    def test_the_users_layout_need_not_have_a_v(self):
+        editor = Mousepad(self, self.keys)
+        self.copy("first", "second")
+        hebrew = self.plug_in("il")
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        hebrew.tap("Down")
+        hebrew.tap("Return")
+        editor.wait_for_text("first")
+        hebrew.tap("a")
+        editor.wait_for_text("firstש")
+
+
+class MorePrograms(PastingTestCase):
+    def test_an_entry_arrives_in_a_gtk_4_editor(self):
+        editor = GnomeTextEditor(self, self.keys)
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        editor.wait_for_text("first")
 
 
 class WithoutXServer(WaylandTestCase):

@@ -306,10 +306,12 @@ void FakeCompositor::open(const std::string& appId) {
 }
 
 void FakeCompositor::bringToFront(const std::string& appId) {
-  call([&] {
-    front_ = appId;
-    for (const auto& [window, name] : windows_) tellState(window);
-  });
+  call([&] { tellFront(appId); });
+}
+
+void FakeCompositor::tellFront(const std::string& appId) {
+  front_ = appId;
+  for (const auto& [window, name] : windows_) tellState(window);
 }
 
 void FakeCompositor::close(const std::string& appId) {

@@ -58,6 +58,12 @@ class FakeCompositor {
   /// Nothing is told of windows any more.
   void finishToplevels();
 
+  /// Runs `work` on the thread, and returns when it has.
+  void call(const std::function<void()>& work);
+  [[nodiscard]] wl_display* display() const { return display_; }
+  /// As `bringToFront()` does, for what runs on the thread.
+  void tellFront(const std::string& appId);
+
   /// Hangs up on everybody and goes.
   void die();
 
@@ -73,7 +79,6 @@ class FakeCompositor {
  private:
   struct Protocols;
   void run();
-  void call(const std::function<void()>& work);
   void announce(wl_resource* device);
   void select(wl_resource*& selection, wl_resource* source);
   void give(const std::string& type, FileDescriptor pipe);

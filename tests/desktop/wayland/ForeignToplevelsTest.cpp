@@ -60,7 +60,7 @@ TEST_F(ForeignToplevelsTest, WhoComesToTheFrontIsTold) {
   EXPECT_EQ(all[0].appId, "org.acme.Notes");
   EXPECT_EQ(all[1].appId, "foot");
   EXPECT_NE(all[0].token, all[1].token);
-  EXPECT_GT(all[1].token, ForeignToplevels::firstToken);
+  EXPECT_GT(all[1].token, ToplevelSource::firstToken);
 }
 
 TEST_F(ForeignToplevelsTest, ThereMayBeNothingInFront) {

@@ -136,6 +136,15 @@ TEST(DesktopReport, WindowsThatTheCompositorTellsOfAreSources) {
                         "(zwlr_foreign_toplevel_manager_v1 3)\n"));
 }
 
+TEST(DesktopReport, ACompositorThatTakesKeysLetsAllProgramsBePastedInto) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  facts.compositorKeysProtocol = "zwp_virtual_keyboard_manager_v1 1";
+  EXPECT_THAT(report(facts).text,
+              HasSubstr("yes  Pasting           into the window in front (XTEST 2.2 and "
+                        "zwp_virtual_keyboard_manager_v1 1)\n"));
+}
+
 TEST(DesktopReport, ACompositorWithoutAnXServerHasNoPlaceForTheWindows) {
   DesktopFacts facts;
   facts.isWayland = true;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/MainQueue.h"
+#include "platform/linux/wayland/ForeignToplevels.h"
 
 namespace vantorel {
 
@@ -13,7 +14,7 @@ namespace {
 constexpr ProcessId firstNumber = std::numeric_limits<ProcessId>::min();
 
 bool isToplevel(const RunningApplication& application) {
-  return application.window >= ForeignToplevels::firstToken;
+  return application.window >= ToplevelSource::firstToken;
 }
 
 }  // namespace

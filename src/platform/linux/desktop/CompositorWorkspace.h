@@ -9,7 +9,7 @@
 
 #include "base/Lifetime.h"
 #include "platform/Observers.h"
-#include "platform/linux/wayland/ForeignToplevels.h"
+#include "platform/linux/wayland/ToplevelSource.h"
 #include "platform/linux/x11/X11Workspace.h"
 
 namespace vantorel {
@@ -47,6 +47,9 @@ class CompositorWorkspace : public Workspace {
   }
   void setAnnouncingHandler(std::function<void()> handler) override;
 
+  /// For whoever presses keys for them. Lives as long as this.
+  [[nodiscard]] ToplevelSource& windows() { return *toplevels_; }
+
  private:
   CompositorWorkspace(Dispatch& dispatch, X11Workspace& x11) : dispatch_(dispatch), x11_(x11) {}
   [[nodiscard]] RunningApplication applicationOf(const Toplevel& toplevel);
@@ -60,7 +63,7 @@ class CompositorWorkspace : public Workspace {
   std::map<std::string, ProcessId> numbers_;  // by application id
   bool isTold_ = true;
   std::function<void()> onAnnouncing_;
-  std::unique_ptr<ForeignToplevels> toplevels_;
+  std::unique_ptr<ToplevelSource> toplevels_;
   Lifetime life_;
 };
 

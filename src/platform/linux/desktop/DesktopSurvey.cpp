@@ -20,6 +20,7 @@
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "platform/linux/wayland/DataControl.h"
 #include "platform/linux/wayland/ForeignToplevels.h"
+#include "platform/linux/wayland/VirtualKeyboard.h"
 #include "platform/linux/x11/TrayManager.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11KeyGrabber.h"
@@ -177,6 +178,9 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
                                         : "X11 selections (" + xfixes(*x11) + ")";
   if (session.wayland) {
     facts.windowsProtocol = ForeignToplevels::protocol(*session.wayland).value_or("");
+    if (!facts.windowsProtocol.empty()) {
+      facts.compositorKeysProtocol = VirtualKeyboard::protocol(*session.wayland).value_or("");
+    }
   }
   facts.isClipboardBridged = isInside && !dataControl;
   facts.windowManager = windowManager(*x11);

@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/LinuxDesktop.h"
 
+#include <QGuiApplication>
 #include <algorithm>
 #include <cstdio>
 #include <optional>
@@ -9,6 +10,7 @@
 #include "platform/linux/bus/DesktopNotifications.h"
 #include "platform/linux/confined/WorkerProgram.h"
 #include "platform/linux/decoding/ConfinedImageDecoder.h"
+#include "platform/linux/desktop/CompositorInput.h"
 #include "platform/linux/desktop/CompositorWorkspace.h"
 #include "platform/linux/desktop/DefaultsFile.h"
 #include "platform/linux/desktop/DesktopColors.h"
@@ -21,6 +23,8 @@
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "platform/linux/wayland/DataControlPasteboard.h"
+#include "platform/linux/wayland/ToplevelInput.h"
+#include "platform/linux/wayland/VirtualKeyboard.h"
 #include "platform/linux/windows/AbsentHotKeys.h"
 #include "platform/linux/windows/KeyCodeTable.h"
 #include "platform/linux/x11/X11DesktopSettings.h"
@@ -62,6 +66,10 @@ struct LinuxDesktop::Ports {
       compositorWorkspace =
           CompositorWorkspace::open(dispatch, *x11Workspace, session.connectAgain());
     }
+    if (compositorWorkspace) {
+      keyboard =
+          VirtualKeyboard::open(compositorWorkspace->windows().thread(), session.connectAgain());
+    }
   }
 
   Dispatch& dispatch;
@@ -94,6 +102,7 @@ struct LinuxDesktop::Ports {
   std::unique_ptr<X11Workspace> x11Workspace =
       X11Workspace::open(dispatch, DesktopEntryPlaces::fromEnvironment(processEnvironment));
   std::unique_ptr<CompositorWorkspace> compositorWorkspace;  // around the other
+  std::unique_ptr<VirtualKeyboard> keyboard;                 // until somebody presses on it
   MimeTypeDatabase types{MimeTypeDatabase::directories(processEnvironment)};
   LinuxFileThumbnails fileThumbnails{
       dispatch,
@@ -107,7 +116,7 @@ struct LinuxDesktop::Ports {
   IconThemeSource themes{files, IconThemeSource::Places::fromEnvironment(processEnvironment),
                          [this] { return accessibility->iconTheme(); }};
   std::optional<ThemeIcons> icons;
-  std::unique_ptr<X11SyntheticInput> input;
+  std::unique_ptr<SyntheticInput> input;
   std::optional<X11WindowBackdrops> backdrops;
   X11WindowSpaces spaces;
   std::optional<DesktopColors> colors;
@@ -134,15 +143,32 @@ struct LinuxDesktop::Ports {
     return *x11Workspace;
   }
 
-  [[nodiscard]] std::unique_ptr<X11SyntheticInput> openInput() const {
-    auto& applications = x11Workspace->applications();
-    if (compositorClipboard) {
-      return std::make_unique<X11SyntheticInput>(
-          dispatch, applications, [this] { return compositorClipboard->alsoOfferPrimary(); });
+  [[nodiscard]] bool alsoOfferPrimary() const {
+    return compositorClipboard ? compositorClipboard->alsoOfferPrimary()
+                               : x11Clipboard->alsoOfferPrimary();
+  }
+
+  [[nodiscard]] std::unique_ptr<SyntheticInput> openX11Input() const {
+    ListedTo isListedTo;
+    if (x11Clipboard) {
+      isListedTo = [this](xcb_window_t window) { return x11Clipboard->isListedTo(window); };
     }
     return std::make_unique<X11SyntheticInput>(
-        dispatch, applications, [this] { return x11Clipboard->alsoOfferPrimary(); },
-        [this](xcb_window_t window) { return x11Clipboard->isListedTo(window); });
+        dispatch, x11Workspace->applications(), [this] { return alsoOfferPrimary(); }, isListedTo);
+  }
+
+  [[nodiscard]] std::unique_ptr<SyntheticInput> openInput() {
+    auto x11 = openX11Input();
+    if (!keyboard) return x11;
+    auto toplevels = std::make_unique<ToplevelInput>(
+        ToplevelInput::Services{
+            .dispatch = dispatch,
+            .windows = compositorWorkspace->windows(),
+            .entries = x11Workspace->desktopEntries(),
+            .offerPrimary = [this] { return alsoOfferPrimary(); },
+            .isKeyboardElsewhere = [] { return QGuiApplication::focusWindow() == nullptr; }},
+        std::move(keyboard));
+    return std::make_unique<CompositorInput>(std::move(toplevels), std::move(x11));
   }
 
   /// What an X server inside of a compositor grabs holds over the windows of X11 programs alone.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -9,8 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Workspace.h"
-#include "platform/linux/wayland/WaylandThread.h"
+#include "platform/linux/wayland/ToplevelSource.h"
 
 struct wl_seat;
 struct zwlr_foreign_toplevel_handle_v1;
@@ -18,46 +16,24 @@ struct zwlr_foreign_toplevel_manager_v1;
 
 namespace vantorel {
 
-/// A window of another program, as the compositor describes it. Processes are not told.
-struct Toplevel {
-  WindowToken token = 0;
-  std::string appId;
-  bool isActive = false;
-  std::uint64_t lastInFront = 0;  // grows with each window that comes to the front; 0: never
-};
-
-/// The windows of a compositor that tells programs of them (wlr foreign toplevel), on a connection
-/// and a thread of its own. What is asked is answered from what was heard.
-class ForeignToplevels {
+/// The windows as "wlr foreign toplevel" tells of them.
+class ForeignToplevels : public ToplevelSource {
  public:
-  /// Tokens from here on are of these windows; those of other windows are smaller.
-  static constexpr WindowToken firstToken = WindowToken{1} << 48U;
-
-  struct Observer {
-    std::function<void(Toplevel)> onActivated;  // another window has come to the front
-    std::function<void()> onLost;               // nothing more will be told
-  };
-
   /// The protocol and its version that would be spoken there; absent where there is none.
   [[nodiscard]] static std::optional<std::string> protocol(const WaylandConnection& connection);
 
-  /// Null where windows are not told. The observer is called on the thread. Waits for the
-  /// compositor alone.
+  /// Null where windows are not told. Waits for the compositor alone.
   [[nodiscard]] static std::unique_ptr<ForeignToplevels> open(
       std::unique_ptr<WaylandConnection> connection, Observer observer);
-  ~ForeignToplevels();
+  ~ForeignToplevels() override;
   ForeignToplevels(const ForeignToplevels&) = delete;
   ForeignToplevels& operator=(const ForeignToplevels&) = delete;
 
-  // Any thread, at once.
-
-  /// The window that has the user's attention.
-  [[nodiscard]] std::optional<Toplevel> active() const;
-  [[nodiscard]] std::optional<Toplevel> find(WindowToken token) const;
-  /// The one that was in front last first.
-  [[nodiscard]] std::vector<Toplevel> all() const;
-  /// Asks for the window to come to the front. False when it is gone.
-  bool activate(WindowToken token);
+  [[nodiscard]] std::optional<Toplevel> active() const override;
+  [[nodiscard]] std::optional<Toplevel> find(WindowToken token) const override;
+  [[nodiscard]] std::vector<Toplevel> all() const override;
+  bool activate(WindowToken token) override;
+  [[nodiscard]] WaylandThread& thread() override { return thread_; }
 
  private:
   struct Listeners;

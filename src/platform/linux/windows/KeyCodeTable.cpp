@@ -7,9 +7,6 @@ namespace vantorel {
 
 namespace {
 
-// The kernel numbers keys from 1, X from 8 more.
-constexpr std::uint32_t x11Offset = 8;
-
 struct Pair {
   std::uint8_t keyCode;
   std::uint8_t kernelKey;
@@ -143,15 +140,22 @@ std::optional<X11KeyCode> x11KeyCode(KeyCode keyCode) {
   const auto* found = std::find_if(table.begin(), table.end(),
                                    [keyCode](const Pair& pair) { return pair.keyCode == keyCode; });
   if (found == table.end()) return std::nullopt;
-  return static_cast<X11KeyCode>(found->kernelKey + x11Offset);
+  return static_cast<X11KeyCode>(found->kernelKey + x11KeyOffset);
 }
 
 std::optional<KeyCode> keyCodeFromX11(std::uint32_t x11KeyCode) {
   const auto* found = std::find_if(table.begin(), table.end(), [x11KeyCode](const Pair& pair) {
-    return pair.kernelKey + x11Offset == x11KeyCode;
+    return pair.kernelKey + x11KeyOffset == x11KeyCode;
   });
   if (found == table.end()) return std::nullopt;
   return found->keyCode;
+}
+
+bool isModifierKey(KeyCode keyCode) {
+  constexpr std::array modifiers = {keys::rightCommand, keys::command,     keys::shift,
+                                    keys::capsLock,     keys::option,      keys::control,
+                                    keys::rightShift,   keys::rightOption, keys::rightControl};
+  return std::find(modifiers.begin(), modifiers.end(), keyCode) != modifiers.end();
 }
 
 }  // namespace vantorel

@@ -1,23 +1,11 @@
 #include "platform/linux/x11/X11SyntheticInput.h"
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 #include "platform/MainQueue.h"
+#include "platform/linux/windows/KeyCodeTable.h"
 
 namespace vantorel {
-
-namespace {
-
-bool isModifier(KeyCode keyCode) {
-  constexpr std::array modifiers = {keys::rightCommand, keys::command,     keys::shift,
-                                    keys::capsLock,     keys::option,      keys::control,
-                                    keys::rightShift,   keys::rightOption, keys::rightControl};
-  return std::find(modifiers.begin(), modifiers.end(), keyCode) != modifiers.end();
-}
-
-}  // namespace
 
 X11SyntheticInput::X11SyntheticInput(Dispatch& dispatch, X11Applications& applications,
                                      PrimaryOffer offerPrimary, ListedTo isListedTo)
@@ -43,7 +31,7 @@ void X11SyntheticInput::post(const SyntheticKeyEvent& event, const RunningApplic
   const auto answer = onMainQueue(dispatch_, life_.guard([done = std::move(done)](bool pressed) {
     done(pressed ? KeyDelivery::delivered : KeyDelivery::failed);
   }));
-  if (event.direction == KeyDirection::up || isModifier(event.keyCode)) {
+  if (event.direction == KeyDirection::up || isModifierKey(event.keyCode)) {
     answer(true);  // a part of the chord whose key has its own answer
   } else {
     presser_.press({event.keyCode, event.flags}, target, answer);

@@ -1,0 +1,108 @@
+"""Editors and terminals as windows of a Wayland compositor, driven by the keyboard of its seat."""
+
+from .waiting import wait_for
+
+_TRIAL = "x"  # in no text of a test; some of them may arrive late
+
+
+class _Program:
+    """A program whose window is in front and takes keys once it is made."""
+
+    app_id = ""
+
+    def __init__(self, case, keys):
+        self.desktop = case.desktop
+        self.keys = keys
+        self.path = case.file("work", f"{self.app_id}.txt")
+        self.process = self.desktop.start(self.app_id, self.command(), self.environment())
+        wait_for(f"{self.app_id} in front", lambda: self.desktop.front() == self.app_id, 60,
+                 self.desktop.front)
+        # A window is in front before its program takes keys.
+        wait_for(f"{self.app_id} to take keys", self._takes_keys, 60)
+
+    def command(self):
+        raise NotImplementedError
+
+    def environment(self):
+        return {}
+
+    def wait_for_text(self, expected, limit=20):
+        """Waits until exactly this has come since."""
+        wait_for(f"{expected!r} in {self.app_id}", lambda: self.text() == expected, limit,
+                 self.text)
+
+    def text(self):
+        """What has come since it took keys."""
+        self._save()
+        return self._text().replace(_TRIAL, "").strip("\n")
+
+    def _takes_keys(self):
+        self.keys.tap(_TRIAL)
+        self._save()
+        return self._text()
+
+    def _save(self):
+        """Has it written to the file, in its own time."""
+
+    def _text(self):
+        with open(self.path, encoding="utf-8") as file:
+            return file.read().rstrip("\n")
+
+
+class _Editor(_Program):
+    def _save(self):
+        self.keys.chord("Ctrl+s")
+
+
+class Mousepad(_Editor):
+    def __init__(self, case, keys, backend="wayland"):
+        self.app_id = "mousepad" if backend == "wayland" else "Mousepad"
+        self._backend = backend
+        super().__init__(case, keys)
+
+    def command(self):
+        return ["mousepad", "--disable-server", self.path]
+
+    def environment(self):
+        return {"GDK_BACKEND": self._backend}
+
+
+class GnomeTextEditor(_Editor):
+    app_id = "org.gnome.TextEditor"
+
+    def command(self):
+        return ["gnome-text-editor", "--standalone", self.path]
+
+    def environment(self):
+        return {"GDK_BACKEND": "wayland", "GSK_RENDERER": "cairo"}
+
+
+class FeatherPad(_Editor):
+    app_id = "featherpad"
+
+    def command(self):
+        return ["featherpad", "--standalone", self.path]
+
+    def environment(self):
+        return {"QT_QPA_PLATFORM": "wayland"}
+
+
+class _Terminal(_Program):
+    """Its program writes down what it is given, without line editing as soon as it arrives."""
+
+    def script(self):
+        return ["sh", "-c", f"stty -icanon -echo; exec cat > '{self.path}'"]
+
+
+class Foot(_Terminal):
+    app_id = "foot"
+
+    def command(self):
+        return ["foot", *self.script()]
+
+
+class XTerm(_Terminal):
+    app_id = "XTerm"
+
+    def command(self):
+        return ["xterm", "-e", *self.script()]
