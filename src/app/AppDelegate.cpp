@@ -126,6 +126,8 @@ void AppDelegate::openSearch() { panelController().openSearch(focus_.currentPast
 
 void AppDelegate::configureHotKey() {
   hotKey_.onNotice = [this](std::string_view notice) { show(notice); };
+  hotKey_.onApplied = [this](auto result) { windows_.shortcutApplied(result); };
+  hotKey_.onChange = [this] { windows_.shortcutChanged(); };
   hotKey_.onPressed = [this] {
     if (!windows_.recordPressedShortcut()) openHistory();
   };

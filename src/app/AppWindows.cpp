@@ -78,21 +78,24 @@ void AppWindows::closeShortcutPanel() { closeWindow(shortcutPanel_); }
 void AppWindows::resetShortcut() { applyShortcut({}); }
 
 void AppWindows::applyShortcut(const HotKeyShortcut& candidate) {
-  switch (hotKey_.apply(candidate)) {
-    case HotKeyRegistration::ApplyResult::unchanged:
-      return closeShortcutPanel();
-    case HotKeyRegistration::ApplyResult::unavailable:
-      if (shortcutPanel_) {
-        shortcutPanel_->setPrompt(hotKey_.canBeHad() ? unavailablePrompt : absentPrompt);
-      }
-      return;
-    case HotKeyRegistration::ApplyResult::applied:
-      break;
+  shortcutApplied(hotKey_.apply(candidate));
+}
+
+void AppWindows::shortcutApplied(HotKeyRegistration::ApplyResult result) {
+  using Result = HotKeyRegistration::ApplyResult;
+  if (result == Result::unchanged) return closeShortcutPanel();
+  if (result == Result::unavailable || result == Result::kept) {
+    if (!shortcutPanel_) return;
+    return shortcutPanel_->setPrompt(hotKey_.canBeHad() ? unavailablePrompt : absentPrompt);
   }
-  const auto display = hotKey_.shortcut().display();
-  if (helpPanel_) helpPanel_->setShortcut(display);
+  if (result == Result::asked) return;
+  shortcutChanged();
   closeShortcutPanel();
-  onNotice("Shortcut set to " + display);
+  onNotice("Shortcut set to " + hotKey_.shortcut().display());
+}
+
+void AppWindows::shortcutChanged() {
+  if (helpPanel_) helpPanel_->setShortcut(hotKey_.shortcut().display());
 }
 
 bool AppWindows::recordPressedShortcut() {

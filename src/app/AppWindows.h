@@ -34,6 +34,10 @@ class AppWindows {
 
   void showShortcutPanel();
   void applyShortcut(const HotKeyShortcut& candidate);
+  /// What became of a shortcut that was chosen; also when the desktop answered later.
+  void shortcutApplied(HotKeyRegistration::ApplyResult result);
+  /// The shortcut is another than before, or can be had no more.
+  void shortcutChanged();
   /// The registered shortcut was pressed: whether it is recorded, since the recorder could not have
   /// the keyboard.
   [[nodiscard]] bool recordPressedShortcut();

@@ -1,5 +1,7 @@
 #include "app/HotKeyRegistration.h"
 
+#include <utility>
+
 namespace vantorel {
 
 HotKeyRegistration::HotKeyRegistration(HotKeys& hotKeys, UserDefaults& defaults, Dispatch& dispatch)
@@ -14,9 +16,13 @@ void HotKeyRegistration::registerHotKey() {
   ensureHotKeyHandler();
   if (reference_ || !handlerInstalled_) return;
   reference_ = take(shortcut_);
-  if (!reference_ && shortcut_ != HotKeyShortcut{}) {
-    shortcut_ = {};
-    shortcut_.save(defaults_);
+  if (!reference_) fallBack();
+}
+
+void HotKeyRegistration::fallBack() {
+  reference_.reset();
+  if (shortcut_ != HotKeyShortcut{}) {
+    store({});
     tell("Saved shortcut unavailable. Using ⌘⇧V.");
     reference_ = take(shortcut_);
   }
@@ -25,27 +31,35 @@ void HotKeyRegistration::registerHotKey() {
 
 HotKeyRegistration::ApplyResult HotKeyRegistration::apply(const HotKeyShortcut& candidate) {
   if (candidate == shortcut_ && reference_) return ApplyResult::unchanged;
+  dropCandidate();
   const auto reference = take(candidate);
   if (!reference) return ApplyResult::unavailable;
-  if (reference_) hotKeys_.unregisterHotKey(*reference_);
-  reference_ = reference;
+  if (hotKeys_.isAwaited(*reference)) {
+    candidate_ = {candidate, *reference};
+    return ApplyResult::asked;
+  }
+  adopt(candidate, *reference);
   ensureHotKeyHandler();
-  shortcut_ = candidate;
-  shortcut_.save(defaults_);
   return ApplyResult::applied;
 }
 
 void HotKeyRegistration::unregisterHotKey() {
+  dropCandidate();
   if (reference_) hotKeys_.unregisterHotKey(*reference_);
   reference_.reset();
-  if (handlerInstalled_) hotKeys_.removeHandler();
+  if (handlerInstalled_) {
+    hotKeys_.setAnswerHandler({});
+    hotKeys_.removeHandler();
+  }
   handlerInstalled_ = false;
 }
 
 void HotKeyRegistration::ensureHotKeyHandler() {
   if (handlerInstalled_) return;
   handlerInstalled_ = hotKeys_.installHandler([this](HotKeyId id) { handlePress(id); });
-  if (!handlerInstalled_) tell("Could not enable the keyboard shortcut.");
+  if (!handlerInstalled_) return tell("Could not enable the keyboard shortcut.");
+  hotKeys_.setAnswerHandler(
+      [this](HotKeyRef reference, HotKeyAnswer answer) { answered(reference, answer); });
 }
 
 void HotKeyRegistration::handlePress(HotKeyId id) {
@@ -55,12 +69,61 @@ void HotKeyRegistration::handlePress(HotKeyId id) {
   }));
 }
 
+void HotKeyRegistration::answered(HotKeyRef reference, HotKeyAnswer answer) {
+  if (candidate_ && candidate_->reference == reference) return candidateAnswered(answer);
+  if (reference_ != reference) return;
+  if (answer == HotKeyAnswer::taken) {
+    fallBack();
+  } else {
+    isAbsent_ = answer == HotKeyAnswer::absent;
+    if (isAbsent_) reference_.reset();
+  }
+  changed();
+}
+
+void HotKeyRegistration::candidateAnswered(HotKeyAnswer answer) {
+  const Candidate candidate = *std::exchange(candidate_, std::nullopt);
+  isAbsent_ = answer == HotKeyAnswer::absent;
+  auto result = ApplyResult::unavailable;
+  if (answer == HotKeyAnswer::held) {
+    adopt(candidate.shortcut, candidate.reference);
+    result = ApplyResult::applied;
+  } else if (isAbsent_) {
+    reference_.reset();
+    store(candidate.shortcut);
+    result = ApplyResult::kept;
+  }
+  if (onApplied) onApplied(result);
+}
+
+void HotKeyRegistration::dropCandidate() {
+  if (const auto dropped = std::exchange(candidate_, std::nullopt)) {
+    hotKeys_.unregisterHotKey(dropped->reference);
+  }
+}
+
+void HotKeyRegistration::adopt(const HotKeyShortcut& shortcut, HotKeyRef reference) {
+  if (reference_) hotKeys_.unregisterHotKey(*reference_);
+  reference_ = reference;
+  store(shortcut);
+}
+
+void HotKeyRegistration::store(const HotKeyShortcut& shortcut) {
+  shortcut_ = shortcut;
+  shortcut_.save(defaults_);
+}
+
 std::optional<HotKeyRef> HotKeyRegistration::take(const HotKeyShortcut& shortcut) {
-  return hotKeys_.registerHotKey(shortcut.keyCode, shortcut.modifiers, clipHotKeyId);
+  return hotKeys_.registerHotKey({shortcut.keyCode, shortcut.modifiers, shortcut.keyLabel},
+                                 clipHotKeyId);
 }
 
 void HotKeyRegistration::tell(std::string_view notice) const {
   if (onNotice) onNotice(notice);
+}
+
+void HotKeyRegistration::changed() const {
+  if (onChange) onChange();
 }
 
 }  // namespace vantorel

@@ -27,44 +27,66 @@ class HotKeyRegistration {
   HotKeyRegistration(const HotKeyRegistration&) = delete;
   HotKeyRegistration& operator=(const HotKeyRegistration&) = delete;
 
+  enum class ApplyResult {
+    unchanged,    // it is the shortcut already
+    applied,      // it is the shortcut now, and stored
+    unavailable,  // it cannot be had; the old one stays
+    asked,        // the desktop answers later; the old one stays until then
+    kept,         // it is stored, but no program can have keys here
+  };
+
   /// The shortcut was pressed: called in a later turn of the main queue than the press, so that
   /// whatever it does does not hold up the desktop's delivery of keys.
   std::function<void()> onPressed;
   /// What the user should be told.
   std::function<void(std::string_view)> onNotice;
+  /// What became of an `apply` that was `asked`; not `unchanged`.
+  std::function<void(ApplyResult)> onApplied;
+  /// `shortcut` or `canBeHad` is another than before, without an `apply`.
+  std::function<void()> onChange;
 
   /// Registers the shortcut; one that cannot be had is given up for the default, which is stored.
   /// When that cannot be had either the program runs without. Where no program can have one, what
   /// is stored stays.
   void registerHotKey();
-  enum class ApplyResult {
-    unchanged,    // it is the shortcut already
-    applied,      // it is the shortcut now, and stored
-    unavailable,  // it cannot be had; the old one stays
-  };
   /// Makes `candidate` the shortcut. The old one is given back only once the new one is held, so
-  /// the same keys under another label are unavailable.
+  /// the same keys under another label may be unavailable. A newer candidate replaces one that is
+  /// asked for.
   [[nodiscard]] ApplyResult apply(const HotKeyShortcut& candidate);
   /// Gives back the shortcut, then the handler. `registerHotKey` may be called again.
   void unregisterHotKey();
 
   [[nodiscard]] const HotKeyShortcut& shortcut() const { return shortcut_; }
-  /// Whether this desktop lets programs have shortcuts. Known once it was tried.
-  [[nodiscard]] bool canBeHad() const { return handlerInstalled_; }
+  /// Whether this desktop lets programs have shortcuts, as far as it has said so.
+  [[nodiscard]] bool canBeHad() const { return handlerInstalled_ && !isAbsent_; }
   [[nodiscard]] bool isRegistered() const { return reference_.has_value(); }
 
  private:
+  struct Candidate {
+    HotKeyShortcut shortcut;
+    HotKeyRef reference = 0;
+  };
+
   void ensureHotKeyHandler();
   void handlePress(HotKeyId id);
+  void answered(HotKeyRef reference, HotKeyAnswer answer);
+  void candidateAnswered(HotKeyAnswer answer);
+  void fallBack();
+  void dropCandidate();
+  void adopt(const HotKeyShortcut& shortcut, HotKeyRef reference);
+  void store(const HotKeyShortcut& shortcut);
   [[nodiscard]] std::optional<HotKeyRef> take(const HotKeyShortcut& shortcut);
   void tell(std::string_view notice) const;
+  void changed() const;
 
   HotKeys& hotKeys_;
   UserDefaults& defaults_;
   Dispatch& dispatch_;
   HotKeyShortcut shortcut_;
-  std::optional<HotKeyRef> reference_;
+  std::optional<HotKeyRef> reference_;  // held, or asked for
+  std::optional<Candidate> candidate_;  // asked for by `apply`
   bool handlerInstalled_ = false;
+  bool isAbsent_ = false;  // so the desktop said
   Lifetime life_;
 };
 

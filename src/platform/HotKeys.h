@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "platform/KeyCodes.h"
 
@@ -16,10 +17,26 @@ struct HotKeyId {
   friend bool operator==(const HotKeyId&, const HotKeyId&) = default;
 };
 
+/// A key and modifiers. Some desktops know the key by its place, others by what is printed on it:
+/// an upper-case letter or digit, or "Space".
+struct HotKeyCombination {
+  KeyCode keyCode = 0;
+  HotKeyModifiers modifiers = 0;
+  std::string label = {};
+  friend bool operator==(const HotKeyCombination&, const HotKeyCombination&) = default;
+};
+
 /// A registration; meaningful only to the port that gave it.
 using HotKeyRef = std::uint32_t;
 
-/// System-wide shortcuts. Main thread; the handler is called there.
+/// What a desktop says that has to be asked by messages.
+enum class HotKeyAnswer {
+  held,    // the keys are this program's, until it gives them back
+  taken,   // they cannot be had, or not any more; the registration is no more
+  absent,  // no program can have keys here that reach it over every window; likewise
+};
+
+/// System-wide shortcuts. Main thread; the handlers are called there.
 class HotKeys {
  public:
   virtual ~HotKeys() = default;
@@ -29,13 +46,18 @@ class HotKeys {
   [[nodiscard]] virtual bool installHandler(std::function<void(HotKeyId)> handler) = 0;
   virtual void removeHandler() = 0;
 
-  /// Takes the key at that place with exactly these modifiers (Lock keys aside) for this program,
-  /// in every window, on every layout. Absent when another program has it or the key is not on
-  /// this keyboard. It stays taken when keyboards or layouts change.
-  [[nodiscard]] virtual std::optional<HotKeyRef> registerHotKey(KeyCode keyCode,
-                                                                HotKeyModifiers modifiers,
-                                                                HotKeyId id) = 0;
+  /// Takes that key with exactly these modifiers (Lock keys aside) for this program, in every
+  /// window, on every layout. Absent when another program has it or the key is not on this
+  /// keyboard. It stays taken when keyboards or layouts change.
+  [[nodiscard]] virtual std::optional<HotKeyRef> registerHotKey(
+      const HotKeyCombination& combination, HotKeyId id) = 0;
   virtual void unregisterHotKey(HotKeyRef reference) = 0;
+
+  /// Whether the desktop has yet to answer to a registration.
+  [[nodiscard]] virtual bool isAwaited(HotKeyRef /*reference*/) const { return false; }
+  /// Called in a later turn than the registration, with the answer to one that is awaited; again
+  /// when the desktop takes the keys away. Replaces the previous handler; empty: none.
+  virtual void setAnswerHandler(std::function<void(HotKeyRef, HotKeyAnswer)> /*handler*/) {}
 };
 
 }  // namespace vantorel

@@ -55,9 +55,11 @@ class Session(WaylandTestCase):
         self.desktop.copy("while it is open")
         self.vantorel.wait_for_row("while it is open")
 
-    def test_no_shortcut_is_promised(self):
+    def test_a_start_does_not_complain_of_the_shortcut(self):
         self.vantorel.start(capturing=False)
-        self.vantorel.wait_for_notice("Could not enable the keyboard shortcut.")
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        self.assertNotIn("Could not enable the keyboard shortcut.", self.desktop.windows.titles())
 
 
 class Clipboards(WaylandTestCase):

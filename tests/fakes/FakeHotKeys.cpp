@@ -16,13 +16,15 @@ void FakeHotKeys::removeHandler() {
   log_.emplace_back("removeHandler");
 }
 
-std::optional<HotKeyRef> FakeHotKeys::registerHotKey(KeyCode keyCode, HotKeyModifiers modifiers,
+std::optional<HotKeyRef> FakeHotKeys::registerHotKey(const HotKeyCombination& combination,
                                                      HotKeyId id) {
+  const auto [keyCode, modifiers, label] = combination;
   log_.emplace_back("register");
   if (taken_.contains({keyCode, modifiers})) return std::nullopt;
   for (const auto& [reference, other] : registered_) {
     if (other.keyCode == keyCode && other.modifiers == modifiers) return std::nullopt;
   }
+  if (answersLater_) awaited_.insert(nextReference_);
   registered_[nextReference_] = {keyCode, modifiers, id};
   return nextReference_++;
 }
@@ -31,6 +33,13 @@ void FakeHotKeys::unregisterHotKey(HotKeyRef reference) {
   if (onUnregister) onUnregister();
   registered_.erase(reference);
   log_.emplace_back("unregister");
+}
+
+void FakeHotKeys::answer(HotKeyAnswer answer) {
+  const HotKeyRef newest = registered_.rbegin()->first;
+  awaited_.erase(newest);
+  if (answer != HotKeyAnswer::held) registered_.erase(newest);
+  if (const auto handler = answerHandler_) handler(newest, answer);
 }
 
 void FakeHotKeys::pressHotKey(HotKeyId id) {

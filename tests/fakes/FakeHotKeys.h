@@ -24,9 +24,15 @@ class FakeHotKeys : public HotKeys {
 
   [[nodiscard]] bool installHandler(std::function<void(HotKeyId)> handler) override;
   void removeHandler() override;
-  [[nodiscard]] std::optional<HotKeyRef> registerHotKey(KeyCode keyCode, HotKeyModifiers modifiers,
+  [[nodiscard]] std::optional<HotKeyRef> registerHotKey(const HotKeyCombination& combination,
                                                         HotKeyId id) override;
   void unregisterHotKey(HotKeyRef reference) override;
+  [[nodiscard]] bool isAwaited(HotKeyRef reference) const override {
+    return awaited_.contains(reference);
+  }
+  void setAnswerHandler(std::function<void(HotKeyRef, HotKeyAnswer)> handler) override {
+    answerHandler_ = std::move(handler);
+  }
 
   // The test's side.
 
@@ -37,6 +43,10 @@ class FakeHotKeys : public HotKeys {
   /// Another program has, or gives up, that combination.
   void take(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.insert({keyCode, modifiers}); }
   void giveUp(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.erase({keyCode, modifiers}); }
+  /// From now on a registration is answered when the test says so.
+  void setAnswersLater(bool later) { answersLater_ = later; }
+  /// Answers the newest registration.
+  void answer(HotKeyAnswer answer);
   /// Called before a shortcut is given back.
   std::function<void()> onUnregister;
   void setHandlerInstallFails(bool fails) { installFails_ = fails; }
@@ -50,6 +60,9 @@ class FakeHotKeys : public HotKeys {
  private:
   std::function<void(HotKeyId)> handler_;
   std::map<HotKeyRef, Registered> registered_;
+  std::function<void(HotKeyRef, HotKeyAnswer)> answerHandler_;
+  std::set<HotKeyRef> awaited_;
+  bool answersLater_ = false;
   std::set<std::pair<KeyCode, HotKeyModifiers>> taken_;
   std::vector<std::string> log_;
   HotKeyRef nextReference_ = 1;

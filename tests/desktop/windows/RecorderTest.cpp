@@ -159,12 +159,12 @@ TEST_F(RecorderTest, HearsWhatAnotherProgramHasAUseFor) {
   openWithKeyboard();
   EXPECT_EQ(record({superKey, shiftKey, keyB}), (HotKeyShortcut{11, commandShift, "B"}));
   EXPECT_EQ(rivalsKeys(), 0);
-  EXPECT_EQ(hotKeys->registerHotKey(11, commandShift, ours), std::nullopt)
+  EXPECT_EQ(hotKeys->registerHotKey({11, commandShift}, ours), std::nullopt)
       << "it is the rival's nonetheless";
 }
 
 TEST_F(RecorderTest, HearsThisProgramsOwnShortcut) {
-  ASSERT_TRUE(hotKeys->registerHotKey(keys::v, commandShift, ours));
+  ASSERT_TRUE(hotKeys->registerHotKey({keys::v, commandShift}, ours));
   openWithKeyboard();
   EXPECT_EQ(record({superKey, shiftKey, keyV}), (HotKeyShortcut{9, commandShift, "V"}));
   settle();
@@ -199,7 +199,7 @@ TEST_F(RecorderTest, RefusesWhatIsNoShortcut) {
 }
 
 TEST_F(RecorderTest, GivesTheKeyboardBackWhenItCloses) {
-  ASSERT_TRUE(hotKeys->registerHotKey(keys::v, commandShift, ours));
+  ASSERT_TRUE(hotKeys->registerHotKey({keys::v, commandShift}, ours));
   openWithKeyboard();
   panel->hide();
   EXPECT_TRUE(happens("the keyboard is free", [this] { return keyboardIsFree(); }));
@@ -284,7 +284,7 @@ TEST_P(RecorderOnLayouts, WhatIsRecordedWorksAfterTheLayoutIsSwitched) {
   panel->hide();
   happens("the keyboard is free", [this] { return keyboardIsFree(); });
 
-  ASSERT_TRUE(hotKeys->registerHotKey(shortcut->keyCode, shortcut->modifiers, ours));
+  ASSERT_TRUE(hotKeys->registerHotKey({shortcut->keyCode, shortcut->modifiers}, ours));
   for (const auto& other : {layout, "us", "fr", "il", "ru"}) {
     presses = 0;
     setVariant(other, "");

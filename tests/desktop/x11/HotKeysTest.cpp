@@ -34,12 +34,12 @@ class HotKeysTest : public DesktopFixture {
     EXPECT_TRUE(hotKeys->installHandler([this](HotKeyId id) { pressed.push_back(id.id); }));
   }
   std::optional<HotKeyRef> registerPaste() {
-    return hotKeys->registerHotKey(keys::v, commandShift, paste);
+    return hotKeys->registerHotKey({keys::v, commandShift}, paste);
   }
   /// Presses the shortcut's keys, and tells how often it was heard. A second shortcut, pressed
   /// afterwards, tells that everything before it has been dealt with.
   std::size_t heardWhen(const std::function<void()>& act) {
-    if (!marker_) marker_ = hotKeys->registerHotKey(keys::v + 2, hotkeys::control, other);
+    if (!marker_) marker_ = hotKeys->registerHotKey({keys::v + 2, hotkeys::control}, other);
     EXPECT_TRUE(marker_);
     pressed.clear();
     act();
@@ -221,7 +221,7 @@ TEST_F(HotKeysTest, AShortcutThatAnotherProgramHasInOneLockStateLeavesNothingTak
 
 TEST_F(HotKeysTest, TheSameShortcutTwiceIsRefused) {
   ASSERT_TRUE(registerPaste());
-  EXPECT_EQ(hotKeys->registerHotKey(keys::v, commandShift, other), std::nullopt);
+  EXPECT_EQ(hotKeys->registerHotKey({keys::v, commandShift}, other), std::nullopt);
   EXPECT_EQ(heardWhenStruck({superKey, shiftKey, keyV}), 1U);
 }
 
@@ -241,7 +241,8 @@ TEST_F(HotKeysTest, AnUnregisteredShortcutIsFreeForOthers) {
 TEST_F(HotKeysTest, TheOldShortcutStaysUntilTheNewOneIsThere) {
   const auto old = registerPaste();
   ASSERT_TRUE(old);
-  const auto next = hotKeys->registerHotKey(keys::space, hotkeys::command | hotkeys::option, paste);
+  const auto next =
+      hotKeys->registerHotKey({keys::space, hotkeys::command | hotkeys::option}, paste);
   ASSERT_TRUE(next);
   hotKeys->unregisterHotKey(*old);
   EXPECT_EQ(heardWhenStruck({superKey, shiftKey, keyV}), 0U);
@@ -249,8 +250,8 @@ TEST_F(HotKeysTest, TheOldShortcutStaysUntilTheNewOneIsThere) {
 }
 
 TEST_F(HotKeysTest, KeysThatAreNoneAreRefused) {
-  EXPECT_EQ(hotKeys->registerHotKey(127, commandShift, paste), std::nullopt);
-  EXPECT_EQ(hotKeys->registerHotKey(100000, commandShift, paste), std::nullopt);
+  EXPECT_EQ(hotKeys->registerHotKey({127, commandShift}, paste), std::nullopt);
+  EXPECT_EQ(hotKeys->registerHotKey({100000, commandShift}, paste), std::nullopt);
 }
 
 TEST_F(HotKeysTest, StaysTakenWhenTheKeyboardChanges) {
@@ -333,7 +334,7 @@ TEST_F(HotKeysTest, ShortcutsAreFreeWhenTheProgramEnds) {
 TEST_F(HotKeysTest, WithoutTheServerNothingCanBeTaken) {
   ASSERT_TRUE(registerPaste());
   killServer();
-  EXPECT_EQ(hotKeys->registerHotKey(keys::space, commandShift, other), std::nullopt);
+  EXPECT_EQ(hotKeys->registerHotKey({keys::space, commandShift}, other), std::nullopt);
 }
 
 }  // namespace

@@ -79,7 +79,7 @@ TEST_F(LatencyTest, AShortcutIsHeardSoon) {
   const auto hotKeys = X11HotKeys::open(dispatch, display());
   int heard = 0;
   ASSERT_TRUE(hotKeys->installHandler([&](HotKeyId) { ++heard; }));
-  ASSERT_TRUE(hotKeys->registerHotKey(keys::v, hotkeys::command | hotkeys::shift, {}));
+  ASSERT_TRUE(hotKeys->registerHotKey({keys::v, hotkeys::command | hotkeys::shift}, {}));
   report("shortcut pressed to handler", measure([&] {
            const int before = heard;
            fingers().press(133);

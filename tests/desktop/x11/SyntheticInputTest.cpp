@@ -282,7 +282,7 @@ TEST_F(SyntheticInputTest, AShortcutThatIsStillHeldDoesNotKeepTheKeyboard) {
   const auto hotKeys = X11HotKeys::open(dispatch, display());
   int heard = 0;
   ASSERT_TRUE(hotKeys->installHandler([&](HotKeyId) { ++heard; }));
-  ASSERT_TRUE(hotKeys->registerHotKey(keys::space, hotkeys::command | hotkeys::option, {}));
+  ASSERT_TRUE(hotKeys->registerHotKey({keys::space, hotkeys::command | hotkeys::option}, {}));
   for (const auto key : {superKey, altKey, spaceKey}) fingers().press(key, Keyboard::hardware);
   waitUntil("the shortcut is heard", [&] { return heard == 1; });
   paste(program.process->pid());

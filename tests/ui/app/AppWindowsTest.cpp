@@ -186,6 +186,21 @@ TEST_F(AppWindowsTest, ATakenShortcutKeepsTheRecorderOpenAndTheOldOneInForce) {
   EXPECT_TRUE(historyIsShown());
 }
 
+TEST_F(AppWindowsTest, TheRecorderStaysUntilTheDesktopHasAnswered) {
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  desktop.hotKeys.answer(HotKeyAnswer::held);
+  delegate->showShortcutPanel();
+  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_THAT(toasts(), IsEmpty());
+  desktop.hotKeys.answer(HotKeyAnswer::taken);
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "That shortcut is unavailable. Try another.");
+  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+  desktop.hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_THAT(windows<ShortcutPanel>(), IsEmpty());
+  EXPECT_THAT(toasts(), ElementsAre("Shortcut set to Alt+Ctrl+K"));
+}
+
 TEST_F(AppWindowsTest, WhereNoShortcutCanBeHadTheRecorderSaysWhatToDoInstead) {
   desktop.hotKeys.setHandlerInstallFails(true);
   startAgain();

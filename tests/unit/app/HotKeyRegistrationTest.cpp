@@ -23,6 +23,10 @@ class HotKeyRegistrationTest : public testing::Test {
     registration = std::make_unique<HotKeyRegistration>(hotKeys, defaults, dispatch);
     registration->onPressed = [this] { ++presses; };
     registration->onNotice = [this](std::string_view notice) { notices.emplace_back(notice); };
+    registration->onApplied = [this](HotKeyRegistration::ApplyResult result) {
+      results.push_back(result);
+    };
+    registration->onChange = [this] { ++changes; };
     registration->registerHotKey();
     return *registration;
   }
@@ -32,7 +36,9 @@ class HotKeyRegistrationTest : public testing::Test {
   FakeHotKeys hotKeys;
   std::unique_ptr<HotKeyRegistration> registration;
   int presses = 0;
+  int changes = 0;
   std::vector<std::string> notices;
+  std::vector<HotKeyRegistration::ApplyResult> results;
 };
 
 TEST_F(HotKeyRegistrationTest, FoldsTheSignatureFromItsLettersLeftToRight) {
@@ -239,6 +245,96 @@ TEST_F(HotKeyRegistrationTest, ApplyingInstallsAHandlerThatCouldNotBeInstalledBe
   EXPECT_TRUE(hotKeys.press(49, 0x900));
   dispatch.runQueued();
   EXPECT_EQ(presses, 1);
+}
+
+class AskedHotKeyTest : public HotKeyRegistrationTest {
+ protected:
+  AskedHotKeyTest() { hotKeys.setAnswersLater(true); }
+};
+
+TEST_F(AskedHotKeyTest, UntilTheDesktopAnswersTheShortcutCountsAsHad) {
+  EXPECT_TRUE(start().canBeHad());
+  EXPECT_TRUE(registration->isRegistered());
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_TRUE(registration->canBeHad());
+  EXPECT_THAT(notices, IsEmpty());
+}
+
+TEST_F(AskedHotKeyTest, ASavedShortcutThatIsRefusedLaterGivesWayToTheDefault) {
+  HotKeyShortcut{40, 0x1800, "K"}.save(defaults);
+  start();
+  hotKeys.answer(HotKeyAnswer::taken);
+  EXPECT_THAT(notices, ElementsAre(savedUnavailable));
+  EXPECT_EQ(HotKeyShortcut::load(defaults), HotKeyShortcut{});
+  EXPECT_EQ(changes, 1);
+  hotKeys.answer(HotKeyAnswer::taken);
+  EXPECT_THAT(notices, ElementsAre(savedUnavailable, unavailable));
+  EXPECT_FALSE(registration->isRegistered());
+  EXPECT_TRUE(registration->canBeHad());
+}
+
+TEST_F(AskedHotKeyTest, WhereNobodyCanHaveOneNothingIsSaidAndWhatIsStoredStays) {
+  HotKeyShortcut{40, 0x1800, "K"}.save(defaults);
+  start();
+  hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_FALSE(registration->canBeHad());
+  EXPECT_FALSE(registration->isRegistered());
+  EXPECT_EQ(changes, 1);
+  EXPECT_THAT(notices, IsEmpty());
+  EXPECT_EQ(HotKeyShortcut::load(defaults), (HotKeyShortcut{40, 0x1800, "K"}));
+}
+
+TEST_F(AskedHotKeyTest, ANewShortcutIsStoredOnceItIsHeld) {
+  start();
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  EXPECT_EQ(registration->shortcut(), HotKeyShortcut{});
+  EXPECT_TRUE(hotKeys.press(9, 0x300)) << "the old one works meanwhile";
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_THAT(results, ElementsAre(ApplyResult::applied));
+  EXPECT_EQ(HotKeyShortcut::load(defaults), commandOptionSpace);
+  EXPECT_THAT(hotKeys.log(), ElementsAre("register", "register", "unregister"));
+  EXPECT_FALSE(hotKeys.press(9, 0x300));
+}
+
+TEST_F(AskedHotKeyTest, ARefusedOneLeavesTheOldOneInForce) {
+  start();
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  hotKeys.answer(HotKeyAnswer::taken);
+  EXPECT_THAT(results, ElementsAre(ApplyResult::unavailable));
+  EXPECT_EQ(registration->shortcut(), HotKeyShortcut{});
+  EXPECT_TRUE(hotKeys.press(9, 0x300));
+  EXPECT_FALSE(defaults.contains(HotKeyShortcut::keyCodeKey));
+}
+
+TEST_F(AskedHotKeyTest, ANewerOneReplacesTheOneThatIsAskedFor) {
+  start();
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  EXPECT_EQ(registration->apply({40, 0x1800, "K"}), ApplyResult::asked);
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_THAT(results, ElementsAre(ApplyResult::applied));
+  EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Registered{40, 0x1800, clipHotKeyId}));
+}
+
+TEST_F(AskedHotKeyTest, WhereNobodyCanHaveOneTheChosenKeysAreKept) {
+  start();
+  hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_THAT(results, ElementsAre(ApplyResult::kept));
+  EXPECT_EQ(HotKeyShortcut::load(defaults), commandOptionSpace);
+  EXPECT_EQ(registration->shortcut(), commandOptionSpace);
+}
+
+TEST_F(AskedHotKeyTest, WhatIsAskedForIsGivenBackAtTheEnd) {
+  start();
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  registration->unregisterHotKey();
+  EXPECT_THAT(hotKeys.registered(), IsEmpty());
+  EXPECT_EQ(hotKeys.log().back(), "removeHandler");
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "platform/linux/pictures/LinuxFileThumbnails.h"
 #include "platform/linux/pictures/ThemeIcons.h"
 #include "platform/linux/settings/JsonUserDefaults.h"
+#include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
 #include "platform/linux/start/AutostartLoginItem.h"
 #include "platform/linux/start/HistoryLock.h"
 #include "platform/linux/textinpictures/TextModels.h"
@@ -25,7 +26,6 @@
 #include "platform/linux/wayland/DataControlPasteboard.h"
 #include "platform/linux/wayland/ToplevelInput.h"
 #include "platform/linux/wayland/VirtualKeyboard.h"
-#include "platform/linux/windows/AbsentHotKeys.h"
 #include "platform/linux/windows/KeyCodeTable.h"
 #include "platform/linux/x11/X11DesktopSettings.h"
 #include "platform/linux/x11/X11EventMonitors.h"
@@ -173,7 +173,7 @@ struct LinuxDesktop::Ports {
 
   /// What an X server inside of a compositor grabs holds over the windows of X11 programs alone.
   [[nodiscard]] std::unique_ptr<HotKeys> openHotKeys() const {
-    if (isInsideWayland) return std::make_unique<AbsentHotKeys>();
+    if (isInsideWayland) return std::make_unique<KGlobalAccelHotKeys>(dispatch, bus);
     return X11HotKeys::open(dispatch);
   }
 

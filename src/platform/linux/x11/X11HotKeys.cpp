@@ -29,10 +29,10 @@ bool X11HotKeys::installHandler(std::function<void(HotKeyId)> handler) {
 
 void X11HotKeys::removeHandler() { handler_ = nullptr; }
 
-std::optional<HotKeyRef> X11HotKeys::registerHotKey(KeyCode keyCode, HotKeyModifiers modifiers,
+std::optional<HotKeyRef> X11HotKeys::registerHotKey(const HotKeyCombination& combination,
                                                     HotKeyId id) {
   const HotKeyRef reference = lastReference_ + 1;
-  if (!grabber_.add(reference, {keyCode, modifiers})) return std::nullopt;
+  if (!grabber_.add(reference, combination)) return std::nullopt;
   lastReference_ = reference;
   ids_.emplace(reference, id);
   return reference;

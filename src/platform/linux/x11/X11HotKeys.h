@@ -24,7 +24,7 @@ class X11HotKeys : public HotKeys {
 
   [[nodiscard]] bool installHandler(std::function<void(HotKeyId)> handler) override;
   void removeHandler() override;
-  [[nodiscard]] std::optional<HotKeyRef> registerHotKey(KeyCode keyCode, HotKeyModifiers modifiers,
+  [[nodiscard]] std::optional<HotKeyRef> registerHotKey(const HotKeyCombination& combination,
                                                         HotKeyId id) override;
   void unregisterHotKey(HotKeyRef reference) override;
 

@@ -12,13 +12,6 @@
 
 namespace vantorel {
 
-/// A key and modifiers as hot keys name them.
-struct HotKeyCombination {
-  KeyCode keyCode = 0;
-  HotKeyModifiers modifiers = 0;
-  friend bool operator==(const HotKeyCombination&, const HotKeyCombination&) = default;
-};
-
 /// Holds keys grabbed for this program and tells of each press, on a thread of its own. When
 /// keyboards or modifiers change it moves the grabs to where the keys are now.
 class X11KeyGrabber {
