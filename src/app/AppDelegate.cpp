@@ -152,6 +152,7 @@ void AppDelegate::configureWindows() {
   };
   windows_.onNotice = [this](std::string_view notice) { show(notice); };
   windows_.onToggleLaunchAtLogin = [this] { toggleLaunchAtLogin(); };
+  windows_.onCopy = [this](const std::string& text) { copy(text); };
   windows_.onClear = [this](bool includingPinned) { clearHistory(includingPinned); };
 }
 
@@ -217,6 +218,12 @@ void AppDelegate::clearHistory(bool includingPinned) {
   if (!canRecord()) return show(storageUnavailable);
   if (!cleared) return show("Could not clear the history on the disk.");
   show(includingPinned ? "All clipboard history cleared." : "History cleared. Pinned clips kept.");
+}
+
+void AppDelegate::copy(const std::string& text) {
+  const bool copied = desktop_.pasteboard.writeString(text);
+  if (copied) watcher().noteOwnWrite();
+  show(copied ? "Copied to clipboard." : "Could not copy.");
 }
 
 void AppDelegate::remedy(Trouble trouble) {

@@ -86,6 +86,7 @@ class AppDelegate : public ApplicationCommands {
   void configureServices();
   void configureWindows();
   void clearHistory(bool includingPinned);
+  void copy(const std::string& text);
   void remedy(Trouble trouble);
   void wantKey(const std::string& notice);
   void lookForTrouble();

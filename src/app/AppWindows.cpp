@@ -18,7 +18,8 @@ namespace {
 constexpr std::string_view didShowOnboardingKey = "didShowOnboardingV2";
 constexpr Seconds onboardingDelay{0.3};
 constexpr std::string_view unavailablePrompt = "That shortcut is unavailable. Try another.";
-constexpr std::string_view absentPrompt = "Have your desktop run vantorel --toggle";
+// What opens the window where the keys are the user's own affair.
+constexpr std::string_view toggleCommand = "vantorel --toggle";
 constexpr std::string_view canPaste = "This desktop allows automatic paste.";
 constexpr std::string_view cannotPaste = "No automatic paste here. Press ⌘V to paste.";
 // Shown where the application carries no version; the program always sets one.
@@ -62,14 +63,15 @@ AppWindows::~AppWindows() = default;
 
 void AppWindows::showShortcutPanel() {
   closeShortcutPanel();
-  shortcutPanel_ = std::make_unique<ShortcutPanel>(
-      chrome_, desktop_.keyboardGrabs, desktop_.keyCodeForScanCode, hotKey_.shortcut().display());
+  shortcutPanel_ =
+      std::make_unique<ShortcutPanel>(chrome_, desktop_.keyboardGrabs, desktop_.keyCodeForScanCode,
+                                      hotKey_.shortcut().display(), advice());
   shortcutPanel_->onRecorded = [this](const HotKeyShortcut& candidate) {
     applyShortcut(candidate);
   };
   shortcutPanel_->onReset = [this] { resetShortcut(); };
   shortcutPanel_->onCancel = [this] { closeShortcutPanel(); };
-  if (!hotKey_.canBeHad()) shortcutPanel_->setPrompt(absentPrompt);
+  shortcutPanel_->onCopy = [this](const std::string& line) { onCopy(line); };
   showInTheMiddle(*shortcutPanel_, desktop_);
 }
 
@@ -84,18 +86,34 @@ void AppWindows::applyShortcut(const HotKeyShortcut& candidate) {
 void AppWindows::shortcutApplied(HotKeyRegistration::ApplyResult result) {
   using Result = HotKeyRegistration::ApplyResult;
   if (result == Result::unchanged) return closeShortcutPanel();
-  if (result == Result::unavailable || result == Result::kept) {
-    if (!shortcutPanel_) return;
-    return shortcutPanel_->setPrompt(hotKey_.canBeHad() ? unavailablePrompt : absentPrompt);
+  if (result == Result::unavailable) {
+    if (shortcutPanel_ && hotKey_.canBeHad()) shortcutPanel_->setPrompt(unavailablePrompt);
+    return;
   }
   if (result == Result::asked) return;
   shortcutChanged();
+  if (result == Result::kept) return;
   closeShortcutPanel();
   onNotice("Shortcut set to " + hotKey_.shortcut().display());
 }
 
 void AppWindows::shortcutChanged() {
-  if (helpPanel_) helpPanel_->setShortcut(hotKey_.shortcut().display());
+  if (helpPanel_) helpPanel_->setShortcut(opener());
+  if (!shortcutPanel_) return;
+  if (const auto advised = advice(); advised.has_value() != shortcutPanel_->isAdvising()) {
+    showShortcutPanel();
+  } else if (advised) {
+    shortcutPanel_->setAdvice(hotKey_.shortcut().display(), *advised);
+  }
+}
+
+std::string AppWindows::opener() const {
+  return hotKey_.canBeHad() ? hotKey_.shortcut().display() : std::string(toggleCommand);
+}
+
+std::optional<ShortcutAdvice> AppWindows::advice() const {
+  if (hotKey_.canBeHad()) return std::nullopt;
+  return ShortcutAdvice::of(desktop_.name, hotKey_.shortcut(), desktop_.programName);
 }
 
 bool AppWindows::recordPressedShortcut() {
@@ -114,8 +132,7 @@ void AppWindows::showFirstLaunchHelpIfNeeded() {
 void AppWindows::showHelpPanel(bool isFirstLaunch) {
   closeHelpPanel();
   welcoming_ = isFirstLaunch;
-  const HelpPanel::Facts facts{hotKey_.shortcut().display(),
-                               desktop_.input.isTrusted(TrustPrompt::none),
+  const HelpPanel::Facts facts{opener(), desktop_.input.isTrusted(TrustPrompt::none),
                                launchesAtLogin(desktop_.loginItem), programVersion(), language_};
   helpPanel_ = std::make_unique<HelpPanel>(
       chrome_, isFirstLaunch ? HelpPanel::Occasion::firstLaunch : HelpPanel::Occasion::about,

@@ -2,10 +2,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "app/HotKeyRegistration.h"
 #include "app/Language.h"
+#include "app/ShortcutAdvice.h"
 #include "chrome/ChromeServices.h"
 #include "platform/Desktop.h"
 
@@ -31,6 +34,7 @@ class AppWindows {
   std::function<void(std::string_view)> onNotice;  // what the user should be told
   std::function<void()> onToggleLaunchAtLogin;
   std::function<void(bool includingPinned)> onClear;
+  std::function<void(const std::string&)> onCopy;  // what is wanted on the clipboard
 
   void showShortcutPanel();
   void applyShortcut(const HotKeyShortcut& candidate);
@@ -58,6 +62,9 @@ class AppWindows {
   void stop();
 
  private:
+  /// The keys that open the history, or the command where there are none.
+  [[nodiscard]] std::string opener() const;
+  [[nodiscard]] std::optional<ShortcutAdvice> advice() const;
   void closeShortcutPanel();
   void resetShortcut();
   void closeHelpPanel();

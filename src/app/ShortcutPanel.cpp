@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "app/CodeBlock.h"
 #include "app/ShortcutPill.h"
 #include "app/TextBlock.h"
 #include "chrome/KeyTranslation.h"
@@ -18,6 +19,8 @@ constexpr QSize panelSize(350, 164);
 constexpr double cornerRadius = 18;
 constexpr int spacing = 12;
 constexpr int promptWidth = 310;
+constexpr int adviceWidth = 460;
+constexpr int lineWidth = 420;
 
 constexpr auto title = "Keyboard Shortcut";
 constexpr std::string_view pressPrompt = "Press a shortcut with two modifier keys";
@@ -34,18 +37,19 @@ TextBlock* text(const QString& words, double points, QFont::Weight weight,
 }  // namespace
 
 ShortcutPanel::ShortcutPanel(const ChromeServices& services, KeyboardGrabs& grabs,
-                             KeyCodeForScanCode keyCodeForScanCode, std::string_view display)
+                             KeyCodeForScanCode keyCodeForScanCode, std::string_view display,
+                             const std::optional<ShortcutAdvice>& advice)
     : VantorelPanel(title, panelSize, cornerRadius, services.accessibility, services.backdrops),
       dispatch_(services.dispatch),
       grabs_(grabs),
       keyCodeForScanCode_(std::move(keyCodeForScanCode)) {
-  setFixedSize(panelSize);
   // A reader goes where the keyboard is, and reads the window out.
   setFocusPolicy(Qt::ClickFocus);
   setFocus();
   // An input method would keep the very keys that switch it.
   setAttribute(Qt::WA_InputMethodEnabled, false);
-  build(display);
+  setFixedSize(panelSize);
+  build(display, advice);
   onKeyPress = [this](const QKeyEvent& event) { return handle(event); };
   onCloseRequested = [this] {
     if (onCancel) onCancel();
@@ -54,32 +58,32 @@ ShortcutPanel::ShortcutPanel(const ChromeServices& services, KeyboardGrabs& grab
 
 ShortcutPanel::~ShortcutPanel() = default;
 
-void ShortcutPanel::build(std::string_view display) {
+void ShortcutPanel::build(std::string_view display, const std::optional<ShortcutAdvice>& advice) {
   spoken_ = new SpokenNotice(&glass());
   constexpr double titlePoints = 16;
   constexpr double promptPoints = 12.5;
   auto* heading =
       text(title, titlePoints, QFont::DemiBold, TextBlock::Importance::primary, &glass());
   prompt_ = text({}, promptPoints, QFont::Normal, TextBlock::Importance::secondary, &glass());
-  prompt_->setFixedWidth(promptWidth);
+  prompt_->setFixedWidth(advice ? lineWidth : promptWidth);
   setPrompt(pressPrompt);
-  auto* reset = new PushButton(QStringLiteral("Reset"), &glass());
-  auto* cancel = new PushButton(QStringLiteral("Cancel"), &glass());
-  // All keys belong to the shortcut.
-  reset->setFocusPolicy(Qt::NoFocus);
-  cancel->setFocusPolicy(Qt::NoFocus);
-  connect(reset, &PushButton::clicked, this, [this] {
-    if (onReset) onReset();
-  });
-  connect(cancel, &PushButton::clicked, this, [this] {
-    if (onCancel) onCancel();
-  });
+  pill_ = new ShortcutPill(display, &glass());
 
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(spacing);
   buttons->addStretch();
-  buttons->addWidget(reset);
-  buttons->addWidget(cancel);
+  if (advice) {
+    line_ = new CodeBlock({}, lineWidth, &glass());
+    addButton(*buttons, "Copy", [this] {
+      if (onCopy) onCopy(line_->text().toStdString());
+    });
+  }
+  addButton(*buttons, "Reset", [this] {
+    if (onReset) onReset();
+  });
+  addButton(*buttons, advice ? "Close" : "Cancel", [this] {
+    if (onCancel) onCancel();
+  });
   buttons->addStretch();
   auto* column = new QVBoxLayout(&glass());
   column->setContentsMargins(0, 0, 0, 0);
@@ -87,9 +91,26 @@ void ShortcutPanel::build(std::string_view display) {
   column->addStretch();
   column->addWidget(heading, 0, Qt::AlignHCenter);
   column->addWidget(prompt_, 0, Qt::AlignHCenter);
-  column->addWidget(new ShortcutPill(display, &glass()), 0, Qt::AlignHCenter);
+  column->addWidget(pill_, 0, Qt::AlignHCenter);
+  if (advice) column->addWidget(line_, 0, Qt::AlignHCenter);
   column->addLayout(buttons);
   column->addStretch();
+  if (advice) setAdvice(display, *advice);
+}
+
+void ShortcutPanel::addButton(QHBoxLayout& row, const char* name, std::function<void()> pressed) {
+  auto* button = new PushButton(QString::fromLatin1(name), &glass());
+  // All keys belong to the shortcut.
+  button->setFocusPolicy(Qt::NoFocus);
+  connect(button, &PushButton::clicked, this, std::move(pressed));
+  row.addWidget(button);
+}
+
+void ShortcutPanel::setAdvice(std::string_view display, const ShortcutAdvice& advice) {
+  pill_->setShortcut(display);
+  line_->setCode(QString::fromStdString(advice.line));
+  setFixedSize(adviceWidth, panelSize.height() + spacing + line_->height());
+  setPrompt(advice.prompt);
 }
 
 void ShortcutPanel::setPrompt(std::string_view prompt) {

@@ -2,17 +2,23 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "app/HotKeyShortcut.h"
+#include "app/ShortcutAdvice.h"
 #include "chrome/ChromeServices.h"
 #include "chrome/VantorelPanel.h"
 #include "platform/KeyEvent.h"
 #include "platform/KeyboardGrabs.h"
 
+class QHBoxLayout;
+
 namespace vantorel {
 
+class CodeBlock;
+class ShortcutPill;
 class SpokenNotice;
 class TextBlock;
 
@@ -29,9 +35,11 @@ class ShortcutPanel : public VantorelPanel {
   /// A panel that is forgotten gives the keyboard back, or the screen could not be locked.
   static constexpr Seconds grabIdleLimit{60};
 
-  /// `display` is the shortcut in force. All services outlive this.
+  /// `display` is the shortcut in force; `advice` is there where the user has to give the program
+  /// its keys. All services outlive this.
   ShortcutPanel(const ChromeServices& services, KeyboardGrabs& grabs,
-                KeyCodeForScanCode keyCodeForScanCode, std::string_view display);
+                KeyCodeForScanCode keyCodeForScanCode, std::string_view display,
+                const std::optional<ShortcutAdvice>& advice = std::nullopt);
   ~ShortcutPanel() override;
   ShortcutPanel(const ShortcutPanel&) = delete;
   ShortcutPanel& operator=(const ShortcutPanel&) = delete;
@@ -40,8 +48,13 @@ class ShortcutPanel : public VantorelPanel {
   std::function<void(const HotKeyShortcut&)> onRecorded;
   std::function<void()> onReset;
   std::function<void()> onCancel;
+  /// The line of the advice is wanted on the clipboard.
+  std::function<void(const std::string&)> onCopy;
 
   void setPrompt(std::string_view prompt);
+  [[nodiscard]] bool isAdvising() const { return line_ != nullptr; }
+  /// Other keys, in a panel that was built with an advice.
+  void setAdvice(std::string_view display, const ShortcutAdvice& advice);
   [[nodiscard]] QString prompt() const;
 
  protected:
@@ -49,7 +62,8 @@ class ShortcutPanel : public VantorelPanel {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  void build(std::string_view display);
+  void build(std::string_view display, const std::optional<ShortcutAdvice>& advice);
+  void addButton(QHBoxLayout& row, const char* name, std::function<void()> pressed);
   [[nodiscard]] bool handle(const QKeyEvent& event);
   void takeKeyboard(int attemptsLeft);
   void giveKeyboardBack();
@@ -59,6 +73,8 @@ class ShortcutPanel : public VantorelPanel {
   KeyboardGrabs& grabs_;
   KeyCodeForScanCode keyCodeForScanCode_;
   TextBlock* prompt_ = nullptr;
+  ShortcutPill* pill_ = nullptr;
+  CodeBlock* line_ = nullptr;  // of the advice
   SpokenNotice* spoken_ = nullptr;
   std::unique_ptr<Observation> grab_;
   std::unique_ptr<Timer> retry_;

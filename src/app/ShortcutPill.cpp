@@ -16,21 +16,21 @@ constexpr int sideMargin = 14;
 constexpr double cornerRadius = 9;
 constexpr double fontPoints = 13;
 
-QFont monospacedFont() {
-  QFont font = VantorelTheme::systemFont(fontPoints, QFont::DemiBold);
+}  // namespace
+
+QFont monospacedFont(double points, QFont::Weight weight) {
+  QFont font = VantorelTheme::systemFont(points, weight);
   font.setFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
   font.setStyleHint(QFont::Monospace);
   font.setFixedPitch(true);
   return font;
 }
 
-}  // namespace
-
 ShortcutPill::ShortcutPill(std::string_view display, QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
   setAlignment(Qt::AlignCenter);
   setLayoutDirection(Qt::LeftToRight);
-  setFont(monospacedFont());
+  setFont(monospacedFont(fontPoints, QFont::DemiBold));
   setShortcut(display);
 }
 

@@ -5,6 +5,9 @@
 
 namespace vantorel {
 
+/// The desktop's font for what stands in columns.
+[[nodiscard]] QFont monospacedFont(double points, QFont::Weight weight);
+
 /// Shows a shortcut as this desktop's keys on a golden ground.
 class ShortcutPill : public QLabel {
   Q_OBJECT

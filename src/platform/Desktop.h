@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 #include "base/FileSystem.h"
 #include "platform/AccessibilityPreferences.h"
@@ -59,6 +60,11 @@ struct Desktop {
   const WindowBackdrops* backdrops;  // null: nothing is seen through a window
   const WindowSpaces& spaces;
   KeyCodeForScanCode keyCodeForScanCode;
+  /// What the session calls the desktop, perhaps several names joined by ":"; empty when it does
+  /// not say.
+  std::string name;
+  /// The command that starts this program: its name where that is found, else its path.
+  std::string programName;
   /// Where this user's applications keep their data.
   std::filesystem::path applicationSupport;
 };

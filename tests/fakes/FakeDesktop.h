@@ -52,6 +52,7 @@ struct FakeDesktop {
   FakeIcons icons;
   FakeWindowBackdrops backdrops;
   FakeWindowSpaces spaces;
+  std::string name = "sway";
 
   [[nodiscard]] Desktop ports() {
     return Desktop{.dispatch = dispatch,
@@ -77,6 +78,8 @@ struct FakeDesktop {
                    .backdrops = &backdrops,
                    .spaces = spaces,
                    .keyCodeForScanCode = {},
+                   .name = name,
+                   .programName = "vantorel",
                    .applicationSupport = directory.path()};
   }
 };

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "app/AppDelegate.h"
+#include "app/CodeBlock.h"
 #include "app/EditSymbolButton.h"
 #include "app/HelpPanel.h"
 #include "app/PrivacyPolicyPanel.h"
@@ -201,14 +202,57 @@ TEST_F(AppWindowsTest, TheRecorderStaysUntilTheDesktopHasAnswered) {
   EXPECT_THAT(toasts(), ElementsAre("Shortcut set to Alt+Ctrl+K"));
 }
 
-TEST_F(AppWindowsTest, WhereNoShortcutCanBeHadTheRecorderSaysWhatToDoInstead) {
+TEST_F(AppWindowsTest, WhereNoShortcutCanBeHadTheRecorderShowsTheLineForTheConfiguration) {
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_THAT(toasts(), IsEmpty()) << "it would come at each start";
+  delegate->showShortcutPanel();
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "Add this line to sway's configuration");
+  EXPECT_EQ(window<ShortcutPanel>().findChild<CodeBlock*>()->text(),
+            "bindsym --to-code Mod4+Shift+v exec vantorel --toggle");
+  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_EQ(window<ShortcutPanel>().findChild<CodeBlock*>()->text(),
+            "bindsym --to-code Mod1+Ctrl+k exec vantorel --toggle");
+  EXPECT_EQ(window<ShortcutPanel>().findChild<ShortcutPill*>()->text(), "Alt+Ctrl+K");
+  EXPECT_EQ(desktop.defaults.string("shortcut.keyLabel"), "K");
+  EXPECT_THAT(toasts(), IsEmpty());
+}
+
+TEST_F(AppWindowsTest, TheLineIsCopiedByOneClickAndIsNoEntry) {
   desktop.hotKeys.setHandlerInstallFails(true);
   startAgain();
+  desktop.dispatch.advance(Seconds(5));
   delegate->showShortcutPanel();
-  EXPECT_EQ(window<ShortcutPanel>().prompt(), "Have your desktop run vantorel --toggle");
-  desktop.hotKeys.take(40, 0x1800);
-  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
-  EXPECT_EQ(window<ShortcutPanel>().prompt(), "Have your desktop run vantorel --toggle");
+  click(window<ShortcutPanel>(), "Copy");
+  EXPECT_EQ(desktop.pasteboard.contents().string,
+            "bindsym --to-code Mod4+Shift+v exec vantorel --toggle");
+  EXPECT_THAT(toasts(), ElementsAre("Copied to clipboard."));
+  EXPECT_EQ(windows<ShortcutPanel>().size(), 1U);
+  desktop.pasteboard.setRefusingWrites(true);
+  click(window<ShortcutPanel>(), "Copy");
+  EXPECT_THAT(toasts(), ElementsAre("Could not copy."));
+}
+
+TEST_F(AppWindowsTest, WhereNoShortcutCanBeHadTheHelpNamesTheCommand) {
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  delegate->showAbout();
+  EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "Super+Shift+V");
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "vantorel --toggle");
+  delegate->showAbout();
+  EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "vantorel --toggle");
+}
+
+TEST_F(AppWindowsTest, ARecorderThatIsOpenLearnsThatNoShortcutCanBeHad) {
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  delegate->showShortcutPanel();
+  EXPECT_EQ(window<ShortcutPanel>().findChild<CodeBlock*>(), nullptr);
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_NE(window<ShortcutPanel>().findChild<CodeBlock*>(), nullptr);
 }
 
 TEST_F(AppWindowsTest, EscapeClosesTheRecorderAndChangesNothing) {

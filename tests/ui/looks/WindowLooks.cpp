@@ -56,11 +56,11 @@ struct Alone {
 };
 
 std::shared_ptr<void> help(HelpPanel::Occasion occasion, bool automaticPaste, bool launchAtLogin,
-                           Language language = Language::hebrew) {
+                           Language language = Language::hebrew, const char* shortcut = "⌘⇧V") {
   auto alone = std::make_shared<Alone<HelpPanel>>();
   alone->window = std::make_unique<HelpPanel>(
       alone->services, occasion,
-      HelpPanel::Facts{"⌘⇧V", automaticPaste, launchAtLogin, "0.1.0", language});
+      HelpPanel::Facts{shortcut, automaticPaste, launchAtLogin, "0.1.0", language});
   alone->window->makeKeyAndOrderFront();
   return alone;
 }
@@ -70,6 +70,16 @@ std::shared_ptr<void> recorder(const char* shortcut, const char* prompt) {
   alone->window = std::make_unique<ShortcutPanel>(alone->services, alone->grabs, nullptr, shortcut);
   alone->window->makeKeyAndOrderFront();
   if (prompt != nullptr) alone->window->setPrompt(prompt);
+  return alone;
+}
+
+std::shared_ptr<void> advisingRecorder(const char* desktop) {
+  const HotKeyShortcut shortcut;
+  auto alone = std::make_shared<Alone<ShortcutPanel>>();
+  alone->window =
+      std::make_unique<ShortcutPanel>(alone->services, alone->grabs, nullptr, shortcut.display(),
+                                      ShortcutAdvice::of(desktop, shortcut, "vantorel"));
+  alone->window->makeKeyAndOrderFront();
   return alone;
 }
 
@@ -114,6 +124,18 @@ std::vector<Look> windowLooks() {
       {"recorder-unavailable",
        [] { return recorder("⌘⇧⌥⌃Space", "That shortcut is unavailable. Try another."); }},
       look("recorder-refusing", refuseAKey),
+      {"recorder-advising", [] { return advisingRecorder("sway"); }},
+      {"recorder-advising-two-lines", [] { return advisingRecorder("labwc"); }},
+      {"welcome-without-shortcut",
+       [] {
+         return help(HelpPanel::Occasion::firstLaunch, false, false, Language::hebrew,
+                     "vantorel --toggle");
+       }},
+      {"about-english-without-shortcut",
+       [] {
+         return help(HelpPanel::Occasion::about, false, true, Language::english,
+                     "vantorel --toggle");
+       }},
       {"welcome", [] { return help(HelpPanel::Occasion::firstLaunch, true, false); }},
       {"about", [] { return help(HelpPanel::Occasion::about, true, true); }},
       {"about-without-paste", [] { return help(HelpPanel::Occasion::about, false, false); }},

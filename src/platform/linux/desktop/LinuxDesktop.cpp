@@ -19,6 +19,7 @@
 #include "platform/linux/pictures/ThemeIcons.h"
 #include "platform/linux/settings/JsonUserDefaults.h"
 #include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
+#include "platform/linux/shortcuts/OwnCommand.h"
 #include "platform/linux/start/AutostartLoginItem.h"
 #include "platform/linux/start/HistoryLock.h"
 #include "platform/linux/textinpictures/TextModels.h"
@@ -244,6 +245,8 @@ Desktop LinuxDesktop::ports() {
       .backdrops = &*ports_->backdrops,
       .spaces = ports_->spaces,
       .keyCodeForScanCode = keyCodeFromX11,
+      .name = desktopName(processEnvironment),
+      .programName = ownCommand(ownProgramPath(), processEnvironment),
       .applicationSupport = ports_->directories.dataHome.value_or(""),
   };
 }

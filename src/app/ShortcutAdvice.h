@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/HotKeyShortcut.h"
+
+namespace vantorel {
+
+/// How a user gives the program its keys where it cannot take them itself: what goes into the
+/// configuration of that compositor, or the command that a desktop's settings bind keys to.
+struct ShortcutAdvice {
+  std::string prompt;  // where it goes
+  std::string line;    // without keys where the settings ask for them
+
+  /// `desktop` as the session names it, several names joined by ":"; `program` is a command in
+  /// $PATH or a whole path.
+  [[nodiscard]] static ShortcutAdvice of(std::string_view desktop, const HotKeyShortcut& shortcut,
+                                         const std::string& program);
+};
+
+}  // namespace vantorel
