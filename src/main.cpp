@@ -23,6 +23,7 @@
 #include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/qt/QtDispatch.h"
 #include "security/HistoryKeychain.h"
+#include "tool/Tool.h"
 
 namespace {
 
@@ -44,7 +45,9 @@ int check() {
 int main(int argc, char** argv) {
   using namespace vantorel;
   const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
-  const auto line = CommandLine::parse(arguments.subspan(arguments.empty() ? 0 : 1));
+  const auto words = arguments.subspan(arguments.empty() ? 0 : 1);
+  if (const auto tool = ToolLine::parse(words)) return Tool(processEnvironment).run(*tool);
+  const auto line = CommandLine::parse(words);
   if (const auto status = Program::answer(line)) return *status;
   if (line.command == Command::check) return check();
   leaveNoCore();

@@ -211,6 +211,16 @@ void AppDelegate::toggleLaunchAtLogin() {
   show(wasEnabled ? "Launch at Login disabled." : "Vantorel will launch at login.");
 }
 
+void AppDelegate::copyEntry(const std::string& identity) {
+  const auto id = Uuid::parse(identity);
+  const ClipItem* const item = id ? findById(store_.items(), *id) : nullptr;
+  if (item == nullptr) return show(*notice(PasteOutcome::unavailable));
+  pasteController().restoreToPasteboard(*item, [this](bool written) {
+    if (written) watcher().noteOwnWrite();
+    show(*notice(written ? PasteOutcome::clipboardOnlyNoTarget : PasteOutcome::unavailable));
+  });
+}
+
 void AppDelegate::clearHistory(bool includingPinned) {
   const bool recorded = canRecord();
   const bool cleared = store_.clear(includingPinned);

@@ -67,6 +67,7 @@ class AppDelegate : public ApplicationCommands {
   void excludeCurrentApp() override;
   void removeExcludedApp(const std::string& bundleIdentifier) override;
   void toggleLaunchAtLogin() override;
+  void copyEntry(const std::string& identity) override;
   void showShortcutPanel() override { windows_.showShortcutPanel(); }
   void confirmClearHistory() override { windows_.confirmClearHistory(); }
   void startNewHistory() override;

@@ -24,6 +24,8 @@ class ApplicationCommands {
   virtual void excludeCurrentApp() = 0;
   virtual void removeExcludedApp(const std::string& bundleIdentifier) = 0;
   virtual void toggleLaunchAtLogin() = 0;
+  /// Puts the entry of that identity on the clipboard.
+  virtual void copyEntry(const std::string& identity) = 0;
 
   virtual void showShortcutPanel() = 0;
   /// Asks first; a question that is open already comes to the front.

@@ -14,7 +14,7 @@ std::optional<CommandLine> understood(std::string_view text) {
   if (!text.starts_with(dashes)) return std::nullopt;
   const auto equals = text.find('=');
   const auto* entry = entryNamed(text.substr(0, equals).substr(dashes.size()));
-  if (entry == nullptr) return std::nullopt;
+  if (entry == nullptr || !entry->isOption) return std::nullopt;
   const bool isPlain = equals == std::string_view::npos;
   const bool hasArgument = !isPlain && equals + 1 < text.size();
   if (entry->takesArgument ? !hasArgument : !isPlain) return std::nullopt;
@@ -91,6 +91,15 @@ If the history cannot be opened, because the keyring was lost or replaced:
   --new-history
                keep the old history beside itself and begin a new one
 
+For scripts and pickers, in any terminal, without a display:
+  list [--json | --null]
+               print number, kind and title of each entry, as the panel has them
+  search [--json | --null] WORDS
+               print those that the panel's search finds
+  get [--null] N
+               print an entry: its text, the picture's file, or its paths
+  copy N       have the running Vantorel put an entry on the clipboard
+
 Other:
   --background
                start without showing anything, as at log-in
@@ -101,7 +110,8 @@ Other:
 
 Where nothing is running yet, a command starts Vantorel first; --quit does not.
 
-Exit status: 0 done, 1 it could not be done, 2 the command was not understood.
+Exit status: 0 done, 1 it could not be done, 2 the command was not understood,
+3 the keyring is locked or has no key, 4 there is no such entry.
 )";
 }
 

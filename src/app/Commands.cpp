@@ -20,6 +20,10 @@ void includeApp(Application& application, const std::string& bundleIdentifier) {
   application.removeExcludedApp(bundleIdentifier);
 }
 
+void copyEntry(Application& application, const std::string& identity) {
+  application.copyEntry(identity);
+}
+
 void doNothing(Application& /*application*/, const std::string& /*argument*/) {}
 
 constexpr std::array table = {
@@ -49,6 +53,7 @@ constexpr std::array table = {
     CommandEntry{Command::quit, "quit", "Quit Vantorel", call<&Application::quit>},
     // Whoever runs already is in the background.
     CommandEntry{Command::background, "background", "", doNothing},
+    CommandEntry{Command::copy, "copy", "", copyEntry, true, false},
     CommandEntry{Command::check, "check", "", nullptr},
     CommandEntry{Command::version, "version", "", nullptr},
     CommandEntry{Command::help, "help", "", nullptr},
@@ -73,7 +78,7 @@ std::vector<OfferedAction> offeredActions() {
   std::vector<OfferedAction> offered;
   for (const CommandEntry& entry : table) {
     if (entry.perform != nullptr) {
-      offered.push_back({std::string(entry.name), entry.takesArgument});
+      offered.push_back({std::string(entry.name), entry.takesArgument, !entry.isOption});
     }
   }
   return offered;

@@ -22,7 +22,7 @@ enum class Command {
   resume,
   togglePasswordManagers,
   excludeApp,
-  includeApp,  // the one that takes an argument: the application's identifier
+  includeApp,  // its argument is the application's identifier
   toggleLaunchAtLogin,
   shortcut,
   clear,
@@ -30,6 +30,7 @@ enum class Command {
   about,
   quit,
   background,  // starts without showing anything
+  copy,        // puts an entry on the clipboard; its argument is the entry's identity
   check,
   version,
   help,
@@ -38,13 +39,15 @@ enum class Command {
 /// All that is known of a command with a name.
 struct CommandEntry {
   Command command;
-  std::string_view name;  // its action on the bus and of its row; behind two dashes, its option
+  std::string_view
+      name;  // its action on the bus and of its row; behind two dashes its option, if it is one
   /// Its row in the status menu; the name of an application goes behind "Exclude" and "Include".
   /// Empty where there is no row.
   std::string_view title;
   /// Has the application do it; null for what a start does by itself.
   void (*perform)(ApplicationCommands& application, const std::string& argument);
   bool takesArgument = false;
+  bool isOption = true;  // false: only other programs ask for it
 };
 
 /// `command` is not `open`.

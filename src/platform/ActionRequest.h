@@ -23,6 +23,7 @@ struct ActionRequest {
 struct OfferedAction {
   std::string name = {};
   bool takesText = false;  // which must not be missing then
+  bool isAwaited = false;  // who asks for it is answered when it was done, not when it was heard
 };
 
 }  // namespace vantorel

@@ -25,10 +25,6 @@
 namespace vantorel {
 namespace {
 
-constexpr std::string_view historyName = "history.vntl";
-constexpr std::string_view legacyHistoryName = "history.json";
-constexpr std::uint64_t maxEnvelopeOverhead = 4096;
-
 std::filesystem::path baseDirectory(const ClipStoreServices& services,
                                     const std::optional<std::filesystem::path>& baseUrl) {
   if (baseUrl) return *baseUrl;
@@ -42,7 +38,7 @@ std::filesystem::path baseDirectory(const ClipStoreServices& services,
 /// Whether there may be a history at `path` that only the key opens under which it was sealed.
 bool mayBeSealed(FileSystem& files, const std::filesystem::path& path) {
   if (!files.exists(path)) return false;
-  const auto bytes = files.readFile(path, maximumHistoryBytes + maxEnvelopeOverhead);
+  const auto bytes = files.readFile(path, maximumHistoryBytes + SealedHistory::maximumOverhead);
   return !bytes || SecureStorage::isSealed(*bytes);
 }
 
@@ -69,8 +65,8 @@ ClipStore::ClipStore(ClipStoreServices services,
     : services_(std::move(services)),
       limits_(limits),
       directories_(services_.files, baseDirectory(services_, baseUrl)),
-      indexUrl_(directories_.base() / historyName),
-      legacyIndexUrl_(directories_.base() / legacyHistoryName),
+      indexUrl_(directories_.base() / SealedHistory::fileName),
+      legacyIndexUrl_(directories_.base() / SealedHistory::legacyFileName),
       assets_(services_.files, directories_.assets()),
       secureStorage_(secureStorage ? std::move(secureStorage)
                      : baseUrl     ? SecureStorage::ephemeral()
@@ -109,12 +105,7 @@ bool ClipStore::load() {
 }
 
 bool ClipStore::loadSealed() {
-  auto envelope = services_.files.readFile(indexUrl_, maximumHistoryBytes + maxEnvelopeOverhead);
-  if (!envelope || !SecureStorage::isSealed(*envelope)) return false;
-  auto json = opened(*secureStorage_, *envelope);
-  envelope.reset();  // it is as large as what is read from it
-  if (!json) return false;
-  auto items = decodeHistory(std::move(*json));
+  auto items = file_.read();
   if (!items) return false;
   items_ = std::move(*items);
   return true;
@@ -322,8 +313,9 @@ bool ClipStore::isClearOnDisk() {
 bool ClipStore::doesNotOpen() {
   if (!secureStorage_ || persistenceIsReady()) return false;
   const bool isSealed = services_.files.exists(indexUrl_);
-  auto json = services_.files.readFile(isSealed ? indexUrl_ : legacyIndexUrl_,
-                                       maximumHistoryBytes + (isSealed ? maxEnvelopeOverhead : 0));
+  auto json = services_.files.readFile(
+      isSealed ? indexUrl_ : legacyIndexUrl_,
+      maximumHistoryBytes + (isSealed ? SealedHistory::maximumOverhead : 0));
   if (!json) return false;
   try {
     if (isSealed) json = secureStorage_->open(*json);

@@ -19,6 +19,14 @@ SealedHistory::SealedHistory(Services services, HistoryDirectories directories,
       path_(std::move(path)),
       maximumBytes_(maximumBytes) {}
 
+std::optional<std::vector<ClipItem>> SealedHistory::read() const {
+  auto envelope = services_.files.readFile(path_, maximumHistoryBytes + maximumOverhead);
+  if (!services_.storage || !envelope || !SecureStorage::isSealed(*envelope)) return std::nullopt;
+  auto json = opened(*services_.storage, *envelope);
+  envelope.reset();  // it is as large as what is read from it
+  return json ? decodeHistory(std::move(*json)) : std::nullopt;
+}
+
 Outcome SealedHistory::write(const std::vector<ClipItem>& items) const {
   if (!services_.storage || directories_.restore()) return Outcome::failed;
   try {

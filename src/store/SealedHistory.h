@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "base/FileSystem.h"
@@ -15,6 +17,13 @@ namespace vantorel {
 /// The history's sealed file in its base directory. Cheap to copy. Any thread.
 class SealedHistory {
  public:
+  /// What the file is called in its directory.
+  static constexpr std::string_view fileName = "history.vntl";
+  /// And one of an old version, which is not sealed.
+  static constexpr std::string_view legacyFileName = "history.json";
+  /// More than an envelope adds to what it seals.
+  static constexpr std::uint64_t maximumOverhead = 4096;
+
   struct Services {
     FileSystem& files;
     std::shared_ptr<const SecureStorage> storage;  // may be null: nothing can be written then
@@ -28,6 +37,10 @@ class SealedHistory {
                 std::uint64_t maximumBytes);
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+  /// The list that stands there; absent when there is none, or it does not open or is damaged.
+  /// Changes nothing.
+  [[nodiscard]] std::optional<std::vector<ClipItem>> read() const;
 
   /// Puts the list in the file's place in one step, as far as it fits in there (see
   /// `withinHistorySize`). Makes the directories again, should somebody have taken them away.

@@ -79,6 +79,8 @@ class Completions(PackagingCase):
         self.options = sorted(set(re.findall(r"(?m)(?<=[ ,] )--[a-z0-9-]+=?", self.help)))
         self.assertIn("--include-app=", self.options)
         self.assertGreater(len(self.options), 15)
+        self.verbs = sorted(re.findall(r"(?m)^  ([a-z]+)(?: |$)", self.help))
+        self.assertIn("list", self.verbs)
 
     def test_the_manual_page_explains_each_option(self):
         page = read(BUILD, "vantorel.1")
@@ -86,18 +88,23 @@ class Completions(PackagingCase):
         named = re.findall(r"Fl -([a-z0-9-]+)( Ns =)?", explained)
         self.assertEqual(sorted(f"--{name}{'=' if equals else ''}" for name, equals in named),
                          self.options)
+        self.assertEqual(sorted(re.findall(r"(?m)^\.It Cm ([a-z]+)", page)), self.verbs)
 
-    def complete_in_bash(self, word, number=1):
-        words = ("vantorel", word) if number == 1 else ("vantorel", "--toggle", word)
+    def complete_in_bash(self, word, *before):
+        words = ("vantorel", *before, word)
+        number = len(words) - 1
         script = (f"source {shlex.quote(os.path.join(BUILD, 'completions', 'vantorel'))}; "
                   f"compopt() {{ :; }}; COMP_WORDS=({shlex.join(words)}); COMP_CWORD={number}; "
                   "_vantorel; printf '%s\\n' \"${COMPREPLY[@]}\"")
         return run("bash", "--norc", "-c", script).stdout.split()
 
-    def test_bash_offers_each_option_as_the_first_word(self):
-        self.assertEqual(sorted(self.complete_in_bash("")), self.options)
+    def test_bash_offers_each_command_as_the_first_word(self):
+        self.assertEqual(sorted(self.complete_in_bash("")), self.options + self.verbs)
         self.assertEqual(self.complete_in_bash("--inc"), ["--include-app="])
-        self.assertEqual(self.complete_in_bash("--", number=2), [])
+        self.assertEqual(self.complete_in_bash("--", "--toggle"), [])
+        self.assertEqual(self.complete_in_bash("", "list"), ["--json", "--null"])
+        self.assertEqual(self.complete_in_bash("--n", "search", "--json"), ["--null"])
+        self.assertEqual(self.complete_in_bash("", "copy"), [])
 
     def test_zsh_offers_each_option(self):
         path = os.path.join(BUILD, "completions", "_vantorel")
@@ -106,15 +113,24 @@ class Completions(PackagingCase):
         self.assertEqual(sorted(name for name, _ in named), self.options)
         for _, words in named:
             self.assertGreater(len(words), 3)
+        verbs = re.findall(r"(?m)^  '([a-z]+):[^':]+'$", read(path))
+        self.assertEqual(sorted(verbs), self.verbs)
+        self.assertIn("    list) _arguments -S --json --null ", read(path))
 
-    def test_fish_offers_each_option(self):
+    def complete_in_fish(self, line):
         path = os.path.join(BUILD, "completions", "vantorel.fish")
         self.assert_content("fish", "--no-execute", path)
         done = run("fish", "--no-config", "-c",
-                   f"source {shlex.quote(path)}; complete -C 'vantorel --'",
+                   f"source {shlex.quote(path)}; complete -C {shlex.quote(line)}",
                    env={**os.environ, "HOME": self.directory()})
-        offered = [line.split("\t")[0] for line in done.stdout.splitlines()]
-        self.assertEqual(sorted(offered), [option.rstrip("=") for option in self.options])
+        return sorted(offer.split("\t")[0] for offer in done.stdout.splitlines())
+
+    def test_fish_offers_each_command(self):
+        self.assertEqual(self.complete_in_fish("vantorel --"),
+                         [option.rstrip("=") for option in self.options])
+        self.assertEqual(self.complete_in_fish("vantorel "), self.verbs)
+        self.assertEqual(self.complete_in_fish("vantorel list --"), ["--json", "--null"])
+        self.assertEqual(self.complete_in_fish("vantorel copy "), [])
 
 
 class Installing(PackagingCase):

@@ -29,6 +29,7 @@ class RecordingApplication : public ApplicationCommands {
     done.push_back("removeExcludedApp " + bundleIdentifier);
   }
   void toggleLaunchAtLogin() override { done.emplace_back("toggleLaunchAtLogin"); }
+  void copyEntry(const std::string& identity) override { done.push_back("copyEntry " + identity); }
   void showShortcutPanel() override { done.emplace_back("showShortcutPanel"); }
   void confirmClearHistory() override { done.emplace_back("confirmClearHistory"); }
   void startNewHistory() override { done.emplace_back("startNewHistory"); }
@@ -53,7 +54,8 @@ TEST(Commands, EachActionDoesWhatItsNameSays) {
            {"clear", "confirmClearHistory"},
            {"new-history", "startNewHistory"},
            {"about", "showAbout"},
-           {"quit", "quit"}}) {
+           {"quit", "quit"},
+           {"copy", "copyEntry org.example.App"}}) {
     RecordingApplication application;
     performAction(action, "org.example.App", application);
     EXPECT_THAT(application.done, ElementsAre(done)) << action;
@@ -68,7 +70,7 @@ TEST(Commands, WhatNothingIsCalledDoesNothing) {
   EXPECT_THAT(application.done, IsEmpty());
 }
 
-TEST(Commands, EveryActionIsOfferedAndOneTakesAText) {
+TEST(Commands, EveryActionIsOfferedAndSomeTakeAText) {
   std::vector<std::string> plain;
   std::vector<std::string> withText;
   for (const auto& action : offeredActions()) {
@@ -78,7 +80,7 @@ TEST(Commands, EveryActionIsOfferedAndOneTakesAText) {
                                  "pause-until-tomorrow", "resume", "toggle-password-managers",
                                  "exclude-app", "toggle-launch-at-login", "shortcut", "clear",
                                  "new-history", "about", "quit", "background"));
-  EXPECT_THAT(withText, ElementsAre("include-app"));
+  EXPECT_THAT(withText, ElementsAre("include-app", "copy"));
 }
 
 TEST(Commands, AreFoundByThemselvesAndByTheirNames) {

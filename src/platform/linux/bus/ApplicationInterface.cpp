@@ -1,5 +1,7 @@
 #include "platform/linux/bus/ApplicationInterface.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <algorithm>
 #include <utility>
 
@@ -24,6 +26,7 @@ void ApplicationInterface::ActivateAction(const QString& name, const QVariantLis
     }
     request.argument = parameter.first().toString().toStdString();
   }
+  if (found->isAwaited && calledFromDBus()) return passAndAnswer(std::move(request));
   pass(std::move(request));
 }
 
@@ -31,6 +34,15 @@ void ApplicationInterface::pass(ActionRequest request) {
   dispatch_.async(life_.guard([this, request = std::move(request)] {
     if (onRequest) onRequest(request);
   }));
+}
+
+void ApplicationInterface::passAndAnswer(ActionRequest request) {
+  setDelayedReply(true);
+  dispatch_.async(
+      life_.guard([this, request = std::move(request), call = message(), bus = connection()]() {
+        if (onRequest) onRequest(request);
+        (void)bus.send(call.createReply());
+      }));
 }
 
 void ApplicationInterface::refuse(const QString& reason) {

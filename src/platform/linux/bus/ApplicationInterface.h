@@ -24,7 +24,8 @@ class ApplicationInterface : public QObject, protected QDBusContext {
   ApplicationInterface(Dispatch& dispatch, std::vector<OfferedAction> actions)
       : dispatch_(dispatch), actions_(std::move(actions)) {}
 
-  /// Called on the main queue, after the caller has its answer. May be empty.
+  /// Called on the main queue. The caller has its answer before, or gets it afterwards when the
+  /// action is one that is awaited. May be empty.
   std::function<void(const ActionRequest&)> onRequest;
 
  public slots:
@@ -38,6 +39,7 @@ class ApplicationInterface : public QObject, protected QDBusContext {
 
  private:
   void pass(ActionRequest request);
+  void passAndAnswer(ActionRequest request);
   void refuse(const QString& reason);
 
   Dispatch& dispatch_;

@@ -29,9 +29,10 @@ class ApplicationService {
   /// a bus that went away and came back.
   [[nodiscard]] NameClaim claim();
 
-  /// Called on the main queue for each request; the caller has its answer before. An unknown name,
-  /// or an action without the text that it needs, is an error to the caller and no request. Set
-  /// it before the event loop runs: a request that finds no handler is dropped.
+  /// Called on the main queue for each request; the caller has its answer before, unless the
+  /// action is one that is awaited. An unknown name, or an action without the text that it needs,
+  /// is an error to the caller and no request. Set it before the event loop runs: a request that
+  /// finds no handler is dropped.
   void onRequest(std::function<void(const ActionRequest&)> handler);
 
  private:

@@ -1,0 +1,121 @@
+#include "tool/EntryList.h"
+
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "base/Iso8601.h"
+#include "chrome/TextPresentation.h"
+#include "store/ClipSearchFilter.h"
+#include "text/Unicode.h"
+
+namespace vantorel {
+namespace {
+
+constexpr std::size_t longestTitle = 160;  // characters, as in a row of the panel
+
+std::string titleOf(const ClipItem& item) {
+  return TextPresentation::singleLine(item.customName ? *item.customName : item.preview,
+                                      longestTitle);
+}
+
+using Writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
+
+void writeText(Writer& writer, std::string_view key, std::string_view text) {
+  writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
+  const std::string valid = validUtf8(std::string(text));
+  writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
+}
+
+void writeIfAny(Writer& writer, std::string_view key, const std::optional<std::string>& text) {
+  if (text) writeText(writer, key, *text);
+}
+
+void writeEntry(Writer& writer, const NumberedEntry& entry) {
+  const ClipItem& item = entry.item;
+  writer.StartObject();
+  writer.Key("number");
+  writer.Uint64(entry.number);
+  writeText(writer, "id", item.id.string());
+  writeText(writer, "kind", rawValue(item.kind));
+  writeText(writer, "title", titleOf(item));
+  writer.Key("pinned");
+  writer.Bool(item.pinned());
+  writeIfAny(writer, "name", item.customName);
+  writeIfAny(writer, "source", item.sourceAppName);
+  writeIfAny(writer, "sourceId", item.sourceBundleIdentifier);
+  writeText(writer, "firstCopied", iso8601(item.createdAt));
+  writeText(writer, "lastCopied", iso8601(item.recency()));
+  writer.EndObject();
+}
+
+std::string asJson(const std::vector<NumberedEntry>& entries) {
+  rapidjson::StringBuffer buffer;
+  Writer writer(buffer);
+  writer.SetIndent(' ', 2);
+  writer.StartArray();
+  for (const auto& entry : entries) writeEntry(writer, entry);
+  writer.EndArray();
+  return std::string(buffer.GetString(), buffer.GetSize()) + "\n";
+}
+
+}  // namespace
+
+std::vector<NumberedEntry> numbered(std::vector<ClipItem> items) {
+  std::vector<NumberedEntry> entries;
+  entries.reserve(items.size());
+  for (ClipItem& item : items) {
+    entries.push_back({.number = entries.size() + 1, .item = std::move(item)});
+  }
+  return entries;
+}
+
+std::vector<NumberedEntry> found(const std::vector<NumberedEntry>& entries,
+                                 std::string_view words) {
+  const ClipSearchFilter filter{.query = std::string(words)};
+  std::vector<NumberedEntry> result;
+  std::copy_if(entries.begin(), entries.end(), std::back_inserter(result),
+               [&](const NumberedEntry& entry) { return filter.includes(entry.item); });
+  return result;
+}
+
+const NumberedEntry* entryCalled(const std::vector<NumberedEntry>& entries, std::string_view name) {
+  const auto id = Uuid::parse(name);
+  std::size_t number = 0;
+  const auto* const end = name.data() + name.size();
+  const auto read = std::from_chars(name.data(), end, number);
+  const bool isNumber = read.ec == std::errc() && read.ptr == end;
+  const auto match = std::find_if(entries.begin(), entries.end(), [&](const NumberedEntry& entry) {
+    return id ? entry.item.id == *id : isNumber && entry.number == number;
+  });
+  return match == entries.end() ? nullptr : &*match;
+}
+
+std::string entryList(const std::vector<NumberedEntry>& entries, ToolLine::Form form) {
+  if (form == ToolLine::Form::json) return asJson(entries);
+  std::string list;
+  for (const auto& [number, item] : entries) {
+    list += std::to_string(number) + '\t';
+    list += rawValue(item.kind);
+    list += '\t' + titleOf(item);
+    list += form == ToolLine::Form::null ? '\0' : '\n';
+  }
+  return list;
+}
+
+std::string pathList(const ClipItem& item, ToolLine::Form form) {
+  std::string list;
+  for (const std::string& path : item.filePaths) {
+    list += path;
+    list += form == ToolLine::Form::null ? '\0' : '\n';
+  }
+  return list;
+}
+
+}  // namespace vantorel
