@@ -1,9 +1,11 @@
 """Faults by the hundred and thousand: nothing that was saved is lost, nothing grows, nothing leaks."""
 
+import contextlib
 import json
 import os
 import random
 import re
+import signal
 import subprocess
 import tempfile
 import time
@@ -186,6 +188,112 @@ class Secrets(VantorelTestCase):
                       f"{len(sockets)} calls of socket()", "none but local ones")
         Trials().note("canaries in files after quitting", "2 texts, a search and the key",
                       "found in no file of home, runtime and cache")
+
+
+class SystemCalls(VantorelTestCase):
+    """The kernel refuses the thread that saves one of its calls, for as long as it is traced."""
+
+    def setUp(self):
+        super().setUp()
+        if os.getuid() != 0:
+            self.skipTest("the program lets only an administrator trace it")
+        self.vantorel.copy("saved before")
+
+    def test_no_file_can_be_opened(self):
+        self.refuse("openat", "ENOSPC", "EDQUOT", "EROFS", "EIO")
+
+    def test_no_file_can_be_closed_to_others(self):
+        self.refuse("fchmod", "EROFS", "EIO")
+
+    def test_nothing_can_be_written(self):
+        self.refuse("write", "ENOSPC", "EDQUOT", "EIO")
+
+    def test_nothing_can_be_brought_to_the_disk(self):
+        self.refuse("fsync", "ENOSPC", "EDQUOT", "EIO")
+
+    def test_no_file_can_be_closed(self):
+        self.refuse("close", "ENOSPC", "EDQUOT", "EIO")
+
+    def test_no_file_can_take_the_place_of_another(self):
+        self.refuse("rename", "ENOSPC", "EDQUOT", "EROFS", "EIO")
+
+    def test_a_history_that_cannot_be_read_stays_as_it_is(self):
+        self.vantorel.quit()
+        before = self.vantorel.history.raw()
+        for call in ("openat", "read"):
+            with self.subTest(call=call):
+                # Nothing else is refused at a start: -P says of which file.
+                self.vantorel.launcher = [*self.strace(call, "error=EIO"), "-P",
+                                          self.vantorel.history.file]
+                self.vantorel.start(accessible=False, capturing=False)
+                self.vantorel.wait_until_on_bus()
+                self.assertEqual(self.vantorel.command("--quit").returncode, 0)
+                wait_for("the program to end", lambda: not self.vantorel.is_running())
+                self.assertTrue(self.refused())
+                self.assertEqual(self.vantorel.history.raw(), before)
+                Trials().note(f"{call} of the history refused at a start (EIO)", "1 start",
+                              "the file, byte for byte")
+        self.vantorel.launcher = []
+        self.vantorel.start()
+        self.vantorel.wait_for_texts(["saved before"])
+
+    def refuse(self, call, *errors):
+        kept = self.vantorel.history.texts()
+        for error in errors:
+            before, text = self.vantorel.history.raw(), f"{call} {error}"
+            once = ":when=1" if call == "write" else ""
+            if once:
+                self.copy_until_the_write(text)
+            with self.traced(call, f"error={error}{once}"):
+                if once:
+                    self.vantorel.process.send_signal(signal.SIGCONT)
+                else:
+                    self.clipboard.copy(text)
+                wait_for(f"{call} to be refused ({error})", self.refused)
+                self.assertEqual(self.vantorel.history.raw(), before)
+            kept.insert(0, text)
+            # A save that failed comes again after some seconds.
+            self.vantorel.wait_for_texts(kept, 60)
+        Trials().note(f"{call} refused by the kernel ({', '.join(errors)})",
+                      f"{len(errors)} copies", "the list before, and the copy once it is allowed")
+
+    def copy_until_the_write(self, text):
+        """Stops the program with a new file open and nothing in it: threads wake each other by
+        writing, and the next write is one to that file."""
+        with self.traced("fchmod", "signal=SIGSTOP"):
+            self.clipboard.copy(text)
+            wait_for("a stop before the write", lambda: "stopped by SIGSTOP" in self.trace())
+        wait_for("the program to stand", lambda: "State:\tT" in status(self.vantorel.process.pid))
+
+    @contextlib.contextmanager
+    def traced(self, call, fault):
+        """Traces the first thread alone: it is the one that saves a history of this size."""
+        process = self.vantorel.process.pid
+        trace = self.desktop.start("strace", [*self.strace(call, fault), "-p", str(process)])
+        try:
+            wait_for("the trace", lambda: f"TracerPid:\t{trace.pid}\n" in status(process))
+            yield
+        finally:
+            trace.terminate()
+            trace.wait(10)
+
+    def strace(self, call, fault):
+        return ["strace", "-y", "-o", self.path("trace.txt"), "-e", f"trace={call}",
+                "-e", f"inject={call}:{fault}"]
+
+    def trace(self):
+        with open(self.path("trace.txt"), encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+    def refused(self):
+        """Whether it was a file of the history: -y has named it."""
+        return any("history.vntl" in line and "(INJECTED)" in line
+                   for line in self.trace().splitlines())
+
+
+def status(process):
+    with open(f"/proc/{process}/status", encoding="utf-8") as file:
+        return file.read()
 
 
 class Disk(unittest.TestCase):
