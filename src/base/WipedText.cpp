@@ -13,4 +13,10 @@ void wipe(std::string& text) noexcept {
   text.clear();
 }
 
+void wipe(Bytes& bytes) noexcept {
+  bytes.resize(bytes.capacity());
+  OPENSSL_cleanse(bytes.data(), bytes.size());
+  Bytes().swap(bytes);
+}
+
 }  // namespace vantorel

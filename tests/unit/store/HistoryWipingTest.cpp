@@ -79,6 +79,17 @@ TEST_F(HistoryWiping, ADecodedHistoryLeavesNothingBesideItsEntries) {
   EXPECT_EQ(read->size(), 3U);
 }
 
+TEST_F(HistoryWiping, EntriesThatGoLeaveNothingOfTheirContents) {
+  auto list = items();
+  list[1].rtfData = toBytes(std::string(300, 'x') + std::string(needle));
+  list[1].htmlData = toBytes(std::string(30'000, 'x') + std::string(needle));
+  list[1].text = std::string(needle);
+  auto others = list;
+  list.clear();
+  EXPECT_EQ(others[1].text->get(), needle) << "somebody holds it still";
+  EXPECT_EQ(leftBy([&] { others.clear(); }), 0);
+}
+
 TEST_F(HistoryWiping, AHistoryThatIsSavedLeavesNothing) {
   const TemporaryDirectory directory;
   PosixFileSystem disk;
