@@ -100,7 +100,17 @@ void DesktopFixture::sendToRoot(xcb_window_t window, xcb_atom_t type,
   tester_->flush();
 }
 
-void DesktopFixture::stopWindowManager() { windowManager_.reset(); }
+void DesktopFixture::stopWindowManager() {
+  const auto check =
+      values32Property(*tester_, tester_->root(), tester_->atom("_NET_SUPPORTING_WM_CHECK"));
+  windowManager_.reset();
+  // The server hears of a process's end later than whoever waited for it.
+  waitUntil("the server has let go of the window manager", [&] {
+    return check.empty() ||
+           !tester_->reply(xcb_get_window_attributes_reply,
+                           xcb_get_window_attributes(tester_->xcb(), check.front()));
+  });
+}
 
 void DesktopFixture::setLayout(const std::string& layouts) {
   const auto setting = run({"setxkbmap", "-layout", layouts});
