@@ -1,6 +1,8 @@
 #include <QApplication>
+#include <array>
 #include <cstdio>
 #include <span>
+#include <string>
 #include <utility>
 
 #include "app/CommandLine.h"
@@ -20,6 +22,7 @@
 #include "platform/linux/start/ClosedProcess.h"
 #include "platform/linux/start/LargeBlocks.h"
 #include "platform/linux/start/TerminationSignals.h"
+#include "platform/linux/wayland/toolkit/LayerWindows.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 #include "platform/qt/QtDispatch.h"
 #include "security/HistoryKeychain.h"
@@ -52,9 +55,8 @@ int main(int argc, char** argv) {
   if (line.command == Command::check) return check();
   leaveNoCore();
   returnFreedLargeBlocks();
-  // The adapters speak X11, so the toolkit does too, whatever it or the user would choose. Said
-  // before the first thread: one that reads the environment meanwhile could miss what it looks for.
-  if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) qputenv("QT_QPA_PLATFORM", "xcb");
+  // Before the first thread: one that reads the environment meanwhile could miss what it looks for.
+  LayerWindows::prepareEnvironment();
   OneInstance instance(line.request());
   if (const auto status = instance.endsBeforeToolkit()) return *status;
 
@@ -86,7 +88,14 @@ int main(int argc, char** argv) {
   prepare();  // the keyring answers while the toolkit gets ready
 
   Program::describeApplication();
-  QApplication application(argc, argv);
+  // What the adapters speak the toolkit does, too, whatever it or the user would choose.
+  auto platform = session.toolkitPlatform(processEnvironment);
+  std::string name = arguments.empty() ? "vantorel" : arguments.front();
+  std::string option = "-platform";
+  std::array toolkitArguments{name.data(), option.data(), platform.data(),
+                              static_cast<char*>(nullptr)};
+  int toolkitArgumentCount = 3;
+  QApplication application(toolkitArgumentCount, toolkitArguments.data());
   const SessionMember sessionMember(application, quit);
   SessionBus bus(dispatch, processEnvironment);
   ApplicationService service(dispatch, bus, offeredActions());
@@ -95,7 +104,7 @@ int main(int argc, char** argv) {
   const auto desktop = LinuxDesktop::open({dispatch, keychain, bus, portal, instance.historyLock()},
                                           std::move(session));
   if (!desktop) {
-    std::fputs("vantorel: the X server lacks what a clipboard history needs.\n", stderr);
+    std::fputs("vantorel: the desktop lacks what a clipboard history needs.\n", stderr);
     return 1;
   }
   service.onRequest([&program](const ActionRequest& request) { program.perform(request); });

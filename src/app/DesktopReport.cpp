@@ -27,6 +27,11 @@ Finding display(const DesktopFacts& facts) {
             .remedy = facts.isWayland ? "Install and switch on Xwayland."
                                       : "Start it in an X11 session; DISPLAY names the server."};
   }
+  if (!facts.layersProtocol.empty()) {
+    return {.subject = "Display",
+            .isThere = true,
+            .says = "Wayland, on the compositor's layers (" + facts.layersProtocol + ")"};
+  }
   std::string says = facts.isWayland ? "Xwayland in a Wayland session" : "X11";
   says += facts.windowManager.empty() ? ", without a window manager that says its name"
                                       : " with " + facts.windowManager;
@@ -47,9 +52,16 @@ Finding clipboard(const DesktopFacts& facts) {
 
 Finding sources(const DesktopFacts& facts) {
   const bool areTold = !facts.isWayland || !facts.windowsProtocol.empty();
-  std::string says = "by their X11 windows";
-  if (facts.isWayland && areTold) says += " and the compositor's (" + facts.windowsProtocol + ")";
-  if (!areTold) says = "none is told but X11 programs: where other copies come from is unknown";
+  const bool isNative = !facts.layersProtocol.empty();
+  std::string says = isNative ? "by" : "by their X11 windows";
+  if (facts.isWayland && areTold) {
+    says += isNative ? " the" : " and the";
+    says += " compositor's (" + facts.windowsProtocol + ")";
+  }
+  if (!areTold) {
+    says = isNative ? "none is told" : "none is told but X11 programs";
+    says += ": where other copies come from is unknown";
+  }
   return {.subject = "Applications",
           .weight = Weight::extra,
           .isThere = areTold,
@@ -135,9 +147,11 @@ Finding textInPictures(const DesktopFacts& facts) {
 }
 
 Finding pasting(const DesktopFacts& facts) {
-  std::string says = "the server presses no keys (XTEST)";
+  const bool isNative = !facts.layersProtocol.empty();
   const auto& compositors = facts.compositorKeysProtocol;
-  if (facts.canPressKeys && facts.isWayland && compositors.empty()) {
+  std::string says =
+      isNative ? "the compositor lets no program press keys" : "the server presses no keys (XTEST)";
+  if (facts.canPressKeys && facts.isWayland && !isNative && compositors.empty()) {
     says = "into windows of X11 programs; elsewhere press the keys yourself (" +
            facts.keysProtocol + ")";
   } else if (facts.canPressKeys) {
@@ -145,6 +159,7 @@ Finding pasting(const DesktopFacts& facts) {
            (compositors.empty() ? "" : " and " + compositors) + ")";
   }
   return {.subject = "Pasting",
+          .weight = isNative ? Weight::extra : Weight::needed,
           .isThere = facts.canPressKeys,
           .says = std::move(says),
           .remedy = "What you choose is put on the clipboard; paste it yourself."};

@@ -20,6 +20,7 @@ class WindowShadow::Surface : public QRasterWindow {
     translucent.setAlphaBufferSize(bits);
     setFormat(translucent);
     setScreen(window.screen());
+    setTransientParent(window.windowHandle());
     setTitle(QStringLiteral("Shadow"));
   }
 

@@ -16,6 +16,7 @@ struct DesktopFacts {
 
   bool hasWindowSystem = false;  // that this program can speak to
   bool isWayland = false;        // a compositor answers: the X server, if any, stands inside of it
+  std::string layersProtocol{};  // by which windows stand above others; empty: X11 windows do
   std::string windowManager;     // its name; empty when none runs or it does not say
   bool hasCompositor = false;
   bool hasSessionBus = false;

@@ -21,6 +21,7 @@ class Element:
         self.enabled = data["enabled"]
         self.selected = data["selected"]
         self.focused = data["focused"]
+        self.active = data["active"]
         self.checked = data["checked"]
         self.extents = data["extents"]
         self.text = data["text"]

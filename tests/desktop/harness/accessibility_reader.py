@@ -83,6 +83,7 @@ def _describe(element, depth=0):
         "enabled": states.contains(Atspi.StateType.ENABLED),
         "selected": states.contains(Atspi.StateType.SELECTED),
         "focused": states.contains(Atspi.StateType.FOCUSED),
+        "active": states.contains(Atspi.StateType.ACTIVE),
         "checked": states.contains(Atspi.StateType.CHECKED),
         "extents": extents,
         "text": _value(element),

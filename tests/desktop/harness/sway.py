@@ -8,9 +8,11 @@ import sys
 
 from .desktop import PrivateDesktop
 from .waiting import wait_for
+from .wayland_devices import WaylandKeyboard, WaylandPointer, Wire
+from .wayland_windows import WaylandWindows
 
 _CONFIGURATION = """
-output HEADLESS-1 mode {width}x{height}@60Hz
+{outputs}
 xwayland {xwayland}
 default_border none
 exec sh -c 'env >"{told}.new" && mv "{told}.new" "{told}"'
@@ -30,12 +32,16 @@ def leave_root():
 
 
 class SwayDesktop(PrivateDesktop):
-    """The same as the other one, as far as X11 programs see it. What is Wayland's has names of its
-    own."""
+    """The same as the other one. The keyboard and the pointer reach windows of both kinds; the
+    windows that can be asked for are the program's own. Further outputs of the same size stand to
+    the right of the first one."""
 
-    def __init__(self, *, xwayland=True, **options):
+    def __init__(self, *, xwayland=True, outputs=1, output_scale=1, **options):
         super().__init__(window_manager=None, **options)
         self._xwayland = xwayland
+        self._outputs = outputs
+        self._output_scale = output_scale
+        self._wire = None
         self.env["XDG_SESSION_TYPE"] = "wayland"
         self.env["XDG_CURRENT_DESKTOP"] = "sway"
 
@@ -71,14 +77,39 @@ class SwayDesktop(PrivateDesktop):
         self.sway(f"[app_id={app_id}] focus")
         wait_for(f"{app_id} in front", lambda: self.front() == app_id)
 
+    def screenshot(self, path, output="HEADLESS-1"):
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        self.run(["grim", "-o", output, path]).check_returncode()
+
+    def picture(self, output="HEADLESS-1"):
+        """What an output shows, as (width, height, bytes of three per pixel)."""
+        taken = self.run(["grim", "-t", "ppm", "-o", output, "-"])
+        taken.check_returncode()
+        _, width, height, _, pixels = taken.stdout.split(maxsplit=4)
+        return int(width), int(height), pixels
+
+    def close(self):
+        if self._wire is not None:
+            self._wire.close()
+        super().close()
+
+    def _start(self):
+        super()._start()
+        self._wire = Wire(os.path.join(self.runtime, self.env["WAYLAND_DISPLAY"]))
+        width, height = (side / self._output_scale for side in self.size)
+        self.keyboard = WaylandKeyboard(self._wire)
+        self.pointer = WaylandPointer(self._wire, (round(width * self._outputs), round(height)))
+        self.pointer.move(2, 2)
+        self.windows = WaylandWindows(self)
+
     def _start_x_server(self):
         configuration = os.path.join(self.base, "sway.conf")
         told = os.path.join(self.base, "sway.env")
         with open(configuration, "w", encoding="utf-8") as file:
             file.write(_CONFIGURATION.format(
-                width=self.size[0], height=self.size[1], told=told,
+                outputs="\n".join(self._output_lines()), told=told,
                 xwayland="enable" if self._xwayland else "disable"))
-        headless = {"WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman",
+        headless = {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(self._outputs), "WLR_RENDERER": "pixman",
                     "WLR_LIBINPUT_NO_DEVICES": "1"}
         self.processes.start("sway", [shutil.which("sway"), "-c", configuration],
                              {**self.env, **headless})
@@ -88,6 +119,14 @@ class SwayDesktop(PrivateDesktop):
         for name in ("WAYLAND_DISPLAY", "SWAYSOCK", "DISPLAY"):
             if name in lines:
                 self.env[name] = lines[name]
+
+
+    def _output_lines(self):
+        width, height = self.size
+        for number in range(self._outputs):
+            yield (f"output HEADLESS-{number + 1} mode {width}x{height}@60Hz "
+                   f"scale {self._output_scale} "
+                   f"position {round(number * width / self._output_scale)} 0")
 
 
 def _windows(node):

@@ -145,6 +145,37 @@ TEST(DesktopReport, ACompositorThatTakesKeysLetsAllProgramsBePastedInto) {
                         "zwp_virtual_keyboard_manager_v1 1)\n"));
 }
 
+TEST(DesktopReport, ACompositorWithLayersNeedsNoXServer) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  facts.layersProtocol = "zwlr_layer_shell_v1 4";
+  facts.clipboardProtocol = "the compositor's (ext_data_control_manager_v1 1)";
+  facts.windowsProtocol = "zwlr_foreign_toplevel_manager_v1 3";
+  facts.shortcut = DesktopFacts::Shortcut::absent;
+  facts.keysProtocol = "zwp_virtual_keyboard_manager_v1 1";
+  const auto whole = report(facts);
+  EXPECT_TRUE(whole.isEnough);
+  EXPECT_THAT(whole.text, HasSubstr("yes  Display           Wayland, on the compositor's layers "
+                                    "(zwlr_layer_shell_v1 4)\n"));
+  EXPECT_THAT(whole.text, HasSubstr("yes  Applications      by the compositor's "
+                                    "(zwlr_foreign_toplevel_manager_v1 3)\n"));
+  EXPECT_THAT(whole.text,
+              HasSubstr("into the window in front (zwp_virtual_keyboard_manager_v1 1)"));
+  EXPECT_THAT(whole.text, Not(HasSubstr("X11")));
+}
+
+TEST(DesktopReport, ACompositorThatTellsNothingTakesComfortsAlone) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  facts.layersProtocol = "zwlr_layer_shell_v1 4";
+  facts.shortcut = DesktopFacts::Shortcut::absent;
+  facts.canPressKeys = false;
+  const auto poor = report(facts);
+  EXPECT_TRUE(poor.isEnough);
+  EXPECT_THAT(poor.text, HasSubstr("no   Applications      none is told: where"));
+  EXPECT_THAT(poor.text, HasSubstr("no   Pasting           the compositor lets no program press"));
+}
+
 TEST(DesktopReport, ACompositorWithoutAnXServerHasNoPlaceForTheWindows) {
   DesktopFacts facts;
   facts.isWayland = true;

@@ -46,6 +46,13 @@ std::shared_ptr<const DesktopEntryIndex> DesktopEntries::index() const {
   return index_;
 }
 
+std::optional<std::string> DesktopEntries::nameOf(const std::string& id) const {
+  const auto known = index();
+  const DesktopEntry* const entry = known->byId(id);
+  if (entry == nullptr || entry->name.empty()) return std::nullopt;
+  return entry->name;
+}
+
 bool DesktopEntries::isUnchanged() const {
   return everRead_ && std::all_of(stamps_.begin(), stamps_.end(), [](const auto& stamp) {
            return changeTime(stamp.first) == stamp.second;

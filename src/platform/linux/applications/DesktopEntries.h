@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,6 +30,10 @@ class DesktopEntries {
 
   /// The entries as last read. Any thread, at once.
   [[nodiscard]] std::shared_ptr<const DesktopEntryIndex> index() const;
+
+  /// What the application of that id is called in the user's language; absent when there is none,
+  /// or it has no name. Any thread, at once.
+  [[nodiscard]] std::optional<std::string> nameOf(const std::string& id) const;
 
   /// Reads the directories again when one of them has changed since the last time; answers whether
   /// it did. Scans the disk: never on the main thread, and on one thread at a time.

@@ -20,16 +20,18 @@ bool isToplevel(const RunningApplication& application) {
 }  // namespace
 
 std::unique_ptr<CompositorWorkspace> CompositorWorkspace::open(
-    Dispatch& dispatch, X11Workspace& x11, std::unique_ptr<WaylandConnection> connection) {
-  std::unique_ptr<CompositorWorkspace> made(new CompositorWorkspace(dispatch, x11));
+    Surroundings surroundings, std::unique_ptr<WaylandConnection> connection) {
+  auto& dispatch = surroundings.dispatch;
+  auto* const x11 = surroundings.x11;
+  std::unique_ptr<CompositorWorkspace> made(new CompositorWorkspace(std::move(surroundings)));
   auto& self = *made;
   self.toplevels_ = ForeignToplevels::open(
       std::move(connection),
       {.onActivated = onMainQueue(dispatch, self.life_.guard([&self](const Toplevel& toplevel) {
          // X11 tells of its own windows; what has come to the front is one of them then.
-         if (!self.x11_.frontmostApplication()) {
-           self.activations_.notify(self.applicationOf(toplevel));
-         }
+         auto* const known = self.around_.x11;
+         if (known != nullptr && known->frontmostApplication()) return;
+         self.activations_.notify(self.applicationOf(toplevel));
        })),
        .onLost = onMainQueue(dispatch, self.life_.guard([&self] {
          self.isTold_ = false;
@@ -37,19 +39,23 @@ std::unique_ptr<CompositorWorkspace> CompositorWorkspace::open(
          if (handler) handler();
        }))});
   if (!self.toplevels_) return nullptr;
-  self.x11Activations_ = x11.observeActivations(
-      [&self](const RunningApplication& application) { self.activations_.notify(application); });
+  if (x11 != nullptr) {
+    self.x11Activations_ = x11->observeActivations(
+        [&self](const RunningApplication& application) { self.activations_.notify(application); });
+  }
   return made;
 }
 
 CompositorWorkspace::~CompositorWorkspace() = default;
 
 RunningApplication CompositorWorkspace::applicationOf(const Toplevel& toplevel) {
-  const auto index = x11_.desktopEntries().index();
+  const auto index = around_.entries.index();
   const auto* const entry = index->find({toplevel.appId, toplevel.appId, {}, {}});
   RunningApplication application;
   const auto next = static_cast<ProcessId>(firstNumber + static_cast<int>(numbers_.size()));
-  application.processIdentifier = numbers_.emplace(toplevel.appId, next).first->second;
+  const auto [known, isNew] = numbers_.emplace(toplevel.appId, next);
+  if (isNew && entry == nullptr && around_.onUnnamed) around_.onUnnamed();
+  application.processIdentifier = known->second;
   application.window = toplevel.token;
   if (entry != nullptr) {
     application.bundleIdentifier = entry->id;
@@ -67,26 +73,30 @@ std::optional<RunningApplication> CompositorWorkspace::applicationOf(
 }
 
 std::optional<RunningApplication> CompositorWorkspace::frontmostApplication() {
-  auto front = x11_.frontmostApplication();
+  auto front = around_.x11 != nullptr ? around_.x11->frontmostApplication() : std::nullopt;
   return front ? front : applicationOf(toplevels_->active());
 }
 
 std::optional<RunningApplication> CompositorWorkspace::runningApplication(ProcessId pid) {
-  if (pid > 0) return x11_.runningApplication(pid);
+  const bool isOfX11 = pid > 0 && around_.x11 != nullptr;
+  if (isOfX11) return around_.x11->runningApplication(pid);
   for (const auto& toplevel : toplevels_->all()) {
     auto application = applicationOf(toplevel);
     if (application.processIdentifier == pid) return application;
   }
-  return x11_.runningApplication(pid);
+  return around_.x11 != nullptr ? around_.x11->runningApplication(pid) : std::nullopt;
 }
 
 std::optional<RunningApplication> CompositorWorkspace::stillThere(const RunningApplication& seen) {
-  return isToplevel(seen) ? applicationOf(toplevels_->find(seen.window)) : x11_.stillThere(seen);
+  if (isToplevel(seen)) return applicationOf(toplevels_->find(seen.window));
+  if (around_.x11 != nullptr) return around_.x11->stillThere(seen);
+  return runningApplication(seen.processIdentifier);
 }
 
 std::vector<RunningApplication> CompositorWorkspace::runningApplications(
     const std::string& bundleIdentifier) {
-  auto result = x11_.runningApplications(bundleIdentifier);
+  std::vector<RunningApplication> result;
+  if (around_.x11 != nullptr) result = around_.x11->runningApplications(bundleIdentifier);
   // The compositor tells of X11 windows, too.
   if (!result.empty()) return result;
   for (const auto& toplevel : toplevels_->all()) {
@@ -101,12 +111,19 @@ std::vector<RunningApplication> CompositorWorkspace::runningApplications(
 bool CompositorWorkspace::startedAfter(const RunningApplication& application,
                                        const RunningApplication& ended) {
   if (isToplevel(application) || isToplevel(ended)) return false;
-  return x11_.startedAfter(application, ended);
+  return around_.x11 != nullptr && around_.x11->startedAfter(application, ended);
 }
 
 bool CompositorWorkspace::activate(const RunningApplication& application) {
-  return isToplevel(application) ? toplevels_->activate(application.window)
-                                 : x11_.activate(application);
+  if (around_.onActivating) around_.onActivating();
+  if (isToplevel(application)) return toplevels_->activate(application.window);
+  if (around_.x11 != nullptr) return around_.x11->activate(application);
+  for (const auto& toplevel : toplevels_->all()) {
+    const auto each = applicationOf(toplevel);
+    if (each.processIdentifier != application.processIdentifier) continue;
+    return toplevels_->activate(toplevel.token);
+  }
+  return false;
 }
 
 std::unique_ptr<Observation> CompositorWorkspace::observeActivations(
@@ -116,7 +133,7 @@ std::unique_ptr<Observation> CompositorWorkspace::observeActivations(
 
 void CompositorWorkspace::setAnnouncingHandler(std::function<void()> handler) {
   onAnnouncing_ = handler;
-  x11_.setAnnouncingHandler(std::move(handler));
+  if (around_.x11 != nullptr) around_.x11->setAnnouncingHandler(std::move(handler));
 }
 
 }  // namespace vantorel

@@ -5,27 +5,37 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/Lifetime.h"
+#include "platform/ApplicationId.h"
 #include "platform/Observers.h"
 #include "platform/linux/wayland/ToplevelSource.h"
 #include "platform/linux/x11/X11Workspace.h"
 
 namespace vantorel {
 
-/// The applications of a compositor with an X server inside. X11 knows its own windows better, by
-/// their processes; what is in front of none of them is what the compositor says. Of its windows no
-/// process is told, so each application has a negative number, which stays its own.
+/// The applications of a compositor, perhaps with an X server inside. X11 knows its own windows
+/// better, by their processes; what is in front of none of them is what the compositor says. Of its
+/// windows no process is told, so each application has a negative number, which stays its own.
 class CompositorWorkspace : public Workspace {
  public:
-  /// `dispatch` and `x11` outlive the result. Null where the compositor does not tell of windows.
+  struct Surroundings {
+    Dispatch& dispatch;
+    const DesktopEntries& entries;
+    X11Workspace* x11 = nullptr;           // null: the compositor is asked alone
+    std::function<void()> onUnnamed{};     // none of the entries names an application
+    std::function<void()> onActivating{};  // a window of another program is to have the keyboard
+  };
+
+  /// What is named outlives the result. Null where the compositor does not tell of windows.
   [[nodiscard]] static std::unique_ptr<CompositorWorkspace> open(
-      Dispatch& dispatch, X11Workspace& x11, std::unique_ptr<WaylandConnection> connection);
+      Surroundings surroundings, std::unique_ptr<WaylandConnection> connection);
   ~CompositorWorkspace() override;
 
   [[nodiscard]] std::optional<std::string> ownBundleIdentifier() const override {
-    return x11_.ownBundleIdentifier();
+    return applicationId::name;
   }
   [[nodiscard]] std::optional<RunningApplication> frontmostApplication() override;
   [[nodiscard]] std::optional<RunningApplication> runningApplication(ProcessId pid) override;
@@ -37,13 +47,13 @@ class CompositorWorkspace : public Workspace {
                                   const RunningApplication& ended) override;
   [[nodiscard]] std::optional<std::string> applicationName(
       const std::string& bundleIdentifier) override {
-    return x11_.applicationName(bundleIdentifier);
+    return around_.entries.nameOf(bundleIdentifier);
   }
   bool activate(const RunningApplication& application) override;
   [[nodiscard]] std::unique_ptr<Observation> observeActivations(
       std::function<void(const RunningApplication&)> handler) override;
   [[nodiscard]] bool announcesEveryChange() const override {
-    return isTold_ && x11_.announcesEveryChange();
+    return isTold_ && (around_.x11 == nullptr || around_.x11->announcesEveryChange());
   }
   void setAnnouncingHandler(std::function<void()> handler) override;
 
@@ -51,13 +61,12 @@ class CompositorWorkspace : public Workspace {
   [[nodiscard]] ToplevelSource& windows() { return *toplevels_; }
 
  private:
-  CompositorWorkspace(Dispatch& dispatch, X11Workspace& x11) : dispatch_(dispatch), x11_(x11) {}
+  explicit CompositorWorkspace(Surroundings surroundings) : around_(std::move(surroundings)) {}
   [[nodiscard]] RunningApplication applicationOf(const Toplevel& toplevel);
   [[nodiscard]] std::optional<RunningApplication> applicationOf(
       const std::optional<Toplevel>& toplevel);
 
-  Dispatch& dispatch_;
-  X11Workspace& x11_;
+  Surroundings around_;
   Observers<const RunningApplication&> activations_;
   std::unique_ptr<Observation> x11Activations_;
   std::map<std::string, ProcessId> numbers_;  // by application id

@@ -59,13 +59,13 @@ std::optional<std::uint32_t> number(const QVariant& value) {
 
 }  // namespace
 
-DesktopColors::DesktopColors(const X11DesktopSettings& preferences, SessionBus& bus,
+DesktopColors::DesktopColors(const DesktopSettings& settings, SessionBus& bus,
                              PortalColorScheme& portal, std::string environmentTheme)
-    : preferences_(preferences),
+    : settings_(settings),
       bus_(bus),
       environmentTheme_(std::move(environmentTheme)),
       toolkitColors_(QGuiApplication::palette()),
-      observation_(preferences.observe([this] { apply(); })) {
+      observation_(settings.observe([this] { apply(); })) {
   portalWatcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
   portalWatcher_.addWatchedService(portalService);
   connect(&portalWatcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { askPortal(); });
@@ -119,8 +119,7 @@ void DesktopColors::settingChanged(const QDBusMessage& signal) {
 
 void DesktopColors::apply() {
   if (isDark(toolkitColors_)) return;
-  const bool dark =
-      colorScheme(portal_, environmentTheme_, preferences_.theme()) == ColorScheme::dark;
+  const bool dark = colorScheme(portal_, environmentTheme_, settings_.theme()) == ColorScheme::dark;
   if (dark == applied_) return;
   applied_ = dark;
   QGuiApplication::setPalette(dark ? darkColors() : toolkitColors_);

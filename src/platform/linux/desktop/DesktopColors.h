@@ -11,7 +11,7 @@
 
 #include "base/Lifetime.h"
 #include "platform/Observation.h"
-#include "platform/linux/x11/X11DesktopSettings.h"
+#include "platform/linux/windows/DesktopSettings.h"
 
 namespace vantorel {
 
@@ -24,9 +24,9 @@ class DesktopColors : public QObject {
   Q_OBJECT
 
  public:
-  /// `preferences`, `bus` and `portal` outlive this. `environmentTheme` is the theme that GTK_THEME
+  /// `settings`, `bus` and `portal` outlive this. `environmentTheme` is the theme that GTK_THEME
   /// names.
-  DesktopColors(const X11DesktopSettings& preferences, SessionBus& bus, PortalColorScheme& portal,
+  DesktopColors(const DesktopSettings& settings, SessionBus& bus, PortalColorScheme& portal,
                 std::string environmentTheme);
   ~DesktopColors() override;
   DesktopColors(const DesktopColors&) = delete;
@@ -40,7 +40,7 @@ class DesktopColors : public QObject {
   void askPortal();
   void apply();
 
-  const X11DesktopSettings& preferences_;
+  const DesktopSettings& settings_;
   SessionBus& bus_;
   std::string environmentTheme_;
   std::optional<std::uint32_t> portal_;  // what it answered last

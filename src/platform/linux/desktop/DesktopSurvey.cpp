@@ -166,10 +166,27 @@ std::string xtest(const X11Connection& x11) {
   return told ? "XTEST " + dotted(told->major_version, told->minor_version) : "XTEST";
 }
 
+void lookAtCompositor(DesktopFacts& facts, const WaylandConnection& compositor) {
+  constexpr auto layers = "zwlr_layer_shell_v1";
+  facts.hasWindowSystem = true;
+  facts.hasCompositor = true;
+  facts.layersProtocol = std::string(layers) + " " + std::to_string(compositor.version(layers));
+  facts.clipboardProtocol =
+      "the compositor's (" + DataControl::protocol(compositor).value_or("") + ")";
+  facts.windowsProtocol = ForeignToplevels::protocol(compositor).value_or("");
+  if (!facts.windowsProtocol.empty()) {
+    facts.keysProtocol = VirtualKeyboard::protocol(compositor).value_or("");
+    facts.canPressKeys = !facts.keysProtocol.empty();
+  }
+  facts.shortcut = DesktopFacts::Shortcut::absent;
+}
+
 void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
   const auto session = Session::find(processEnvironment);
   const bool isInside = session.windows == Session::Windows::xwayland;
   facts.isWayland = isInside || session.wayland;
+  if (session.windows == Session::Windows::wayland)
+    return lookAtCompositor(facts, *session.wayland);
   auto x11 = X11Connection::open();
   if (!x11 || !x11->extension(xcb_xfixes_id)) return;
   facts.hasWindowSystem = true;

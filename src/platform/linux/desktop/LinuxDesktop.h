@@ -11,8 +11,7 @@ class HistoryLock;
 class PortalColorScheme;
 class SessionBus;
 
-/// Builds and owns the ports of a desktop with an X server, perhaps inside of a Wayland compositor.
-/// Main thread.
+/// Builds and owns the ports of a desktop, whatever it has for windows. Main thread.
 class LinuxDesktop {
  public:
   struct Services {
@@ -22,8 +21,8 @@ class LinuxDesktop {
     PortalColorScheme& portal;
     HistoryLock& historyLock;
   };
-  /// Null when the X server cannot be reached. Needs the toolkit's application object; all outlive
-  /// the result.
+  /// Null when what the session was found to have is there no more. Needs the toolkit's application
+  /// object; all outlive the result.
   [[nodiscard]] static std::unique_ptr<LinuxDesktop> open(const Services& services,
                                                           Session session);
   ~LinuxDesktop();

@@ -25,8 +25,8 @@ std::uint32_t inkOfDesktop() {
 
 }  // namespace
 
-LinuxStatusItem::LinuxStatusItem(Services services, std::filesystem::path iconThemes)
-    : services_(services), notifier_(services, std::move(iconThemes)) {
+LinuxStatusItem::LinuxStatusItem(Services services, Trays trays, std::filesystem::path iconThemes)
+    : services_(services), trays_(trays), notifier_(services, std::move(iconThemes)) {
   notifier_.setInk(inkOfDesktop());
   notifier_.onHost = [this](bool isThere) {
     hasHost_ = isThere;
@@ -85,6 +85,7 @@ void LinuxStatusItem::place() {
 }
 
 bool LinuxStatusItem::openIcon() {
+  if (trays_ == Trays::ofItems) return false;
   icon_ = X11TrayIcon::open(
       services_.dispatch,
       {.picture = [this](int side) { return image_.drawn ? image_.drawn(side) : nullptr; },

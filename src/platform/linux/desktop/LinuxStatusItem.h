@@ -12,15 +12,18 @@
 namespace vantorel {
 
 /// The item in whichever tray there is: in one that speaks StatusNotifierItem as long as one is
-/// shown, else in one of the older kind, which takes a window in; never in both.
+/// shown, else, with an X server, in one of the older kind, which takes a window in; never in both.
 class LinuxStatusItem : public QObject, public StatusItem {
   Q_OBJECT
 
  public:
   using Services = StatusNotifierTray::Services;
 
+  /// ofItems: no window of ours could be taken in.
+  enum class Trays { ofItems, ofBothKinds };
+
   /// As for `StatusNotifierTray`.
-  LinuxStatusItem(Services services, std::filesystem::path iconThemes);
+  LinuxStatusItem(Services services, Trays trays, std::filesystem::path iconThemes);
   ~LinuxStatusItem() override;
   LinuxStatusItem(const LinuxStatusItem&) = delete;
   LinuxStatusItem& operator=(const LinuxStatusItem&) = delete;
@@ -44,6 +47,7 @@ class LinuxStatusItem : public QObject, public StatusItem {
   void tellUnseen();
 
   Services services_;
+  Trays trays_;
   StatusNotifierTray notifier_;
   std::unique_ptr<X11TrayIcon> icon_;  // null until it was needed
   std::optional<Handlers> handlers_;   // absent while hidden

@@ -2,6 +2,8 @@
 
 #include <xcb/xcbext.h>
 
+#include "platform/linux/wayland/DataControl.h"
+#include "platform/linux/wayland/toolkit/WaylandPlugins.h"
 #include "platform/linux/x11/X11Connection.h"
 
 namespace vantorel {
@@ -13,6 +15,14 @@ bool saysThatItIsXwayland(const X11Connection& x11) {
   return x11.extension(extension) != nullptr;
 }
 
+/// What the program needs of a compositor to do without an X server.
+bool letsStandAbove(const WaylandConnection& compositor) {
+  constexpr std::uint32_t oldestLayers = 3;
+  return DataControl::protocol(compositor) && compositor.version("wl_seat") > 0 &&
+         compositor.version("wl_subcompositor") > 0 &&
+         compositor.version("zwlr_layer_shell_v1") >= oldestLayers;
+}
+
 }  // namespace
 
 Session Session::find(const EnvironmentLookup& environment) {
@@ -20,6 +30,10 @@ Session Session::find(const EnvironmentLookup& environment) {
   const auto display = environment("WAYLAND_DISPLAY");
   if (display && !display->empty()) session.wayland = WaylandConnection::open(*display);
   if (session.wayland) session.waylandDisplay_ = *display;
+  if (session.wayland && letsStandAbove(*session.wayland) && hasWaylandPlugins()) {
+    session.windows = Windows::wayland;
+    return session;
+  }
   const auto x11 = X11Connection::open();
   if (x11) {
     const bool isInside = session.wayland || saysThatItIsXwayland(*x11);
@@ -32,11 +46,20 @@ std::unique_ptr<WaylandConnection> Session::connectAgain() const {
   return waylandDisplay_.empty() ? nullptr : WaylandConnection::open(waylandDisplay_);
 }
 
+std::string Session::toolkitPlatform(const EnvironmentLookup& environment) const {
+  const std::string fitting = windows == Windows::wayland ? "wayland" : "xcb";
+  const auto chosen = environment("QT_QPA_PLATFORM").value_or(std::string());
+  return chosen == fitting || chosen.starts_with(fitting + ":") ? chosen : fitting;
+}
+
 std::string Session::refusal() const {
   if (windows != Windows::none) return {};
-  return wayland ? "no X server answers in this Wayland session. Install and switch on Xwayland, "
-                   "which the windows need."
-                 : "no X server answers. Start it in an X11 session, or with Xwayland.";
+  if (!wayland) return "no X server answers. Start it in an X11 session, or with Xwayland.";
+  if (letsStandAbove(*wayland)) {
+    return "the toolkit lacks its part for Wayland. Install qt6-wayland, or switch on Xwayland.";
+  }
+  return "no X server answers in this Wayland session. Install and switch on Xwayland, "
+         "which the windows need.";
 }
 
 }  // namespace vantorel

@@ -12,9 +12,10 @@ namespace vantorel {
 /// once, before the toolkit: that one ends the process where it finds nothing. Told by what
 /// answers, not by the names of desktops.
 struct Session {
-  /// xwayland: an X server that stands inside of a Wayland compositor, so that it knows only of the
-  /// windows, keys and pointer that belong to X11 programs.
-  enum class Windows { none, x11, xwayland };
+  /// wayland: a compositor that lets a program keep the clipboard and stand above the windows, and
+  /// a toolkit that speaks to it. xwayland: an X server that stands inside of a compositor, so that
+  /// it knows only of the windows, keys and pointer that belong to X11 programs.
+  enum class Windows { none, x11, xwayland, wayland };
 
   Windows windows = Windows::none;
   /// Null where `WAYLAND_DISPLAY` names nobody who answers.
@@ -25,6 +26,10 @@ struct Session {
   /// Waits for the window systems alone; asks no Wayland compositor where the environment names
   /// none.
   [[nodiscard]] static Session find(const EnvironmentLookup& environment);
+
+  /// How the toolkit is told, by its option "-platform", to speak to what was found.
+  /// Options that the user gives by `QT_QPA_PLATFORM` hold for that platform alone.
+  [[nodiscard]] std::string toolkitPlatform(const EnvironmentLookup& environment) const;
 
   /// Why no window can be shown, and what to do, as one line; empty when one can.
   [[nodiscard]] std::string refusal() const;

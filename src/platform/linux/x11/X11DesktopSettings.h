@@ -6,9 +6,9 @@
 #include <string>
 
 #include "base/Lifetime.h"
-#include "platform/AccessibilityPreferences.h"
 #include "platform/Dispatch.h"
 #include "platform/Observers.h"
+#include "platform/linux/windows/DesktopSettings.h"
 #include "platform/linux/x11/X11Thread.h"
 
 namespace vantorel {
@@ -17,7 +17,7 @@ namespace vantorel {
 /// high-contrast theme means reduced transparency; and so does the absence of a compositor, for
 /// nothing can be seen through then. A thread of its own follows the changes, so that a question
 /// is answered from memory.
-class X11DesktopSettings : public AccessibilityPreferences {
+class X11DesktopSettings : public DesktopSettings {
  public:
   /// Knows the present state when it returns. Null when there is no X server. Changes are announced
   /// through `dispatch`, which outlives the result.
@@ -29,13 +29,11 @@ class X11DesktopSettings : public AccessibilityPreferences {
 
   [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
   [[nodiscard]] bool reduceTransparency() const override { return highContrast_ || !composited_; }
-  /// Also tells of `theme()`, `composited()`, `shadesWindows()` and `blurs()`.
+  /// Also tells of `composited()`, `shadesWindows()` and `blurs()`.
   [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) const override;
 
-  /// The theme of widgets that the settings manager names; empty when there is none. Any thread.
-  [[nodiscard]] std::string theme() const;
-  /// The icon theme that the settings manager names; empty when there is none. Any thread.
-  [[nodiscard]] std::string iconTheme() const;
+  [[nodiscard]] std::string theme() const override;
+  [[nodiscard]] std::string iconTheme() const override;
 
   /// Whether a compositor runs. Any thread.
   [[nodiscard]] bool composited() const { return composited_; }

@@ -100,10 +100,7 @@ bool X11Workspace::startedAfter(const RunningApplication& application,
 }
 
 std::optional<std::string> X11Workspace::applicationName(const std::string& bundleIdentifier) {
-  const auto index = desktopEntries().index();
-  const DesktopEntry* entry = index->byId(bundleIdentifier);
-  if (entry == nullptr || entry->name.empty()) return std::nullopt;
-  return entry->name;
+  return desktopEntries().nameOf(bundleIdentifier);
 }
 
 bool X11Workspace::activateOnThread(const RunningApplication& application) {
