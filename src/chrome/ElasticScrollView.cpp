@@ -1,6 +1,7 @@
 #include "chrome/ElasticScrollView.h"
 
 #include <QApplication>
+#include <QPointingDevice>
 #include <QVariantAnimation>
 #include <QWheelEvent>
 #include <algorithm>
@@ -9,22 +10,28 @@
 #include "chrome/DedicationLabel.h"
 #include "chrome/InvisibleScroller.h"
 #include "chrome/RubberBand.h"
+#include "chrome/WheelTurn.h"
 
 namespace vantorel {
 namespace {
 
-constexpr int pointsPerFingerLine = 16;
-constexpr int notch = 120;  // as wheels report it
 constexpr int slideMilliseconds = 140;
 constexpr int pushMilliseconds = 70;
 constexpr int returnMilliseconds = 280;
 constexpr Seconds heldFor{0.12};
 constexpr int dedicationBottom = 7;
 
-/// Whether a wheel turned by whole notches. A finger's motion is reported as angles too, but hardly
-/// ever as such; what is reported as pixels depends on the driver.
-bool isNotched(const QWheelEvent& event) {
-  return event.angleDelta().y() != 0 && event.angleDelta().y() % notch == 0;
+/// Only who tells when a finger is put down and lifted knows of pixels; elsewhere what is reported
+/// as such depends on the driver.
+WheelReport reportOf(const QWheelEvent& event) {
+  using Type = QInputDevice::DeviceType;
+  const bool hasPhases = event.phase() != Qt::NoScrollPhase;
+  const auto& device = *event.pointingDevice();
+  return {.eighths = static_cast<double>(event.angleDelta().y()),
+          .pixels = hasPhases ? static_cast<double>(event.pixelDelta().y()) : 0,
+          .isFinger = hasPhases || device.type() == Type::TouchPad ||
+                      device.type() == Type::TouchScreen ||
+                      isTouchpad(device.name().toStdString())};
 }
 
 }  // namespace
@@ -42,7 +49,6 @@ ElasticScrollView::ElasticScrollView(Dispatch& dispatch,
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFrameShape(QFrame::NoFrame);
   viewport()->setAutoFillBackground(false);
-  verticalScrollBar()->setSingleStep(pointsPerFingerLine);
   movement_->setEasingCurve(QEasingCurve::OutQuad);
   connect(movement_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& value) { paintDisplaced(value.toDouble()); });
@@ -60,15 +66,20 @@ double ElasticScrollView::offset() const { return verticalScrollBar()->value(); 
 
 void ElasticScrollView::scrollTo(double offset) {
   sliding_->stop();
+  rest_ = 0;
   verticalScrollBar()->setValue(static_cast<int>(std::lround(offset)));
 }
 
 void ElasticScrollView::wheelEvent(QWheelEvent* event) {
-  const double line = isNotched(*event) ? measures_.line : pointsPerFingerLine;
+  const auto turn = wheelTurn(reportOf(*event), QApplication::wheelScrollLines(), measures_.line);
   RubberBand::Push push;
-  push.delta = event->angleDelta().y() * QApplication::wheelScrollLines() * line / notch;
+  push.delta = turn.distance;
   push.before = destination();
-  scrollByWheel(*event, -push.delta);
+  if (turn.isStride) {
+    slideTo(push.before - turn.distance, slideMilliseconds);
+  } else {
+    follow(-turn.distance);
+  }
   event->accept();  // the turn was meant for the list, even at its end
   push.after = destination();
   if (widget() == nullptr) return;
@@ -84,10 +95,14 @@ void ElasticScrollView::wheelEvent(QWheelEvent* event) {
   showDedication(bounce->atEnd);
 }
 
-void ElasticScrollView::scrollByWheel(QWheelEvent& event, double distance) {
-  if (isNotched(event)) return slideTo(destination() + distance, slideMilliseconds);
+/// A stride that is under way is cut short, for the finger is where the list is now.
+void ElasticScrollView::follow(double distance) {
   sliding_->stop();
-  QScrollArea::wheelEvent(&event);  // which keeps what is less than a point for the next time
+  auto* bar = verticalScrollBar();
+  const double goal =
+      std::clamp<double>(offset() + rest_ + distance, bar->minimum(), bar->maximum());
+  bar->setValue(static_cast<int>(std::lround(goal)));
+  rest_ = goal - offset();
 }
 
 bool ElasticScrollView::fits() const {
@@ -97,7 +112,7 @@ bool ElasticScrollView::fits() const {
 /// Where scrolling will have come to.
 double ElasticScrollView::destination() const {
   const bool slides = sliding_->state() == QAbstractAnimation::Running;
-  return slides ? sliding_->endValue().toDouble() : offset();
+  return slides ? sliding_->endValue().toDouble() : offset() + rest_;
 }
 
 void ElasticScrollView::slideTo(double offset, int milliseconds) {
@@ -105,6 +120,7 @@ void ElasticScrollView::slideTo(double offset, int milliseconds) {
   const double goal = std::clamp<double>(offset, bar->minimum(), bar->maximum());
   if (accessibility_.reduceMotion() || goal == this->offset()) return scrollTo(goal);
   sliding_->stop();
+  rest_ = 0;
   sliding_->setStartValue(this->offset());
   sliding_->setEndValue(goal);
   sliding_->setDuration(milliseconds);
@@ -138,6 +154,7 @@ void ElasticScrollView::settle() {
   resetWork_.reset();
   movement_->stop();
   sliding_->stop();
+  rest_ = 0;
   rubberBandOffset_ = 0;
   dedication_->setShown(false, DedicationLabel::Motion::none);
   paintDisplaced(0);

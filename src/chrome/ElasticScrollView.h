@@ -13,9 +13,9 @@ namespace vantorel {
 class DedicationLabel;
 
 /// Scrolls one document vertically, without a frame, a background or a visible scroller: in strides
-/// by a wheel with notches, along with the finger otherwise. Pushed beyond an end, the document is
-/// painted displaced and springs back; what it is scrolled to does not change. Below its end stands
-/// a dedication, seen only then.
+/// by a wheel with notches, in proportion by a finer one, along with the finger on a touchpad.
+/// Pushed beyond an end, the document is painted displaced and springs back; what it is scrolled to
+/// does not change. Below its end stands a dedication, seen only then.
 class ElasticScrollView : public QScrollArea {
   Q_OBJECT
 
@@ -24,7 +24,7 @@ class ElasticScrollView : public QScrollArea {
                     QWidget* parent);
   ~ElasticScrollView() override;
 
-  /// What a wheel with notches scrolls past for each line that the user has it scroll, and how much
+  /// What a wheel scrolls past for each line that the user has it scroll, and how much
   /// of the document's end is only room: when nothing but that is out of sight, the list comes back
   /// to its top as soon as it is let go.
   struct Measures {
@@ -54,7 +54,7 @@ class ElasticScrollView : public QScrollArea {
  private:
   [[nodiscard]] bool fits() const;
   [[nodiscard]] double destination() const;
-  void scrollByWheel(QWheelEvent& event, double distance);
+  void follow(double distance);
   void slideTo(double offset, int milliseconds);
   void applyRubberBand(double offset);
   void letGoLater();
@@ -70,6 +70,7 @@ class ElasticScrollView : public QScrollArea {
   QVariantAnimation* movement_;  // beside where it is scrolled to
   QVariantAnimation* sliding_;   // of that
   Measures measures_;
+  double rest_ = 0;  // of what was followed, less than a point
   std::unique_ptr<Timer> resetWork_;
   double rubberBandOffset_ = 0;
   double painted_ = 0;  // of that, while it is on its way

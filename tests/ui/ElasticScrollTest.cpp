@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QPointingDevice>
 #include <QTest>
 #include <QVariantAnimation>
 #include <QWheelEvent>
@@ -29,14 +30,14 @@ class ElasticScroll : public testing::Test {
     document->resize(300, height);
     view_.setWidget(document);
   }
-  /// Turns the wheel as a touchpad does; positive towards the top.
-  void push(int points) { turnBy(points * 120 / (QApplication::wheelScrollLines() * 16)); }
+  /// Moves a finger on a touchpad; positive towards the top.
+  void push(int points) { report({0, points}, {0, 8 * points}, Qt::ScrollUpdate); }
   /// Turns a wheel that has notches.
   void turn(int notches) { turnBy(notches * 120); }
-  void turnBy(int eighthsOfDegree) {
-    QWheelEvent event(QPointF(50, 50), view_.mapToGlobal(QPointF(50, 50)), QPoint(),
-                      QPoint(0, eighthsOfDegree), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                      false);
+  void turnBy(int eighthsOfDegree) { report({}, {0, eighthsOfDegree}, Qt::NoScrollPhase); }
+  void report(QPoint pixels, QPoint angle, Qt::ScrollPhase phase) {
+    QWheelEvent event(QPointF(50, 50), view_.mapToGlobal(QPointF(50, 50)), pixels, angle,
+                      Qt::NoButton, Qt::NoModifier, phase, false);
     QApplication::sendEvent(view_.viewport(), &event);
   }
   [[nodiscard]] int top() const { return view_.widget()->y(); }
@@ -215,6 +216,28 @@ TEST_F(ElasticScroll, AFingerIsFollowedAtOnceHoweverLongAStrideIs) {
   view_.setMeasures({.line = 49, .endSpace = 0});
   push(-50);
   EXPECT_EQ(view_.offset(), 50);
+}
+
+TEST_F(ElasticScroll, PartsOfANotchAddUpToAStrideWithoutBouncingOnTheWay) {
+  view_.setMeasures({.line = 49, .endSpace = 0});
+  view_.scrollTo(200);
+  for (int part = 0; part < 120; ++part) turnBy(-1);
+  EXPECT_EQ(view_.offset(), 200 + QApplication::wheelScrollLines() * 49);
+  for (int part = 0; part < 8; ++part) turnBy(15);
+  EXPECT_EQ(view_.offset(), 200);
+  EXPECT_EQ(view_.rubberBandOffset(), 0);
+}
+
+TEST_F(ElasticScroll, ATouchpadThatOnlyItsNameTellsIsFollowed) {
+  view_.setMeasures({.line = 49, .endSpace = 0});
+  const QPointingDevice touchpad(
+      QStringLiteral("ELAN0501:01 Touchpad"), 7, QInputDevice::DeviceType::Mouse,
+      QPointingDevice::PointerType::Generic, QInputDevice::Capability::Scroll, 1, 3);
+  QWheelEvent event(QPointF(50, 50), view_.mapToGlobal(QPointF(50, 50)), QPoint(), QPoint(0, -120),
+                    Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false,
+                    Qt::MouseEventNotSynthesized, &touchpad);
+  QApplication::sendEvent(view_.viewport(), &event);
+  EXPECT_EQ(view_.offset(), QApplication::wheelScrollLines() * 16);
 }
 
 TEST_F(ElasticScroll, WhoeverScrollsElsewhereEndsAStride) {
