@@ -11,7 +11,7 @@ namespace vantorel {
 
 class WindowShadow::Surface : public QRasterWindow {
  public:
-  Surface(const QWidget& window, double cornerRadius) : cornerRadius_(cornerRadius) {
+  explicit Surface(double cornerRadius) : cornerRadius_(cornerRadius) {
     // What no window manager manages stays where it is put.
     setFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput |
              Qt::WindowDoesNotAcceptFocus);
@@ -19,8 +19,6 @@ class WindowShadow::Surface : public QRasterWindow {
     constexpr int bits = 8;
     translucent.setAlphaBufferSize(bits);
     setFormat(translucent);
-    setScreen(window.screen());
-    setTransientParent(window.windowHandle());
     setTitle(QStringLiteral("Shadow"));
   }
 
@@ -54,7 +52,7 @@ bool WindowShadow::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::Hide:
       backdropChanges_.reset();
-      surface_.reset();
+      hide();
       break;
     case QEvent::Expose:
       // In a later turn, when the window has painted itself.
@@ -82,12 +80,19 @@ void WindowShadow::refresh() {
   if (window_.isVisible() && !backdropChanges_) {
     backdropChanges_ = backdrops_->observe([this] { refresh(); });
   }
-  if (!isWanted()) return surface_.reset();
-  if (surface_) return;
-  surface_ = std::make_unique<Surface>(window_, cornerRadius_);
+  if (!isWanted()) return hide();
+  if (surface_ && surface_->isVisible()) return;
+  if (!surface_) surface_ = std::make_unique<Surface>(cornerRadius_);
+  surface_->setScreen(window_.screen());
+  surface_->setTransientParent(window_.windowHandle());
   follow();
   surface_->show();
   place();  // not before: the toolkit makes another native window when it shows this one
+}
+
+/// It is kept for the next showing.
+void WindowShadow::hide() {
+  if (surface_) surface_->hide();
 }
 
 void WindowShadow::follow() {
@@ -97,7 +102,8 @@ void WindowShadow::follow() {
 }
 
 void WindowShadow::place() {
-  if (surface_) backdrops_->placeBelow(surface_->winId(), window_.internalWinId());
+  if (surface_ && surface_->isVisible())
+    backdrops_->placeBelow(surface_->winId(), window_.internalWinId());
 }
 
 }  // namespace vantorel

@@ -10,8 +10,9 @@ class QWidget;
 namespace vantorel {
 
 /// The shadow of a rounded window where nothing else gives it one: a window of its own around that
-/// window, right below it, which takes no input and is no part of its frame. It is there only while
-/// the window is seen, and comes after the window's first picture. The window owns it. Main thread.
+/// window, right below it, which takes no input and is no part of its frame. It is shown only while
+/// the window is seen, and comes after the window's first picture; between two showings it is kept.
+/// The window owns it. Main thread.
 class WindowShadow : public QObject {
   Q_OBJECT
 
@@ -30,13 +31,14 @@ class WindowShadow : public QObject {
 
   [[nodiscard]] bool isWanted() const;
   void refresh();
+  void hide();
   void follow();
   void place();
 
   QWidget& window_;
   double cornerRadius_;
   const WindowBackdrops* backdrops_;
-  std::unique_ptr<Surface> surface_;  // while there is a shadow
+  std::unique_ptr<Surface> surface_;  // from the first showing on
   std::unique_ptr<Observation> backdropChanges_;
 };
 

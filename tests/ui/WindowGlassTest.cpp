@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QPainter>
+#include <QPointer>
 #include <QTest>
 #include <QWindow>
 
@@ -167,6 +168,19 @@ TEST_F(WindowShadowTest, ItFollowsThePanel) {
   EXPECT_EQ(shadow(), nullptr);
   panel_.makeKeyAndOrderFront();
   EXPECT_TRUE(QTest::qWaitFor([] { return shadow() != nullptr; }));
+}
+
+TEST_F(WindowShadowTest, ItIsKeptForTheNextShowing) {
+  const QPointer<QWindow> first = shadow();
+  panel_.hide();
+  EXPECT_EQ(shadow(), nullptr);
+  panel_.setGeometry(320, 220, 200, 120);
+  panel_.makeKeyAndOrderFront();
+  EXPECT_TRUE(QTest::qWaitFor([] { return shadow() != nullptr; }));
+  EXPECT_EQ(shadow(), first);
+  constexpr int reach = ShadowDrawing::ofWindow.reach;
+  EXPECT_EQ(shadow()->geometry(), QRect(320, 220, 200, 120).adjusted(-reach, -reach, reach, reach));
+  EXPECT_EQ(backdrops_.below(panel_.internalWinId()), shadow()->winId());
 }
 
 TEST_F(WindowShadowTest, ThereIsNoneWhereNothingIsSeenThroughOrTheCompositorShades) {
