@@ -166,6 +166,23 @@ TEST_F(UnlockPromptTest, AServiceThatEndedWhileItAskedIsAskedWhenItIsBack) {
   ASSERT_TRUE(waitUntil([this] { return unlockedCalls_ > 0 || found() == "the secret"; }));
 }
 
+TEST_F(UnlockPromptTest, AServiceThatComesBackLockedDoesNotAskByItself) {
+  prepare();
+  ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));
+  ASSERT_TRUE(PromptDisplay::dismiss());
+  ASSERT_TRUE(waitUntil([this] { return ready_; }));
+  keyring_->end();
+  ASSERT_TRUE(
+      waitUntil([this] { return found() == std::to_string(keychainStatus::notAvailable); }));
+  keyring_.reset();
+  keyring_ = std::make_unique<PrivateKeyring>(PrivateKeyring::State::locked);
+  // The new service answers after its coming was announced; the second answer, after the look
+  // that this caused.
+  ASSERT_TRUE(waitUntil([this] { return found() == lockedStatus; }));
+  EXPECT_EQ(found(), lockedStatus);
+  EXPECT_FALSE(PromptDisplay::asks());
+}
+
 TEST_F(UnlockPromptTest, EndingWhileTheQuestionIsOpenLeavesNothingBehind) {
   prepare();
   ASSERT_TRUE(waitUntil([] { return PromptDisplay::asks(); }));

@@ -70,11 +70,8 @@ SecretServiceBus::SecretServiceBus(GlibThread& thread, std::function<void(Keyrin
                                    std::function<void()> secretAhead)
     : bus_(thread),
       secretAhead_(std::move(secretAhead)),
-      watch_(bus_, heard,
-             [this] {
-               prompts_.giveUp();
-               asked_.clear();
-             }),
+      // What was asked stays asked: a service that comes back is nobody's wish to be asked again.
+      watch_(bus_, heard, [this] { prompts_.giveUp(); }),
       prompts_(bus_, [heard = std::move(heard)] { heard(KeyringNews::arrived); }) {}
 
 SecretServiceBus::~SecretServiceBus() = default;
