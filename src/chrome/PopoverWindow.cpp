@@ -1,7 +1,9 @@
 #include "chrome/PopoverWindow.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QVariantAnimation>
+#include <QWindow>
 
 #include "chrome/AccessibleRole.h"
 #include "chrome/Geometry.h"
@@ -12,6 +14,9 @@ namespace vantorel {
 namespace {
 
 constexpr int fadeMilliseconds = 90;
+
+/// On Wayland a window as a whole has no opacity, and the toolkit says so at each step.
+bool windowsFade() { return QGuiApplication::platformName() != QLatin1String("wayland"); }
 
 }  // namespace
 
@@ -47,11 +52,13 @@ void PopoverWindow::show(const Rect& anchor, PopoverEdge edge) {
   fade_->stop();
   const auto finish = glassFinish(services_.accessibility, services_.backdrops);
   const bool fades = finish.outline == GlassFinish::Outline::blended;
-  if (fades && !services_.accessibility.reduceMotion()) {
+  if (fades && windowsFade() && !services_.accessibility.reduceMotion()) {
     fadeIn();
-  } else {
+  } else if (windowOpacity() < 1) {
     setWindowOpacity(1);
   }
+  create();  // does nothing when there is a native window already
+  windowHandle()->setTransientParent(owner_ != nullptr ? owner_->windowHandle() : nullptr);
   QWidget::show();
   raise();
 }

@@ -21,6 +21,10 @@ class PopoverWindow : public QWidget {
   PopoverWindow(const QString& title, QSize size, double cornerRadius,
                 const ChromeServices& services);
 
+  /// The window that this one belongs to, which outlives its showings; null: none. It stands over
+  /// that one's shadow.
+  void setOwner(QWidget* owner) { owner_ = owner; }
+
   /// The desktop has taken the window away. Not called for `hide`.
   std::function<void()> onClosed;
 
@@ -38,6 +42,7 @@ class PopoverWindow : public QWidget {
   void fadeIn();
 
   ChromeServices services_;
+  QWidget* owner_ = nullptr;
   ReadableGlassView* glass_;
   QVariantAnimation* fade_;
 };

@@ -31,6 +31,7 @@ void PreviewPresenter::show(ClipItem item, SharedBitmap image, const QWidget& ro
   window_ =
       new PopoverWindow(QStringLiteral("Preview"), toQSize(controller_->preferredContentSize()),
                         PreviewGeometry::cornerRadius, services_);
+  window_->setOwner(row.window());
   window_->onClosed = [this, shown = window_.data()] {
     if (window_ != shown) return;
     close();

@@ -55,7 +55,8 @@ void PortalSettings::joinBus() {
 
 void PortalSettings::askAll() {
   ask(appearance, QStringLiteral("contrast"));
-  for (const auto* name : {"enable-animations", "gtk-theme", "icon-theme"}) ask(desktopInterface, name);
+  for (const auto* name : {"enable-animations", "gtk-theme", "icon-theme"})
+    ask(desktopInterface, name);
 }
 
 /// Without starting a portal for it: where there is one, it runs or will. A portal that refuses the

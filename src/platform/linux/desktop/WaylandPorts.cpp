@@ -13,16 +13,15 @@ namespace vantorel {
 
 std::unique_ptr<WaylandPorts> WaylandPorts::open(const Services& services, Session session) {
   auto compositor = ToolkitCompositor::open();
-  auto clipboard = DataControlPasteboard::open({services.dispatch, services.images},
-                                               std::move(session.wayland));
+  auto clipboard =
+      DataControlPasteboard::open({services.dispatch, services.images}, std::move(session.wayland));
   if (!compositor || !clipboard) return nullptr;
   return std::unique_ptr<WaylandPorts>(
       new WaylandPorts(services, std::move(compositor), std::move(clipboard), session));
 }
 
 WaylandPorts::WaylandPorts(const Services& services, std::unique_ptr<ToolkitCompositor> compositor,
-                           std::unique_ptr<DataControlPasteboard> clipboard,
-                           const Session& session)
+                           std::unique_ptr<DataControlPasteboard> clipboard, const Session& session)
     : dispatch_(services.dispatch),
       compositor_(std::move(compositor)),
       settings_(services.bus),
@@ -34,10 +33,10 @@ WaylandPorts::WaylandPorts(const Services& services, std::unique_ptr<ToolkitComp
       hotKeys_(std::make_unique<KGlobalAccelHotKeys>(dispatch_, services.bus)) {}
 
 std::unique_ptr<Workspace> WaylandPorts::openWorkspace(const Session& session) {
-  auto told = CompositorWorkspace::open({dispatch_, applications_.entries(), nullptr,
-                                         [this] { applications_.readAgain(); },
-                                         [this] { windows_.releaseKeyboard(); }},
-                                        session.connectAgain());
+  auto told = CompositorWorkspace::open(
+      {dispatch_, applications_.entries(), nullptr, [this] { applications_.readAgain(); },
+       [this] { windows_.releaseKeyboard(); }},
+      session.connectAgain());
   if (told) {
     toplevels_ = &told->windows();
     return told;

@@ -93,8 +93,8 @@ std::unique_ptr<SyntheticInput> X11Ports::openInput(const Session& session) cons
 
 WindowPorts::All X11Ports::all() {
   return {
-      .pasteboard = compositorClipboard_ ? static_cast<Pasteboard&>(*compositorClipboard_)
-                                         : *x11Clipboard_,
+      .pasteboard =
+          compositorClipboard_ ? static_cast<Pasteboard&>(*compositorClipboard_) : *x11Clipboard_,
       .workspace =
           compositorWorkspace_ ? static_cast<Workspace&>(*compositorWorkspace_) : *x11Workspace_,
       .input = *input_,

@@ -12,8 +12,7 @@ namespace vantorel {
 class InnerRole : public SurfaceRole {
  public:
   /// `surface` has no role yet. `outer` has one, which outlives this, as `compositor` does.
-  InnerRole(ToolkitCompositor& compositor, wl_surface* surface, QWindow& outer,
-            const QRect& frame);
+  InnerRole(ToolkitCompositor& compositor, wl_surface* surface, QWindow& outer, const QRect& frame);
   ~InnerRole() override;
   InnerRole(const InnerRole&) = delete;
   InnerRole& operator=(const InnerRole&) = delete;

@@ -16,7 +16,7 @@ namespace vantorel {
 /// A window above those of other programs, at a place of its own on one output. Main thread.
 class LayerRole : public SurfaceRole {
  public:
-  enum class Height { top, overlay };          // the second is above the first
+  enum class Height { top, overlay };           // the second is above the first
   enum class Keyboard { none, whileItStands };  // all of it, whatever else is clicked
   struct Stand {
     Height height = Height::overlay;
@@ -25,8 +25,8 @@ class LayerRole : public SurfaceRole {
   };
 
   /// `surface` has no role yet. `compositor` outlives this.
-  LayerRole(ToolkitCompositor& compositor, wl_surface* surface, QScreen& screen,
-            const QRect& frame, Stand stand);
+  LayerRole(ToolkitCompositor& compositor, wl_surface* surface, QScreen& screen, const QRect& frame,
+            Stand stand);
   ~LayerRole() override;
   LayerRole(const LayerRole&) = delete;
   LayerRole& operator=(const LayerRole&) = delete;

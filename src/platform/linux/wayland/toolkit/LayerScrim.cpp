@@ -87,8 +87,8 @@ void LayerScrim::spread() {
   for (QScreen* screen : QGuiApplication::screens()) {
     auto* const output = ToolkitCompositor::outputOf(*screen);
     if (output == nullptr) continue;
-    parts_.push_back({screen->geometry().topLeft(), std::make_unique<BareSurface>(
-                                                        compositor_, output, wholeOutput, isTaken)});
+    parts_.push_back({screen->geometry().topLeft(),
+                      std::make_unique<BareSurface>(compositor_, output, wholeOutput, isTaken)});
   }
 }
 

@@ -66,8 +66,8 @@ LayerWindows::~LayerWindows() = default;
 
 bool LayerWindows::eventFilter(QObject* watched, QEvent* event) {
   if (!watched->isWindowType()) {
-    auto* const widget = event->type() == QEvent::ZOrderChange ? qobject_cast<QWidget*>(watched)
-                                                               : nullptr;
+    auto* const widget =
+        event->type() == QEvent::ZOrderChange ? qobject_cast<QWidget*>(watched) : nullptr;
     if (widget != nullptr && widget->isWindow() && widget->windowHandle() != nullptr) {
       take(*widget->windowHandle());  // it has been raised
     }
@@ -132,8 +132,8 @@ bool LayerWindows::stand(QWindow& window) {
     shareKeyboard();
     how.keyboard = LayerRole::Keyboard::whileItStands;
   }
-  auto role = std::make_unique<LayerRole>(compositor_, surface, screenOf(window),
-                                          window.geometry(), how);
+  auto role =
+      std::make_unique<LayerRole>(compositor_, surface, screenOf(window), window.geometry(), how);
   role->onClosed = [&window] { closeLater(window); };
   const bool isReady = role->waitUntilReady(std::chrono::steady_clock::now() + patience);
   if (!isReady) closeLater(window);
@@ -190,13 +190,21 @@ void LayerWindows::shareKeyboard() {
   }
 }
 
-/// Somebody else's window was meant. A press beside a menu is the menu's alone.
+/// A press beside a menu is the menu's alone. One on a window of ours that the scrim happens to be
+/// above is that window's. Else somebody else's window was meant.
 bool LayerWindows::pressed() {
   if (openMenu() != nullptr) {
     while (auto* const menu = QApplication::activePopupWidget()) {
       menu->close();
       if (menu->isVisible()) break;
     }
+    return true;
+  }
+  const auto place = scrim_.pointer();
+  const QPoint at(static_cast<int>(place.x), static_cast<int>(place.y));
+  for (const auto& [window, standing] : standing_) {
+    if (standing.keyed == nullptr || !window->geometry().contains(at)) continue;
+    take(*window);
     return true;
   }
   order_.release();

@@ -15,8 +15,8 @@ class WaylandBackdrops : public WindowBackdrops {
       std::function<void()> /*changed*/) const override {
     return std::make_unique<Observation>();
   }
-  void blurBehind(WindowNumber /*window*/, const std::vector<PixelRect>& /*pixels*/) const override {
-  }
+  void blurBehind(WindowNumber /*window*/,
+                  const std::vector<PixelRect>& /*pixels*/) const override {}
   void placeBelow(WindowNumber /*window*/, WindowNumber /*other*/) const override {}
 };
 
