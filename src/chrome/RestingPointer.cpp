@@ -10,6 +10,13 @@
 
 namespace vantorel {
 
+namespace {
+
+/// On Wayland a program is told of the pointer only while it is over a window of its own.
+bool isToldEverywhere() { return QGuiApplication::platformName() != QLatin1String("wayland"); }
+
+}  // namespace
+
 RestingPointer::RestingPointer(QWidget& window, Dispatch& dispatch)
     : window_(window), dispatch_(dispatch) {
   window_.windowHandle()->installEventFilter(this);
@@ -18,11 +25,17 @@ RestingPointer::RestingPointer(QWidget& window, Dispatch& dispatch)
 bool RestingPointer::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::Show:
+      isPlaceUntold_ = !isToldEverywhere();
+      [[fallthrough]];
     case QEvent::Leave:
       rest_ = QCursor::pos();
       break;
-    case QEvent::Enter:
-      return restsAt(static_cast<const QEnterEvent&>(*event).globalPosition().toPoint());
+    case QEvent::Enter: {
+      const auto place = static_cast<const QEnterEvent&>(*event).globalPosition().toPoint();
+      // It may have been there before the window: what it does next tells.
+      if (std::exchange(isPlaceUntold_, false)) rest_ = place;
+      return restsAt(place);
+    }
     case QEvent::MouseMove: {
       const auto& move = static_cast<const QMouseEvent&>(*event);
       return move.buttons() == Qt::NoButton && restsAt(move.globalPosition().toPoint());

@@ -38,6 +38,7 @@ class RestingPointer : public QObject {
   QWidget& window_;
   Dispatch& dispatch_;
   std::optional<QPoint> rest_;  // where the pointer was when the window was shown or left
+  bool isPlaceUntold_ = false;  // since the window was shown
   bool awaited_ = false;
   bool followed_ = false;
   Lifetime life_;

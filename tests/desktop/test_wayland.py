@@ -282,6 +282,102 @@ class Panel(WaylandTestCase):
         self.vantorel.wait_until_hidden()
 
 
+    def test_a_preview_stands_beside_its_row(self):
+        panel = self.desktop.windows.frame(self.open())
+        self.desktop.keyboard.tap("Down")
+        self.desktop.keyboard.tap("Space")
+        preview = self.desktop.windows.frame(self.desktop.windows.wait_for_title("Preview"))
+        row = self.vantorel.wait_for_row("second").element.extents
+        self.assertGreaterEqual(preview.x, panel.x + panel.width)
+        self.assertAlmostEqual(preview.y + preview.height / 2, row[1] + row[3] / 2, delta=1)
+        inside = (preview.x + preview.width - 20, preview.y + preview.height - 20)
+        wait_for("the preview to be painted",
+                 lambda: self.colour_at(*inside) == self.colour_at(panel.x + 5, panel.y + 20))
+        self.desktop.keyboard.tap("Escape")
+        self.desktop.windows.wait_gone("Preview")
+        self.vantorel.wait_for_panel()
+
+    def test_a_menu_has_the_keys_and_a_press_beside_it(self):
+        panel = self.desktop.windows.frame(self.open())
+        menu = (panel.x + panel.width // 2 + 20, panel.y + 48)  # over the row that it is of
+        wait_for("the row", lambda: self.colour_at(*menu) != self.colour_at(panel.x + 4, menu[1]))
+        bare = self.colour_at(*menu)
+        self.desktop.keyboard.tap("Menu")
+        wait_for("the menu", lambda: self.colour_at(*menu) != bare)
+        self.desktop.pointer.click(100, 700)
+        wait_for("the menu to go", lambda: self.colour_at(*menu) == bare)
+        self.vantorel.wait_for_panel()
+        self.desktop.keyboard.tap("Menu")
+        wait_for("the menu", lambda: self.colour_at(*menu) != bare)
+        for key in ("Up", "Return"):  # its last row deletes the entry
+            self.desktop.keyboard.tap(key)
+        self.vantorel.wait_for_rows(["second", "first", self.vantorel.row_titles()[-1]])
+
+    def test_a_question_has_the_keyboard_while_the_panel_waits(self):
+        self.open()
+        self.desktop.keyboard.chord("Ctrl+p")
+        wait_for("the pin", lambda: self.vantorel.history.items()[0].get("isPinned"))
+        self.desktop.keyboard.chord("Ctrl+r")
+        question = self.desktop.windows.wait_for_title("Name Pinned Clip")
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(question))
+        frame = self.desktop.windows.frame(self.vantorel.panel())
+        self.desktop.pointer.click(frame.x + 10, frame.y + frame.height - 10)
+        self.desktop.keyboard.type("named")
+        self.desktop.keyboard.tap("Return")
+        self.desktop.windows.wait_gone("Name Pinned Clip")
+        self.vantorel.wait_for_row("named")
+        self.vantorel.wait_for_panel()
+        self.desktop.keyboard.tap("Escape")
+        self.vantorel.wait_until_hidden()
+
+    def test_a_window_that_was_left_lets_others_have_the_keyboard(self):
+        self.vantorel.command("--about")
+        about = self.desktop.windows.wait_for_title("About Vantorel")
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(about))
+        self.desktop.pointer.click(40, 760)
+        wait_for("the keyboard to go", lambda: not self.desktop.windows.has_focus(about))
+        frame = self.desktop.windows.frame(about)
+        self.desktop.pointer.click(frame.x + 30, frame.y + 30)
+        wait_for("the keyboard", lambda: self.desktop.windows.has_focus(about))
+        self.desktop.keyboard.tap("Escape")
+        self.desktop.windows.wait_gone("About Vantorel")
+
+    def test_the_end_of_the_compositor_is_the_end_of_the_program(self):
+        self.open()
+        self.desktop.end_compositor()
+        wait_for("the program to end", lambda: not self.vantorel.is_running(), 3)
+        self.assertEqual(self.vantorel.process.returncode, 1, "it crashed")
+        self.assertEqual(self.vantorel.history.texts()[0], "third")
+        self.vantorel.process = None
+
+
+class Outputs(WaylandTestCase):
+    desktop_options = {"outputs": 2, "output_scale": 2, "size": (2560, 1600)}
+
+    def test_the_panel_opens_on_the_one_in_use(self):
+        self.start()
+        for number, left in ((2, 1280), (1, 0), (2, 1280)):
+            with self.subTest(number):
+                self.desktop.sway(f"focus output HEADLESS-{number}")
+                self.vantorel.command("--toggle")
+                frame = self.desktop.windows.frame(self.vantorel.wait_for_panel())
+                self.assertEqual(frame.x + frame.width // 2, left + 640)
+                output = f"HEADLESS-{number}"
+                wait_for("the panel on that output",
+                         lambda: self.rows_of_colour(output, frame, left) > 0)
+                self.desktop.keyboard.tap("Escape")
+                self.vantorel.wait_until_hidden()
+
+    def rows_of_colour(self, output, frame, left):
+        """How many pixels of the panel's upper edge are not what lies behind it."""
+        width, _, pixels = self.desktop.picture(output)
+        def at(x, y):
+            return tuple(pixels[3 * (2 * y * width + 2 * x):][:3])
+        behind = at(10, 700)
+        middle = frame.x - left + frame.width // 2
+        return sum(at(middle + x, frame.y + 4) != behind for x in range(-20, 20))
+
+
 class WithoutXServer(WaylandTestCase):
     desktop_options = {"xwayland": False}
 

@@ -4,6 +4,7 @@ import json
 import os
 import pwd
 import shutil
+import signal
 import sys
 
 from .desktop import PrivateDesktop
@@ -42,6 +43,7 @@ class SwayDesktop(PrivateDesktop):
         self._outputs = outputs
         self._output_scale = output_scale
         self._wire = None
+        self._compositor = None
         self.env["XDG_SESSION_TYPE"] = "wayland"
         self.env["XDG_CURRENT_DESKTOP"] = "sway"
 
@@ -88,6 +90,10 @@ class SwayDesktop(PrivateDesktop):
         _, width, height, _, pixels = taken.stdout.split(maxsplit=4)
         return int(width), int(height), pixels
 
+    def end_compositor(self):
+        """As when it crashes."""
+        self.processes.stop(self._compositor, signal.SIGKILL)
+
     def close(self):
         if self._wire is not None:
             self._wire.close()
@@ -111,7 +117,7 @@ class SwayDesktop(PrivateDesktop):
                 xwayland="enable" if self._xwayland else "disable"))
         headless = {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(self._outputs), "WLR_RENDERER": "pixman",
                     "WLR_LIBINPUT_NO_DEVICES": "1"}
-        self.processes.start("sway", [shutil.which("sway"), "-c", configuration],
+        self._compositor = self.processes.start("sway", [shutil.which("sway"), "-c", configuration],
                              {**self.env, **headless})
         wait_for("the compositor", lambda: os.path.exists(told))
         with open(told, encoding="utf-8") as file:
