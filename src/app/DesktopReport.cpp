@@ -66,7 +66,10 @@ Finding sources(const DesktopFacts& facts) {
           .weight = Weight::extra,
           .isThere = areTold,
           .says = std::move(says),
-          .remedy = "Excluding an application cannot keep its copies out; pause instead."};
+          .remedy =
+              facts.wantsInstalledPrograms
+                  ? "This compositor tells them to installed programs alone: install Vantorel."
+                  : "Excluding an application cannot keep its copies out; pause instead."};
 }
 
 Finding bus(const DesktopFacts& facts) {
@@ -151,8 +154,12 @@ Finding pasting(const DesktopFacts& facts) {
   const auto& compositors = facts.compositorKeysProtocol;
   std::string says =
       isNative ? "the compositor lets no program press keys" : "the server presses no keys (XTEST)";
-  if (facts.canPressKeys && facts.isWayland && !isNative && compositors.empty()) {
-    says = "into windows of X11 programs; elsewhere press the keys yourself (" +
+  if (isNative && !facts.canPressKeys && facts.wantsInstalledPrograms) {
+    says = "this compositor takes keys from installed programs alone";
+  } else if (facts.canPressKeys && facts.isWayland && !isNative && compositors.empty()) {
+    says = std::string("into windows of X11 programs; ") +
+           (facts.wantsInstalledPrograms ? "into all others once Vantorel is installed ("
+                                         : "elsewhere press the keys yourself (") +
            facts.keysProtocol + ")";
   } else if (facts.canPressKeys) {
     says = "into the window in front (" + facts.keysProtocol +

@@ -30,6 +30,8 @@ struct DesktopFacts {
   bool isClipboardBridged = false;   // told only of what another window system hands on
   std::string keysProtocol;
   std::string compositorKeysProtocol = {};  // empty: keys reach X11 windows alone
+  /// Windows are told to programs alone that are installed, and keys taken from them.
+  bool wantsInstalledPrograms = false;
   Tray tray = Tray::none;
   bool hasSettingsPortal = false;
   bool hasTextReader = false;              // the program that reads the text in pictures

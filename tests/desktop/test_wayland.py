@@ -1,39 +1,23 @@
 """The program in a Wayland session, whether or not an X server stands inside of it."""
 
-import time
 import unittest
 
-from harness.case import VantorelTestCase
 from harness.compositor_programs import FeatherPad, Foot, GnomeTextEditor, Mousepad, XTerm
-from harness.seat_keyboard import SeatKeyboard
 from harness.sway import SwayDesktop, leave_root
 from harness.vantorel import NO_TARGET_NOTICE, program_path
 from harness.waiting import wait_for
+from harness.wayland_case import PastingTestCase, WaylandTestCase
 
 
 def setUpModule():
     leave_root()
 
 
-class WaylandTestCase(VantorelTestCase):
+class SwayTestCase(WaylandTestCase):
     desktop_class = SwayDesktop
-    autostart = False
-
-    def start(self):
-        """Starts the program and copies until it takes notice."""
-        self.vantorel.start(capturing=False)
-        attempts = []
-
-        def noticed():
-            if not attempts or time.monotonic() - attempts[-1] > 0.6:
-                attempts.append(time.monotonic())
-                self.desktop.copy(f"attempt {len(attempts)}")
-            return self.vantorel.history.texts()
-
-        wait_for("the program to capture", noticed)
 
 
-class Session(WaylandTestCase):
+class Session(SwayTestCase):
     def test_check_says_what_there_is(self):
         text = self.desktop.run([program_path(), "--check"]).stdout.decode()
         self.assertRegex(text, "yes  Display           Wayland, on .*zwlr_layer_shell_v1 4")
@@ -62,7 +46,7 @@ class Session(WaylandTestCase):
         self.assertNotIn("Could not enable the keyboard shortcut.", self.desktop.windows.titles())
 
 
-class Clipboards(WaylandTestCase):
+class Clipboards(SwayTestCase):
     def install(self, application, name):
         self.file(".local", "share", "applications", f"{application}.desktop",
                   contents=f"[Desktop Entry]\nType=Application\nName={name}\nExec=true\n".encode())
@@ -121,31 +105,9 @@ class Clipboards(WaylandTestCase):
                  describe=self.desktop.read)
 
 
-class PastingTestCase(WaylandTestCase):
-    def setUp(self):
-        super().setUp()
-        self.keys = self.plug_in("us")
-        self.start()
-
-    def plug_in(self, layout):
-        keys = SeatKeyboard(self.desktop.env, layout)
-        self.addCleanup(keys.close)
-        return keys
-
-    def copy(self, *texts):
-        for text in texts:
-            self.desktop.copy(text)
-            self.vantorel.wait_for_newest(text)
-
-    def choose(self, *keys):
-        """Opens the panel and chooses in it."""
-        self.vantorel.command("--toggle")
-        self.vantorel.wait_for_panel()
-        for key in keys:
-            self.keys.chord(key)
-
-
 class Pasting(PastingTestCase):
+    desktop_class = SwayDesktop
+
     def test_an_entry_arrives_in_a_gtk_3_editor(self):
         editor = Mousepad(self, self.keys)
         self.copy("first", "second")
@@ -220,6 +182,8 @@ class Pasting(PastingTestCase):
 
 
 class MorePrograms(PastingTestCase):
+    desktop_class = SwayDesktop
+
     def test_an_entry_arrives_in_a_gtk_4_editor(self):
         editor = GnomeTextEditor(self, self.keys)
         self.copy("first", "second")
@@ -227,7 +191,7 @@ class MorePrograms(PastingTestCase):
         editor.wait_for_text("first")
 
 
-class Panel(WaylandTestCase):
+class Panel(SwayTestCase):
     def setUp(self):
         super().setUp()
         self.start()
@@ -280,7 +244,6 @@ class Panel(WaylandTestCase):
         self.open()
         self.desktop.pointer.click(100, 700)
         self.vantorel.wait_until_hidden()
-
 
     def test_a_preview_stands_beside_its_row(self):
         panel = self.desktop.windows.frame(self.open())
@@ -351,7 +314,7 @@ class Panel(WaylandTestCase):
         self.vantorel.process = None
 
 
-class Outputs(WaylandTestCase):
+class Outputs(SwayTestCase):
     desktop_options = {"outputs": 2, "output_scale": 2, "size": (2560, 1600)}
 
     def test_the_panel_opens_on_the_one_in_use(self):
@@ -378,7 +341,7 @@ class Outputs(WaylandTestCase):
         return sum(at(middle + x, frame.y + 4) != behind for x in range(-20, 20))
 
 
-class WithoutXServer(WaylandTestCase):
+class WithoutXServer(SwayTestCase):
     desktop_options = {"xwayland": False}
 
     def test_it_works(self):

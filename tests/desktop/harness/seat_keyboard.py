@@ -84,6 +84,13 @@ class SeatKeyboard:
         self._connection.catch_up()
 
 
+def offered(env):
+    """What the compositor offers this process, by its names."""
+    connection = _Connection(env)
+    connection.close()
+    return connection.offered
+
+
 class _Connection:
     """As little of a client as pressing keys needs."""
 

@@ -176,6 +176,16 @@ TEST(DesktopReport, ACompositorThatTellsNothingTakesComfortsAlone) {
   EXPECT_THAT(poor.text, HasSubstr("no   Pasting           the compositor lets no program press"));
 }
 
+TEST(DesktopReport, WhatIsGivenToInstalledProgramsAloneIsSaid) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  EXPECT_THAT(report(facts).text, Not(HasSubstr("install")));
+  facts.wantsInstalledPrograms = true;
+  EXPECT_THAT(report(facts).text, HasSubstr("to installed programs alone: install Vantorel.\n"));
+  EXPECT_THAT(report(facts).text, HasSubstr("into all others once Vantorel is installed (XTEST"));
+  EXPECT_TRUE(report(facts).isEnough);
+}
+
 TEST(DesktopReport, ACompositorWithoutAnXServerHasNoPlaceForTheWindows) {
   DesktopFacts facts;
   facts.isWayland = true;

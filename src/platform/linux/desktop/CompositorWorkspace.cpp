@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/MainQueue.h"
-#include "platform/linux/wayland/ForeignToplevels.h"
+#include "platform/linux/wayland/OfferedProtocols.h"
 
 namespace vantorel {
 
@@ -25,7 +25,7 @@ std::unique_ptr<CompositorWorkspace> CompositorWorkspace::open(
   auto* const x11 = surroundings.x11;
   std::unique_ptr<CompositorWorkspace> made(new CompositorWorkspace(std::move(surroundings)));
   auto& self = *made;
-  self.toplevels_ = ForeignToplevels::open(
+  self.toplevels_ = openToplevels(
       std::move(connection),
       {.onActivated = onMainQueue(dispatch, self.life_.guard([&self](const Toplevel& toplevel) {
          // X11 tells of its own windows; what has come to the front is one of them then.

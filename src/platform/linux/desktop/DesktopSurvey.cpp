@@ -19,8 +19,7 @@
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "platform/linux/wayland/DataControl.h"
-#include "platform/linux/wayland/ForeignToplevels.h"
-#include "platform/linux/wayland/VirtualKeyboard.h"
+#include "platform/linux/wayland/OfferedProtocols.h"
 #include "platform/linux/x11/TrayManager.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11KeyGrabber.h"
@@ -173,9 +172,10 @@ void lookAtCompositor(DesktopFacts& facts, const WaylandConnection& compositor) 
   facts.layersProtocol = std::string(layers) + " " + std::to_string(compositor.version(layers));
   facts.clipboardProtocol =
       "the compositor's (" + DataControl::protocol(compositor).value_or("") + ")";
-  facts.windowsProtocol = ForeignToplevels::protocol(compositor).value_or("");
+  facts.windowsProtocol = toplevelProtocol(compositor).value_or("");
+  facts.wantsInstalledPrograms = wantsInstalledPrograms(compositor);
   if (!facts.windowsProtocol.empty()) {
-    facts.keysProtocol = VirtualKeyboard::protocol(compositor).value_or("");
+    facts.keysProtocol = keyboardProtocol(compositor).value_or("");
     facts.canPressKeys = !facts.keysProtocol.empty();
   }
   facts.shortcut = DesktopFacts::Shortcut::absent;
@@ -194,9 +194,10 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
   facts.clipboardProtocol = dataControl ? "the compositor's (" + *dataControl + ")"
                                         : "X11 selections (" + xfixes(*x11) + ")";
   if (session.wayland) {
-    facts.windowsProtocol = ForeignToplevels::protocol(*session.wayland).value_or("");
+    facts.windowsProtocol = toplevelProtocol(*session.wayland).value_or("");
+    facts.wantsInstalledPrograms = wantsInstalledPrograms(*session.wayland);
     if (!facts.windowsProtocol.empty()) {
-      facts.compositorKeysProtocol = VirtualKeyboard::protocol(*session.wayland).value_or("");
+      facts.compositorKeysProtocol = keyboardProtocol(*session.wayland).value_or("");
     }
   }
   facts.isClipboardBridged = isInside && !dataControl;

@@ -5,8 +5,8 @@
 
 #include "platform/linux/desktop/UntoldWorkspace.h"
 #include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
+#include "platform/linux/wayland/OfferedProtocols.h"
 #include "platform/linux/wayland/ToplevelInput.h"
-#include "platform/linux/wayland/VirtualKeyboard.h"
 #include "platform/linux/windows/AbsentSyntheticInput.h"
 
 namespace vantorel {
@@ -47,7 +47,7 @@ std::unique_ptr<Workspace> WaylandPorts::openWorkspace(const Session& session) {
 std::unique_ptr<SyntheticInput> WaylandPorts::openInput(const Session& session) {
   auto keyboard = toplevels_ == nullptr
                       ? nullptr
-                      : VirtualKeyboard::open(toplevels_->thread(), session.connectAgain());
+                      : openKeyboard(toplevels_->thread(), session.connectAgain());
   if (!keyboard) return std::make_unique<AbsentSyntheticInput>();
   return std::make_unique<ToplevelInput>(
       ToplevelInput::Services{

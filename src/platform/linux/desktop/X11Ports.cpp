@@ -5,8 +5,8 @@
 
 #include "platform/linux/desktop/CompositorInput.h"
 #include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
+#include "platform/linux/wayland/OfferedProtocols.h"
 #include "platform/linux/wayland/ToplevelInput.h"
-#include "platform/linux/wayland/VirtualKeyboard.h"
 #include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/toolkit/XwaylandScreens.h"
 #include "platform/qt/QtScreens.h"
@@ -77,7 +77,7 @@ std::unique_ptr<SyntheticInput> X11Ports::openInput(const Session& session) cons
   auto x11 = openX11Input();
   auto keyboard =
       compositorWorkspace_
-          ? VirtualKeyboard::open(compositorWorkspace_->windows().thread(), session.connectAgain())
+          ? openKeyboard(compositorWorkspace_->windows().thread(), session.connectAgain())
           : nullptr;
   if (!keyboard) return x11;
   auto toplevels = std::make_unique<ToplevelInput>(

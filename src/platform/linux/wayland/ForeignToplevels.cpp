@@ -26,8 +26,8 @@ bool holdsActivated(const wl_array* states) {
 struct ForeignToplevels::Listeners {
   using Handle = zwlr_foreign_toplevel_handle_v1;
 
-  static Window& window(void* self, Handle* handle) {
-    return static_cast<ForeignToplevels*>(self)->windows_.at(handle);
+  static Toplevel& window(void* self, Handle* handle) {
+    return static_cast<ForeignToplevels*>(self)->described_.at(handle);
   }
   static void ignoreText(void* /*self*/, Handle* /*handle*/, const char* /*text*/) {}
   static void ignoreOutput(void* /*self*/, Handle* /*handle*/, wl_output* /*output*/) {}
@@ -35,16 +35,16 @@ struct ForeignToplevels::Listeners {
 
   static constexpr zwlr_foreign_toplevel_handle_v1_listener handle{
       ignoreText,
-      [](void* self, Handle* handle, const char* appId) {
-        window(self, handle).described.appId = appId;
-      },
+      [](void* self, Handle* handle, const char* appId) { window(self, handle).appId = appId; },
       ignoreOutput,
       ignoreOutput,
       [](void* self, Handle* handle, wl_array* states) {
-        window(self, handle).described.isActive = holdsActivated(states);
+        window(self, handle).isActive = holdsActivated(states);
       },
-      [](void* self, Handle* handle) {
-        static_cast<ForeignToplevels*>(self)->settle(window(self, handle));
+      [](void* data, Handle* handle) {
+        auto& self = *static_cast<ForeignToplevels*>(data);
+        const auto front = self.list_.settle(window(data, handle));
+        if (front) self.observer_.onActivated(*front);
       },
       [](void* self, Handle* handle) { static_cast<ForeignToplevels*>(self)->closed(handle); },
       ignoreParent};
@@ -52,9 +52,7 @@ struct ForeignToplevels::Listeners {
       [](void* data, zwlr_foreign_toplevel_manager_v1* /*manager*/, Handle* handle) {
         auto& self = *static_cast<ForeignToplevels*>(data);
         zwlr_foreign_toplevel_handle_v1_add_listener(handle, &Listeners::handle, data);
-        const std::lock_guard lock(self.mutex_);
-        auto& window = self.windows_[handle];
-        window.known.token = window.described.token = ++self.lastToken_;
+        self.described_[handle].token = self.list_.add();
       },
       [](void* data, zwlr_foreign_toplevel_manager_v1* manager) {
         auto& self = *static_cast<ForeignToplevels*>(data);
@@ -78,10 +76,7 @@ std::unique_ptr<ForeignToplevels> ForeignToplevels::open(
       new ForeignToplevels(std::move(connection), std::move(observer)));
   if (!made->bind()) return nullptr;
   made->thread_.start([self = made.get()] {
-    {
-      const std::lock_guard lock(self->mutex_);
-      for (auto& [handle, window] : self->windows_) window.known.isActive = false;
-    }
+    self->list_.forgetFront();
     self->observer_.onLost();
   });
   return made;
@@ -101,61 +96,22 @@ bool ForeignToplevels::bind() {
 
 ForeignToplevels::~ForeignToplevels() {
   thread_.stop();
-  for (const auto& [handle, window] : windows_) zwlr_foreign_toplevel_handle_v1_destroy(handle);
+  for (const auto& [handle, window] : described_) zwlr_foreign_toplevel_handle_v1_destroy(handle);
   if (manager_ != nullptr) zwlr_foreign_toplevel_manager_v1_destroy(manager_);
   if (seat_ != nullptr) wl_seat_destroy(seat_);
 }
 
-void ForeignToplevels::settle(Window& window) {
-  const bool comesToFront = window.described.isActive && !window.known.isActive;
-  if (comesToFront) window.described.lastInFront = ++timesInFront_;
-  {
-    const std::lock_guard lock(mutex_);
-    window.known = window.described;
-  }
-  if (comesToFront) observer_.onActivated(window.known);
-}
-
 void ForeignToplevels::closed(zwlr_foreign_toplevel_handle_v1* handle) {
-  {
-    const std::lock_guard lock(mutex_);
-    windows_.erase(handle);
-  }
+  list_.remove(described_.at(handle).token);
+  described_.erase(handle);
   zwlr_foreign_toplevel_handle_v1_destroy(handle);
-}
-
-std::vector<Toplevel> ForeignToplevels::all() const {
-  std::vector<Toplevel> found;
-  {
-    const std::lock_guard lock(mutex_);
-    for (const auto& [handle, window] : windows_) found.push_back(window.known);
-  }
-  std::sort(found.begin(), found.end(), [](const Toplevel& one, const Toplevel& other) {
-    return one.lastInFront > other.lastInFront;
-  });
-  return found;
-}
-
-// While one window gives way to another both may say that they are active.
-std::optional<Toplevel> ForeignToplevels::active() const {
-  for (auto& window : all()) {
-    if (window.isActive) return std::move(window);
-  }
-  return std::nullopt;
-}
-
-std::optional<Toplevel> ForeignToplevels::find(WindowToken token) const {
-  for (auto& window : all()) {
-    if (window.token == token) return std::move(window);
-  }
-  return std::nullopt;
 }
 
 bool ForeignToplevels::activate(WindowToken token) {
   if (!find(token)) return false;
   return thread_.post([this, token] {
-    for (const auto& [handle, window] : windows_) {
-      if (window.known.token == token) zwlr_foreign_toplevel_handle_v1_activate(handle, seat_);
+    for (const auto& [handle, window] : described_) {
+      if (window.token == token) zwlr_foreign_toplevel_handle_v1_activate(handle, seat_);
     }
   });
 }

@@ -1,7 +1,6 @@
 #include "platform/linux/wayland/VirtualKeyboard.h"
 
 #include <linux/input-event-codes.h>
-#include <poll.h>
 #include <sys/mman.h>
 #include <virtual-keyboard-client.h>
 #include <wayland-client.h>
@@ -88,47 +87,33 @@ std::unique_ptr<VirtualKeyboard> VirtualKeyboard::open(
     WaylandThread& thread, std::unique_ptr<WaylandConnection> connection) {
   if (!connection || !protocol(*connection)) return nullptr;
   std::unique_ptr<VirtualKeyboard> made(new VirtualKeyboard(thread, std::move(connection)));
-  if (!made->bind()) return nullptr;
-  if (!thread.runAndWait([self = made.get()] { self->listen(); })) return nullptr;
+  if (!made->bind() || !made->keys_.listen()) return nullptr;
   return made;
 }
 
 bool VirtualKeyboard::bind() {
   const auto keymap = plainKeymap();
   if (!keymap) return false;
-  seat_ = static_cast<wl_seat*>(connection_->bind(wl_seat_interface, 1));
+  seat_ = static_cast<wl_seat*>(keys_.connection().bind(wl_seat_interface, 1));
   manager_ = static_cast<zwp_virtual_keyboard_manager_v1*>(
-      connection_->bind(zwp_virtual_keyboard_manager_v1_interface, protocolVersion));
+      keys_.connection().bind(zwp_virtual_keyboard_manager_v1_interface, protocolVersion));
   keyboard_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager_, seat_);
   zwp_virtual_keyboard_v1_keymap(keyboard_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, keymap->file.get(),
                                  keymap->bytes);
-  isAvailable_ = connection_->catchUp(WorkLine::Clock::now() + answerLimit);
-  return isAvailable_;
+  return keys_.settle();
 }
 
 VirtualKeyboard::~VirtualKeyboard() {
-  const bool unwatched = thread_.runAndWait([this] { lose(); });
-  static_cast<void>(unwatched);  // a thread that has stopped watches nothing
+  keys_.leave();
   if (keyboard_ != nullptr) zwp_virtual_keyboard_v1_destroy(keyboard_);
   if (manager_ != nullptr) zwp_virtual_keyboard_manager_v1_destroy(manager_);
   if (seat_ != nullptr) wl_seat_destroy(seat_);
 }
 
-void VirtualKeyboard::listen() {
-  thread_.watch(connection_->fileDescriptor(), POLLIN, [this] {
-    if (!connection_->handleArrived()) lose();
-  });
-}
-
-void VirtualKeyboard::lose() {
-  isAvailable_ = false;
-  thread_.unwatch(connection_->fileDescriptor());
-}
-
 std::optional<KernelKey> VirtualKeyboard::keyOfV() const { return KEY_V; }
 
 ChordKeyboard::Outcome VirtualKeyboard::press(const KernelChord& chord) {
-  if (!isAvailable_) return Outcome::failed;
+  if (!keys_.isOpen()) return Outcome::failed;
   std::uint32_t held = 0;
   // Compositors take the modifiers from nowhere else than here.
   const auto send = [&](KernelKey key, wl_keyboard_key_state state) {
@@ -143,9 +128,7 @@ ChordKeyboard::Outcome VirtualKeyboard::press(const KernelChord& chord) {
   send(chord.key, WL_KEYBOARD_KEY_STATE_RELEASED);
   std::for_each(chord.modifiers.rbegin(), chord.modifiers.rend(),
                 [&](KernelKey key) { send(key, WL_KEYBOARD_KEY_STATE_RELEASED); });
-  if (connection_->catchUp(WorkLine::Clock::now() + answerLimit)) return Outcome::pressed;
-  if (connection_->isBroken()) lose();
-  return Outcome::failed;
+  return keys_.settle() ? Outcome::pressed : Outcome::failed;
 }
 
 }  // namespace vantorel

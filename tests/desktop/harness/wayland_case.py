@@ -1,0 +1,50 @@
+"""What tests of the program in Wayland sessions share."""
+
+import time
+
+from .case import VantorelTestCase
+from .seat_keyboard import SeatKeyboard
+from .waiting import wait_for
+
+
+class WaylandTestCase(VantorelTestCase):
+    autostart = False
+
+    def start(self):
+        """Starts the program and copies until it takes notice."""
+        self.vantorel.start(capturing=False)
+        attempts = []
+
+        def noticed():
+            if not attempts or time.monotonic() - attempts[-1] > 0.6:
+                attempts.append(time.monotonic())
+                self.desktop.copy(f"attempt {len(attempts)}")
+            return self.vantorel.history.texts()
+
+        wait_for("the program to capture", noticed)
+
+
+class PastingTestCase(WaylandTestCase):
+    """The program runs, and so does a keyboard."""
+
+    def setUp(self):
+        super().setUp()
+        self.keys = self.plug_in("us")
+        self.start()
+
+    def plug_in(self, layout):
+        keys = SeatKeyboard(self.desktop.env, layout)
+        self.addCleanup(keys.close)
+        return keys
+
+    def copy(self, *texts):
+        for text in texts:
+            self.desktop.copy(text)
+            self.vantorel.wait_for_newest(text)
+
+    def choose(self, *keys):
+        """Opens the panel and chooses in it."""
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        for key in keys:
+            self.keys.chord(key)

@@ -1,0 +1,122 @@
+"""The program in KDE's Wayland session."""
+
+import os
+import sys
+import unittest
+
+from harness.compositor_programs import Konsole, KWrite, Mousepad
+from harness.kwin import KwinDesktop
+from harness.vantorel import NO_TARGET_NOTICE, program_path
+from harness.waiting import wait_for
+from harness.wayland_case import PastingTestCase
+
+TESTS = os.path.realpath(sys.executable)
+
+
+class KwinTestCase(PastingTestCase):
+    desktop_class = KwinDesktop
+
+    def check(self):
+        return self.vantorel.command("--check").stdout.decode()
+
+    def assert_pastes(self, program):
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        program.wait_for_text("first")
+
+
+class Session(KwinTestCase):
+    def test_check_says_what_there_is(self):
+        text = self.check()
+        self.assertRegex(text, "yes  Applications .*org_kde_plasma_window_management 16")
+        self.assertRegex(text, "yes  Pasting .*window in front .*org_kde_kwin_fake_input 4")
+
+    def test_a_copy_is_of_the_application_in_front(self):
+        KWrite(self, self.keys)
+        self.copy("a note")
+        self.assertEqual(self.vantorel.newest()["sourceBundleIdentifier"], "org.kde.kwrite")
+
+    def test_an_excluded_application_is_not_read(self):
+        self.vantorel.quit()
+        self.vantorel.set_defaults({"privacy.excludedBundleIDs": ["org.kde.kwrite"]})
+        self.start()
+        editor = KWrite(self, self.keys)
+        self.desktop.copy("excluded")
+        editor.process.terminate()
+        Konsole(self, self.keys)
+        self.copy("included")
+        self.assertNotIn("excluded", self.vantorel.history.texts())
+
+
+class Pasting(KwinTestCase):
+    def test_an_entry_arrives_in_a_qt_editor(self):
+        self.assert_pastes(KWrite(self, self.keys))
+
+    def test_an_entry_arrives_in_a_gtk_editor(self):
+        self.assert_pastes(Mousepad(self, self.keys))
+
+    def test_an_entry_arrives_in_a_terminal(self):
+        self.assert_pastes(Konsole(self, self.keys))
+
+    def test_several_in_a_row_arrive_in_their_order(self):
+        texts = [f"entry {number};" for number in range(5)]
+        editor = KWrite(self, self.keys)
+        self.copy(*texts)
+        for number in range(5):
+            self.choose(*["Down"] * (4 - number), "Return")
+            editor.wait_for_text("".join(texts[:number + 1]))
+
+    def test_what_the_user_holds_does_not_spoil_it(self):
+        terminal = Konsole(self, self.keys)
+        self.copy("first", "second")
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+        self.keys.down("Super")
+        self.keys.down("Shift")
+        self.desktop.pointer.click(*self.vantorel.wait_for_row("first").centre)
+        terminal.wait_for_text("first")
+        self.keys.up("Shift")
+        self.keys.up("Super")
+
+
+class WithoutLatinLetters(KwinTestCase):
+    desktop_options = {"xkb_layout": "il"}
+
+    def test_an_entry_arrives_in_a_terminal(self):
+        terminal = Konsole(self, self.keys)
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        wait_for("the entry in the terminal", lambda: terminal.text().endswith("first"),
+                 describe=terminal.text)
+
+
+class Installed(KwinTestCase):
+    """KWin gives what it gives to installed programs alone, among them this one."""
+
+    desktop_options = {"granted": (program_path(), TESTS)}
+
+    def test_an_entry_arrives(self):
+        self.assertRegex(self.check(), "yes  Pasting .*org_kde_kwin_fake_input 4")
+        self.assert_pastes(KWrite(self, self.keys))
+
+
+class NotInstalled(KwinTestCase):
+    desktop_options = {"granted": (TESTS,)}
+
+    def test_it_says_so(self):
+        text = self.check()
+        self.assertIn("This compositor tells them to installed programs alone: install Vantorel.",
+                      text)
+        self.assertIn("into all others once Vantorel is installed", text)
+
+    def test_a_chosen_entry_is_there_to_be_pasted(self):
+        KWrite(self, self.keys)
+        self.copy("first", "second")
+        self.choose("Down", "Return")
+        wait_for("the entry on the clipboard", lambda: self.desktop.read() == "first",
+                 describe=self.desktop.read)
+        self.vantorel.wait_for_notice(NO_TARGET_NOTICE)
+
+
+if __name__ == "__main__":
+    unittest.main()
