@@ -15,8 +15,6 @@ foreach(worker vantorel_text vantorel_pictures)
     install(TARGETS ${worker} RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/vantorel")
   endif()
 endforeach()
-install(FILES "${packaging}/${application_id}.desktop"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 configure_file("${packaging}/${application_id}.metainfo.xml.in"
   "${PROJECT_BINARY_DIR}/${application_id}.metainfo.xml" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/${application_id}.metainfo.xml"
@@ -61,9 +59,11 @@ add_dependencies(vantorel vantorel_icons)
 
 install(CODE "
   set(application_id \"${application_id}\")
+  set(desktop_entry \"${packaging}/${application_id}.desktop\")
   set(bin_directory \"${CMAKE_INSTALL_BINDIR}\")
   set(data_directory \"${CMAKE_INSTALL_DATADIR}\")")
 install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/InstallBusService.cmake")
+install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/InstallDesktopEntry.cmake")
 
 if(BUILD_TESTING AND VANTOREL_PROGRAM_TESTS)
   add_subdirectory(tests/package)

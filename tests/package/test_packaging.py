@@ -144,12 +144,18 @@ class Installing(PackagingCase):
         _, words = GLib.shell_parse_argv(re.search(r"(?m)^Exec=(.*)$", text)[1])
         return words
 
+    def commands_of_entry(self, root):
+        path = os.path.join(root, "share", "applications", f"{ID}.desktop")
+        self.assert_content("desktop-file-validate", path)
+        return re.findall(r"(?m)^Exec=(.*)$", read(path))
+
     def test_everything_stands_below_a_prefix_with_blanks_and_signs(self):
         prefix = os.path.join(self.directory(), "a $prefix \"here\"")
         self.install("--prefix", prefix)
         program = os.path.join(prefix, "bin", "vantorel")
         self.assertEqual(self.command_of_service(prefix), [program])
         self.assertEqual(run(program, "--version").returncode, 0)
+        self.assertEqual(self.commands_of_entry(prefix)[0], "vantorel")
         for file in ("libexec/vantorel/vantorel-text", "share/man/man1/vantorel.1",
                      f"share/applications/{ID}.desktop", f"share/metainfo/{ID}.metainfo.xml",
                      f"share/icons/hicolor/scalable/apps/{ID}.svg",
@@ -166,6 +172,9 @@ class Installing(PackagingCase):
         self.assertEqual(os.listdir(stage), ["opt"])
         root = os.path.join(stage, "opt", "vantorel")
         self.assertEqual(self.command_of_service(root), ["/opt/vantorel/bin/vantorel"])
+        commands = self.commands_of_entry(root)
+        self.assertEqual(commands[:2], ["/opt/vantorel/bin/vantorel",
+                                        "/opt/vantorel/bin/vantorel --toggle"])
 
 
 class Building(PackagingCase):
