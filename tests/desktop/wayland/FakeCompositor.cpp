@@ -123,11 +123,6 @@ struct FakeCompositor::Protocols {
     wl_resource_set_implementation(made, &toplevelCalls, self, toplevelsGone);
     static_cast<FakeCompositor*>(self)->toplevelManager_ = made;
   }
-
-  static void bindSeat(wl_client* client, void* /*self*/, std::uint32_t version, std::uint32_t id) {
-    auto* made = wl_resource_create(client, &wl_seat_interface, static_cast<int>(version), id);
-    wl_resource_set_implementation(made, nullptr, nullptr, nullptr);
-  }
 };
 
 FakeCompositor::FakeCompositor(Protocol protocol)
@@ -138,7 +133,7 @@ FakeCompositor::FakeCompositor(Protocol protocol)
   // The library takes a name in the runtime directory alone.
   setenv("XDG_RUNTIME_DIR", pattern.c_str(), 1);
   if (wl_display_add_socket(display_, "socket") != 0) throw std::runtime_error("no socket");
-  wl_global_create(display_, &wl_seat_interface, 1, this, Protocols::bindSeat);
+  seat_ = std::make_unique<FakeSeat>(display_);
   static const wl_interface older = [] {
     wl_interface interface = ext_data_control_manager_v1_interface;
     interface.name = "zwlr_data_control_manager_v1";

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include "base/Bytes.h"
 #include "base/FileDescriptor.h"
+#include "desktop/wayland/FakeSeat.h"
 
 struct wl_client;
 struct wl_display;
@@ -58,6 +60,11 @@ class FakeCompositor {
   /// Nothing is told of windows any more.
   void finishToplevels();
 
+  /// As `FakeSeat::plugIn()`.
+  void plugInKeyboard(const std::string& keymap) {
+    call([&] { seat_->plugIn(keymap); });
+  }
+
   /// Runs `work` on the thread, and returns when it has.
   void call(const std::function<void()>& work);
   [[nodiscard]] wl_display* display() const { return display_; }
@@ -93,6 +100,7 @@ class FakeCompositor {
   std::atomic<bool> ending_ = false;
 
   // On the thread.
+  std::unique_ptr<FakeSeat> seat_;
   std::vector<wl_resource*> devices_;
   std::map<wl_resource*, std::vector<std::string>> sources_;
   wl_resource* selection_ = nullptr;  // a client's source

@@ -119,11 +119,11 @@ void FakeInput::readKeymap(const FileDescriptor& file, std::uint32_t bytes) {
   auto* const text = mmap(nullptr, bytes, PROT_READ, MAP_PRIVATE, file.get(), 0);
   if (text == MAP_FAILED) return;
   auto* const context = xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES);
+  xkb_context_set_log_level(context, XKB_LOG_LEVEL_CRITICAL);
   // Its last byte is a 0.
-  auto* const keymap = xkb_keymap_new_from_buffer(context, static_cast<const char*>(text),
-                                                  bytes == 0 ? 0 : bytes - 1,
-                                                  XKB_KEYMAP_FORMAT_TEXT_V1,
-                                                  XKB_KEYMAP_COMPILE_NO_FLAGS);
+  auto* const keymap = xkb_keymap_new_from_buffer(
+      context, static_cast<const char*>(text), bytes == 0 ? 0 : bytes - 1,
+      XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS);
   munmap(text, bytes);
   if (keymap != nullptr) v_ = keyYieldingV(keymap);
   xkb_keymap_unref(keymap);

@@ -82,7 +82,8 @@ std::optional<std::string> PlasmaWindows::protocol(const WaylandConnection& conn
 std::unique_ptr<PlasmaWindows> PlasmaWindows::open(std::unique_ptr<WaylandConnection> connection,
                                                    Observer observer) {
   if (!connection || !protocol(*connection)) return nullptr;
-  std::unique_ptr<PlasmaWindows> made(new PlasmaWindows(std::move(connection), std::move(observer)));
+  std::unique_ptr<PlasmaWindows> made(
+      new PlasmaWindows(std::move(connection), std::move(observer)));
   if (!made->bind()) return nullptr;
   made->thread_.start([self = made.get()] {
     self->list_.forgetFront();
