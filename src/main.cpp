@@ -19,6 +19,8 @@
 #include "platform/linux/desktop/Session.h"
 #include "platform/linux/desktop/SessionMember.h"
 #include "platform/linux/keyring/SecretServiceKeychain.h"
+#include "platform/linux/shortcuts/OwnCommand.h"
+#include "platform/linux/start/AutostartLoginItem.h"
 #include "platform/linux/start/ClosedProcess.h"
 #include "platform/linux/start/LargeBlocks.h"
 #include "platform/linux/start/TerminationSignals.h"
@@ -38,7 +40,10 @@ int check() {
     shortcut = HotKeyShortcut::load(defaults);
     return ShortcutKeys{shortcut.keyCode, shortcut.modifiers};
   });
-  const auto report = DesktopReport::of(facts, spelledKeys(shortcut.display()));
+  const auto report =
+      DesktopReport::of(facts, spelledKeys(shortcut.display()),
+                        ShortcutAdvice::of(desktopName(processEnvironment), shortcut,
+                                           ownCommand(ownProgramPath(), processEnvironment)));
   std::fputs(report.text.c_str(), stdout);
   return report.isEnough ? 0 : 1;
 }

@@ -106,14 +106,18 @@ Finding keyring(const DesktopFacts& facts) {
   return finding;
 }
 
-Finding shortcut(const DesktopFacts& facts, const std::string& keys) {
+Finding shortcut(const DesktopFacts& facts, const std::string& keys, const ShortcutAdvice& advice) {
   using Shortcut = DesktopFacts::Shortcut;
-  Finding finding{.subject = "Shortcut",
-                  .weight = facts.shortcut == Shortcut::absent ? Weight::extra : Weight::needed,
-                  .isThere = facts.shortcut == Shortcut::free || facts.shortcut == Shortcut::held};
+  Finding finding{
+      .subject = "Shortcut",
+      .weight = facts.shortcut == Shortcut::absent ? Weight::extra : Weight::needed,
+      .isThere = facts.shortcut != Shortcut::taken && facts.shortcut != Shortcut::absent};
   switch (facts.shortcut) {
     case Shortcut::held:
       finding.says = keys + ", asked for by the running Vantorel";
+      break;
+    case Shortcut::offered:
+      finding.says = keys + ", where it is free";
       break;
     case Shortcut::free:
       finding.says = keys + " is free";
@@ -125,9 +129,10 @@ Finding shortcut(const DesktopFacts& facts, const std::string& keys) {
       break;
     case Shortcut::absent:
       finding.says = "only the compositor has keys that reach over every window";
-      finding.remedy = "Have your desktop run vantorel --toggle by keys of its own.";
+      finding.remedy = advice.prompt + ": " + advice.line;
       break;
   }
+  if (!facts.shortcutService.empty()) finding.says += " (" + facts.shortcutService + ")";
   return finding;
 }
 
@@ -202,12 +207,13 @@ Finding lightAndDark(const DesktopFacts& facts) {
 }
 
 /// What hangs on something that is missing is not mentioned.
-std::vector<Finding> findings(const DesktopFacts& facts, const std::string& keys) {
+std::vector<Finding> findings(const DesktopFacts& facts, const std::string& keys,
+                              const ShortcutAdvice& advice) {
   std::vector<Finding> all{display(facts)};
   if (facts.hasWindowSystem) {
     all.push_back(clipboard(facts));
     all.push_back(sources(facts));
-    all.push_back(shortcut(facts, keys));
+    all.push_back(shortcut(facts, keys, advice));
     all.push_back(pasting(facts));
   }
   all.push_back(bus(facts));
@@ -222,11 +228,12 @@ std::vector<Finding> findings(const DesktopFacts& facts, const std::string& keys
 
 }  // namespace
 
-DesktopReport DesktopReport::of(const DesktopFacts& facts, const std::string& shortcut) {
+DesktopReport DesktopReport::of(const DesktopFacts& facts, const std::string& shortcut,
+                                const ShortcutAdvice& advice) {
   constexpr std::size_t subjectWidth = 18;
   DesktopReport report;
   report.isEnough = true;
-  for (const Finding& finding : findings(facts, shortcut)) {
+  for (const Finding& finding : findings(facts, shortcut, advice)) {
     const bool isNeeded = finding.weight == Weight::needed;
     report.isEnough = report.isEnough && (finding.isThere || !isNeeded);
     std::string subject(finding.subject);

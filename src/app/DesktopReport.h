@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "app/ShortcutAdvice.h"
 #include "platform/DesktopFacts.h"
 
 namespace vantorel {
@@ -12,8 +13,10 @@ struct DesktopReport {
   /// Copies can be recorded and pasted again by the shortcut.
   bool isEnough = false;
 
-  /// `shortcut` as it is spelled for this desktop's keyboards.
-  [[nodiscard]] static DesktopReport of(const DesktopFacts& facts, const std::string& shortcut);
+  /// `shortcut` as it is spelled for this desktop's keyboards; `advice` is for where no program can
+  /// have one.
+  [[nodiscard]] static DesktopReport of(const DesktopFacts& facts, const std::string& shortcut,
+                                        const ShortcutAdvice& advice);
 };
 
 }  // namespace vantorel

@@ -8,9 +8,10 @@ namespace vantorel {
 /// What a desktop gives a clipboard history, and what it lacks, as found by looking once.
 struct DesktopFacts {
   enum class Keyring { absent, noCollection, locked, unlocked };
-  /// held: this user's running instance has it; absent: no program can have one that reaches it
-  /// over every window.
-  enum class Shortcut { free, held, taken, absent };
+  /// held: this user's running instance has it, or asked for it; offered: by a service that says
+  /// when it is asked whether it is free; absent: no program can have one that reaches it over
+  /// every window.
+  enum class Shortcut { free, held, offered, taken, absent };
   /// items: one that speaks StatusNotifierItem. windows: of the older kind, which takes windows in.
   enum class Tray { none, windows, items };
 
@@ -32,6 +33,7 @@ struct DesktopFacts {
   std::string compositorKeysProtocol = {};  // empty: keys reach X11 windows alone
   /// Windows are told to programs alone that are installed, and keys taken from them.
   bool wantsInstalledPrograms = false;
+  std::string shortcutService = {};  // empty: the window system itself
   Tray tray = Tray::none;
   bool hasSettingsPortal = false;
   bool hasTextReader = false;              // the program that reads the text in pictures

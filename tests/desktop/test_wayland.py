@@ -22,7 +22,9 @@ class Session(SwayTestCase):
         text = self.desktop.run([program_path(), "--check"]).stdout.decode()
         self.assertRegex(text, "yes  Display           Wayland, on .*zwlr_layer_shell_v1 4")
         self.assertRegex(text, "yes  Clipboard         the compositor's .*_data_control_manager_v1")
-        self.assertIn("no   Shortcut          only the compositor has keys", text)
+        self.assertRegex(text, "no   Shortcut          only the compositor has keys.*\n *Add this line "
+                               "to sway's configuration: bindsym --to-code Mod4.Shift.v exec "
+                               "/.*/vantorel --toggle\n")
         self.assertIn("yes  Pasting           into the window in front (zwp_virtual_keyboard", text)
         self.assertRegex(text, "yes  Applications .*foreign_toplevel_manager_v1 3")
 

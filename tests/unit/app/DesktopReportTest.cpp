@@ -26,7 +26,9 @@ DesktopFacts wholeDesktop() {
           .textLanguages = {"eng", "heb"}};
 }
 
-DesktopReport report(const DesktopFacts& facts) { return DesktopReport::of(facts, "Super+V"); }
+DesktopReport report(const DesktopFacts& facts) {
+  return DesktopReport::of(facts, "Super+V", {"Add this line", "bind vantorel --toggle"});
+}
 
 TEST(DesktopReport, SaysYesToEverythingWhereEverythingIs) {
   const auto whole = report(wholeDesktop());
@@ -113,9 +115,21 @@ TEST(DesktopReport, InsideOfACompositorItSaysWhatAnXServerDoesNotReach) {
   EXPECT_THAT(inside.text, HasSubstr("only while an X11 window is in front"));
   EXPECT_THAT(inside.text, HasSubstr("no   Applications"));
   EXPECT_THAT(inside.text, HasSubstr("no   Shortcut"));
-  EXPECT_THAT(inside.text, HasSubstr("run vantorel --toggle"));
+  EXPECT_THAT(inside.text, HasSubstr("Add this line: bind vantorel --toggle\n"));
   EXPECT_THAT(inside.text, Not(HasSubstr("Super+V")));
   EXPECT_THAT(inside.text, HasSubstr("into windows of X11 programs"));
+}
+
+TEST(DesktopReport, AServiceThatGivesShortcutsIsNamed) {
+  auto facts = wholeDesktop();
+  facts.isWayland = true;
+  facts.shortcut = DesktopFacts::Shortcut::offered;
+  facts.shortcutService = "org.kde.kglobalaccel";
+  EXPECT_TRUE(report(facts).isEnough);
+  EXPECT_THAT(report(facts).text, HasSubstr("yes  Shortcut          Super+V, where it is free "
+                                            "(org.kde.kglobalaccel)\n"));
+  facts.shortcut = DesktopFacts::Shortcut::held;
+  EXPECT_THAT(report(facts).text, HasSubstr("running Vantorel (org.kde.kglobalaccel)\n"));
 }
 
 TEST(DesktopReport, AClipboardOfTheCompositorsOwnIsWhole) {

@@ -127,6 +127,12 @@ class Bus {
   ObjectPointer<GDBusConnection> connection_;
 };
 
+/// Who takes keys for programs inside of a compositor; empty for nobody.
+std::string shortcutService(Bus& bus) {
+  constexpr auto service = "org.kde.kglobalaccel";
+  return bus.has("org.kde.KWin") && bus.has(service) ? service : "";
+}
+
 void lookAtBus(DesktopFacts& facts) {
   const auto address = sessionBusAddress(processEnvironment);
   if (!address) return;
@@ -134,6 +140,7 @@ void lookAtBus(DesktopFacts& facts) {
   facts.hasSessionBus = bus.answers();
   if (!facts.hasSessionBus) return;
   facts.isRunning = bus.has(applicationId::name);
+  facts.shortcutService = shortcutService(bus);
   constexpr auto portal = "org.freedesktop.portal.Desktop";
   facts.hasSettingsPortal = bus.has(portal) || bus.starts(portal);
   // Last: a tray that is silent takes all the time that is left.
@@ -182,6 +189,7 @@ void lookAtCompositor(DesktopFacts& facts, const WaylandConnection& compositor) 
 }
 
 void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
+  using Shortcut = DesktopFacts::Shortcut;
   const auto session = Session::find(processEnvironment);
   const bool isInside = session.windows == Session::Windows::xwayland;
   facts.isWayland = isInside || session.wayland;
@@ -213,14 +221,17 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
   }
   if (facts.canPressKeys) facts.keysProtocol = xtest(*x11);
   if (isInside) {
-    facts.shortcut = DesktopFacts::Shortcut::absent;
+    facts.shortcut = facts.shortcutService.empty() ? Shortcut::absent
+                     : facts.isRunning             ? Shortcut::held
+                                                   : Shortcut::offered;
     return;
   }
+  facts.shortcutService.clear();
   X11KeyGrabber grabber(std::move(x11), [](HotKeyRef /*pressed*/) {});
   if (facts.isRunning) {
-    facts.shortcut = DesktopFacts::Shortcut::held;
+    facts.shortcut = Shortcut::held;
   } else if (grabber.isAvailable() && grabber.add(1, {shortcut.keyCode, shortcut.modifiers})) {
-    facts.shortcut = DesktopFacts::Shortcut::free;
+    facts.shortcut = Shortcut::free;
   }
 }
 
