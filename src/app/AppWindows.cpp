@@ -71,6 +71,7 @@ void AppWindows::showShortcutPanel() {
   };
   shortcutPanel_->onReset = [this] { resetShortcut(); };
   shortcutPanel_->onCancel = [this] { closeShortcutPanel(); };
+  shortcutPanel_->onAction = [this] { toggleInList(); };
   shortcutPanel_->onCopy = [this](const std::string& line) { onCopy(line); };
   showInTheMiddle(*shortcutPanel_, desktop_);
 }
@@ -91,6 +92,9 @@ void AppWindows::shortcutApplied(HotKeyRegistration::ApplyResult result) {
     return;
   }
   if (result == Result::asked) return;
+  if (result == Result::kept && standsInList() && !putIntoList()) {
+    onNotice("Could not change the shortcuts of " + desktop_.commandShortcuts->owner() + ".");
+  }
   shortcutChanged();
   if (result == Result::kept) return;
   closeShortcutPanel();
@@ -108,12 +112,38 @@ void AppWindows::shortcutChanged() {
 }
 
 std::string AppWindows::opener() const {
-  return hotKey_.canBeHad() ? hotKey_.shortcut().display() : std::string(toggleCommand);
+  const bool hasKeys = hotKey_.canBeHad() || standsInList();
+  return hasKeys ? hotKey_.shortcut().display() : std::string(toggleCommand);
 }
 
 std::optional<ShortcutAdvice> AppWindows::advice() const {
   if (hotKey_.canBeHad()) return std::nullopt;
-  return ShortcutAdvice::of(desktop_.name, hotKey_.shortcut(), desktop_.programName);
+  auto advice = ShortcutAdvice::of(desktop_.name, hotKey_.shortcut(), desktop_.programName);
+  if (desktop_.commandShortcuts == nullptr) return advice;
+  const auto owner = desktop_.commandShortcuts->owner();
+  const bool stands = standsInList();
+  advice.prompt = owner + (stands ? " runs" : " can run") + " this command by these keys";
+  advice.action = stands ? "Remove" : "Add to " + owner;
+  return advice;
+}
+
+bool AppWindows::standsInList() const {
+  return desktop_.commandShortcuts != nullptr && desktop_.commandShortcuts->isSet();
+}
+
+bool AppWindows::putIntoList() {
+  const auto advised = advice();
+  return advised && desktop_.commandShortcuts->set(withLatinKey(hotKey_.shortcut()), advised->line);
+}
+
+void AppWindows::toggleInList() {
+  const bool wanted = !standsInList();
+  const bool done = wanted ? putIntoList() : desktop_.commandShortcuts->remove();
+  const auto owner = desktop_.commandShortcuts->owner();
+  if (!done) return onNotice("Could not change the shortcuts of " + owner + ".");
+  shortcutChanged();
+  onNotice(wanted ? "Shortcut set to " + hotKey_.shortcut().display()
+                  : "Shortcut removed from " + owner + ".");
 }
 
 bool AppWindows::recordPressedShortcut() {

@@ -65,6 +65,10 @@ class AppWindows {
   /// The keys that open the history, or the command where there are none.
   [[nodiscard]] std::string opener() const;
   [[nodiscard]] std::optional<ShortcutAdvice> advice() const;
+  /// Whether the user wanted our command in the desktop's own list.
+  [[nodiscard]] bool standsInList() const;
+  [[nodiscard]] bool putIntoList();
+  void toggleInList();
   void closeShortcutPanel();
   void resetShortcut();
   void closeHelpPanel();

@@ -25,16 +25,7 @@ std::string modifiers(const HotKeyShortcut& shortcut, const ModifierNames& names
   return text;
 }
 
-/// The key by its Latin character, which every configuration knows, in lower case; for a key that
-/// has another on it the one that a US keyboard has there.
-std::string key(const HotKeyShortcut& shortcut) {
-  const bool isLatin =
-      std::all_of(shortcut.keyLabel.begin(), shortcut.keyLabel.end(),
-                  [](char each) { return static_cast<unsigned char>(each) < 128; });
-  if (isLatin) return lowerCased(shortcut.keyLabel);
-  const auto latin = latinCharacter(shortcut.keyCode);
-  return latin ? std::string(1, *latin) : shortcut.keyLabel;
-}
+std::string key(const HotKeyShortcut& shortcut) { return lowerCased(withLatinKey(shortcut).label); }
 
 bool isPlain(char each) {
   constexpr std::string_view others = "/._-+@%=:,";
@@ -100,6 +91,18 @@ constexpr std::array compositors = {
 };
 
 }  // namespace
+
+HotKeyCombination withLatinKey(const HotKeyShortcut& shortcut) {
+  HotKeyCombination keys{shortcut.keyCode, shortcut.modifiers, shortcut.keyLabel};
+  const bool isLatin = std::all_of(keys.label.begin(), keys.label.end(), [](char each) {
+    return static_cast<unsigned char>(each) < 128;
+  });
+  if (isLatin) return keys;
+  if (const auto latin = latinCharacter(keys.keyCode)) {
+    keys.label = upperCased(std::string(1, *latin));
+  }
+  return keys;
+}
 
 ShortcutAdvice ShortcutAdvice::of(std::string_view desktop, const HotKeyShortcut& shortcut,
                                   const std::string& program) {

@@ -74,6 +74,9 @@ void ShortcutPanel::build(std::string_view display, const std::optional<Shortcut
   buttons->addStretch();
   if (advice) {
     line_ = new CodeBlock({}, lineWidth, &glass());
+    action_ = addButton(*buttons, "", [this] {
+      if (onAction) onAction();
+    });
     addButton(*buttons, "Copy", [this] {
       if (onCopy) onCopy(line_->text().toStdString());
     });
@@ -98,17 +101,21 @@ void ShortcutPanel::build(std::string_view display, const std::optional<Shortcut
   if (advice) setAdvice(display, *advice);
 }
 
-void ShortcutPanel::addButton(QHBoxLayout& row, const char* name, std::function<void()> pressed) {
+PushButton* ShortcutPanel::addButton(QHBoxLayout& row, const char* name,
+                                     std::function<void()> pressed) {
   auto* button = new PushButton(QString::fromLatin1(name), &glass());
   // All keys belong to the shortcut.
   button->setFocusPolicy(Qt::NoFocus);
   connect(button, &PushButton::clicked, this, std::move(pressed));
   row.addWidget(button);
+  return button;
 }
 
 void ShortcutPanel::setAdvice(std::string_view display, const ShortcutAdvice& advice) {
   pill_->setShortcut(display);
   line_->setCode(QString::fromStdString(advice.line));
+  action_->setText(QString::fromStdString(advice.action));
+  action_->setVisible(!advice.action.empty());
   setFixedSize(adviceWidth, panelSize.height() + spacing + line_->height());
   setPrompt(advice.prompt);
 }

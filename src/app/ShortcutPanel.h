@@ -18,6 +18,7 @@ class QHBoxLayout;
 namespace vantorel {
 
 class CodeBlock;
+class PushButton;
 class ShortcutPill;
 class SpokenNotice;
 class TextBlock;
@@ -50,6 +51,8 @@ class ShortcutPanel : public VantorelPanel {
   std::function<void()> onCancel;
   /// The line of the advice is wanted on the clipboard.
   std::function<void(const std::string&)> onCopy;
+  /// What the advice offers to do is wanted.
+  std::function<void()> onAction;
 
   void setPrompt(std::string_view prompt);
   [[nodiscard]] bool isAdvising() const { return line_ != nullptr; }
@@ -63,7 +66,7 @@ class ShortcutPanel : public VantorelPanel {
 
  private:
   void build(std::string_view display, const std::optional<ShortcutAdvice>& advice);
-  void addButton(QHBoxLayout& row, const char* name, std::function<void()> pressed);
+  PushButton* addButton(QHBoxLayout& row, const char* name, std::function<void()> pressed);
   [[nodiscard]] bool handle(const QKeyEvent& event);
   void takeKeyboard(int attemptsLeft);
   void giveKeyboardBack();
@@ -74,7 +77,8 @@ class ShortcutPanel : public VantorelPanel {
   KeyCodeForScanCode keyCodeForScanCode_;
   TextBlock* prompt_ = nullptr;
   ShortcutPill* pill_ = nullptr;
-  CodeBlock* line_ = nullptr;  // of the advice
+  CodeBlock* line_ = nullptr;     // of the advice
+  PushButton* action_ = nullptr;  // likewise
   SpokenNotice* spoken_ = nullptr;
   std::unique_ptr<Observation> grab_;
   std::unique_ptr<Timer> retry_;

@@ -6,6 +6,7 @@
 
 #include "base/FileSystem.h"
 #include "platform/AccessibilityPreferences.h"
+#include "platform/CommandShortcuts.h"
 #include "platform/Dispatch.h"
 #include "platform/EventMonitors.h"
 #include "platform/FileThumbnails.h"
@@ -46,6 +47,7 @@ struct Desktop {
   Workspace& workspace;
   SyntheticInput& input;
   HotKeys& hotKeys;
+  CommandShortcuts* commandShortcuts;  // null: the desktop has no such list, or none is needed
   LoginItem& loginItem;
   StatusItem& statusItem;
   Notifications& notifications;
@@ -63,6 +65,8 @@ struct Desktop {
   /// What the session calls the desktop, perhaps several names joined by ":"; empty when it does
   /// not say.
   std::string name;
+  /// Whether it says which application is in front, whatever that draws its windows with.
+  bool tellsFront = true;
   /// The command that starts this program: its name where that is found, else its path.
   std::string programName;
   /// Where this user's applications keep their data.

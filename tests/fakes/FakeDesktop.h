@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fakes/FakeAccessibilityPreferences.h"
+#include "fakes/FakeCommandShortcuts.h"
 #include "fakes/FakeEventMonitors.h"
 #include "fakes/FakeFileThumbnails.h"
 #include "fakes/FakeHotKeys.h"
@@ -53,6 +54,9 @@ struct FakeDesktop {
   FakeWindowBackdrops backdrops;
   FakeWindowSpaces spaces;
   std::string name = "sway";
+  bool tellsFront = true;
+  FakeCommandShortcuts commandShortcuts;
+  bool hasCommandShortcuts = false;
 
   [[nodiscard]] Desktop ports() {
     return Desktop{.dispatch = dispatch,
@@ -64,6 +68,7 @@ struct FakeDesktop {
                    .workspace = workspace,
                    .input = input,
                    .hotKeys = hotKeys,
+                   .commandShortcuts = hasCommandShortcuts ? &commandShortcuts : nullptr,
                    .loginItem = loginItem,
                    .statusItem = statusItem,
                    .notifications = notifications,
@@ -79,6 +84,7 @@ struct FakeDesktop {
                    .spaces = spaces,
                    .keyCodeForScanCode = {},
                    .name = name,
+                   .tellsFront = tellsFront,
                    .programName = "vantorel",
                    .applicationSupport = directory.path()};
   }

@@ -246,6 +246,54 @@ TEST_F(AppWindowsTest, WhereNoShortcutCanBeHadTheHelpNamesTheCommand) {
   EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "vantorel --toggle");
 }
 
+TEST_F(AppWindowsTest, TheDesktopsOwnListIsChangedByTheUsersClickAlone) {
+  desktop.hasCommandShortcuts = true;
+  desktop.hotKeys.setAnswersLater(true);
+  desktop.name = "GNOME";
+  startAgain();
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  delegate->showAbout();
+  delegate->showShortcutPanel();
+  EXPECT_FALSE(desktop.commandShortcuts.isSet());
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "GNOME can run this command by these keys");
+  click(window<ShortcutPanel>(), "Add to GNOME");
+  ASSERT_TRUE(desktop.commandShortcuts.isSet());
+  EXPECT_EQ(desktop.commandShortcuts.entry->first, (HotKeyCombination{9, 0x300, "V"}));
+  EXPECT_EQ(desktop.commandShortcuts.entry->second, "vantorel --toggle");
+  EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "Super+Shift+V");
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "GNOME runs this command by these keys");
+  click(window<ShortcutPanel>(), "Remove");
+  EXPECT_FALSE(desktop.commandShortcuts.isSet());
+  EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "vantorel --toggle");
+}
+
+TEST_F(AppWindowsTest, KeysThatStandInTheDesktopsListFollowTheRecorder) {
+  desktop.hasCommandShortcuts = true;
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  delegate->showShortcutPanel();
+  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_FALSE(desktop.commandShortcuts.isSet());
+  click(window<ShortcutPanel>(), "Add to GNOME");
+  press(window<ShortcutPanel>(), Qt::Key_J, Qt::ControlModifier | Qt::AltModifier);
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_EQ(desktop.commandShortcuts.entry->first.label, "J");
+}
+
+TEST_F(AppWindowsTest, AListThatCannotBeChangedIsSaidSo) {
+  desktop.hasCommandShortcuts = true;
+  desktop.commandShortcuts.isReadOnly = true;
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  desktop.hotKeys.answer(HotKeyAnswer::absent);
+  delegate->showShortcutPanel();
+  click(window<ShortcutPanel>(), "Add to GNOME");
+  EXPECT_THAT(toasts(), ElementsAre("Could not change the shortcuts of GNOME."));
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "GNOME can run this command by these keys");
+}
+
 TEST_F(AppWindowsTest, ARecorderThatIsOpenLearnsThatNoShortcutCanBeHad) {
   desktop.hotKeys.setAnswersLater(true);
   startAgain();

@@ -73,12 +73,14 @@ std::shared_ptr<void> recorder(const char* shortcut, const char* prompt) {
   return alone;
 }
 
-std::shared_ptr<void> advisingRecorder(const char* desktop) {
+std::shared_ptr<void> advisingRecorder(const char* desktop, const char* action = "") {
   const HotKeyShortcut shortcut;
+  auto advice = ShortcutAdvice::of(desktop, shortcut, "vantorel");
+  advice.action = action;
+  if (*action != '\0') advice.prompt = "GNOME can run this command by these keys";
   auto alone = std::make_shared<Alone<ShortcutPanel>>();
-  alone->window =
-      std::make_unique<ShortcutPanel>(alone->services, alone->grabs, nullptr, shortcut.display(),
-                                      ShortcutAdvice::of(desktop, shortcut, "vantorel"));
+  alone->window = std::make_unique<ShortcutPanel>(alone->services, alone->grabs, nullptr,
+                                                  shortcut.display(), advice);
   alone->window->makeKeyAndOrderFront();
   return alone;
 }
@@ -125,6 +127,7 @@ std::vector<Look> windowLooks() {
        [] { return recorder("⌘⇧⌥⌃Space", "That shortcut is unavailable. Try another."); }},
       look("recorder-refusing", refuseAKey),
       {"recorder-advising", [] { return advisingRecorder("sway"); }},
+      {"recorder-offering", [] { return advisingRecorder("GNOME", "Add to GNOME"); }},
       {"recorder-advising-two-lines", [] { return advisingRecorder("labwc"); }},
       {"welcome-without-shortcut",
        [] {

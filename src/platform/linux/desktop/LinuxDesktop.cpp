@@ -15,6 +15,7 @@
 #include "platform/linux/pictures/LinuxFileThumbnails.h"
 #include "platform/linux/pictures/ThemeIcons.h"
 #include "platform/linux/settings/JsonUserDefaults.h"
+#include "platform/linux/shortcuts/GnomeCommandShortcuts.h"
 #include "platform/linux/shortcuts/OwnCommand.h"
 #include "platform/linux/start/AutostartLoginItem.h"
 #include "platform/linux/start/HistoryLock.h"
@@ -41,12 +42,14 @@ struct LinuxDesktop::Ports {
         keychain(services.keychain),
         bus(services.bus),
         historyLock(services.historyLock),
+        isInsideWayland(session.windows == Session::Windows::xwayland),
         windows(openWindows(std::move(session))) {}
 
   Dispatch& dispatch;
   Keychain& keychain;
   SessionBus& bus;
   HistoryLock& historyLock;
+  const bool isInsideWayland;
   XdgDirectories directories = XdgDirectories::fromEnvironment(processEnvironment);
   PosixFileSystem files{setNoDump, [this](const std::filesystem::path& directory) {
                           return historyLock.claim(directory);
@@ -75,6 +78,7 @@ struct LinuxDesktop::Ports {
                          [this] { return windows->all().settings.iconTheme(); }};
   std::optional<ThemeIcons> icons;
   std::optional<DesktopColors> colors;
+  std::unique_ptr<GnomeCommandShortcuts> commandShortcuts = openCommandShortcuts();
 
   [[nodiscard]] std::unique_ptr<WindowPorts> openWindows(Session session) {
     const WindowPorts::Services services{dispatch, bus, images,
@@ -83,6 +87,12 @@ struct LinuxDesktop::Ports {
       return WaylandPorts::open(services, std::move(session));
     }
     return X11Ports::open(services, std::move(session));
+  }
+
+  /// Settings that a desktop of another name may have installed, but does not read.
+  [[nodiscard]] std::unique_ptr<GnomeCommandShortcuts> openCommandShortcuts() const {
+    const bool isGnome = desktopName(processEnvironment).find("GNOME") != std::string::npos;
+    return isInsideWayland && isGnome ? GnomeCommandShortcuts::open() : nullptr;
   }
 
   /// Once the desktop is known to be there.
@@ -134,6 +144,7 @@ Desktop LinuxDesktop::ports() {
       .workspace = windows.workspace,
       .input = windows.input,
       .hotKeys = windows.hotKeys,
+      .commandShortcuts = ports_->commandShortcuts.get(),
       .loginItem = ports_->loginItem,
       .statusItem = windows.statusItem,
       .notifications = ports_->notifications,
@@ -149,6 +160,7 @@ Desktop LinuxDesktop::ports() {
       .spaces = windows.spaces,
       .keyCodeForScanCode = keyCodeFromX11,
       .name = desktopName(processEnvironment),
+      .tellsFront = windows.tellsFront,
       .programName = ownCommand(ownProgramPath(), processEnvironment),
       .applicationSupport = ports_->directories.dataHome.value_or(""),
   };

@@ -73,6 +73,7 @@ WindowPorts::All WaylandPorts::all() {
       .backdrops = backdrops_,
       .spaces = windows_,
       .applications = applications_.entries(),
+      .tellsFront = toplevels_ != nullptr,
   };
 }
 

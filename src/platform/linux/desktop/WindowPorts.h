@@ -45,6 +45,7 @@ class WindowPorts {
     const WindowBackdrops& backdrops;
     const WindowSpaces& spaces;
     const DesktopEntries& applications;
+    bool tellsFront = true;  // whether it is known which application is in front
   };
 
   virtual ~WindowPorts() = default;

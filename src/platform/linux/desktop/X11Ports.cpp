@@ -107,6 +107,7 @@ WindowPorts::All X11Ports::all() {
       .backdrops = *backdrops_,
       .spaces = spaces_,
       .applications = x11Workspace_->desktopEntries(),
+      .tellsFront = !isInsideWayland_ || compositorWorkspace_,
   };
 }
 
