@@ -74,6 +74,11 @@ std::vector<MenuRow> StatusItemController::menuRows() {
     const auto name = desktop_.workspace.applicationName(identifier);
     state.excludedApps.emplace(identifier, name.value_or(identifier));
   }
+  if (!desktop_.tellsFront) {
+    const bool isGnome = desktop_.name.find("GNOME") != std::string::npos;
+    state.sourcesUnknown = std::string(isGnome ? "GNOME" : "This desktop") +
+                           " does not tell which application is in front";
+  }
   state.launchAtLogin = desktop_.loginItem.status();
   return statusMenuRows(state);
 }

@@ -37,6 +37,8 @@ MenuRow passwordManagerRow(bool ignored) {
 }
 
 std::optional<MenuRow> excludeRow(const StatusMenuState& state) {
+  if (!state.sourcesUnknown.empty())
+    return MenuRow{.title = state.sourcesUnknown, .enabled = false};
   const auto& target = state.lastPasteTarget;
   if (!target || !target->bundleIdentifier) return std::nullopt;
   if (state.excludedApps.contains(lowerCased(*target->bundleIdentifier))) return std::nullopt;

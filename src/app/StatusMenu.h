@@ -22,6 +22,8 @@ struct StatusMenuState {
   /// called by its identifier.
   std::map<std::string, std::string> excludedApps = {};
   LoginItem::Status launchAtLogin = LoginItem::Status::disabled;
+  /// Why no application can be excluded here; empty where they can.
+  std::string sourcesUnknown = {};
 };
 
 /// The action of a row is the name of its command, and its represented object the argument.

@@ -246,6 +246,21 @@ TEST_F(AppWindowsTest, WhereNoShortcutCanBeHadTheHelpNamesTheCommand) {
   EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "vantorel --toggle");
 }
 
+TEST_F(AppWindowsTest, TheMenuSaysWhereNoApplicationIsToldOf) {
+  const auto said = [this](const std::string& title) {
+    const auto rows = desktop.statusItem.openMenu();
+    return std::any_of(rows.begin(), rows.end(),
+                       [&](const MenuRow& row) { return row.title == title && !row.enabled; });
+  };
+  desktop.tellsFront = false;
+  desktop.name = "ubuntu:GNOME";
+  startAgain();
+  EXPECT_TRUE(said("GNOME does not tell which application is in front"));
+  desktop.name = "sway";
+  startAgain();
+  EXPECT_TRUE(said("This desktop does not tell which application is in front"));
+}
+
 TEST_F(AppWindowsTest, TheDesktopsOwnListIsChangedByTheUsersClickAlone) {
   desktop.hasCommandShortcuts = true;
   desktop.hotKeys.setAnswersLater(true);

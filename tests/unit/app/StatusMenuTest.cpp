@@ -48,6 +48,16 @@ TEST(StatusMenu, HasEveryRowWhenThereIsReasonForEach) {
                           "About Vantorel", "-", "Quit Vantorel"));
 }
 
+TEST(StatusMenu, WhereNoApplicationIsToldOfNoneIsOfferedForExclusion) {
+  const StatusMenuState state{
+      .lastPasteTarget = notes,
+      .sourcesUnknown = "GNOME does not tell which application is in front"};
+  const auto row = rowOf(state, state.sourcesUnknown);
+  EXPECT_FALSE(row.enabled);
+  EXPECT_EQ(row.action, "");
+  EXPECT_THAT(titles(statusMenuRows(state)), testing::Not(testing::Contains("Exclude Notes")));
+}
+
 TEST(StatusMenu, EachRowDoesWhatItSays) {
   const StatusMenuState state{
       .isPaused = true, .lastPasteTarget = notes, .excludedApps = {{"org.example.bank", "Bank"}}};
