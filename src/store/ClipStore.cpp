@@ -35,19 +35,12 @@ std::filesystem::path baseDirectory(const ClipStoreServices& services,
   return services.applicationSupport / applicationId::historyDirectory;
 }
 
-/// Whether there may be a history at `path` that only the key opens under which it was sealed.
-bool mayBeSealed(FileSystem& files, const std::filesystem::path& path) {
-  if (!files.exists(path)) return false;
-  const auto bytes = files.readFile(path, maximumHistoryBytes + SealedHistory::maximumOverhead);
-  return !bytes || SecureStorage::isSealed(*bytes);
-}
-
 std::shared_ptr<SecureStorage> storageFor(const ClipStoreServices& services,
                                           const std::filesystem::path& index,
                                           ClipStore::Obstacle& obstacle) {
   try {
-    return SecureStorage::production(services.keychain,
-                                     [&] { return !mayBeSealed(services.files, index); });
+    return SecureStorage::production(
+        services.keychain, [&] { return !SealedHistory::mayBeSealed(services.files, index); });
   } catch (const SecureStorageError& error) {
     obstacle = error.status() == keychainStatus::itemNotFound ? ClipStore::Obstacle::keyMissing
                                                               : ClipStore::Obstacle::noKey;
@@ -101,10 +94,7 @@ void ClipStore::open() {
 }
 
 bool ClipStore::load() {
-  return services_.files.exists(indexUrl_) ? loadSealed() : migrateLegacy();
-}
-
-bool ClipStore::loadSealed() {
+  if (!services_.files.exists(indexUrl_)) return migrateLegacy();
   auto items = file_.read();
   if (!items) return false;
   items_ = std::move(*items);
@@ -237,6 +227,20 @@ void ClipStore::setRecognizedText(Uuid id, const std::optional<std::string>& con
   item->recognizedText = text;
   commit(Upkeep::none);
   if (onSearchIndexChange) onSearchIndexChange();
+}
+
+bool ClipStore::takeIn(const std::vector<ImportedClip>& clips) {
+  if (!persistenceIsReady() || directories_.restore()) return false;
+  const auto nameOf = [this](const std::string& hash) -> std::optional<std::string> {
+    const ClipItem* const stored = storedImage(hash);
+    return stored != nullptr ? stored->assetFilename : std::nullopt;
+  };
+  auto items = withStoredPictures(clips, assets_, *secureStorage_, nameOf);
+  if (!items) return false;
+  items_ = merged(std::move(items_), std::move(*items), maxPinnedItems);
+  commit(Upkeep::all);
+  for (const ClipItem& item : items_) readings_.begin(item);
+  return true;
 }
 
 bool ClipStore::canPinMore() const { return pinnedCount(items_) < maxPinnedItems; }

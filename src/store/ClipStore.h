@@ -22,6 +22,7 @@
 #include "store/HistoryDirectories.h"
 #include "store/HistoryFile.h"
 #include "store/HistorySaver.h"
+#include "store/ImportedClips.h"
 #include "store/PictureReadings.h"
 #include "store/PinResult.h"
 #include "store/SealedHistory.h"
@@ -119,6 +120,11 @@ class ClipStore {
   std::optional<Capture> captureFiles(const std::vector<std::filesystem::path>& urls,
                                       const SourceApp& source);
 
+  /// Merges entries of another history with this one, by the times at which they were copied: see
+  /// `merged`. The limits hold. False, and nothing has changed, when nothing can be saved here, or
+  /// one of the pictures could not be stored.
+  [[nodiscard]] bool takeIn(const std::vector<ImportedClip>& clips);
+
   [[nodiscard]] bool canPinMore() const;
   PinResult togglePinned(Uuid id);
   /// True when a pinned entry got the name; a name of white space takes the name away.
@@ -163,7 +169,6 @@ class ClipStore {
 
   void open();
   [[nodiscard]] bool load();
-  [[nodiscard]] bool loadSealed();
   [[nodiscard]] bool migrateLegacy();
   [[nodiscard]] bool encryptLegacyAssets();
   void tidyLoadedHistory();

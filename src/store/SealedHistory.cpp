@@ -12,6 +12,12 @@ namespace vantorel {
 
 using Outcome = SealedHistory::Outcome;
 
+bool SealedHistory::mayBeSealed(FileSystem& files, const std::filesystem::path& path) {
+  if (!files.exists(path)) return false;
+  const auto bytes = files.readFile(path, maximumHistoryBytes + maximumOverhead);
+  return !bytes || SecureStorage::isSealed(*bytes);
+}
+
 SealedHistory::SealedHistory(Services services, HistoryDirectories directories,
                              std::filesystem::path path, std::uint64_t maximumBytes)
     : services_(std::move(services)),

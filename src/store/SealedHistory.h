@@ -32,6 +32,9 @@ class SealedHistory {
   /// never will, unless it changes.
   enum class Outcome { saved, failed, tooLarge };
 
+  /// Whether there may be a history at `path` that only the key opens under which it was sealed.
+  [[nodiscard]] static bool mayBeSealed(FileSystem& files, const std::filesystem::path& path);
+
   /// The services outlive this. No more than `maximumBytes` of JSON are written.
   SealedHistory(Services services, HistoryDirectories directories, std::filesystem::path path,
                 std::uint64_t maximumBytes);

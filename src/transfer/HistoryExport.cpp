@@ -1,0 +1,96 @@
+#include "transfer/HistoryExport.h"
+
+#include <string>
+#include <utility>
+
+#include "base/Uuid.h"
+#include "transfer/ExportManifest.h"
+#include "transfer/ExportedForms.h"
+
+namespace vantorel {
+namespace {
+
+using Path = std::filesystem::path;
+using Error = FileSystem::Error;
+
+/// A directory that goes again with all in it, unless it is put in its place.
+class UnfinishedExport {
+ public:
+  UnfinishedExport(FileSystem& files, const Path& place)
+      : files_(files),
+        place_(place),
+        directory_(place.parent_path() / ("." + place.filename().string() + "." +
+                                          Uuid::random().string() + ".tmp")) {}
+  ~UnfinishedExport() {
+    for (const Path& path : written_) (void)files_.remove(path);
+    if (isMade_) (void)files_.remove(directory_);
+  }
+  UnfinishedExport(const UnfinishedExport&) = delete;
+  UnfinishedExport& operator=(const UnfinishedExport&) = delete;
+
+  [[nodiscard]] Error make() {
+    // No directory above it is made: a name that was mistyped would be followed anywhere.
+    if (!files_.exists(place_.parent_path())) {
+      return std::make_error_code(std::errc::no_such_file_or_directory);
+    }
+    const Error error = files_.createDirectories(directory_, 0700);
+    isMade_ = !error;
+    return error;
+  }
+  [[nodiscard]] Error write(std::string_view name, ByteView bytes) {
+    written_.push_back(directory_ / name);
+    return files_.writeNewFile(written_.back(), bytes, 0600);
+  }
+  [[nodiscard]] Error finish() {
+    if (const Error error = files_.syncDirectory(directory_)) return error;
+    if (const Error error = files_.rename(directory_, place_)) return error;
+    isMade_ = false;
+    written_.clear();
+    (void)files_.syncDirectory(place_.parent_path());  // it stands there either way
+    return {};
+  }
+
+ private:
+  FileSystem& files_;
+  const Path place_;
+  const Path directory_;
+  bool isMade_ = false;
+  std::vector<Path> written_;
+};
+
+}  // namespace
+
+Error exportObstacle(FileSystem& files, const Path& directory) {
+  if (!files.exists(directory)) return {};
+  const auto names = files.list(directory);
+  if (!names) return std::make_error_code(std::errc::not_a_directory);
+  return names->empty() ? Error() : std::make_error_code(std::errc::directory_not_empty);
+}
+
+ExportResult exportHistory(FileSystem& files, const std::vector<ClipItem>& items,
+                           const PictureOf& pictureOf, const Path& directory, Date now) {
+  if (const Error error = exportObstacle(files, directory)) return {.error = error};
+  UnfinishedExport unfinished(files, directory);
+  if (const Error error = unfinished.make()) return {.error = error};
+  ExportResult result;
+  std::vector<ExportedEntry> entries;
+  std::size_t number = 0;
+  for (const ClipItem& item : items) {
+    auto clip = exported(item, ++number,
+                         item.kind == ClipKind::image ? pictureOf(item) : std::nullopt);
+    if (!clip) {
+      ++result.missing;
+      continue;
+    }
+    for (std::size_t i = 0; i < clip->contents.size(); ++i) {
+      result.error = unfinished.write(clip->entry.files[i].name, *clip->contents[i]);
+      if (result.error) return result;
+    }
+    entries.push_back(std::move(clip->entry));
+  }
+  result.error = unfinished.write(manifestName, bytesOf(manifestJson(entries, now)));
+  if (!result.error) result.error = unfinished.finish();
+  return result;
+}
+
+}  // namespace vantorel

@@ -1,0 +1,52 @@
+#include "transfer/HistoryImport.h"
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "base/ContentFingerprint.h"
+#include "store/HistoryFile.h"
+#include "transfer/ExportManifest.h"
+#include "transfer/ExportedForms.h"
+
+namespace vantorel {
+namespace {
+
+constexpr std::uint64_t largestManifest = std::uint64_t{64} << 20U;
+
+ExportReading trouble(std::string sentence) { return {.clips = {}, .trouble = std::move(sentence)}; }
+
+}  // namespace
+
+ExportReading readExport(FileSystem& files, const std::filesystem::path& directory, Date now) {
+  const auto manifest = files.readFile(directory / manifestName, largestManifest);
+  if (!manifest) return trouble("There is no exported history in " + directory.string() + ".");
+  auto entries = readManifest(*manifest);
+  if (!entries) {
+    return trouble("The " + std::string(manifestName) + " in " + directory.string() +
+                   " is damaged, or none that this Vantorel understands.");
+  }
+  ExportReading reading;
+  std::uint64_t room = maximumHistoryBytes;
+  for (ExportedEntry& entry : *entries) {
+    ExportedClip clip{.entry = std::move(entry), .contents = {}};
+    for (const ExportedFile& file : clip.entry.files) {
+      auto bytes = files.readFile(directory / file.name, room);
+      if (!bytes || ContentFingerprint::data(*bytes) != file.sha256) {
+        return trouble("The exported history is damaged: " + file.name +
+                       " is missing or was changed.");
+      }
+      room -= bytes->size();
+      clip.contents.push_back(std::make_shared<const Bytes>(std::move(*bytes)));
+    }
+    auto taken = imported(clip, now);
+    if (!taken) {
+      return trouble("The exported history is damaged: entry " +
+                     std::to_string(reading.clips.size() + 1) + " is not what it says.");
+    }
+    reading.clips.push_back(std::move(*taken));
+  }
+  return reading;
+}
+
+}  // namespace vantorel
