@@ -67,6 +67,7 @@ AppDelegate::AppDelegate(const Desktop& desktop)
       store_({desktop.dispatch, desktop.files, desktop.keychain, desktop.applicationSupport,
               desktop.recognition, *recognitionQueue_},
              std::nullopt, nullptr, ClipStoreLimits{}),
+      intake_(store_, desktop.dispatch, desktop.distantFiles),
       privacy_(desktop.defaults, desktop.dispatch),
       toast_(chromeServices(desktop)),
       hotKey_(desktop.hotKeys, desktop.defaults, desktop.dispatch),
@@ -136,6 +137,7 @@ void AppDelegate::configureHotKey() {
 void AppDelegate::configureServices() {
   trouble_.onChange = [this] { statusItem_.setTrouble(trouble_.trouble()); };
   trouble_.onAction = [this] { remedy(trouble_.trouble()); };
+  intake_.onNotice = [this](const std::string& notice) { show(notice); };
   store_.onChange = [this] { panelController().refreshIfVisible(); };
   store_.onSavingChange = [this] { lookForTrouble(); };
   store_.onSearchIndexChange = [this] { panelController().refreshSearchIfVisible(); };
@@ -219,6 +221,11 @@ void AppDelegate::copyEntry(const std::string& identity) {
     if (written) watcher().noteOwnWrite();
     show(*notice(written ? PasteOutcome::clipboardOnlyNoTarget : PasteOutcome::unavailable));
   });
+}
+
+void AppDelegate::importHistory(const std::string& directory) {
+  if (!canRecord()) return show(storageUnavailable);
+  intake_.takeIn(directory);
 }
 
 void AppDelegate::clearHistory(bool includingPinned) {

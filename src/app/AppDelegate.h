@@ -8,6 +8,7 @@
 #include "app/AppWindows.h"
 #include "app/ApplicationCommands.h"
 #include "app/FocusTracker.h"
+#include "app/HistoryIntake.h"
 #include "app/HotKeyRegistration.h"
 #include "app/StatusItemController.h"
 #include "app/TroubleReporter.h"
@@ -68,6 +69,7 @@ class AppDelegate : public ApplicationCommands {
   void removeExcludedApp(const std::string& bundleIdentifier) override;
   void toggleLaunchAtLogin() override;
   void copyEntry(const std::string& identity) override;
+  void importHistory(const std::string& directory) override;
   void showShortcutPanel() override { windows_.showShortcutPanel(); }
   void confirmClearHistory() override { windows_.confirmClearHistory(); }
   void startNewHistory() override;
@@ -108,6 +110,7 @@ class AppDelegate : public ApplicationCommands {
   const Desktop desktop_;
   const std::unique_ptr<SerialQueue> recognitionQueue_;
   ClipStore store_;
+  HistoryIntake intake_;
   PrivacyPreferences privacy_;
   ToastPresenter toast_;
   HotKeyRegistration hotKey_;

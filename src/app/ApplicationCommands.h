@@ -26,6 +26,8 @@ class ApplicationCommands {
   virtual void toggleLaunchAtLogin() = 0;
   /// Puts the entry of that identity on the clipboard.
   virtual void copyEntry(const std::string& identity) = 0;
+  /// Takes in what was exported into that directory.
+  virtual void importHistory(const std::string& directory) = 0;
 
   virtual void showShortcutPanel() = 0;
   /// Asks first; a question that is open already comes to the front.

@@ -99,6 +99,9 @@ For scripts and pickers, in any terminal, without a display:
   get [--null] N
                print an entry: its text, the picture's file, or its paths
   copy N       have the running Vantorel put an entry on the clipboard
+  export [--in-the-clear] DIR
+               write all entries into a new directory, readable; you are asked
+  import DIR   take in what was exported
 
 Other:
   --background

@@ -24,6 +24,10 @@ void copyEntry(Application& application, const std::string& identity) {
   application.copyEntry(identity);
 }
 
+void importHistory(Application& application, const std::string& directory) {
+  application.importHistory(directory);
+}
+
 void doNothing(Application& /*application*/, const std::string& /*argument*/) {}
 
 constexpr std::array table = {
@@ -54,6 +58,7 @@ constexpr std::array table = {
     // Whoever runs already is in the background.
     CommandEntry{Command::background, "background", "", doNothing},
     CommandEntry{Command::copy, "copy", "", copyEntry, true, false},
+    CommandEntry{Command::importHistory, "import", "", importHistory, true, false},
     CommandEntry{Command::check, "check", "", nullptr},
     CommandEntry{Command::version, "version", "", nullptr},
     CommandEntry{Command::help, "help", "", nullptr},

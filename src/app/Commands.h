@@ -29,8 +29,9 @@ enum class Command {
   newHistory,
   about,
   quit,
-  background,  // starts without showing anything
-  copy,        // puts an entry on the clipboard; its argument is the entry's identity
+  background,     // starts without showing anything
+  copy,           // puts an entry on the clipboard; its argument is the entry's identity
+  importHistory,  // its argument is the directory of an exported history
   check,
   version,
   help,

@@ -1,6 +1,7 @@
 #include "tool/Tool.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <utility>
 
@@ -8,8 +9,15 @@
 #include "platform/ApplicationId.h"
 #include "platform/linux/start/ClosedProcess.h"
 #include "platform/linux/start/RunningInstance.h"
+#include "text/Unicode.h"
+#include "tool/ExportConsent.h"
+#include "tool/ImportHere.h"
 #include "tool/OpenKeyring.h"
 #include "tool/StandardStreams.h"
+#include "tool/TerminalQuestions.h"
+#include "tool/Uninterrupted.h"
+#include "transfer/HistoryExport.h"
+#include "transfer/HistoryImport.h"
 
 namespace vantorel {
 namespace {
@@ -27,6 +35,17 @@ int written(std::error_code error) {
   if (error == std::errc::broken_pipe) return ToolStatus::failed;
   return failure("the output could not be written: " + error.message() + ".");
 }
+
+/// The directory that the user means, wherever a link leads.
+std::filesystem::path place(const std::string& name) {
+  std::error_code error;
+  auto path = std::filesystem::weakly_canonical(name, error);
+  if (error) path = std::filesystem::absolute(name, error).lexically_normal();
+  return path.has_filename() ? path : path.parent_path();
+}
+
+constexpr std::string_view notUnderstood =
+    "the running Vantorel did not understand; quit it and start again.";
 
 int noEntry(const ToolLine& line, std::size_t count) {
   return failure("there is no entry " + line.entry + "; the history has " + std::to_string(count) +
@@ -47,6 +66,8 @@ int Tool::run(const ToolLine& line) {
   }
   if (!hasOutput) return failure("there is no standard output to write to.");
   leaveNoCore();
+  if (!directories_.dataHome) return failure("there is no directory for a history; set HOME.");
+  if (line.verb == ToolLine::Verb::importFrom) return importFrom(line);
   if (const auto status = open()) return *status;
   switch (line.verb) {
     case ToolLine::Verb::list:
@@ -57,12 +78,15 @@ int Tool::run(const ToolLine& line) {
       return get(line);
     case ToolLine::Verb::copy:
       return copy(line);
+    case ToolLine::Verb::exportTo:
+      return exportTo(line);
+    case ToolLine::Verb::importFrom:
+      break;
   }
   return ToolStatus::failed;
 }
 
 std::optional<int> Tool::open() {
-  if (!directories_.dataHome) return failure("there is no directory for a history; set HOME.");
   history_.emplace(files_, *directories_.dataHome / applicationId::historyDirectory);
   switch (history_->state()) {
     case HistoryOnDisk::State::absent:
@@ -122,11 +146,63 @@ int Tool::copy(const ToolLine& line) {
           "no Vantorel runs, which would hold the clipboard. "
           "Start it with 'vantorel --background &' and try again.");
     case ForwardResult::refused:
-      return failure("the running Vantorel did not understand; quit it and start again.");
+      return failure(notUnderstood);
     case ForwardResult::noBus:
       break;
   }
   return failure("there is no session bus to reach a running Vantorel by.");
+}
+
+int Tool::exportTo(const ToolLine& line) {
+  const auto directory = place(line.directory);
+  const auto refuse = [&](const FileSystem::Error& error) {
+    return failure("nothing was exported to " + directory.string() + ": " + error.message() + ".");
+  };
+  if (const auto obstacle = exportObstacle(files_, directory)) return refuse(obstacle);
+  switch (consentToExport(line.inTheClear, directory.filename().string(), terminalQuestions())) {
+    case ExportConsent::nobodyToAsk:
+      return failure(
+          "an export can be read by who can read the directory. "
+          "Say --in-the-clear where nobody can be asked.",
+          ToolStatus::usage);
+    case ExportConsent::withheld:
+      return failure("nothing was exported.");
+    case ExportConsent::given:
+      break;
+  }
+  std::vector<ClipItem> items;
+  for (const auto& entry : entries_) items.push_back(entry.item);
+  const auto pictureOf = [this](const ClipItem& item) {
+    return history_->picture(*storage_, item);
+  };
+  const Uninterrupted uninterrupted;
+  const auto result = exportHistory(files_, items, pictureOf, directory, dispatch_.now());
+  if (result.error) return refuse(result.error);
+  if (result.missing > 0) {
+    complain("left out, since the picture is missing or damaged: " +
+             std::to_string(result.missing) + ".");
+  }
+  return ToolStatus::done;
+}
+
+int Tool::importFrom(const ToolLine& line) {
+  const auto directory = place(line.directory);
+  if (!isValidUtf8(directory.native())) return failure("the directory's name is not UTF-8.");
+  // Read here first: whoever gave the command hears what is wrong with it.
+  const auto reading = readExport(files_, directory, dispatch_.now());
+  if (!reading.trouble.empty()) return failure(reading.trouble);
+  switch (forwardToRunningInstance({.action = "import", .argument = directory.string()}, lookup_)) {
+    case ForwardResult::forwarded:
+      return ToolStatus::done;
+    case ForwardResult::refused:
+      return failure(notUnderstood);
+    case ForwardResult::notRunning:
+    case ForwardResult::noBus:
+      break;
+  }
+  const Uninterrupted uninterrupted;
+  const auto failed = importHere(dispatch_, *directories_.dataHome, reading.clips);
+  return failed ? failure(failed->sentence, failed->status) : ToolStatus::done;
 }
 
 }  // namespace vantorel

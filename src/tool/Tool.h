@@ -29,6 +29,8 @@ class Tool {
   [[nodiscard]] int print(const std::vector<NumberedEntry>& entries, ToolLine::Form form);
   [[nodiscard]] int get(const ToolLine& line);
   [[nodiscard]] int copy(const ToolLine& line);
+  [[nodiscard]] int exportTo(const ToolLine& line);
+  [[nodiscard]] int importFrom(const ToolLine& line);
 
   const EnvironmentLookup lookup_;
   LooplessDispatch dispatch_;

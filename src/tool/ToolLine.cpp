@@ -30,6 +30,8 @@ constexpr std::array verbs = {
     VerbEntry{Verb::search, "search", Operands::many, "words", {"--json", "--null"}},
     VerbEntry{Verb::get, "get", Operands::one, "an entry's number", {"--null"}},
     VerbEntry{Verb::copy, "copy", Operands::one, "an entry's number"},
+    VerbEntry{Verb::exportTo, "export", Operands::one, "a directory", {"--in-the-clear"}},
+    VerbEntry{Verb::importFrom, "import", Operands::one, "a directory"},
 };
 
 const VerbEntry* verbNamed(std::string_view name) {
@@ -80,6 +82,10 @@ class Reading {
     if (std::find(verb_.options.begin(), verb_.options.end(), option) == verb_.options.end()) {
       return refuse("unknown option " + quoted(option));
     }
+    if (option == "--in-the-clear") {
+      line_.inTheClear = true;
+      return;
+    }
     const Form form = option == "--json" ? Form::json : Form::null;
     if (line_.form != Form::lines && line_.form != form) refuse("give one form at a time");
     line_.form = form;
@@ -101,6 +107,11 @@ class Reading {
           refuse(quoted(operand) + " is not the number of an entry");
         }
         line_.entry = operand;
+        return;
+      case Verb::exportTo:
+      case Verb::importFrom:
+        if (operand.empty()) refuse("give a directory");
+        line_.directory = operand;
         return;
       case Verb::list:
         return;

@@ -9,15 +9,17 @@ namespace vantorel {
 
 /// The arguments of a start that is to answer in the terminal and end, without a window.
 struct ToolLine {
-  enum class Verb { list, search, get, copy };
+  enum class Verb { list, search, get, copy, exportTo, importFrom };
   /// How entries are written: a line each, one array of JSON, or as lines that end with NUL.
   enum class Form { lines, json, null };
 
   Verb verb = Verb::list;
   Form form = Form::lines;
-  std::string entry = {};  // of get and copy: a number, or an identity
-  std::string words = {};  // of search
-  std::string error = {};  // one line for stderr, without a line end; empty when understood
+  std::string entry = {};      // of get and copy: a number, or an identity
+  std::string words = {};      // of search
+  std::string directory = {};  // of export and import
+  bool inTheClear = false;     // whoever exports knows what that is
+  std::string error = {};      // one line for stderr, without a line end; empty when understood
 
   /// `arguments` without the program's own name. Absent when they do not begin with a verb.
   [[nodiscard]] static std::optional<ToolLine> parse(std::span<const char* const> arguments);

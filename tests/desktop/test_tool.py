@@ -1,9 +1,13 @@
 """The commands for scripts and pickers, with the shipped program and a real keyring."""
 
+import fcntl
 import hashlib
 import json
 import os
+import pty
+import shutil
 import signal
+import stat
 import subprocess
 import time
 import unittest
@@ -17,7 +21,6 @@ from harness.waiting import wait_for
 KEY = bytes(range(32))
 PICTURE = b"\x89PNG\r\n\x1a\nbytes as good as any"
 ASSET = "6FA459EA-EE8A-4CA4-894E-DB77E160355E.png"
-UNKNOWN_COPIED = "This item is no longer available."
 # Over ssh there is a bus, and neither a display nor a compositor.
 CONSOLE = {"DISPLAY": "", "WAYLAND_DISPLAY": "", "XAUTHORITY": "", "QT_QPA_PLATFORM": "none"}
 
@@ -228,6 +231,187 @@ class Copying(ToolCase):
         self.assertEqual(status, 1)
         self.assertIn("vantorel --background", sentence)
         self.assertFalse(self.vantorel.is_on_bus())
+
+
+class Exporting(ToolCase):
+    def setUp(self):
+        super().setUp()
+        self.place = self.path("out", "export")
+
+    def export(self, *arguments):
+        return self.answer("export", "--in-the-clear", self.place, *arguments)
+
+    def on_a_terminal(self, *lines, options=()):
+        """Types these lines at an export; answers its status and what stood on the terminal."""
+        ours, theirs = pty.openpty()
+        process = self.desktop.start("export", [program_path(), "export", *options, self.place],
+                                     CONSOLE, stdin=theirs, stdout=theirs, stderr=theirs)
+        os.close(theirs)
+        os.write(ours, "".join(f"{line}\n" for line in lines).encode() + b"\x04")
+        shown = b""
+        try:
+            while chunk := os.read(ours, 4096):
+                shown += chunk
+        except OSError:  # nobody has the other end any more
+            pass
+        os.close(ours)
+        return process.wait(20), shown.decode()
+
+    def test_each_entry_has_readable_files_and_a_manifest(self):
+        self.write_history()
+        self.export()
+        self.assertEqual(sorted(os.listdir(self.place)),
+                         ["0001.txt", "0002.txt", "0003.png", "0004.txt", "manifest.json"])
+        self.assertEqual(contents(os.path.join(self.place, "0001.txt")), b"pinned\n")
+        self.assertEqual(contents(os.path.join(self.place, "0003.png")), PICTURE)
+        self.assertEqual(contents(os.path.join(self.place, "0004.txt")), b"/home/a b\n/home/c\n")
+        with open(os.path.join(self.place, "manifest.json"), encoding="utf-8") as file:
+            manifest = json.load(file)
+        self.assertEqual(manifest["entries"][0]["customName"], "Greeting")
+        self.assertEqual(stat.S_IMODE(os.stat(self.place).st_mode), 0o700)
+        for name in os.listdir(self.place):
+            self.assertEqual(stat.S_IMODE(os.stat(os.path.join(self.place, name)).st_mode), 0o600)
+
+    def test_where_nobody_can_be_asked_it_has_to_be_said(self):
+        self.write_history()
+        status, sentence = self.refusal("export", self.place)
+        self.assertEqual(status, 2)
+        self.assertIn("--in-the-clear", sentence)
+        self.assertFalse(os.path.exists(self.place))
+
+    def test_on_a_terminal_it_is_asked_twice(self):
+        self.write_history()
+        for lines in ((), ("no",), ("yes",), ("yes", "yes"), ("export", "export")):
+            status, shown = self.on_a_terminal(*lines)
+            self.assertEqual(status, 1, shown)
+            self.assertIn("in the clear", shown)
+            self.assertFalse(os.path.exists(self.place))
+        self.assertEqual(self.on_a_terminal("no", options=["--in-the-clear"])[0], 1)
+        self.assertEqual(self.on_a_terminal("yes", "export")[0], 0)
+        self.assertTrue(os.path.exists(os.path.join(self.place, "manifest.json")))
+
+    def test_what_is_there_stays(self):
+        self.write_history()
+        kept = self.file("out", "export", "kept", contents=b"kept")
+        status, sentence = self.refusal("export", "--in-the-clear", self.place)
+        self.assertEqual((status, os.listdir(self.place)), (1, ["kept"]))
+        self.assertIn("not empty", sentence)
+        self.assertEqual(self.refusal("export", "--in-the-clear", kept)[0], 1)
+        self.assertEqual(self.refusal("export", "--in-the-clear", self.place + "/no/such")[0], 1)
+        self.assertEqual(os.listdir(os.path.dirname(self.place)), ["export"])
+
+    def test_a_full_disk_leaves_nothing(self):
+        disk = self.path("small", "disk")
+        os.mkdir(disk)
+        mount = ["mount", "-t", "tmpfs", "-o", "size=64k,mode=0700", "none", disk]
+        if subprocess.run(mount, capture_output=True, check=False).returncode != 0:
+            self.skipTest("mounting is not allowed here")
+        self.addCleanup(subprocess.run, ["umount", disk], check=True)
+        self.write_history([text_item("fits", 1), text_item("x" * 200_000, 2)])
+        status, sentence = self.refusal("export", "--in-the-clear", os.path.join(disk, "export"))
+        self.assertEqual((status, os.listdir(disk)), (1, []))
+        self.assertIn("No space left on device", sentence)
+
+    def test_with_a_locked_keyring_nothing_is_made(self):
+        self.write_history()
+        self.desktop.keyring.lock()
+        self.assertEqual(self.refusal("export", "--in-the-clear", self.place)[0], 3)
+        self.assertFalse(os.path.exists(self.place))
+
+
+class Importing(ToolCase):
+    """What was exported comes back, here or elsewhere."""
+
+    def setUp(self):
+        super().setUp()
+        self.place = self.path("out", "export")
+
+    def export(self, items=None):
+        self.write_history(items)
+        self.listed = self.answer("list")
+        self.answer("export", "--in-the-clear", self.place)
+
+    def forget(self):
+        shutil.rmtree(self.vantorel.history.directory)
+
+    def test_a_history_that_was_lost_comes_back(self):
+        self.export()
+        self.forget()
+        self.answer("import", self.place)
+        self.assertEqual(self.answer("list"), self.listed)
+        self.assertEqual(self.answer("get", "3"), PICTURE)
+        self.assertEqual(self.vantorel.history.items()[0]["customName"], "Greeting")
+
+    def test_on_a_new_machine_a_history_begins(self):
+        self.export()
+        self.forget()
+        other = self.new_desktop()
+        done = other.run([program_path(), "import", self.place], CONSOLE)
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
+        self.assertEqual(other.keyring.item_count(), 1)
+        self.assertEqual(other.run([program_path(), "list"], CONSOLE).stdout, self.listed)
+
+    def test_again_it_changes_nothing(self):
+        self.export()
+        before = self.vantorel.history.items()
+        for _ in range(2):
+            self.answer("import", self.place)
+            self.assertEqual(self.answer("list"), self.listed)
+        after = self.vantorel.history.items()
+        self.assertEqual([item["id"] for item in after], [item["id"] for item in before])
+        self.assertEqual(len(os.listdir(self.vantorel.history.assets)), 1)
+
+    def test_a_long_history_is_saved_too(self):
+        self.export([text_item("x" * 3_000_000, 1), text_item("y", 2)])
+        self.forget()
+        self.answer("import", self.place)
+        self.assertEqual(self.answer("list"), self.listed)
+
+    def test_the_running_program_does_it_itself(self):
+        self.export()
+        self.forget()
+        self.vantorel.start()
+        self.vantorel.copy("copied here")
+        self.answer("import", self.place)
+        self.vantorel.wait_for_notice("4 clips were taken in.")
+        wait_for("all entries", lambda: len(self.vantorel.history.items()) == 5)
+        self.assertEqual(self.vantorel.history.texts(),
+                         ["pinned\n", "copied here", "first line\n\tsecond \x1b[31mline\n"])
+        self.vantorel.open_panel()
+        wait_for("the panel to have them", lambda: len(self.vantorel.rows()) == 5)
+
+    def test_what_is_no_export_or_a_damaged_one_changes_nothing(self):
+        self.export()
+        before = self.vantorel.history.raw()
+        empty = self.path("out", "empty")
+        os.mkdir(empty)
+        self.assertEqual(self.refusal("import", empty)[0], 1)
+        self.assertEqual(self.refusal("import", empty + "/no/such")[0], 1)
+        with open(os.path.join(self.place, "0002.txt"), "ab") as file:
+            file.write(b"more")
+        status, sentence = self.refusal("import", self.place)
+        self.assertEqual(status, 1)
+        self.assertIn("0002.txt is missing or was changed", sentence)
+        self.assertEqual(len(sentence.splitlines()), 1)
+        self.assertEqual(self.vantorel.history.raw(), before)
+
+    def test_nobody_else_writes_meanwhile(self):
+        self.export()
+        before = self.vantorel.history.raw()
+        directory = os.open(self.vantorel.history.directory, os.O_RDONLY)
+        self.addCleanup(os.close, directory)
+        fcntl.flock(directory, fcntl.LOCK_EX)
+        status, sentence = self.refusal("import", self.place)
+        self.assertEqual(status, 1)
+        self.assertIn("another Vantorel", sentence)
+        self.assertEqual(self.vantorel.history.raw(), before)
+
+    def test_with_a_locked_keyring(self):
+        self.export()
+        self.desktop.keyring.lock()
+        before = self.vantorel.history.raw()
+        self.assertEqual(self.refusal("import", self.place)[0], 3)
+        self.assertEqual(self.vantorel.history.raw(), before)
 
 
 def contents(path):

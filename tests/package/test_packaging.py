@@ -105,6 +105,8 @@ class Completions(PackagingCase):
         self.assertEqual(self.complete_in_bash("", "list"), ["--json", "--null"])
         self.assertEqual(self.complete_in_bash("--n", "search", "--json"), ["--null"])
         self.assertEqual(self.complete_in_bash("", "copy"), [])
+        self.assertEqual(self.complete_in_bash("--", "export"), ["--in-the-clear"])
+        self.assertEqual(self.complete_in_bash(os.path.join(ROOT, "pack"), "import"), [PACKAGING])
 
     def test_zsh_offers_each_option(self):
         path = os.path.join(BUILD, "completions", "_vantorel")

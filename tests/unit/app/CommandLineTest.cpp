@@ -70,6 +70,7 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_NE(parse({"--"}).error, "");
   EXPECT_NE(parse({"--=1"}).error, "");
   EXPECT_NE(parse({"quit"}).error, "");
+  EXPECT_NE(parse({"--import=/tmp"}).error, "");
   EXPECT_NE(parse({"--copy=3F2504E0-4F89-41D3-9A0C-0305E82C3301"}).error, "");
 }
 

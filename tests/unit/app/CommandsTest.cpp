@@ -30,6 +30,9 @@ class RecordingApplication : public ApplicationCommands {
   }
   void toggleLaunchAtLogin() override { done.emplace_back("toggleLaunchAtLogin"); }
   void copyEntry(const std::string& identity) override { done.push_back("copyEntry " + identity); }
+  void importHistory(const std::string& directory) override {
+    done.push_back("importHistory " + directory);
+  }
   void showShortcutPanel() override { done.emplace_back("showShortcutPanel"); }
   void confirmClearHistory() override { done.emplace_back("confirmClearHistory"); }
   void startNewHistory() override { done.emplace_back("startNewHistory"); }
@@ -55,7 +58,8 @@ TEST(Commands, EachActionDoesWhatItsNameSays) {
            {"new-history", "startNewHistory"},
            {"about", "showAbout"},
            {"quit", "quit"},
-           {"copy", "copyEntry org.example.App"}}) {
+           {"copy", "copyEntry org.example.App"},
+           {"import", "importHistory org.example.App"}}) {
     RecordingApplication application;
     performAction(action, "org.example.App", application);
     EXPECT_THAT(application.done, ElementsAre(done)) << action;
@@ -80,7 +84,7 @@ TEST(Commands, EveryActionIsOfferedAndSomeTakeAText) {
                                  "pause-until-tomorrow", "resume", "toggle-password-managers",
                                  "exclude-app", "toggle-launch-at-login", "shortcut", "clear",
                                  "new-history", "about", "quit", "background"));
-  EXPECT_THAT(withText, ElementsAre("include-app", "copy"));
+  EXPECT_THAT(withText, ElementsAre("include-app", "copy", "import"));
 }
 
 TEST(Commands, AreFoundByThemselvesAndByTheirNames) {

@@ -91,8 +91,8 @@ TEST(EntryList, AnEntryIsCalledByNumberOrIdentity) {
   EXPECT_EQ(entryCalled(list, "2"), &list[1]);
   EXPECT_EQ(entryCalled(list, "002"), &list[1]);
   EXPECT_EQ(entryCalled(list, list[3].item.id.string()), &list[3]);
-  for (const char* const none : {"5", "999", "99999999999999999999999", "",
-                                 "3f2504e0-4f89-41d3-9a0c-0305e82c3301"}) {
+  for (const char* const none :
+       {"5", "999", "99999999999999999999999", "", "3f2504e0-4f89-41d3-9a0c-0305e82c3301"}) {
     EXPECT_EQ(entryCalled(list, none), nullptr) << none;
   }
 }

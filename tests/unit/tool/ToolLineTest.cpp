@@ -58,6 +58,21 @@ TEST(ToolLine, AnEntryIsANumberOrAnIdentity) {
   EXPECT_NE(errorOf({"get", "-1"}), "");
 }
 
+TEST(ToolLine, ExportAndImportTakeADirectory) {
+  EXPECT_EQ(parse({"export", "out"})->verb, Verb::exportTo);
+  EXPECT_EQ(parse({"export", "out"})->directory, "out");
+  EXPECT_FALSE(parse({"export", "out"})->inTheClear);
+  EXPECT_TRUE(parse({"export", "--in-the-clear", "out"})->inTheClear);
+  EXPECT_TRUE(parse({"export", "out", "--in-the-clear"})->inTheClear);
+  EXPECT_EQ(parse({"export", "--", "--in-the-clear"})->directory, "--in-the-clear");
+  EXPECT_EQ(parse({"import", "in"})->verb, Verb::importFrom);
+  EXPECT_EQ(parse({"import", "in"})->directory, "in");
+  EXPECT_EQ(errorOf({"import", "--in-the-clear", "in"}),
+            "vantorel import: unknown option '--in-the-clear'. Try 'vantorel --help'.");
+  EXPECT_EQ(errorOf({"export", ""}), "vantorel export: give a directory. Try 'vantorel --help'.");
+  EXPECT_EQ(errorOf({"import"}), "vantorel import: give a directory. Try 'vantorel --help'.");
+}
+
 TEST(ToolLine, SaysWhatItDidNotUnderstand) {
   EXPECT_EQ(errorOf({"list", "more"}),
             "vantorel list: unexpected argument 'more'. Try 'vantorel --help'.");

@@ -1,0 +1,15 @@
+#include "tool/ExportConsent.h"
+
+namespace vantorel {
+
+ExportConsent consentToExport(bool inTheClear, const std::string& directoryName, const Ask& ask) {
+  if (!ask) return inTheClear ? ExportConsent::given : ExportConsent::nobodyToAsk;
+  const std::string warning =
+      "The directory will hold the whole history in the clear: who can read it reads all that was "
+      "copied.\nType 'yes' to go on: ";
+  if (!inTheClear && ask(warning) != "yes") return ExportConsent::withheld;
+  const auto typed = ask("Type the directory's name, '" + directoryName + "', to begin: ");
+  return typed == directoryName ? ExportConsent::given : ExportConsent::withheld;
+}
+
+}  // namespace vantorel

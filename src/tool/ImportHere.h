@@ -1,0 +1,26 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Dispatch.h"
+#include "store/ImportedClips.h"
+
+namespace vantorel {
+
+/// Why a start ends without having done its work.
+struct ToolFailure {
+  int status = 0;  // one of `ToolStatus`
+  std::string sentence;
+};
+
+/// Takes clips into the history of a user whose program does not run; holds it meanwhile, so that
+/// none that starts writes to it too. Where there is no history yet, one begins. They are saved when
+/// this returns, or nothing was changed.
+[[nodiscard]] std::optional<ToolFailure> importHere(Dispatch& dispatch,
+                                                    const std::filesystem::path& dataHome,
+                                                    const std::vector<ImportedClip>& clips);
+
+}  // namespace vantorel

@@ -1,0 +1,67 @@
+#include "app/HistoryIntake.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/TemporaryDirectory.h"
+#include "fakes/TestStore.h"
+#include "transfer/HistoryExport.h"
+
+namespace vantorel {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class HistoryIntakeTest : public testing::Test {
+ protected:
+  HistoryIntakeTest() {
+    intake.onNotice = [this](const std::string& notice) { notices.push_back(notice); };
+  }
+  void write(const std::vector<ClipItem>& items) {
+    ASSERT_FALSE(exportHistory(store.disk(), items, {}, place, testDate()).error);
+  }
+  void takeIn() {
+    intake.takeIn(place);
+    store.dispatch().runQueued();
+  }
+
+  TestStore store;
+  TemporaryDirectory directory;
+  std::filesystem::path place = directory.path() / "export";
+  HistoryIntake intake{*store, store.dispatch(), std::make_shared<PosixFileSystem>()};
+  Texts notices;
+};
+
+TEST_F(HistoryIntakeTest, TakesAnExportInAndSaysHowMuchItWas) {
+  write({textItem("a"), textItem("b")});
+  takeIn();
+  EXPECT_EQ(store.texts(), (Texts{"a", "b"}));
+  EXPECT_EQ(notices, (Texts{"2 clips were taken in."}));
+}
+
+TEST_F(HistoryIntakeTest, SaysWhatIsNoExport) {
+  takeIn();
+  ASSERT_EQ(notices.size(), 1U);
+  EXPECT_EQ(notices[0].find("There is no exported history"), 0U);
+  EXPECT_TRUE(store.texts().empty());
+}
+
+TEST_F(HistoryIntakeTest, SaysWhenTheHistoryTakesNothingIn) {
+  write({textItem("a")});
+  store.files().fail(FaultyFileSystem::Operation::claim, std::errc::device_or_resource_busy);
+  takeIn();
+  EXPECT_EQ(notices, (Texts{"The exported history could not be taken in."}));
+  EXPECT_TRUE(store.texts().empty());
+}
+
+TEST_F(HistoryIntakeTest, IsForgottenWhenTheProgramEndsMeanwhile) {
+  write({textItem("a")});
+  {
+    HistoryIntake ending{*store, store.dispatch(), std::make_shared<PosixFileSystem>()};
+    ending.takeIn(place);
+  }
+  store.dispatch().runQueued();
+  EXPECT_TRUE(store.texts().empty());
+}
+
+}  // namespace
+}  // namespace vantorel
