@@ -1,9 +1,11 @@
 #include "platform/linux/confined/ConfinedProcess.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <pthread.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +15,7 @@
 #include <ctime>
 #include <future>
 #include <mutex>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -73,6 +76,14 @@ pid_t spawn(const std::filesystem::path& program, const std::vector<std::string>
   return error == 0 ? pid : 0;
 }
 
+/// None when it is gone.
+std::chrono::nanoseconds processorTimeOf(pid_t process) {
+  clockid_t clock{};
+  timespec time{};
+  if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0) return {};
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
 }  // namespace
 
 /// The process itself, until it has been waited for.
@@ -85,6 +96,11 @@ class ConfinedProcess::Life {
   void kill() {
     const std::lock_guard lock(mutex_);
     if (!isGone_) ::kill(pid_, SIGKILL);
+  }
+
+  void allow(std::chrono::nanoseconds more) {
+    const std::lock_guard lock(mutex_);
+    allowed_ = processorTimeOf(pid_) + more;
   }
 
   [[nodiscard]] bool isGone() {
@@ -100,6 +116,7 @@ class ConfinedProcess::Life {
   /// Waits for the end of the process first and takes its number back afterwards, under the lock:
   /// nobody ever kills another process that got the same number.
   void reap() {
+    watch();
     siginfo_t end{};
     (void)retryingInterrupted(
         [&] { return ::waitid(P_PID, static_cast<id_t>(pid_), &end, WEXITED | WNOWAIT); });
@@ -111,11 +128,24 @@ class ConfinedProcess::Life {
   }
 
  private:
+  /// Until it ends; a system without such handles leaves it to its own limits.
+  void watch() {
+    constexpr int lookAgain = 1000;  // ms
+    const FileDescriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0)));
+    pollfd ended{handle.get(), POLLIN, 0};
+    while (handle.isOpen() &&
+           retryingInterrupted([&] { return ::poll(&ended, 1, lookAgain); }) == 0) {
+      const std::lock_guard lock(mutex_);
+      if (allowed_ && processorTimeOf(pid_) > *allowed_) ::kill(pid_, SIGKILL);
+    }
+  }
+
   const pid_t pid_;
   std::mutex mutex_;
   std::condition_variable_any changed_;
   bool isGone_ = false;  // guarded, as is what follows; the number may be another process's then
   bool wentIdle_ = false;
+  std::optional<std::chrono::nanoseconds> allowed_;  // of all that it ever uses
 };
 
 std::unique_ptr<ConfinedProcess> ConfinedProcess::start(const std::filesystem::path& program,
@@ -150,12 +180,10 @@ ConfinedProcess::ConfinedProcess(std::shared_ptr<Life> life, FileDescriptor sock
 ConfinedProcess::~ConfinedProcess() { life_->kill(); }
 
 std::chrono::nanoseconds ConfinedProcess::processorTime() const {
-  clockid_t clock{};
-  timespec time{};
-  if (::clock_getcpuclockid(life_->processId(), &clock) != 0 || ::clock_gettime(clock, &time) != 0)
-    return {};
-  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+  return processorTimeOf(life_->processId());
 }
+
+void ConfinedProcess::allowProcessorTime(std::chrono::nanoseconds more) { life_->allow(more); }
 
 void ConfinedProcess::terminate() {
   life_->kill();

@@ -37,6 +37,10 @@ class ConfinedProcess {
   /// Processor time that it has used; none when it is gone.
   [[nodiscard]] std::chrono::nanoseconds processorTime() const;
 
+  /// From now on it may use so much more; then it is killed, a second later at most, whatever its
+  /// own limits say. Any thread.
+  void allowProcessorTime(std::chrono::nanoseconds more);
+
   /// Kills it; a reading that waits for it returns. Any thread, answers at once.
   void terminate();
 

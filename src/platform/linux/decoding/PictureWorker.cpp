@@ -16,6 +16,7 @@ using std::chrono::steady_clock;
 namespace {
 
 constexpr std::chrono::seconds longestDeath{1};  // of a process that has found nothing to do
+constexpr std::chrono::seconds tidyingUp{1};     // of the processor, between two pictures
 
 }  // namespace
 
@@ -84,10 +85,14 @@ std::optional<PictureReply> PictureWorker::ask(const PictureRequest& request,
     const auto deadline = steady_clock::now() + settings_.pictureLimit;
     {
       const std::stop_callback onStop(stop, [this] { process_->terminate(); });
+      process_->allowProcessorTime(settings_.processorLimit);
       const bool wasSent = sendPictureRequest(process_->socket(), request, encoded, room, deadline);
       const auto reply =
           wasSent ? receivePictureReply(process_->socket(), request, deadline) : std::nullopt;
-      if (reply) return reply;
+      if (reply) {
+        process_->allowProcessorTime(tidyingUp);
+        return reply;
+      }
     }
     const auto now = steady_clock::now();
     const bool wentIdle = wasWaiting && now < deadline &&

@@ -34,6 +34,8 @@ class PictureWorker {
     /// How long the process waits for another picture.
     std::chrono::seconds idleLimit{30};
     std::chrono::milliseconds pictureLimit{10'000};
+    /// Processor time for a picture, somewhat more than the process allows itself.
+    std::chrono::milliseconds processorLimit{25'000};
     /// So many pictures may fail within so long a time.
     std::size_t failureLimit = 5;
     std::chrono::seconds failureTime{60};

@@ -17,6 +17,7 @@ using Status = TextReply::Status;
 using std::chrono::steady_clock;
 
 constexpr std::chrono::seconds longestDeath{60};  // of a process that gets only idle time
+constexpr std::chrono::seconds tidyingUp{1};      // of the processor, between two pictures
 
 std::string joined(const std::vector<std::string>& names) {
   std::string result;
@@ -80,11 +81,15 @@ WorkerTextRecognition::Attempt WorkerTextRecognition::attempt(ByteView image, bo
                                                               const std::stop_token& stop) {
   const auto begin = steady_clock::now();
   const auto deadline = begin + settings_.pictureLimit;
+  worker_->allowProcessorTime(settings_.processorLimit);
   // Nor does a worker that gets no time take a large picture.
   const auto sentBy = share_ == Share::leftOver ? begin + settings_.patience : deadline;
   const bool wasSent = sendPicture(worker_->socket(), image, std::min(deadline, sentBy));
   if (wasSent && waitForReply(deadline, stop)) {
-    if (auto reply = receiveReply(worker_->socket(), deadline)) return {std::move(reply), false};
+    if (auto reply = receiveReply(worker_->socket(), deadline)) {
+      worker_->allowProcessorTime(tidyingUp);
+      return {std::move(reply), false};
+    }
   } else if (share_ == Share::leftOver && (wasSent || steady_clock::now() >= sentBy) &&
              steady_clock::now() < deadline) {
     share_ = Share::small;

@@ -36,6 +36,8 @@ class WorkerTextRecognition : public TextRecognition {
     /// nobody else wants, and others may want it all for long; its processor time is limited to
     /// far less.
     std::chrono::seconds pictureLimit{1800};
+    /// Processor time for a picture, somewhat more than the worker allows itself.
+    std::chrono::milliseconds processorLimit{25'000};
     /// How long a worker may be kept from working by everybody else before another takes over that
     /// asks for a small share of its own.
     std::chrono::milliseconds patience{10'000};

@@ -27,8 +27,18 @@ void answer(const PictureReply& reply) { (void)sendPictureReply(STDIN_FILENO, re
   for (;;) ::pause();
 }
 
+[[noreturn]] void computeForever() {
+  for (volatile unsigned number = 0;;) number = number + 1;
+}
+
 const std::map<std::string_view, std::function<void()>> behaviours = {
     {"silent", waitForever},
+    {"busy", computeForever},
+    {"busy-afterwards",
+     [] {
+       answer({Status::made, 10 * 10 * 4, {10, 10}, {10, 10}});
+       computeForever();
+     }},
     {"dying", [] { (void)::raise(SIGKILL); }},
     {"gone", [] { ::_exit(0); }},
     {"nonsense", [] { (void)::write(STDIN_FILENO, "nonsense nonsense nonsense", 26); }},

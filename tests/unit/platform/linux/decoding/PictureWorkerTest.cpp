@@ -90,6 +90,21 @@ TEST_F(HostileWorker, OneThatHangsIsGivenUp) {
   EXPECT_EQ(worker.processId(), 0);
 }
 
+TEST_F(HostileWorker, OneThatUsesMoreOfTheProcessorThanItMayIsEnded) {
+  auto frugal = called("busy");
+  frugal.processorLimit = std::chrono::milliseconds(100);
+  PictureWorker worker(frugal);
+  const auto begun = steady_clock::now();
+  EXPECT_EQ(worker.bitmap(picture(), {10, 10}), nullptr);
+  EXPECT_LT(steady_clock::now() - begun, settings().pictureLimit / 2);
+}
+
+TEST_F(HostileWorker, OneThatGoesOnComputingAfterItsAnswerIsEnded) {
+  PictureWorker worker(called("busy-afterwards"));
+  EXPECT_TRUE(worker.bitmap(picture(), {10, 10}));
+  EXPECT_TRUE(ThreadedDispatch::waitUntil([&] { return worker.processId() == 0; }));
+}
+
 TEST_F(HostileWorker, WhoeverWaitsForItIsFreedAtTheEnd) {
   PictureWorker worker(called("silent"));
   std::atomic<bool> isAnswered = false;
