@@ -84,11 +84,10 @@ PanelKeyDecision otherKey(const KeyEvent& event, const PanelKeyState& state) {
   return {KeyHandling::passedOn, PanelAction::typeIntoSearch};
 }
 
-/// What a button keeps that has the keyboard: what opens its menu, what would lead away from it,
-/// and what would take an entry that is not meant.
-bool isKeptByButton(KeyCode key, const PanelKeyState& state) {
-  return key == keys::space || key == keys::downArrow || key == keys::upArrow ||
-         key == keys::forwardDelete || (key == keys::deleteKey && state.searchTextEmpty);
+/// What a button keeps that has the keyboard: what opens its menu, and what would lead away from
+/// it. All else is for the selected row, as it is from the list.
+bool isKeptByButton(KeyCode key) {
+  return key == keys::space || key == keys::downArrow || key == keys::upArrow;
 }
 
 PanelKeyDecision keyByCode(const KeyEvent& event, const PanelKeyState& state) {
@@ -153,7 +152,7 @@ PanelKeyDecision decideKey(const KeyEvent& event, const PanelKeyState& state) {
   if (state.searchBarShown && state.searchFieldFocused && !leavesSearchField(event.keyCode)) {
     return passOn();
   }
-  if (state.filterButtonFocused && isKeptByButton(event.keyCode, state)) return passOn();
+  if (state.filterButtonFocused && isKeptByButton(event.keyCode)) return passOn();
   const bool arrow = event.keyCode == keys::downArrow || event.keyCode == keys::upArrow;
   if (arrow && held(event, flags::option) && state.selection) {
     return step(PanelAction::moveSelectedPin, event.keyCode == keys::downArrow ? 1 : -1);

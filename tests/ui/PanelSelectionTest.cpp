@@ -179,9 +179,6 @@ TEST_F(PanelSelection, FiltersAreReachedByTabAndOpenedByKeys) {
   press(Qt::Key_Space);
   ASSERT_NE(QApplication::activePopupWidget(), nullptr);
   QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
-  press(Qt::Key_Delete);
-  press(Qt::Key_Backspace);
-  EXPECT_EQ(store_->items().size(), 30U);
   press(Qt::Key_Tab);
   EXPECT_EQ(panel().focusWidget()->accessibleName(), QStringLiteral("Filter by app"));
   EXPECT_EQ(scrollView().offset(), 0) << "Tab leads away and scrolls nothing";

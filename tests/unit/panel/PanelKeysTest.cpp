@@ -248,13 +248,15 @@ TEST(PanelKeys, CommandCCopiesFromThePreview) {
   EXPECT_EQ(decideKey(command("c"), state), consumed(PanelAction::copyFromPreview));
 }
 
-TEST(PanelKeys, AFilterButtonKeepsWhatOpensItsMenuAndWhatWouldHarm) {
+TEST(PanelKeys, AFilterButtonKeepsWhatOpensItsMenuAndNothingElse) {
   auto state = listState();
   state.searchBarShown = true;
   state.filterButtonFocused = true;
-  for (const auto code :
-       {keys::space, keys::downArrow, keys::upArrow, keys::deleteKey, keys::forwardDelete}) {
+  for (const auto code : {keys::space, keys::downArrow, keys::upArrow}) {
     EXPECT_EQ(decideKey(key(code), state), passedOn) << code;
+  }
+  for (const auto code : {keys::deleteKey, keys::forwardDelete}) {
+    EXPECT_EQ(decideKey(key(code), state).action, PanelAction::deleteSelected) << code;
   }
   EXPECT_EQ(decideKey(key(keys::returnKey), state).action, PanelAction::pasteSelected);
   EXPECT_EQ(decideKey(key(keys::escape), state).action, PanelAction::hide);
