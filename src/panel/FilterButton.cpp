@@ -1,6 +1,7 @@
 #include "panel/FilterButton.h"
 
 #include <QAccessible>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -18,6 +19,7 @@ FilterButton::FilterButton(std::string_view name, QWidget* parent)
     : SymbolButton(side, symbolPoints, parent) {
   const auto text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
   setFocusPolicy(Qt::TabFocus);
+  setAttribute(Qt::WA_InputMethodEnabled);
   setAccessibleName(text);
   setToolTip(text);
 }
@@ -52,6 +54,12 @@ void FilterButton::keyPressEvent(QKeyEvent* event) {
   } else if (!event->isAutoRepeat()) {
     click();
   }
+}
+
+void FilterButton::inputMethodEvent(QInputMethodEvent* event) {
+  event->accept();
+  if (event->commitString().isEmpty() && event->preeditString().isEmpty()) return;
+  if (onComposed) onComposed(event->commitString());
 }
 
 }  // namespace vantorel

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <functional>
+
 #include "chrome/SymbolButton.h"
 #include "panel/FilterMenus.h"
 
 namespace vantorel {
 
 /// One of the two buttons beside the search field: opens a menu, and shows whether what was chosen
-/// there narrows the list. Tab leads to it; then Space and Down open the menu.
+/// there narrows the list. Tab leads to it; then Space and Down open the menu. Letters are for the
+/// search, also those that an input method composes of several keys.
 class FilterButton : public SymbolButton {
   Q_OBJECT
 
@@ -14,6 +17,9 @@ class FilterButton : public SymbolButton {
   static constexpr int side = 28;
 
   FilterButton(std::string_view name, QWidget* parent);
+
+  /// An input method has composed this, or has begun to compose something: then it is empty.
+  std::function<void(const QString& text)> onComposed;
 
   void setState(const FilterMenus::ButtonState& state);
 
@@ -23,6 +29,7 @@ class FilterButton : public SymbolButton {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
 
  private:
   QString value_;

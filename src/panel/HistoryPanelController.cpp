@@ -60,7 +60,10 @@ void HistoryPanelController::connectParts() {
     return handleKeyOfField(translated(event, services_.keyCodeForScanCode));
   };
   view_->list.commands = rowCommands();
-  view_->list.onComposed = [this](const QString& text) { typeComposed(text); };
+  const auto composed = [this](const QString& text) { typeComposed(text); };
+  view_->list.onComposed = composed;
+  view_->typeFilterButton.onComposed = composed;
+  view_->sourceFilterButton.onComposed = composed;
   view_->list.onMenuOpened = menuOpened;
   view_->list.onMenuClosed = menuClosed;
   filterMenus_->onMenuOpened = menuOpened;
@@ -272,7 +275,7 @@ void HistoryPanelController::openMenu(std::size_t index) {
   if (row != nullptr) row->onMenu(row->mapToGlobal(row->rect().center()));
 }
 
-/// What an input method makes of keys in the list opens the search as a letter does.
+/// What an input method makes of keys beside the search field opens it as a letter does.
 void HistoryPanelController::typeComposed(const QString& text) {
   if (!text.isEmpty() && !isPrinting(text.toStdString())) return;
   // It cannot go on composing in another place: what has been begun is handed over, and comes here.

@@ -161,6 +161,40 @@ TEST_F(PanelKeyboard, TheFirstLetterOfADeadKeyLandsInTheSearchWhole) {
   EXPECT_THAT(titles(), ElementsAre("été"));
 }
 
+TEST_F(PanelKeyboard, WhatIsComposedOnAFilterButtonGoesOnWithTheSearch) {
+  addTexts({"caf\u00e9", "cafe"});
+  open();
+  type("caf");
+  press(Qt::Key_Tab);
+  press(Qt::Key_Tab);
+  auto* button = panel().focusWidget();
+  ASSERT_NE(button, nullptr);
+  EXPECT_EQ(button->accessibleName(), QStringLiteral("Filter by type"));
+  QInputMethodQueryEvent query(Qt::ImEnabled);
+  QCoreApplication::sendEvent(button, &query);
+  EXPECT_TRUE(query.value(Qt::ImEnabled).toBool()) << "else nothing is composed at all";
+  compose(QString(), QStringLiteral("\u00e9"));
+  EXPECT_EQ(panel().focusWidget(), &searchField());
+  EXPECT_EQ(searchField().text(), QStringLiteral("caf\u00e9"));
+}
+
+TEST_F(PanelKeyboard, AFilterButtonHasItsKeysActOnTheSelectedRow) {
+  addTexts({"one", "two", "three"});
+  open();
+  press(Qt::Key_Down);
+  press(Qt::Key_F, Qt::ControlModifier);
+  press(Qt::Key_Tab);
+  press(Qt::Key_Tab);
+  ASSERT_EQ(panel().focusWidget()->accessibleName(), QStringLiteral("Filter by type"));
+  press(Qt::Key_P, Qt::ControlModifier);
+  EXPECT_TRUE(store_->items()[0].pinned());
+  EXPECT_THAT(selectedTitles(), ElementsAre("two"));
+  press(Qt::Key_Delete);
+  EXPECT_EQ(store_->items().size(), 2U);
+  press(Qt::Key_Backspace);
+  EXPECT_EQ(store_->items().size(), 1U);
+}
+
 TEST_F(PanelKeyboard, WhatBeginsToBeComposedOpensTheSearch) {
   addTexts({"one"});
   open();
