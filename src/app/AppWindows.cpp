@@ -172,6 +172,7 @@ void AppWindows::showHelpPanel(bool isFirstLaunch) {
   helpPanel_->onLaunchAtLoginChanged = [this] { helpLaunchAtLoginChanged(); };
   helpPanel_->onOtherLanguage = [this, isFirstLaunch] {
     language_ = other(language_);
+    if (privacyPanel_) showPrivacyPolicy();
     showHelpPanel(isFirstLaunch);
   };
   helpPanel_->onPrivacyPolicy = [this] { showPrivacyPolicy(); };

@@ -161,6 +161,18 @@ TEST_F(AppWindowsTest, ThePolicyOpensFromTheHelpAndReturnClosesIt) {
   EXPECT_THAT(windows<PrivacyPolicyPanel>(), IsEmpty());
 }
 
+TEST_F(AppWindowsTest, APolicyThatIsOpenChangesItsLanguageWithTheHelp) {
+  startAgain();
+  delegate->showAbout();
+  window<HelpPanel>().onOtherLanguage();
+  EXPECT_THAT(windows<PrivacyPolicyPanel>(), IsEmpty()) << "nobody asked for it";
+  delegate->showPrivacyPolicy();
+  EXPECT_EQ(window<PrivacyPolicyPanel>().windowTitle(), "Privacy Policy");
+  window<HelpPanel>().onOtherLanguage();
+  EXPECT_EQ(windows<PrivacyPolicyPanel>().size(), 1U);
+  EXPECT_EQ(window<PrivacyPolicyPanel>().windowTitle(), "מדיניות הפרטיות");
+}
+
 TEST_F(AppWindowsTest, AShortcutChangedFromTheHelpIsShownThereAtOnce) {
   startAgain();
   delegate->showAbout();
