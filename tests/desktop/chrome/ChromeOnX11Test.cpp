@@ -236,12 +236,17 @@ TEST_F(ChromeOnX11, APanelThatComesUpAgainKnowsWhereThePointerIsNow) {
   QCursor::setPos(onTheButton);
   panel.makeKeyAndOrderFront();
   ASSERT_TRUE(QTest::qWaitFor([&] { return button->underMouse(); }));
-  panel.hide();
+  // The toolkit makes one of a leaving and a coming back that it hears of at once.
+  const auto hide = [&panel] {
+    panel.hide();
+    return QTest::qWaitFor([&panel] { return !panel.windowHandle()->isExposed(); });
+  };
+  ASSERT_TRUE(hide());
   QCursor::setPos(elsewhere);
   panel.makeKeyAndOrderFront();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
   EXPECT_FALSE(button->underMouse());
-  panel.hide();
+  ASSERT_TRUE(hide());
   QCursor::setPos(onTheButton);
   panel.makeKeyAndOrderFront();
   EXPECT_TRUE(QTest::qWaitFor([&] { return button->underMouse(); }));
