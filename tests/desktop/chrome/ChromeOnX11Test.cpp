@@ -177,6 +177,10 @@ TEST_F(ChromeOnX11, APanelHasAShadowRightBelowItThatIsNoPartOfIt) {
       [&] { return frame(shadow()).topLeft() == QPoint(320 - reach, 240 - reach); }));
   panel.hide();
   EXPECT_TRUE(QTest::qWaitFor([&] { return shadow() == XCB_WINDOW_NONE; }));
+  panel.makeKeyAndOrderFront();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shadow() != XCB_WINDOW_NONE; }));
+  EXPECT_EQ(frame(shadow()).topLeft(), QPoint(320 - reach, 240 - reach));
+  EXPECT_TRUE(isRightBelow(shadow(), panel)) << "in the next showing, too";
 }
 
 TEST_F(ChromeOnX11, ACompositorThatShadesWindowsIsLeftToThat) {
