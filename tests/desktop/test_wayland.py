@@ -42,7 +42,7 @@ class Session(SwayTestCase):
         self.vantorel.wait_for_row("while it is open")
 
     def test_a_start_does_not_complain_of_the_shortcut(self):
-        self.vantorel.start(capturing=False)
+        self.start()
         self.vantorel.command("--toggle")
         self.vantorel.wait_for_panel()
         self.assertNotIn("Could not enable the keyboard shortcut.", self.desktop.windows.titles())
