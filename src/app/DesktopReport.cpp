@@ -62,14 +62,14 @@ Finding sources(const DesktopFacts& facts) {
     says = isNative ? "none is told" : "none is told but X11 programs";
     says += ": where other copies come from is unknown";
   }
-  return {.subject = "Applications",
-          .weight = Weight::extra,
-          .isThere = areTold,
-          .says = std::move(says),
-          .remedy =
-              facts.wantsInstalledPrograms
-                  ? "This compositor tells them to installed programs alone: install Vantorel."
-                  : "Excluding an application cannot keep its copies out; pause instead."};
+  return {
+      .subject = "Applications",
+      .weight = Weight::extra,
+      .isThere = areTold,
+      .says = std::move(says),
+      .remedy = facts.wantsInstalledPrograms
+                    ? "This compositor tells them to installed programs alone: install Vantorel."
+                    : "Excluding an application cannot keep its copies out; pause instead."};
 }
 
 Finding bus(const DesktopFacts& facts) {

@@ -48,7 +48,8 @@ std::optional<ToolFailure> importHere(Dispatch& dispatch, const std::filesystem:
   OpenKeyring keyring(dispatch);
   if (!keyring.trouble().empty()) return ToolFailure{ToolStatus::noKey, keyring.trouble()};
   HistoryLock lock;
-  PosixFileSystem files(setNoDump, [&lock](const auto& directory) { return lock.claim(directory); });
+  PosixFileSystem files(setNoDump,
+                        [&lock](const auto& directory) { return lock.claim(directory); });
   std::vector<ClipItem> items;
   std::shared_ptr<SecureStorage> storage;
   {

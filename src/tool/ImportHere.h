@@ -17,8 +17,8 @@ struct ToolFailure {
 };
 
 /// Takes clips into the history of a user whose program does not run; holds it meanwhile, so that
-/// none that starts writes to it too. Where there is no history yet, one begins. They are saved when
-/// this returns, or nothing was changed.
+/// none that starts writes to it too. Where there is no history yet, one begins. They are saved
+/// when this returns, or nothing was changed.
 [[nodiscard]] std::optional<ToolFailure> importHere(Dispatch& dispatch,
                                                     const std::filesystem::path& dataHome,
                                                     const std::vector<ImportedClip>& clips);

@@ -126,8 +126,8 @@ std::optional<ExportedFile> fileOf(const Value& value) {
   auto name = textOf(value, "name");
   auto sha256 = textOf(value, "sha256");
   const auto formName = textOf(value, "form");
-  const auto* const form = std::find_if(
-      forms.begin(), forms.end(), [&](const auto& each) { return formName == each.second; });
+  const auto* const form = std::find_if(forms.begin(), forms.end(),
+                                        [&](const auto& each) { return formName == each.second; });
   if (!name || !isPlainName(*name) || !sha256 || form == forms.end()) return std::nullopt;
   return ExportedFile{std::move(*name), form->first, std::move(*sha256)};
 }
@@ -168,8 +168,7 @@ std::string manifestJson(const std::vector<ExportedEntry>& entries, Date exporte
 }
 
 std::optional<std::vector<ExportedEntry>> readManifest(ByteView json) {
-  constexpr unsigned flags =
-      rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+  constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
   rapidjson::MemoryStream stream(reinterpret_cast<const char*>(json.data()), json.size());
   rapidjson::Document document;
   document.ParseStream<flags>(stream);

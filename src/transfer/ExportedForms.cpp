@@ -81,16 +81,14 @@ std::optional<ImportedClip> textClip(const ExportedClip& clip, const SourceApp& 
   return result;
 }
 
-std::optional<ImportedClip> filesClip(const ExportedClip& clip, const SourceApp& source,
-                                      Date now) {
+std::optional<ImportedClip> filesClip(const ExportedClip& clip, const SourceApp& source, Date now) {
   const Bytes* const bytes = contentsOf(clip, Form::paths);
   auto paths = bytes != nullptr ? pathsOfLines(textOf(*bytes)) : std::nullopt;
   if (!paths) return std::nullopt;
   return ImportedClip{.item = filesEntry(std::move(*paths), source, now), .picture = {}};
 }
 
-std::optional<ImportedClip> imageClip(const ExportedClip& clip, const SourceApp& source,
-                                      Date now) {
+std::optional<ImportedClip> imageClip(const ExportedClip& clip, const SourceApp& source, Date now) {
   constexpr std::size_t longestPreview = 100;
   const Bytes* const bytes = contentsOf(clip, Form::picture);
   const auto extension = bytes != nullptr ? pictureExtension(*bytes) : std::nullopt;

@@ -19,8 +19,8 @@ class UnfinishedExport {
   UnfinishedExport(FileSystem& files, const Path& place)
       : files_(files),
         place_(place),
-        directory_(place.parent_path() / ("." + place.filename().string() + "." +
-                                          Uuid::random().string() + ".tmp")) {}
+        directory_(place.parent_path() /
+                   ("." + place.filename().string() + "." + Uuid::random().string() + ".tmp")) {}
   ~UnfinishedExport() {
     for (const Path& path : written_) (void)files_.remove(path);
     if (isMade_) (void)files_.remove(directory_);
@@ -76,8 +76,8 @@ ExportResult exportHistory(FileSystem& files, const std::vector<ClipItem>& items
   std::vector<ExportedEntry> entries;
   std::size_t number = 0;
   for (const ClipItem& item : items) {
-    auto clip = exported(item, ++number,
-                         item.kind == ClipKind::image ? pictureOf(item) : std::nullopt);
+    auto clip =
+        exported(item, ++number, item.kind == ClipKind::image ? pictureOf(item) : std::nullopt);
     if (!clip) {
       ++result.missing;
       continue;

@@ -12,8 +12,8 @@
 namespace vantorel {
 
 struct ExportResult {
-  FileSystem::Error error;        // nothing is left of an export that failed
-  std::size_t missing = 0;        // image entries without their picture, which were left out
+  FileSystem::Error error;  // nothing is left of an export that failed
+  std::size_t missing = 0;  // image entries without their picture, which were left out
 };
 
 /// The encoded picture of an image entry, if it can be had.

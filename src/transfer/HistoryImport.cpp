@@ -14,7 +14,9 @@ namespace {
 
 constexpr std::uint64_t largestManifest = std::uint64_t{64} << 20U;
 
-ExportReading trouble(std::string sentence) { return {.clips = {}, .trouble = std::move(sentence)}; }
+ExportReading trouble(std::string sentence) {
+  return {.clips = {}, .trouble = std::move(sentence)};
+}
 
 }  // namespace
 

@@ -58,8 +58,9 @@ TEST_F(GnomeCommandShortcutsTest, TheCommandStandsInTheListUntilItIsTakenOut) {
   EXPECT_FALSE(shortcuts->isSet());
   EXPECT_TRUE(shortcuts->set(superShiftV, "'/a b/vantorel' --toggle"));
   EXPECT_TRUE(shortcuts->isSet());
-  EXPECT_THAT(kept(), HasSubstr("custom-keybindings=['/org/gnome/settings-daemon/plugins/media-keys/"
-                                "custom-keybindings/vantorel/']"));
+  EXPECT_THAT(kept(),
+              HasSubstr("custom-keybindings=['/org/gnome/settings-daemon/plugins/media-keys/"
+                        "custom-keybindings/vantorel/']"));
   EXPECT_THAT(kept(), HasSubstr("binding='<Super><Shift>v'"));
   EXPECT_THAT(kept(), HasSubstr(R"(command="'/a b/vantorel' --toggle")"));
   EXPECT_TRUE(shortcuts->remove());
@@ -72,9 +73,11 @@ TEST_F(GnomeCommandShortcutsTest, OtherKeysReplaceTheOldOnes) {
   auto shortcuts = GnomeCommandShortcuts::open();
   ASSERT_TRUE(shortcuts);
   EXPECT_TRUE(shortcuts->set(superShiftV, "vantorel --toggle"));
-  EXPECT_TRUE(shortcuts->set({49, hotkeys::option | hotkeys::control, "Space"}, "vantorel --toggle"));
-  EXPECT_THAT(kept(), HasSubstr("custom-keybindings=['/org/gnome/settings-daemon/plugins/media-keys/"
-                                "custom-keybindings/vantorel/']"));
+  EXPECT_TRUE(
+      shortcuts->set({49, hotkeys::option | hotkeys::control, "Space"}, "vantorel --toggle"));
+  EXPECT_THAT(kept(),
+              HasSubstr("custom-keybindings=['/org/gnome/settings-daemon/plugins/media-keys/"
+                        "custom-keybindings/vantorel/']"));
   EXPECT_THAT(kept(), HasSubstr("binding='<Alt><Control>space'"));
 }
 

@@ -27,7 +27,8 @@ std::string keymap(const std::string& first, const std::string& second) {
   return "xkb_keymap { xkb_keycodes { minimum = 8; maximum = 255; <ONE> = 55; <TWO> = 60; };"
          "xkb_types { type \"ONE_LEVEL\" { modifiers = none; level_name[Level1] = \"Any\"; }; };"
          "xkb_compatibility { };"
-         "xkb_symbols { key <ONE> { [ " + first + " ] }; key <TWO> { [ " + second + " ] }; }; };";
+         "xkb_symbols { key <ONE> { [ " +
+         first + " ] }; key <TWO> { [ " + second + " ] }; }; };";
 }
 
 class FakeInputTest : public testing::Test {
@@ -136,8 +137,8 @@ TEST_F(FakeInputOfAnEarlierKwin, EveryModifierIsLetGoFirst) {
   open();
   EXPECT_EQ(press(), Outcome::pressed);
   EXPECT_THAT(kwin.pressed(),
-              ElementsAre("up 42", "up 54", "up 29", "up 97", "up 56", "up 100", "up 125",
-                          "up 126", "down 29", "down 47", "up 47", "up 29"));
+              ElementsAre("up 42", "up 54", "up 29", "up 97", "up 56", "up 100", "up 125", "up 126",
+                          "down 29", "down 47", "up 47", "up 29"));
 }
 
 TEST(FakeInput, WhereKeysAreNotTakenThereIsNone) {

@@ -76,15 +76,15 @@ struct FakeKwin::Protocols {
 
   static void fetchStates(wl_client* /*client*/, wl_resource* states) {
     for (const auto& [key, isHeld] : of(states).held_) {
-      org_kde_kwin_keystate_send_stateChanged(
-          states, key, isHeld ? ORG_KDE_KWIN_KEYSTATE_STATE_PRESSED : 0);
+      org_kde_kwin_keystate_send_stateChanged(states, key,
+                                              isHeld ? ORG_KDE_KWIN_KEYSTATE_STATE_PRESSED : 0);
     }
   }
   static constexpr struct org_kde_kwin_keystate_interface statesCalls { fetchStates, destroy };
   static void statesGone(wl_resource* states) { of(states).states_ = nullptr; }
   static void bindStates(wl_client* client, void* self, std::uint32_t version, std::uint32_t id) {
-    auto* const made = wl_resource_create(client, &org_kde_kwin_keystate_interface,
-                                          static_cast<int>(version), id);
+    auto* const made =
+        wl_resource_create(client, &org_kde_kwin_keystate_interface, static_cast<int>(version), id);
     wl_resource_set_implementation(made, &statesCalls, self, statesGone);
     static_cast<FakeKwin*>(self)->states_ = made;
   }

@@ -30,7 +30,8 @@ struct FakeSeat::Protocols {
   static constexpr struct wl_seat_interface seatCalls { nullptr, getKeyboard, nullptr, nullptr };
   static void seatGone(wl_resource* seat) { std::erase(of(seat).seats_, seat); }
   static void bind(wl_client* client, void* self, std::uint32_t version, std::uint32_t id) {
-    auto* const made = wl_resource_create(client, &wl_seat_interface, static_cast<int>(version), id);
+    auto* const made =
+        wl_resource_create(client, &wl_seat_interface, static_cast<int>(version), id);
     wl_resource_set_implementation(made, &seatCalls, self, seatGone);
     of(made).seats_.push_back(made);
     of(made).tell(made);

@@ -78,8 +78,8 @@ TEST_F(PlasmaWindowsTest, AWindowIsBroughtToTheFrontByItsToken) {
   kwin.open("org.kde.konsole");
   ASSERT_TRUE(waitForFront("org.kde.konsole"));
   EXPECT_TRUE(windows->activate(windows->all().back().token));
-  EXPECT_TRUE(waitUntil(
-      [&] { return kwin.activations() == std::vector<std::string>{"org.kde.kwrite"}; }));
+  EXPECT_TRUE(
+      waitUntil([&] { return kwin.activations() == std::vector<std::string>{"org.kde.kwrite"}; }));
 }
 
 TEST_F(PlasmaWindowsTest, AClosedWindowIsNotFoundAgainUnderItsToken) {

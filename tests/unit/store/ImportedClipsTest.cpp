@@ -101,10 +101,10 @@ TEST(ImportedClips, AreCutToTheLimits) {
   TestStore store({.maxItems = 3, .maxAge = Seconds(100)});
   store.dispatch().setNow(testDate(200));
   EXPECT_TRUE(store->takeIn({{textItem("a", testDate(190)), {}},
-                 {textItem("b", testDate(180)), {}},
-                 {textItem("c", testDate(170)), {}},
-                 {textItem("d", testDate(160)), {}},
-                 {textItem("too old", testDate(90)), {}}}));
+                             {textItem("b", testDate(180)), {}},
+                             {textItem("c", testDate(170)), {}},
+                             {textItem("d", testDate(160)), {}},
+                             {textItem("too old", testDate(90)), {}}}));
   EXPECT_EQ(store.texts(), (Texts{"a", "b", "c"}));
 }
 

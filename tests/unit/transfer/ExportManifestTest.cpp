@@ -97,7 +97,8 @@ TEST(ExportManifest, WhatIsNoneOrOfALaterVersionIsNotRead) {
 
 TEST(ExportManifest, WhatIsCutOrNoJsonIsNotRead) {
   const std::string json = manifestJson(entries(), testDate());
-  for (const std::size_t length : {std::size_t{0}, std::size_t{1}, json.size() / 2, json.size() - 3})
+  for (const std::size_t length :
+       {std::size_t{0}, std::size_t{1}, json.size() / 2, json.size() - 3})
     EXPECT_FALSE(readManifest(bytesOf(json.substr(0, length)))) << length;
   for (const std::string_view text : {"[]", "null", "7", "\"\"", "{}", "\xff{}"})
     EXPECT_FALSE(readManifest(bytesOf(text))) << text;

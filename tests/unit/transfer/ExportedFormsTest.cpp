@@ -102,7 +102,9 @@ TEST(ExportedForms, NothingWasCopiedLaterThanNow) {
 }
 
 TEST(ExportedForms, AKindWithoutItsFileIsRefused) {
-  const auto bytes = [](std::string_view text) { return std::make_shared<const Bytes>(toBytes(text)); };
+  const auto bytes = [](std::string_view text) {
+    return std::make_shared<const Bytes>(toBytes(text));
+  };
   for (const auto& [kind, form, contents] :
        std::vector<std::tuple<ClipKind, Form, std::string>>{{ClipKind::text, Form::html, "<p>"},
                                                             {ClipKind::text, Form::text, " \n"},

@@ -45,9 +45,8 @@ std::unique_ptr<Workspace> WaylandPorts::openWorkspace(const Session& session) {
 }
 
 std::unique_ptr<SyntheticInput> WaylandPorts::openInput(const Session& session) {
-  auto keyboard = toplevels_ == nullptr
-                      ? nullptr
-                      : openKeyboard(toplevels_->thread(), session.connectAgain());
+  auto keyboard =
+      toplevels_ == nullptr ? nullptr : openKeyboard(toplevels_->thread(), session.connectAgain());
   if (!keyboard) return std::make_unique<AbsentSyntheticInput>();
   return std::make_unique<ToplevelInput>(
       ToplevelInput::Services{

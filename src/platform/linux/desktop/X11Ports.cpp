@@ -75,10 +75,9 @@ std::unique_ptr<SyntheticInput> X11Ports::openX11Input() const {
 
 std::unique_ptr<SyntheticInput> X11Ports::openInput(const Session& session) const {
   auto x11 = openX11Input();
-  auto keyboard =
-      compositorWorkspace_
-          ? openKeyboard(compositorWorkspace_->windows().thread(), session.connectAgain())
-          : nullptr;
+  auto keyboard = compositorWorkspace_ ? openKeyboard(compositorWorkspace_->windows().thread(),
+                                                      session.connectAgain())
+                                       : nullptr;
   if (!keyboard) return x11;
   auto toplevels = std::make_unique<ToplevelInput>(
       ToplevelInput::Services{

@@ -22,6 +22,17 @@ using ValidatingWriter =
     rapidjson::Writer<rapidjson::StringBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>,
                       rapidjson::CrtAllocator, rapidjson::kWriteValidateEncodingFlag>;
 
+bool writeString(ValidatingWriter& writer, std::string_view text) {
+  return writer.String(text.data(), static_cast<unsigned>(text.size()));
+}
+
+std::optional<std::string> quotedText(std::string_view text) {
+  rapidjson::StringBuffer buffer;
+  ValidatingWriter writer(buffer);
+  if (!writeString(writer, text)) return std::nullopt;
+  return std::string(buffer.GetString(), buffer.GetSize());
+}
+
 /// Follows the reader through one object and cuts its members' values out of the text. Answering
 /// false ends the reading.
 class MemberCollector {
@@ -39,7 +50,10 @@ class MemberCollector {
   bool Uint64(std::uint64_t /*value*/) { return valueEnded(); }
   bool Double(double /*value*/) { return valueEnded(); }
   bool RawNumber(const char* /*value*/, unsigned /*length*/, bool /*copy*/) { return valueEnded(); }
-  bool String(const char* /*value*/, unsigned /*length*/, bool /*copy*/) { return valueEnded(); }
+  // The reader lets half of a pair of surrogates pass, which could not be written again.
+  bool String(const char* value, unsigned length, bool /*copy*/) {
+    return isJsonKey({value, length}) && valueEnded();
+  }
   bool StartObject() { return ++depth_ <= maximumJsonDepth; }
   bool EndObject(unsigned /*count*/) {
     --depth_;
@@ -53,6 +67,7 @@ class MemberCollector {
 
   bool Key(const char* name, unsigned length, bool /*copy*/) {
     if (depth_ != 1) return true;
+    if (!isJsonKey({name, length})) return false;
     members_.push_back({std::string(name, length), {}});
     valueBegin_ = stream_.Tell();
     return keys_.insert(members_.back().key).second;
@@ -91,10 +106,6 @@ std::string stringOf(const rapidjson::Value& value) {
   return {value.GetString(), value.GetStringLength()};
 }
 
-bool writeString(ValidatingWriter& writer, std::string_view text) {
-  return writer.String(text.data(), static_cast<unsigned>(text.size()));
-}
-
 bool write(ValidatingWriter& writer, bool value) { return writer.Bool(value); }
 bool write(ValidatingWriter& writer, std::int64_t value) { return writer.Int64(value); }
 bool write(ValidatingWriter& writer, double value) { return writer.Double(value); }
@@ -110,13 +121,6 @@ bool write(ValidatingWriter& writer, const std::vector<std::string>& values) {
     if (!writeString(writer, value)) return false;
   }
   return writer.EndArray();
-}
-
-std::optional<std::string> quotedText(std::string_view text) {
-  rapidjson::StringBuffer buffer;
-  ValidatingWriter writer(buffer);
-  if (!writeString(writer, text)) return std::nullopt;
-  return std::string(buffer.GetString(), buffer.GetSize());
 }
 
 }  // namespace

@@ -75,8 +75,7 @@ constexpr std::array modifiers = {
 std::unique_ptr<GnomeCommandShortcuts> GnomeCommandShortcuts::open() {
   // The library ends the process that asks for settings which are not installed.
   if (!hasSchema(listSchema) || !hasSchema(entrySchema) || !areKept()) return nullptr;
-  return std::unique_ptr<GnomeCommandShortcuts>(
-      new GnomeCommandShortcuts());
+  return std::unique_ptr<GnomeCommandShortcuts>(new GnomeCommandShortcuts());
 }
 
 bool GnomeCommandShortcuts::isSet() const {
@@ -86,10 +85,10 @@ bool GnomeCommandShortcuts::isSet() const {
 
 bool GnomeCommandShortcuts::set(const HotKeyCombination& keys, const std::string& command) {
   const auto entry = ownEntry();
-  const bool written = g_settings_set_string(entry.get(), "name", "Vantorel") != FALSE &&
-                       g_settings_set_string(entry.get(), "command", command.c_str()) != FALSE &&
-                       g_settings_set_string(entry.get(), "binding",
-                                             gnomeAccelerator(keys).c_str()) != FALSE;
+  const bool written =
+      g_settings_set_string(entry.get(), "name", "Vantorel") != FALSE &&
+      g_settings_set_string(entry.get(), "command", command.c_str()) != FALSE &&
+      g_settings_set_string(entry.get(), "binding", gnomeAccelerator(keys).c_str()) != FALSE;
   if (!written || isSet()) return written;
   auto all = places();
   all.emplace_back(ownPlace);

@@ -133,6 +133,8 @@ TEST_F(JsonUserDefaultsTest, SetsADamagedFileAsideWhenItBeginsAnew) {
   const std::string nested = R"({"a":)" + std::string(65, '[') + std::string(65, ']') + "}";
   for (const std::string& text : std::vector<std::string>{"",
                                                           "not json",
+                                                          R"({"\udedd": 1, "\udede": 2})",
+                                                          R"({"a": "\udedd"})",
                                                           "[]",
                                                           "[1, 2]",
                                                           "1",
