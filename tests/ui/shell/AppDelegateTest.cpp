@@ -31,14 +31,18 @@ void AppDelegateTest::copy(const std::string& text) {
   desktop.dispatch.runQueued();
 }
 
-std::vector<std::string> AppDelegateTest::history() {
+std::vector<ClipItem> AppDelegateTest::entries() {
   AbsentTextRecognition recognition;
   const auto queue = desktop.dispatch.serialQueue("test.recognition");
   const ClipStore onDisk({desktop.dispatch, desktop.files, desktop.keychain,
                           desktop.ports().applicationSupport, recognition, *queue},
                          std::nullopt, nullptr, {});
+  return onDisk.items();
+}
+
+std::vector<std::string> AppDelegateTest::history() {
   std::vector<std::string> texts;
-  for (const ClipItem& item : onDisk.items())
+  for (const ClipItem& item : entries())
     texts.push_back(item.text ? item.text->get() : item.preview);
   return texts;
 }

@@ -29,7 +29,9 @@ class AppDelegateTest : public testing::Test {
 
   /// Another program copies a text, a second after whatever was before.
   void copy(const std::string& text);
-  /// What the history on the disk holds, newest first, pins on top.
+  /// The history on the disk, newest first, pins on top.
+  [[nodiscard]] std::vector<ClipItem> entries();
+  /// What it holds, newest first, pins on top.
   [[nodiscard]] std::vector<std::string> history();
   /// Brings an application to the front, announced.
   void bringToFront(const std::string& bundleIdentifier, const std::string& name);

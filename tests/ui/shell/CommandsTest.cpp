@@ -432,5 +432,28 @@ TEST_F(Commands, AMenuThatIsOpenGivesWayToTheNext) {
   window("Vantorel Menu")->close();
 }
 
+TEST_F(Commands, AnEntryIsCopiedByItsIdentityAndNotRecordedAnew) {
+  copy("older");
+  copy("newer");
+  const auto entry = entries().at(1);
+  const auto writes = desktop.pasteboard.writes().size();
+  delegate->copyEntry(entry.id.string());
+  ASSERT_EQ(desktop.pasteboard.writes().size(), writes + 2);
+  EXPECT_EQ(desktop.pasteboard.writes().back().item.string, "older");
+  EXPECT_THAT(toasts(), Contains("Copied to clipboard. Press Ctrl+V to paste."));
+  desktop.dispatch.advance(Seconds(1));
+  EXPECT_THAT(history(), ElementsAre("newer", "older"));
+}
+
+TEST_F(Commands, WhatIsNoEntryIsNotCopied) {
+  copy("kept");
+  const auto writes = desktop.pasteboard.writes().size();
+  for (const char* const identity : {"", "1", "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}) {
+    delegate->copyEntry(identity);
+    EXPECT_THAT(toasts(), Contains("This item is no longer available.")) << identity;
+  }
+  EXPECT_EQ(desktop.pasteboard.writes().size(), writes);
+}
+
 }  // namespace
 }  // namespace vantorel
