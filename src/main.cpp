@@ -75,7 +75,10 @@ int main(int argc, char** argv) {
   const auto quit = [] { QCoreApplication::exit(0); };
   const TerminationSignals terminationSignals(dispatch, quit);
   Program program(line.request(), quit);
-  PortalColorScheme portal(dispatch, closeProcess);
+  using Questions = PortalColorScheme::Questions;
+  const bool isWayland = session.windows == Session::Windows::wayland;
+  PortalColorScheme portal(dispatch, isWayland ? Questions::allSettings : Questions::colors,
+                           closeProcess);
   SecretServiceKeychain keychain(dispatch);
   keychain.onSecretAhead([&portal] {
     portal.waitUntilAsked();

@@ -43,7 +43,7 @@ struct LinuxDesktop::Ports {
         bus(services.bus),
         historyLock(services.historyLock),
         isInsideWayland(session.windows == Session::Windows::xwayland),
-        windows(openWindows(std::move(session))) {}
+        windows(openWindows(services.portal, std::move(session))) {}
 
   Dispatch& dispatch;
   Keychain& keychain;
@@ -80,8 +80,9 @@ struct LinuxDesktop::Ports {
   std::optional<DesktopColors> colors;
   std::unique_ptr<GnomeCommandShortcuts> commandShortcuts = openCommandShortcuts();
 
-  [[nodiscard]] std::unique_ptr<WindowPorts> openWindows(Session session) {
-    const WindowPorts::Services services{dispatch, bus, images,
+  [[nodiscard]] std::unique_ptr<WindowPorts> openWindows(PortalColorScheme& portal,
+                                                         Session session) {
+    const WindowPorts::Services services{dispatch, bus, portal, images,
                                          installedIconThemes(ownProgramPath())};
     if (session.windows == Session::Windows::wayland) {
       return WaylandPorts::open(services, std::move(session));

@@ -1,8 +1,7 @@
 #include "platform/linux/desktop/PortalSettings.h"
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QVariant>
 #include <utility>
 
 #include "platform/linux/bus/SessionBus.h"
@@ -24,12 +23,11 @@ QVariant unwrapped(QVariant value) {
 
 }  // namespace
 
-PortalSettings::PortalSettings(SessionBus& bus) : bus_(bus) {
-  portalWatcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
-  portalWatcher_.addWatchedService(portalService);
-  connect(&portalWatcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { askAll(); });
+PortalSettings::PortalSettings(SessionBus& bus, PortalColorScheme& portal) : bus_(bus) {
   connect(&bus_, &SessionBus::rejoined, this, [this] { joinBus(); });
   joinBus();
+  portal.observeOthers(
+      life_.guard([this](const PortalColorScheme::OtherSettings& told) { take(told); }));
 }
 
 PortalSettings::~PortalSettings() = default;
@@ -47,53 +45,34 @@ std::string PortalSettings::iconTheme() const {
 void PortalSettings::joinBus() {
   auto bus = bus_.connection();
   if (!bus) return;
-  portalWatcher_.setConnection(*bus);
   bus->connect(portalService, portalPath, portalInterface, QStringLiteral("SettingChanged"), this,
                SLOT(settingChanged(QDBusMessage)));
-  askAll();
-}
-
-void PortalSettings::askAll() {
-  ask(appearance, QStringLiteral("contrast"));
-  for (const auto* name : {"enable-animations", "gtk-theme", "icon-theme"})
-    ask(desktopInterface, name);
-}
-
-/// Without starting a portal for it: where there is one, it runs or will. A portal that refuses the
-/// closed process still tells of changes.
-void PortalSettings::ask(const QString& space, const QString& name) {
-  const auto bus = bus_.connection();
-  if (!bus) return;
-  auto call = QDBusMessage::createMethodCall(portalService, portalPath, portalInterface,
-                                             QStringLiteral("Read"));
-  call.setAutoStartService(false);
-  call << space << name;
-  auto* pending = new QDBusPendingCallWatcher(bus->asyncCall(call), this);
-  connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, space, name] {
-    const QDBusPendingReply<QVariant> reply = *pending;
-    pending->deleteLater();
-    if (!reply.isError()) take(space, name, reply.value());
-  });
 }
 
 void PortalSettings::settingChanged(const QDBusMessage& signal) {
   const auto arguments = signal.arguments();
   if (arguments.size() != 3) return;
-  take(arguments[0].toString(), arguments[1].toString(), arguments[2]);
+  const auto space = arguments[0].toString();
+  const auto name = arguments[1].toString();
+  const auto value = unwrapped(arguments[2]);
+  const auto is = [&](const char* wantedSpace, const char* wantedName) {
+    return space == QLatin1String(wantedSpace) && name == QLatin1String(wantedName);
+  };
+  PortalColorScheme::OtherSettings told;
+  if (is(appearance, "contrast")) told.contrast = value.toUInt();
+  if (is(desktopInterface, "enable-animations")) told.animations = value.toBool();
+  if (is(desktopInterface, "gtk-theme")) told.theme = value.toString().toStdString();
+  if (is(desktopInterface, "icon-theme")) told.iconTheme = value.toString().toStdString();
+  take(told);
 }
 
-void PortalSettings::take(const QString& space, const QString& name, const QVariant& value) {
-  const auto said = unwrapped(value);
-  if (space == QLatin1String(appearance) && name == QLatin1String("contrast")) {
-    highContrast_ = said.toUInt() == 1;
-  } else if (space != QLatin1String(desktopInterface)) {
-    return;
-  } else if (name == QLatin1String("enable-animations")) {
-    reduceMotion_ = said.typeId() == QMetaType::Bool && !said.toBool();
-  } else {
+void PortalSettings::take(const PortalColorScheme::OtherSettings& told) {
+  if (told.contrast) highContrast_ = *told.contrast == 1;
+  if (told.animations) reduceMotion_ = !*told.animations;
+  {
     const std::lock_guard lock(mutex_);
-    if (name == QLatin1String("gtk-theme")) theme_ = said.toString().toStdString();
-    if (name == QLatin1String("icon-theme")) iconTheme_ = said.toString().toStdString();
+    if (told.theme) theme_ = *told.theme;
+    if (told.iconTheme) iconTheme_ = *told.iconTheme;
   }
   observers_.notify();
 }

@@ -1,30 +1,29 @@
 #pragma once
 
 #include <QDBusMessage>
-#include <QDBusServiceWatcher>
 #include <QObject>
-#include <QString>
-#include <QVariant>
 #include <memory>
 #include <mutex>
 #include <string>
 
+#include "base/Lifetime.h"
 #include "platform/Observers.h"
+#include "platform/linux/desktop/PortalColorScheme.h"
 #include "platform/linux/windows/DesktopSettings.h"
 
 namespace vantorel {
 
 class SessionBus;
 
-/// What the desktop's portal tells of the user's settings: animations switched off mean reduced
-/// motion, more contrast means reduced transparency. Without a portal nothing is known. Main
-/// thread, where nothing else is said.
+/// What the desktop's portal told of the user's settings at the start, and tells when they change:
+/// animations switched off mean reduced motion, more contrast means reduced transparency. Without a
+/// portal nothing is known. Main thread, where nothing else is said.
 class PortalSettings : public QObject, public DesktopSettings {
   Q_OBJECT
 
  public:
-  /// `bus` outlives this.
-  explicit PortalSettings(SessionBus& bus);
+  /// Both outlive this.
+  PortalSettings(SessionBus& bus, PortalColorScheme& portal);
   ~PortalSettings() override;
   PortalSettings(const PortalSettings&) = delete;
   PortalSettings& operator=(const PortalSettings&) = delete;
@@ -37,16 +36,12 @@ class PortalSettings : public QObject, public DesktopSettings {
   [[nodiscard]] std::string theme() const override;
   [[nodiscard]] std::string iconTheme() const override;
 
-  /// One setting has that value, whoever says so.
-  void take(const QString& space, const QString& name, const QVariant& value);
-
  private slots:
   void settingChanged(const QDBusMessage& signal);
 
  private:
   void joinBus();
-  void askAll();
-  void ask(const QString& space, const QString& name);
+  void take(const PortalColorScheme::OtherSettings& told);
 
   SessionBus& bus_;
   bool reduceMotion_ = false;
@@ -55,7 +50,7 @@ class PortalSettings : public QObject, public DesktopSettings {
   mutable std::mutex mutex_;
   std::string theme_;      // guarded
   std::string iconTheme_;  // guarded
-  QDBusServiceWatcher portalWatcher_;
+  Lifetime life_;
 };
 
 }  // namespace vantorel

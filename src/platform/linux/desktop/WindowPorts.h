@@ -19,6 +19,7 @@
 
 namespace vantorel {
 
+class PortalColorScheme;
 class SessionBus;
 
 /// The ports that depend on what the session has for windows, one implementation for each. Main
@@ -28,6 +29,7 @@ class WindowPorts {
   struct Services {
     Dispatch& dispatch;
     SessionBus& bus;
+    PortalColorScheme& portal;
     const ImageDecoder& images;
     std::filesystem::path iconThemes;  // where the program's own icons were installed
   };
