@@ -105,6 +105,19 @@ std::vector<Look> panelLooks() {
              openPinned(scene);
              scene.type("fire");
            }),
+      look("list-with-the-keyboard",
+           [](PanelScene& scene) {
+             openPinned(scene);
+             scene.press(Qt::Key_F, Qt::ControlModifier);
+             scene.press(Qt::Key_Tab);
+           }),
+      look("filter-with-the-keyboard",
+           [](PanelScene& scene) {
+             openPinned(scene);
+             scene.press(Qt::Key_F, Qt::ControlModifier);
+             scene.press(Qt::Key_Tab);
+             scene.press(Qt::Key_Tab);
+           }),
       look("nothing-found",
            [](PanelScene& scene) {
              openMixed(scene);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEnterEvent>
+#include <QHelpEvent>
 #include <QTest>
 #include <QWindow>
 #include <fstream>
@@ -32,6 +33,14 @@ ClipItem videoItem(const std::string& path) {
 ClipItem from(ClipItem item, const char* app) {
   item.sourceBundleIdentifier = app;
   return item;
+}
+
+FilterButton& filter(const char* accessibleName) {
+  const auto buttons = PanelScene::panel()->findChildren<FilterButton*>();
+  for (auto* button : buttons) {
+    if (button->accessibleName() == QString::fromUtf8(accessibleName)) return *button;
+  }
+  throw std::logic_error("no such button");
 }
 
 }  // namespace
@@ -147,12 +156,14 @@ void PanelScene::drag(std::size_t row, QPoint from, QPoint to) {
   dispatch.advance(rest);
 }
 
-void PanelScene::clickButton(const char* accessibleName) {
-  const auto buttons = panel()->findChildren<FilterButton*>();
-  for (auto* button : buttons) {
-    if (button->accessibleName() == QString::fromUtf8(accessibleName)) return button->click();
-  }
-  throw std::logic_error("no such button");
+void PanelScene::clickButton(const char* accessibleName) { filter(accessibleName).click(); }
+
+/// Where the pointer rests on it.
+void PanelScene::askForToolTip(const char* accessibleName) {
+  auto& button = filter(accessibleName);
+  const QPoint place = button.rect().center();
+  QHelpEvent event(QEvent::ToolTip, place, button.mapToGlobal(place));
+  QCoreApplication::sendEvent(&button, &event);
 }
 
 void PanelScene::choose(const char* title) {

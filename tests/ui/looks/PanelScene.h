@@ -53,6 +53,7 @@ class PanelScene {
   void openMenu(std::size_t row);
   void drag(std::size_t row, QPoint from, QPoint to);
   void clickButton(const char* accessibleName);
+  void askForToolTip(const char* accessibleName);
   /// Chooses a row of the menu that is open.
   static void choose(const char* title);
   void showPreview(std::size_t row, const SharedBitmap& bitmap = nullptr);

@@ -102,6 +102,11 @@ std::vector<Look> panelWindowLooks() {
              openSearch(scene);
              scene.clickButton("Filter by app");
            }),
+      look("tool-tip",
+           [](PanelScene& scene) {
+             openSearch(scene);
+             scene.askForToolTip("Filter by type");
+           }),
       look("rename", [](PanelScene& scene) { rename(scene, "Home address"); }),
       look("rename-hebrew", [](PanelScene& scene) { rename(scene, "כתובת הבית"); }),
   };

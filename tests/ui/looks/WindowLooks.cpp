@@ -8,9 +8,12 @@
 
 #include "app/AppDelegate.h"
 #include "app/HelpPanel.h"
+#include "app/LinkButton.h"
 #include "app/PolicyTextView.h"
 #include "app/PrivacyPolicyPanel.h"
 #include "app/ShortcutPanel.h"
+#include "chrome/CheckBox.h"
+#include "chrome/PushButton.h"
 #include "chrome/ToastPresenter.h"
 #include "fakes/FakeDesktop.h"
 #include "ui/looks/Look.h"
@@ -63,6 +66,15 @@ std::shared_ptr<void> help(HelpPanel::Occasion occasion, bool automaticPaste, bo
       HelpPanel::Facts{shortcut, automaticPaste, launchAtLogin, "0.1.0", language});
   alone->window->makeKeyAndOrderFront();
   return alone;
+}
+
+/// The help after Tab has come to a control.
+template <class Control>
+std::shared_ptr<void> helpWithTheKeyboardOn(HelpPanel::Occasion occasion) {
+  auto shown = help(occasion, true, true, Language::english);
+  auto* control = shownWindow("About Vantorel")->findChild<Control*>();
+  control->setFocus(Qt::TabFocusReason);
+  return shown;
 }
 
 std::shared_ptr<void> recorder(const char* shortcut, const char* prompt) {
@@ -146,6 +158,12 @@ std::vector<Look> windowLooks() {
        [] { return help(HelpPanel::Occasion::firstLaunch, true, false, Language::english); }},
       {"about-english",
        [] { return help(HelpPanel::Occasion::about, true, true, Language::english); }},
+      {"about-with-the-keyboard",
+       [] { return helpWithTheKeyboardOn<CheckBox>(HelpPanel::Occasion::about); }},
+      {"about-with-the-keyboard-on-a-link",
+       [] { return helpWithTheKeyboardOn<LinkButton>(HelpPanel::Occasion::about); }},
+      {"welcome-with-the-keyboard",
+       [] { return helpWithTheKeyboardOn<PushButton>(HelpPanel::Occasion::firstLaunch); }},
       {"policy-english", [] { return policy(0, Language::english); }},
       {"policy", [] { return policy(0); }},
       {"policy-middle", [] { return policy(0.5); }},
@@ -153,6 +171,7 @@ std::vector<Look> windowLooks() {
            [](Application& application) { application.delegate->confirmClearHistory(); }),
       look("status-menu", excludedApplications),
       {"toast", [] { return toast("Copied to clipboard. Press ⌘V to paste."); }},
+      {"toast-condensed", [] { return toast("No automatic paste here. Press Ctrl+V to paste."); }},
       {"toast-long",
        [] { return toast("Secure storage is unavailable. Clipboard monitoring is paused."); }},
   };
