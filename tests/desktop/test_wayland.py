@@ -343,6 +343,26 @@ class Outputs(SwayTestCase):
         return sum(at(middle + x, frame.y + 4) != behind for x in range(-20, 20))
 
 
+class Dark(SwayTestCase):
+    """At a scale between whole numbers, too."""
+
+    desktop_options = {"dark": True, "output_scale": 1.5, "size": (1920, 1200)}
+
+    def test_the_panel_is_dark_and_in_the_middle(self):
+        self.start()
+        self.vantorel.command("--toggle")
+        frame = self.desktop.windows.frame(self.vantorel.wait_for_panel())
+        self.assertEqual((frame.x + frame.width // 2, frame.y + (frame.height + 1) // 2),
+                         (640, 400))
+
+        def is_dark():
+            width, _, pixels = self.desktop.picture()
+            start = 3 * (round((frame.y + 5) * 1.5) * width + 960)
+            return sum(pixels[start:start + 3]) < 160  # what lies behind is lighter
+
+        wait_for("a dark panel", is_dark)
+
+
 class WithoutXServer(SwayTestCase):
     desktop_options = {"xwayland": False}
 

@@ -14,7 +14,7 @@ InnerRole::InnerRole(ToolkitCompositor& compositor, wl_surface* surface, QWindow
       role_(wl_subcompositor_get_subsurface(compositor.offers().innerSurfaces, surface,
                                             outerSurface_)) {
   wl_subsurface_set_desync(role_);
-  follow(frame);
+  place(frame);
 }
 
 InnerRole::~InnerRole() {
@@ -23,9 +23,9 @@ InnerRole::~InnerRole() {
 }
 
 // The place is a matter of the outer surface.
-void InnerRole::follow(const QRect& frame) {
-  const auto place = frame.topLeft() - outer_.position();
-  wl_subsurface_set_position(role_, place.x(), place.y());
+void InnerRole::place(const QRect& frame) {
+  const auto corner = frame.topLeft() - outer_.position();
+  wl_subsurface_set_position(role_, corner.x(), corner.y());
   wl_surface_commit(outerSurface_);
   compositor_.flush();
 }

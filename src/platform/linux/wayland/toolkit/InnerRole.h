@@ -17,9 +17,11 @@ class InnerRole : public SurfaceRole {
   InnerRole(const InnerRole&) = delete;
   InnerRole& operator=(const InnerRole&) = delete;
 
-  void follow(const QRect& frame) override;
+  void follow(const QRect& frame) override { place(frame); }
 
  private:
+  void place(const QRect& frame);
+
   ToolkitCompositor& compositor_;
   QWindow& outer_;
   wl_surface* outerSurface_;
