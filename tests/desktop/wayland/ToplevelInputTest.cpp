@@ -165,6 +165,13 @@ TEST_F(ToplevelInputTest, AWindowThatComesLateIsWaitedFor) {
   EXPECT_EQ(finished(answer), KeyDelivery::delivered);
 }
 
+TEST_F(ToplevelInputTest, AWindowIsGivenTimeToLearnThatItIsInFront) {
+  const auto target = open("org.acme.Notes");
+  const auto before = std::chrono::steady_clock::now();
+  EXPECT_EQ(press(target), KeyDelivery::delivered);
+  EXPECT_GE(std::chrono::steady_clock::now() - before, ToplevelPresser::settling);
+}
+
 TEST_F(ToplevelInputTest, NobodyElseGetsTheKeys) {
   const auto target = open("org.acme.Notes");
   open("other");

@@ -1,8 +1,8 @@
 #include "platform/linux/desktop/WaylandPorts.h"
 
-#include <QGuiApplication>
 #include <utility>
 
+#include "platform/linux/desktop/OwnFocus.h"
 #include "platform/linux/desktop/UntoldWorkspace.h"
 #include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
 #include "platform/linux/wayland/OfferedProtocols.h"
@@ -54,8 +54,21 @@ std::unique_ptr<SyntheticInput> WaylandPorts::openInput(const Session& session) 
           .windows = *toplevels_,
           .entries = applications_.entries(),
           .offerPrimary = [this] { return clipboard_->alsoOfferPrimary(); },
-          .isKeyboardElsewhere = [] { return QGuiApplication::focusWindow() == nullptr; }},
+          .isKeyboardElsewhere = [this] { return isKeyboardElsewhere(); }},
       std::move(keyboard));
+}
+
+bool WaylandPorts::isKeyboardElsewhere() {
+  if (!isNoShownWindowFocused()) return false;
+  if (leave_ == Leave::taken) {
+    leave_ = Leave::unasked;
+    return true;
+  }
+  if (leave_ == Leave::unasked) {
+    leave_ = Leave::awaited;
+    compositor_->whenProcessed([this] { leave_ = Leave::taken; });
+  }
+  return false;
 }
 
 WindowPorts::All WaylandPorts::all() {

@@ -32,7 +32,12 @@ class WaylandPorts : public WindowPorts {
   [[nodiscard]] std::unique_ptr<Workspace> openWorkspace(const Session& session);
   [[nodiscard]] std::unique_ptr<SyntheticInput> openInput(const Session& session);
 
+  /// Whether the compositor has dealt with the end of the window that had the keyboard; asked again
+  /// until it has.
+  [[nodiscard]] bool isKeyboardElsewhere();
+
   Dispatch& dispatch_;
+  enum class Leave { unasked, awaited, taken } leave_ = Leave::unasked;
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<ToolkitCompositor> compositor_;
   LayerScrim scrim_{*compositor_};

@@ -1,9 +1,9 @@
 #include "platform/linux/desktop/X11Ports.h"
 
-#include <QGuiApplication>
 #include <utility>
 
 #include "platform/linux/desktop/CompositorInput.h"
+#include "platform/linux/desktop/OwnFocus.h"
 #include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
 #include "platform/linux/wayland/OfferedProtocols.h"
 #include "platform/linux/wayland/ToplevelInput.h"
@@ -85,7 +85,7 @@ std::unique_ptr<SyntheticInput> X11Ports::openInput(const Session& session) cons
           .windows = compositorWorkspace_->windows(),
           .entries = x11Workspace_->desktopEntries(),
           .offerPrimary = [this] { return alsoOfferPrimary(); },
-          .isKeyboardElsewhere = [] { return QGuiApplication::focusWindow() == nullptr; }},
+          .isKeyboardElsewhere = isNoShownWindowFocused},
       std::move(keyboard));
   return std::make_unique<CompositorInput>(std::move(toplevels), std::move(x11));
 }

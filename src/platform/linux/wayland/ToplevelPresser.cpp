@@ -73,6 +73,7 @@ std::optional<Toplevel> ToplevelPresser::inFront(WindowToken target) {
 ToplevelPresser::Outcome ToplevelPresser::tryToPress(Attempt& attempt) {
   const auto before = inFront(attempt.target);
   if (!before) return thread_.connection().isBroken() ? Outcome::failed : Outcome::notYet;
+  if (!hasSettled(attempt, *before)) return Outcome::notYet;
   const auto chord = chordFor(attempt, *before);
   if (!chord) return Outcome::failed;
   switch (services_.keyboard.press(*chord)) {
@@ -87,6 +88,14 @@ ToplevelPresser::Outcome ToplevelPresser::tryToPress(Attempt& attempt) {
   const auto behind = inFront(attempt.target);
   const bool stayed = behind && behind->lastInFront == before->lastInFront;
   return stayed ? Outcome::pressed : Outcome::failed;
+}
+
+bool ToplevelPresser::hasSettled(Attempt& attempt, const Toplevel& target) {
+  const auto now = WorkLine::Clock::now();
+  if (std::exchange(attempt.timeInFront, target.lastInFront) != target.lastInFront) {
+    attempt.settles = now + settling;
+  }
+  return now >= attempt.settles;
 }
 
 std::optional<KernelChord> ToplevelPresser::chordFor(Attempt& attempt, const Toplevel& target) {

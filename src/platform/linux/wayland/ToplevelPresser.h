@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <optional>
 
@@ -27,6 +29,10 @@ class ToplevelPresser {
   /// Whether the chord was pressed into the target. Called on the thread, once.
   using Completion = std::function<void(bool pressed)>;
 
+  /// How long a window is in front before keys are pressed into it. Programs are told that they are
+  /// active beside the keyboard, and take no shortcut before they have taken that in.
+  static constexpr std::chrono::milliseconds settling{100};
+
   /// What `services` name outlives this.
   explicit ToplevelPresser(Services services);
   ~ToplevelPresser();
@@ -48,6 +54,8 @@ class ToplevelPresser {
     Completion done;
     WorkLine::Clock::time_point deadline;
     bool primaryOffered = false;
+    std::uint64_t timeInFront = 0;  // the time that it is in front now, as `Toplevel` counts them
+    WorkLine::Clock::time_point settles = {};  // when it has been that for long enough
   };
   enum class Outcome { pressed, notYet, failed };
 
@@ -56,6 +64,7 @@ class ToplevelPresser {
   [[nodiscard]] Outcome tryToPress(Attempt& attempt);
   /// The target with all that the compositor has said by now, if it is in front.
   [[nodiscard]] std::optional<Toplevel> inFront(WindowToken target);
+  [[nodiscard]] static bool hasSettled(Attempt& attempt, const Toplevel& target);
   [[nodiscard]] std::optional<KernelChord> chordFor(Attempt& attempt, const Toplevel& target);
   [[nodiscard]] PasteKeys keysOf(const Toplevel& target) const;
 
