@@ -24,7 +24,8 @@ bool KeyboardConnection::listen() {
 
 bool KeyboardConnection::settle() {
   if (connection_->catchUp(WorkLine::Clock::now() + ChordKeyboard::answerLimit)) return true;
-  if (connection_->isBroken()) lose();
+  // Where somebody listens already, the watched descriptor tells the thread of it, too.
+  if (connection_->isBroken()) isOpen_ = false;
   return false;
 }
 
