@@ -60,8 +60,9 @@ std::string swayLine(const HotKeyShortcut& shortcut, const std::string& program)
 }
 
 std::string labwcLine(const HotKeyShortcut& shortcut, const std::string& program) {
-  return "<keybind key=\"" + modifiers(shortcut, {"W", "S", "A", "C"}, "-") + "-" + key(shortcut) +
-         "\"><action name=\"Execute\" command=\"" + inXml(command(program)) + "\"/></keybind>";
+  return R"(<keybind key=")" + modifiers(shortcut, {"W", "S", "A", "C"}, "-") + "-" +
+         key(shortcut) + R"("><action name="Execute" command=")" + inXml(command(program)) +
+         R"("/></keybind>)";
 }
 
 std::string hyprlandLine(const HotKeyShortcut& shortcut, const std::string& program) {
@@ -73,8 +74,8 @@ std::string niriLine(const HotKeyShortcut& shortcut, const std::string& program)
   const auto path = replaced(replaced(program, '\\', "\\\\"), '"', "\\\"");
   const auto name = key(shortcut);
   return modifiers(shortcut, {"Super", "Shift", "Alt", "Ctrl"}, "+") + "+" +
-         (name.size() == 1 ? upperCased(name) : "Space") + " { spawn \"" + path +
-         "\" \"--toggle\"; }";
+         (name.size() == 1 ? upperCased(name) : "Space") + R"( { spawn ")" + path +
+         R"(" "--toggle"; })";
 }
 
 struct Compositor {

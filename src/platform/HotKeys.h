@@ -57,7 +57,7 @@ class HotKeys {
   [[nodiscard]] virtual bool isAwaited(HotKeyRef /*reference*/) const { return false; }
   /// Called in a later turn than the registration, with the answer to one that is awaited; again
   /// when the desktop takes the keys away. Replaces the previous handler; empty: none.
-  virtual void setAnswerHandler(std::function<void(HotKeyRef, HotKeyAnswer)> /*handler*/) {}
+  virtual void setAnswerHandler(const std::function<void(HotKeyRef, HotKeyAnswer)>& /*handler*/) {}
 };
 
 }  // namespace vantorel

@@ -30,8 +30,8 @@ class FakeHotKeys : public HotKeys {
   [[nodiscard]] bool isAwaited(HotKeyRef reference) const override {
     return awaited_.contains(reference);
   }
-  void setAnswerHandler(std::function<void(HotKeyRef, HotKeyAnswer)> handler) override {
-    answerHandler_ = std::move(handler);
+  void setAnswerHandler(const std::function<void(HotKeyRef, HotKeyAnswer)>& handler) override {
+    answerHandler_ = handler;
   }
 
   // The test's side.

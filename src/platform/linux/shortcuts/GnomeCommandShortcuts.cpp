@@ -55,6 +55,7 @@ std::vector<std::string> places() {
 
 bool setPlaces(const std::vector<std::string>& places) {
   std::vector<const gchar*> names;
+  names.reserve(places.size() + 1);
   for (const auto& place : places) names.push_back(place.c_str());
   names.push_back(nullptr);
   const ObjectPointer<GSettings> list(g_settings_new(listSchema));

@@ -87,8 +87,9 @@ bool KGlobalAccelHotKeys::isAwaited(HotKeyRef reference) const {
   });
 }
 
-void KGlobalAccelHotKeys::setAnswerHandler(std::function<void(HotKeyRef, HotKeyAnswer)> handler) {
-  answerHandler_ = std::move(handler);
+void KGlobalAccelHotKeys::setAnswerHandler(
+    const std::function<void(HotKeyRef, HotKeyAnswer)>& handler) {
+  answerHandler_ = handler;
 }
 
 void KGlobalAccelHotKeys::ask() {

@@ -40,7 +40,7 @@ class KGlobalAccelHotKeys : public QObject, public HotKeys {
                                                         HotKeyId id) override;
   void unregisterHotKey(HotKeyRef reference) override;
   [[nodiscard]] bool isAwaited(HotKeyRef reference) const override;
-  void setAnswerHandler(std::function<void(HotKeyRef, HotKeyAnswer)> handler) override;
+  void setAnswerHandler(const std::function<void(HotKeyRef, HotKeyAnswer)>& handler) override;
 
  private slots:
   void pressed(const QString& component, const QString& action, qlonglong time);
