@@ -20,7 +20,10 @@ void drawFocusRing(QPainter& painter, const QRectF& bounds, double radius,
   constexpr float partingAlpha = 0.67F;
   QColor parting = VantorelTheme::window(palette);
   parting.setAlphaF(partingAlpha);
-  ring(0, outer, VantorelTheme::sign(VantorelTheme::gold(), palette));
+  // On a golden button the sign's own colour is told from it by less than 3 to 1.
+  constexpr int darker = 195;
+  const QColor gold = VantorelTheme::gold();
+  ring(0, outer, VantorelTheme::isDark(palette) ? gold : gold.darker(darker));
   ring(outer, 1, parting);
 }
 

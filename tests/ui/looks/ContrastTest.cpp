@@ -12,7 +12,12 @@
 #include <map>
 #include <ostream>
 
+#include "app/HelpPanel.h"
+#include "app/ShortcutPanel.h"
+#include "app/ShortcutPill.h"
+#include "app/TextBlock.h"
 #include "chrome/Geometry.h"
+#include "fakes/FakeKeyboardGrabs.h"
 #include "panel/ClipListView.h"
 #include "panel/ClipRowView.h"
 #include "panel/MediaPreview.h"
@@ -98,6 +103,20 @@ class Contrast : public testing::TestWithParam<Setting> {
   [[nodiscard]] static QRectF title(std::size_t index) {
     return in(row(index), toQRectF(RowGeometry::title(row(index).content().kind, row(0).width())));
   }
+  /// How well a part that has the keyboard is told from itself without it.
+  [[nodiscard]] static double ring(QWidget& part) {
+    auto& window = *part.window();
+    window.activateWindow();  // a menu may have been open
+    part.clearFocus();
+    const auto without = picture(window);
+    part.setFocus(Qt::TabFocusReason);
+    const auto with = picture(window);
+    double most = 1;
+    forEachPlace(with, whole(part), [&](int x, int y) {
+      most = std::max(most, contrast(with.pixel(x, y), without.pixel(x, y)));
+    });
+    return most;
+  }
   /// The middle of its upper edge, a point high.
   [[nodiscard]] static QRectF edge(const QWidget& part) {
     return in(part, QRectF(part.width() / 2.0, 0, 20, 2));
@@ -110,15 +129,21 @@ class Contrast : public testing::TestWithParam<Setting> {
   }
 
   PanelScene scene_;
+  const ChromeServices services_{scene_.dispatch, scene_.screens, scene_.accessibility,
+                                 &scene_.backdrops};
 
  private:
   template <class Visit>
-  static void forEachPixel(const QImage& image, const QRectF& area, Visit visit) {
+  static void forEachPlace(const QImage& image, const QRectF& area, Visit visit) {
     const QRect pixels =
         QRectF(area.topLeft() * scale, area.size() * scale).toAlignedRect() & image.rect();
     for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
-      for (int x = pixels.left(); x <= pixels.right(); ++x) visit(image.pixel(x, y));
+      for (int x = pixels.left(); x <= pixels.right(); ++x) visit(x, y);
     }
+  }
+  template <class Visit>
+  static void forEachPixel(const QImage& image, const QRectF& area, Visit visit) {
+    forEachPlace(image, area, [&](int x, int y) { visit(image.pixel(x, y)); });
   }
 };
 
@@ -211,6 +236,66 @@ TEST_P(Contrast, TheFieldAndTheButtonWithTheKeyboardAreMarked) {
   cancel.setFocus();
   image = picture(sheet);
   EXPECT_GE(strongest(image, edge(cancel), ground(image)), noticeable);
+}
+
+TEST_P(Contrast, AnEmptyListWithTheKeyboardIsMarked) {
+  scene_.open();
+  scene_.press(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_GE(ring(PanelScene::list()), noticeable);
+}
+
+TEST_P(Contrast, TheListWithTheKeyboardIsMarked) {
+  scene_.openKinds();
+  scene_.press(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_GE(ring(PanelScene::list()), noticeable);
+}
+
+TEST_P(Contrast, AFilterWithTheKeyboardIsMarkedInForceOrNot) {
+  scene_.addMixed();
+  scene_.open();
+  scene_.press(Qt::Key_F, Qt::ControlModifier);
+  auto& filter = button(*PanelScene::panel(), "Filter by type");
+  EXPECT_GE(ring(filter), noticeable);
+  scene_.clickButton("Filter by type");
+  PanelScene::choose("Files");
+  EXPECT_GE(ring(filter), noticeable) << "in force";
+}
+
+TEST_P(Contrast, WhatHasTheKeyboardInTheHelpIsMarked) {
+  HelpPanel help(services_, HelpPanel::Occasion::about,
+                 {"⌘⇧V", true, true, "0.1.0", Language::english});
+  help.makeKeyAndOrderFront();
+  int marked = 0;
+  const auto controls = help.findChildren<QAbstractButton*>();
+  for (auto* control : controls) {
+    if (!(control->focusPolicy() & Qt::TabFocus) || !control->isEnabled()) continue;
+    EXPECT_GE(ring(*control), noticeable)
+        << control->accessibleName().toStdString() << control->text().toStdString();
+    ++marked;
+  }
+  EXPECT_GE(marked, 5);
+}
+
+TEST_P(Contrast, ANoticeIsLegible) {
+  constexpr auto message = "Copied to clipboard.";
+  scene_.toast.show(message);
+  auto* notice = shownWindow(message);
+  EXPECT_GE(strongest(picture(*notice), whole(*notice->findChild<QLabel*>())), legible);
+}
+
+TEST_P(Contrast, TheRecorderIsLegible) {
+  FakeKeyboardGrabs grabs;
+  ShortcutPanel recorder(services_, grabs, nullptr, "⌘⇧V");
+  recorder.makeKeyAndOrderFront();
+  const auto image = picture(recorder);
+  const auto texts = recorder.findChildren<TextBlock*>();
+  EXPECT_GE(texts.size(), 2);
+  for (const auto* text : texts) EXPECT_GE(strongest(image, whole(*text)), legible);
+  EXPECT_GE(strongest(image, whole(*recorder.findChild<ShortcutPill*>())), legible);
+  for (const char* name : {"Reset", "Cancel"}) {
+    const auto& words = button(recorder, name);
+    EXPECT_GE(strongest(image, whole(words).adjusted(8, 5, -8, -5)), legible) << name;
+  }
 }
 
 TEST_P(Contrast, TheSelectedRowIsTheStrongestOfAll) {
