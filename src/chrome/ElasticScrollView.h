@@ -24,9 +24,9 @@ class ElasticScrollView : public QScrollArea {
                     QWidget* parent);
   ~ElasticScrollView() override;
 
-  /// What a wheel scrolls past for each line that the user has it scroll, and how much
-  /// of the document's end is only room: when nothing but that is out of sight, the list comes back
-  /// to its top as soon as it is let go.
+  /// What a wheel scrolls past for each line that the user has it scroll, and how much of the
+  /// document's end is only room: when nothing but that is out of sight, the list comes back to its
+  /// top as soon as it is let go.
   struct Measures {
     double line = 16;
     double endSpace = 0;
@@ -45,7 +45,9 @@ class ElasticScrollView : public QScrollArea {
 
  protected:
   /// Leaving by Tab does not scroll: the base class would show the middle of the document.
-  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
+  bool focusNextPrevChild(bool next) override {
+    return QWidget::focusNextPrevChild(next);  // NOLINT(bugprone-parent-virtual-call): that one
+  }
   void wheelEvent(QWheelEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void resizeEvent(QResizeEvent* event) override;
