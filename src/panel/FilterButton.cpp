@@ -50,7 +50,7 @@ void FilterButton::paintEvent(QPaintEvent* event) {
 /// the menu has the keyboard.
 void FilterButton::keyPressEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Space && event->key() != Qt::Key_Down) {
-    QWidget::keyPressEvent(event);
+    QWidget::keyPressEvent(event);  // NOLINT(bugprone-parent-virtual-call): see above
   } else if (!event->isAutoRepeat()) {
     click();
   }
