@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How well and how fast the text in pictures is read: by the real worker, from encoded bytes, as
 // the program asks it. Prints the tables of docs/performance.md. Times are processor time.
 //   vantorel_bench_text [DIRECTORY]    leaves the pictures and what was read there too

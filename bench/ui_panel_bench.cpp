@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the history panel costs, up to and including the painting of its window. Runs without a
 // screen; what the window system adds is measured from outside.
 

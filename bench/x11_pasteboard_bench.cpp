@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a copy and a paste cost between two programs on a private X server. Needs Xvfb.
 #include <benchmark/benchmark.h>
 

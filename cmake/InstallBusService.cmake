@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The bus starts the program by its whole path, which is known only while it is installed: the prefix
 # may be named to `cmake --install`. DESTDIR stands before where the file is put, not in what it says.
 foreach(place bin_directory data_directory)

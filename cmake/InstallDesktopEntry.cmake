@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # KDE's compositor gives the program what its desktop entry asks for only where the entry names it by
 # its whole path, which is known only while it is installed. A path that would have to be quoted stays
 # the program's name: then the entry starts it, and no more.

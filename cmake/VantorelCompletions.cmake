@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the shells complete is what `--help` says: its lines are read where they are written, so that
 # no second list can fall behind.
 #

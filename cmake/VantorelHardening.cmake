@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What is shipped ends at a fault rather than going on with it: whatever breaks the program's memory
 # should neither return into it nor find the loader's tables open.
 include(CheckCXXCompilerFlag)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Where everything goes that a desktop needs to know the program.
 #
 # The desktop entry does not say DBusActivatable: a first start then shows no panel where a tray shows

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 find_package(GTest REQUIRED)
 
 # vantorel_test_suites(PROGRAM SOURCES ... [PREFIX p] [ONLY regex] [LABELS ...] [ENVIRONMENT NAME=VALUE]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/FolderWatch.h"
 
 #include <sys/inotify.h>

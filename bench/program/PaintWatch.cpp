@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/PaintWatch.h"
 
 #include <xcb/damage.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/PasteTarget.h"
 
 #include <xcb/xcb_icccm.h>

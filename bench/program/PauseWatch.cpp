@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/PauseWatch.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/Screen.h"
 
 #include <poll.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Measures the running program from outside, on the X server of $DISPLAY, and prints one JSON
 // object of named sample lists in milliseconds. run.py prepares the desktop, starts this and makes
 // the table.

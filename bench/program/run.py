@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Measures the real program on a private desktop and prints a table in Markdown.
 
     bench/program/run.py [--build build/release] [--rounds 40] [--output FILE]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/AppIconFactory.h"
 
 #include <QFile>

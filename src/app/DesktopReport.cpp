@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/DesktopReport.h"
 
 #include <algorithm>

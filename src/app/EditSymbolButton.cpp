@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/EditSymbolButton.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/FocusTracker.h"
 
 #include "platform/OwnApplication.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/HelpPanel.h"
 
 #include <QHBoxLayout>

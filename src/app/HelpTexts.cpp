@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/HelpTexts.h"
 
 namespace vantorel {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/HotKeyRegistration.h"
 
 #include <utility>

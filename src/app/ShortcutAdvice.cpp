@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/ShortcutAdvice.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/ShortcutPill.h"
 
 #include <QFontDatabase>

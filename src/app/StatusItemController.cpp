@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/StatusItemController.h"
 
 #include <string>

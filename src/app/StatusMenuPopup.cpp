@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/StatusMenuPopup.h"
 
 #include <QAction>

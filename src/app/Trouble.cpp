@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Trouble.h"
 
 namespace vantorel {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/AtomicFile.h"
 
 #include "base/Uuid.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/PercentCoding.h"
 
 #include "base/Ascii.h"

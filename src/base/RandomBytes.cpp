@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/RandomBytes.h"
 
 #include <openssl/rand.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/WipedText.h"
 
 #include <openssl/crypto.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/OwnWrite.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/PrivacyPreferences.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/ElasticScrollView.h"
 
 #include <QApplication>

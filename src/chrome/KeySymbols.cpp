@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/KeySymbols.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/PopoverWindow.h"
 
 #include <QCloseEvent>

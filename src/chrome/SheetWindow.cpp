@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/SheetWindow.h"
 
 #include <QCloseEvent>

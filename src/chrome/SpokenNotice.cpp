@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/SpokenNotice.h"
 
 #include "chrome/AccessibleRole.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/Symbols.h"
 
 #include <QFile>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/TextPresentation.h"
 
 #include <unicode/uchar.h>

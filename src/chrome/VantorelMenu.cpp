@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/VantorelMenu.h"
 
 #include <QAction>

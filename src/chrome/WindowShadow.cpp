@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/WindowShadow.h"
 
 #include <QEvent>

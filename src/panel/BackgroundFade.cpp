@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/BackgroundFade.h"
 
 #include <algorithm>

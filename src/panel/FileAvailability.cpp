@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/FileAvailability.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/HistoryPanelController.h"
 
 #include <QGuiApplication>

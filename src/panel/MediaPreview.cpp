@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/MediaPreview.h"
 
 #include <QPainter>

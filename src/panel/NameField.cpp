@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/NameField.h"
 
 #include "chrome/TextPresentation.h"

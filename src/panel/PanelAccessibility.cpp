@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/PanelAccessibility.h"
 
 #include <QAccessibleWidget>

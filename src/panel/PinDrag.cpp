@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/PinDrag.h"
 
 #include <QKeyEvent>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/PinNaming.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/PreviewText.h"
 
 #include <unicode/uchar.h>

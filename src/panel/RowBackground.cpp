@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/RowBackground.h"
 
 #include "chrome/VantorelTheme.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/RowContent.h"
 
 #include "base/WipedText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/RowMenuPresenter.h"
 
 #include <QAction>

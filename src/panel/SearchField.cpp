@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/SearchField.h"
 
 #include <QKeyEvent>

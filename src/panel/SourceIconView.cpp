@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/SourceIconView.h"
 
 #include <QPainter>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/SpokenSelection.h"
 
 #include <QAccessible>

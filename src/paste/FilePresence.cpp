@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paste/FilePresence.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "paste/PasteController.h"
 
 #include <algorithm>

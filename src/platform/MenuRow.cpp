@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/MenuRow.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "security/SecureStorage.h"
 
 #include <openssl/crypto.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "security/SecureStorageError.h"
 
 #include <string>

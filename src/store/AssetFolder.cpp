@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/AssetFolder.h"
 
 #include <string_view>

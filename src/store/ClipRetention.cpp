@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/ClipRetention.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/ClipStore.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/HistoryFile.h"
 
 #include <openssl/crypto.h>

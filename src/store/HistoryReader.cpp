@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/HistoryReader.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/HistoryWriter.h"
 
 #include "base/Base64.h"

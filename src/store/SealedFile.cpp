@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/SealedFile.h"
 
 #include <exception>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/SealedHistory.h"
 
 #include <exception>

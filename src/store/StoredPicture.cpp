@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/StoredPicture.h"
 
 #include "base/ContentFingerprint.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/Alphanumeric.h"
 
 #include <unicode/uchar.h>

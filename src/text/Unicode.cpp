@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/Unicode.h"
 
 #include <unicode/brkiter.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "thumbnails/PictureScale.h"
 
 #include <algorithm>

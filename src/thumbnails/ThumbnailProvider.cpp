@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "thumbnails/ThumbnailProvider.h"
 
 #include <algorithm>

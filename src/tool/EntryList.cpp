@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tool/EntryList.h"
 
 #include <rapidjson/prettywriter.h>

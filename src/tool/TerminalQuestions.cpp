@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tool/TerminalQuestions.h"
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transfer/ExportManifest.h"
 
 #include <rapidjson/document.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transfer/ExportedForms.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints what the last `./test --desktops` found out about each program, as docs/desktops.md has it."""
 
 from harness.results import Results

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Histories that cannot be read, and the one from before there was sealing."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Owners of the clipboard that misbehave: the panel answers, and the next copy is kept."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Programs that clear the clipboard as they end, and programs that take it over."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Light and dark: the panel is drawn in what the desktop is drawn in, and follows it."""
 
 import subprocess

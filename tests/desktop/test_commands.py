@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The menu's commands on a desktop without a tray: at the pointer, by options, over the bus."""
 
 import configparser

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program's icon in trays of the older kind, which take a window of each program in."""
 
 from harness.embedding_tray import EmbeddingTray

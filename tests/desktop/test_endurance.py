@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What is used again and again must cost nothing more each time."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The filter buttons beside the search field, and their menus."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What comes from outside is decoded elsewhere: the program holds the history and its key."""
 
 import os

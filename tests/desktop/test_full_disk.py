@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A disk without room: what was saved stays whole, and saving goes on when there is room."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program in a session of GNOME, which lets in X11 programs alone."""
 
 import time

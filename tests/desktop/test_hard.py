@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Faults by the hundred and thousand: nothing that was saved is lost, nothing grows, nothing leaks."""
 
 import contextlib

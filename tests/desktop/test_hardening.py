@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the shipped programs were built with, and what the running one shows to others."""
 
 import os

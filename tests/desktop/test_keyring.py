@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Keyrings that cannot be used: nothing is created, nothing is written, everything else works."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program in KDE's Wayland session."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The short sentences at the top of the screen."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Copy, close the application, paste."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The panel under a user's hands: keys, search, pointer, shortcut, place."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """From a copy in one application to a paste in another, with real keys all the way."""
 
 import os

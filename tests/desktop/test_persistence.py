@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What stays when the program, the session or the machine goes."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Naming and ordering pins, and the menu of a row."""
 
 import unittest

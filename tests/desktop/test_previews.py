@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Hover previews, by a real pointer that rests and moves on."""
 
 import unittest

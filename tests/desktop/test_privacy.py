@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What must never be captured, nor even asked for."""
 
 import unittest

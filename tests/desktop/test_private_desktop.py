@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The private desktop itself: what the other tests rely on, checked without the program."""
 
 import os

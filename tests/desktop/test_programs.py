@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Copies from and pastes into the programs that people use, and what is left when they end."""
 
 import contextlib

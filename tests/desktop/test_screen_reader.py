@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a screen reader says: a real one, which writes its speech down."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Which window system the program finds, and what it does where there is none."""
 
 import os

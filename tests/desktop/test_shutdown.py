@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Each way in which the program comes to its end: quickly, and with everything left as it was."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Owners of the clipboard that take their time: what was copied is kept, and as what it is."""
 
 import unittest

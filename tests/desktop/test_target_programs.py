@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Pastes into windows of real programs that are not an application's one main window."""
 
 import os

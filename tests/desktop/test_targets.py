@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Which window a paste arrives in, under each window manager: the one that was in front, or none."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Pictures are found by the words that stand in them, and nobody notices that they are read."""
 
 import hashlib

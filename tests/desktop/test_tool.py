@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The commands for scripts and pickers, with the shipped program and a real keyring."""
 
 import fcntl

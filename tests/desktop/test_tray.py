@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The item in the desktop's tray and every command of its menu."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What keeps the history from its work is seen for as long as it lasts."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program in a Wayland session, whether or not an X server stands inside of it."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The recorder of the shortcut, the help and the privacy policy, under a user's hands."""
 
 from Xlib import X

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes what the last `./test --hard` tried into docs/trust.md, between the marks of its table."""
 
 import json

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Part of every test program: before anything else runs, its environment forgets the session of
 // whoever started it, so that it finds the same on every machine, also in a debugger. A test that
 // needs a bus starts one and names it.

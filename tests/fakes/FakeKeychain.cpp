@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/FakeKeychain.h"
 
 #include <algorithm>

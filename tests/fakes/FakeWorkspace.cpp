@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/FakeWorkspace.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/FaultyFileSystem.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/MemoryDisk.h"
 
 #include <algorithm>

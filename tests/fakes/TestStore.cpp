@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/TestStore.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes may stand in a sealed file. Opening them answers with an error or the plaintext, and
 // what was sealed here opens to itself.
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes may stand in a history file. What is read from them must be written and read back the
 // same.
 #include <cstddef>

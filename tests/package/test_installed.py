@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The installed package: used, upgraded while it runs, removed, installed again and purged. `installed`
 starts it, on a machine that is thrown away."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What is installed beside the program: files of the right form that say what the program does, at
 the right places; and the scripts that build it."""
 

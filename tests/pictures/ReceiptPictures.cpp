@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <QPainter>
 #include <QTransform>
 #include <algorithm>

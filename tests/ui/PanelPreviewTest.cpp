@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
 #include <QClipboard>

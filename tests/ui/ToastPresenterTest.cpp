@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/ToastPresenter.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws an SVG picture as PNGs of the sizes that icon themes ask for.
 //
 //   render_icon PICTURE SIZE:OUTPUT...

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The changes of one line that a test should notice."""
 
 import re

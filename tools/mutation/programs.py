@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The test programs, built once; each mutation is compiled and linked beside them."""
 
 import json

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/PosixFileSystem.h"
 
 #include <dirent.h>

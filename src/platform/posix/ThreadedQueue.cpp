@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/ThreadedQueue.h"
 
 #include <pthread.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/qt/PngChunk.h"
 
 #include <libdeflate.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/qt/PngTexts.h"
 
 #include <libdeflate.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Shows the main job on a private desktop with real applications, and says what it did.
 
     demo.py --program build/release/vantorel --output build/demo

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The look of the demonstration's desktop: a background, windows in their places."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A private desktop for tests: its own home, bus, keyring, X server and applications.
 
 Nothing here sleeps in the hope that something has happened meanwhile. Every wait names the

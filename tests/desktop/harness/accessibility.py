@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a screen reader is told about a program."""
 
 import json

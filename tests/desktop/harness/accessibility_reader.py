@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Reads programs as a screen reader does, over AT-SPI. Run as a program on the private desktop.
 
 One request per line on standard input, one JSON answer per line on standard output:

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Real applications, driven by real keys."""
 
 import os

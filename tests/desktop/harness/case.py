@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The ground that the tests stand on."""
 
 import os

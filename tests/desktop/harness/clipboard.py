@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The clipboard as other programs use it: copying, asking, owning well and owning badly."""
 
 import json

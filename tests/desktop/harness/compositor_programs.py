@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Editors and terminals as windows of a Wayland compositor, driven by the keyboard of its seat."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Trays of the older kind, which take a window of each program in, and the program's icon in them."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """An owner of the clipboard that ends as programs with windows do.
 
 Run as a program. It owns CLIPBOARD, says "owned" on its standard output, and waits for a line on its

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A private desktop of GNOME's shell, with an X server inside."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The sealed history, read from outside with the key that the keyring holds."""
 
 import json

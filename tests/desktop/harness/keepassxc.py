@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """KeePassXC as the keyring of a private desktop: started by hand, after everything else."""
 
 import base64

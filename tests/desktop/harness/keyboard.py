@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Real keys and a real pointer, through the XTEST extension."""
 
 import itertools

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The private keyring, in each state that a user's keyring can be found in."""
 
 import enum

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A private desktop of KDE's compositor, with an X server inside."""
 
 import os

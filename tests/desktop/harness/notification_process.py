@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A notification service, as a desktop has it. Run as a program on the private bus.
 
 It answers requests on standard input with one JSON object per line:

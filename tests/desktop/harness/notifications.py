@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the desktop's notification service shows."""
 
 import json

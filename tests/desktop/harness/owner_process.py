@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A selection owner of its own process: a polite one, or one that misbehaves in a chosen way.
 
 Run as a program. It says on its standard output, one JSON object per line, what happens to it:

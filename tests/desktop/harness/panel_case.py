@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What tests of the panel share: an editor in front, and entries in the history."""
 
 from . import applications

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Pictures made for tests: sound ones, and ones that only look sound."""
 
 import struct

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Processes that never outlive the test that started them."""
 
 import ctypes

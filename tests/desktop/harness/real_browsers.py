@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Browsers, and the mail program that is built like one."""
 
 import os

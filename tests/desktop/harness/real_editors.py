@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Office programs and editors of texts and pictures."""
 
 import os

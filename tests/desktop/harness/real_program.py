@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A program that people copy from and paste into, driven by its own keys."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Terminal emulators."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What each program did, kept beside the build for the table in docs/desktops.md."""
 
 import json

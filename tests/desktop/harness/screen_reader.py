@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A whole screen reader, and what it says. It has no voice here: its speech is written down."""
 
 import os

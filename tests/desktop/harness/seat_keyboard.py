@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The keyboard of a Wayland seat: what its user presses reaches every window, not X11 ones alone."""
 
 import array

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A session bus that activates only what a test allows it to."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The session that programs on the desktop belong to."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A session manager as desktops have one (XSMP), for programs that it did not start itself.
 
 Prints JSON lines: first {"address": ...} for SESSION_MANAGER; then {"event": "registered"} for a

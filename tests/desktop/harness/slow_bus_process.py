@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A door to a session bus that lets nobody in at once: slow_bus_process.py SOCKET BUS each|first
 SECONDS.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A disk with little room under one directory."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A private Wayland desktop with an X server inside."""
 
 import json

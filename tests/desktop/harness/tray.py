@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The desktop's tray, and the program's item in it."""
 
 import json

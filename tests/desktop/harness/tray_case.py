@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The ground for tests of the status menu."""
 
 import os

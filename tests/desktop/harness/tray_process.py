@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A tray for one status item, as a desktop's panel has it. Run as a program on the private bus.
 
 It owns the watcher's name, and answers requests on standard input with one JSON object per line:

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the hard round tried and what came of it, kept beside the build for docs/trust.md."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program under test, started and used as a user does."""
 
 import collections

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The keyboard and the pointer of a Wayland desktop: devices that compositors of the wlroots kind
 let a program make."""
 

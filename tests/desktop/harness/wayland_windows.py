@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The windows of the program where no other program is told of them: by what it tells a screen
 reader, which has a window's place from where the program put it."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The window managers that the program is proved under, none of them with a screen to look at."""
 
 import os

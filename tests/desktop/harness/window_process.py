@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A program that is nothing but windows: of any kind, in any state, stating anything of itself.
 
 Run as a program. It is told what to do by one JSON object a line on its standard input, and says

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Programs of windows whose every property a test chooses; what they do stands in window_process."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What stands on the screen: windows by title and class, their places, their pixels."""
 
 import collections

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program that starts as Vantorel does and tells on its standard output what becomes of it: one
 // instance that prints what it is asked to do, or a second start that hands its command on.
 

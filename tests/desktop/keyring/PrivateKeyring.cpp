@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/keyring/PrivateKeyring.h"
 
 #include <fstream>

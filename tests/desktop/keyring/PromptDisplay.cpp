@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/keyring/PromptDisplay.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/keyring/SecretServiceBus.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/session/ChildProcess.h"
 
 #include <fcntl.h>

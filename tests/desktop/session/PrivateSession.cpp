@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/session/PrivateSession.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/shortcuts/GnomeCommandShortcuts.h"
 
 #include <gmock/gmock.h>

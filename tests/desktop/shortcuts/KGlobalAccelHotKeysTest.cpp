@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
 
 #include <gmock/gmock.h>

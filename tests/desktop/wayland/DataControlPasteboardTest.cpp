@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The clipboard of a compositor, against one whose other programs do as the test says.
 #include "platform/linux/wayland/DataControlPasteboard.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/wayland/FakeCompositor.h"
 
 #include <data-control-server.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keys pressed on the keyboard that the user has, under KWin.
 #include "platform/linux/wayland/FakeInput.h"
 

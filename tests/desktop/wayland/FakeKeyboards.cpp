@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/wayland/FakeKeyboards.h"
 
 #include <sys/mman.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/wayland/FakeKwin.h"
 
 #include <fake-input-server.h>

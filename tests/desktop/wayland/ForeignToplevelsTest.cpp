@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows of a compositor that tells programs of them.
 #include "platform/linux/wayland/ForeignToplevels.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows of KWin, which describes them bit by bit.
 #include "platform/linux/wayland/PlasmaWindows.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keys pressed into windows of a compositor, against one that says what it was given.
 #include "platform/linux/wayland/ToplevelInput.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/x11/DesktopFixture.h"
 #include "platform/linux/x11/X11DesktopSettings.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/x11/DesktopFixture.h"
 
 #include <poll.h>

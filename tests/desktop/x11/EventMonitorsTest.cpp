@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <chrono>
 
 #include "desktop/x11/DesktopFixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/x11/Fingers.h"
 
 #include <xcb/xinput.h>

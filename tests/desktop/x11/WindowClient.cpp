@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program with windows that say of themselves what the command line tells them to say. Each
 // "--window" begins a window; "name=value" describes it. It reports to its standard output what it
 // opened and which keys came in, a line each, and ends when its input ends.

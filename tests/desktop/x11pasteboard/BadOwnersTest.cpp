@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/x11pasteboard/PasteboardFixture.h"
 
 namespace vantorel {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/x11pasteboard/PrivateXServer.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/x11pasteboard/Requestor.h"
 
 #include <poll.h>

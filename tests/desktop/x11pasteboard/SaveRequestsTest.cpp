@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pasteboard as the clipboard manager of programs that end.
 #include "desktop/x11pasteboard/PasteboardFixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "desktop/x11pasteboard/ScriptedOwner.h"
 
 #include <sys/socket.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Owners that take their time, and owners that leave out one of the forms they promised.
 #include "desktop/x11pasteboard/PasteboardFixture.h"
 

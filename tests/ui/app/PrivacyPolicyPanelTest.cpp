@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/PrivacyPolicyPanel.h"
 
 #include <gmock/gmock.h>

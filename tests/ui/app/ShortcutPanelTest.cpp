@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/ShortcutPanel.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What windows are made of: symbols, menus, and the ends of a list.
 
 #include <QApplication>

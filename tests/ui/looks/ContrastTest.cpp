@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How well what is small or thin is told from what it stands on, by the colours that are drawn.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/looks/FewColors.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/looks/FixedSurroundings.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shows the panel, the windows and what they are made of in their states, for looking at them.
 //
 //   ui_gallery --list                     the names of the states

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/looks/LookPainter.h"
 
 #include <QApplication>

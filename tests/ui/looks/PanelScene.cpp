@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/looks/PanelScene.h"
 
 #include <QApplication>

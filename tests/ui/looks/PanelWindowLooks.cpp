@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The panel with what belongs to it: menus, the sheet for a name, previews.
 
 #include <QLineEdit>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/looks/PictureComparison.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows beside the panel: recorder, help, policy, the question before clearing, menu, toasts.
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/ManualDispatch.h"
 #include "platform/linux/xdg/XdgDirectories.h"
 #include "ui/pictures/FileThumbnailsFixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/pictures/PictureSamples.h"
 
 #include <QBuffer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ui/shell/AppDelegateTest.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/ColumnLayout.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/Base64.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/ContentFingerprint.h"
 
 #include <gtest/gtest.h>

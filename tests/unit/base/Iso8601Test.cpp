@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/Iso8601.h"
 
 #include <gtest/gtest.h>

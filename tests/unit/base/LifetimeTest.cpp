@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/Lifetime.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base/Lru.h"
 
 #include <gtest/gtest.h>

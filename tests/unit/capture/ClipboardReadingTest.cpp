@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What may happen between the answers of the pasteboard.
 #include <gmock/gmock.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/ClipboardWatcher.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program that was copied from has ended, and its contents with it.
 #include <gmock/gmock.h>
 

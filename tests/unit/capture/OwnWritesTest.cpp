@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Another program takes over what this one wrote, and offers it anew.
 #include <gmock/gmock.h>
 

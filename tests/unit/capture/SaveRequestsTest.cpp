@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program that is about to end asks for what it copied to be kept.
 #include <gmock/gmock.h>
 

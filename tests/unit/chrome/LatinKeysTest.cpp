@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/LatinKeys.h"
 
 #include <gtest/gtest.h>

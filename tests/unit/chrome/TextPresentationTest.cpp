@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/TextPresentation.h"
 
 #include <gtest/gtest.h>

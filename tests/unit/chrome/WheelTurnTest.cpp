@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "chrome/WheelTurn.h"
 
 #include <gtest/gtest.h>

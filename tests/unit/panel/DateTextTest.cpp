@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/DateText.h"
 
 #include <gtest/gtest.h>

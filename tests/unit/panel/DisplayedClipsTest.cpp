@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/DisplayedClips.h"
 
 #include <gmock/gmock.h>

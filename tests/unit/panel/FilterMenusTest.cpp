@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/FilterMenus.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/PanelKeys.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/PinDropTarget.h"
 
 #include <gtest/gtest.h>

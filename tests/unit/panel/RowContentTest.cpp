@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/RowContent.h"
 
 #include <gtest/gtest.h>

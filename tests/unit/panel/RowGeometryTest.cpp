@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "panel/RowGeometry.h"
 
 #include <gtest/gtest.h>

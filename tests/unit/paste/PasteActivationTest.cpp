@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a paste finds its target in front, or does not.
 #include <gmock/gmock.h>
 

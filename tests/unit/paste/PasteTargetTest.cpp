@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which application a paste goes to.
 #include <gmock/gmock.h>
 

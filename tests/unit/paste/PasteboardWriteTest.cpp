@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How an entry comes onto the pasteboard.
 #include <gmock/gmock.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/MainQueue.h"
 
 #include <gtest/gtest.h>

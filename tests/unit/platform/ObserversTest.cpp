@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Observers.h"
 
 #include <gtest/gtest.h>

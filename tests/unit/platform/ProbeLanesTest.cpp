@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/ProbeLanes.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/RestingTimer.h"
 
 #include <gtest/gtest.h>

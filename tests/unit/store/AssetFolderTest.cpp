@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/AssetFolder.h"
 
 #include <gtest/gtest.h>

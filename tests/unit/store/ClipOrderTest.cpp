@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/ClipOrder.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/ClipSearchIndex.h"
 
 #include <gtest/gtest.h>

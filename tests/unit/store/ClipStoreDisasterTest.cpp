@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is on the disk after a disk that is full, or a process that is killed, at any step.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A history of some megabytes is written while the program goes on.
 #include <gmock/gmock.h>
 

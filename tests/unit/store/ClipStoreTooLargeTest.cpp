@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A list of more JSON than a history may have.
 #include <gmock/gmock.h>
 

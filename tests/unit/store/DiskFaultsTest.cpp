@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The disk's faults over whole lives of a history: its power fails at every step, and every step
 // fails once. VANTOREL_LIVES says how many lives are lived; what was tried is told at the end.
 #include <gtest/gtest.h>

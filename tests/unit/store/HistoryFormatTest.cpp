@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The examples of docs/history-format.md, which other programs are written from.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "store/HistorySize.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What of a history is left in memory that was given back.
 #include <gtest/gtest.h>
 #include <malloc.h>

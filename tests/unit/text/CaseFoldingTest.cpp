@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/CaseFolding.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "text/NameOrder.h"
 
 #include <gtest/gtest.h>

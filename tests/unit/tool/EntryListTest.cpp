@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tool/EntryList.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tool/HistoryOnDisk.h"
 
 #include <gtest/gtest.h>

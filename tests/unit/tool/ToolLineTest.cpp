@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tool/ToolLine.h"
 
 #include <gtest/gtest.h>

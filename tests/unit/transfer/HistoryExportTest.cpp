@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transfer/HistoryExport.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/bus/NumberedMenu.h"
 
 #include <utility>

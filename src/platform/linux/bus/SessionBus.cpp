@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/bus/SessionBus.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/confined/ConfinedProcess.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/confined/SharedMemory.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/decoding/PictureWorker.h"
 
 #include <algorithm>

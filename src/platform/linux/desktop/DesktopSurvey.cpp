@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/desktop/DesktopSurvey.h"
 
 #include <xcb/xfixes.h>

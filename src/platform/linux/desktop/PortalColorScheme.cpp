@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/desktop/PortalColorScheme.h"
 
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/desktop/PortalSettings.h"
 
 #include <QDBusVariant>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/desktop/WaylandPorts.h"
 
 #include <utility>
@@ -49,12 +50,11 @@ std::unique_ptr<SyntheticInput> WaylandPorts::openInput(const Session& session) 
       toplevels_ == nullptr ? nullptr : openKeyboard(toplevels_->thread(), session.connectAgain());
   if (!keyboard) return std::make_unique<AbsentSyntheticInput>();
   return std::make_unique<ToplevelInput>(
-      ToplevelInput::Services{
-          .dispatch = dispatch_,
-          .windows = *toplevels_,
-          .entries = applications_.entries(),
-          .offerPrimary = [this] { return clipboard_->alsoOfferPrimary(); },
-          .isKeyboardElsewhere = [this] { return isKeyboardElsewhere(); }},
+      ToplevelInput::Services{.dispatch = dispatch_,
+                              .windows = *toplevels_,
+                              .entries = applications_.entries(),
+                              .offerPrimary = [this] { return clipboard_->alsoOfferPrimary(); },
+                              .isKeyboardElsewhere = [this] { return isKeyboardElsewhere(); }},
       std::move(keyboard));
 }
 

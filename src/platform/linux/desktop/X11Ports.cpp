@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/desktop/X11Ports.h"
 
 #include <utility>
@@ -80,12 +81,11 @@ std::unique_ptr<SyntheticInput> X11Ports::openInput(const Session& session) cons
                                        : nullptr;
   if (!keyboard) return x11;
   auto toplevels = std::make_unique<ToplevelInput>(
-      ToplevelInput::Services{
-          .dispatch = dispatch_,
-          .windows = compositorWorkspace_->windows(),
-          .entries = x11Workspace_->desktopEntries(),
-          .offerPrimary = [this] { return alsoOfferPrimary(); },
-          .isKeyboardElsewhere = isNoShownWindowFocused},
+      ToplevelInput::Services{.dispatch = dispatch_,
+                              .windows = compositorWorkspace_->windows(),
+                              .entries = x11Workspace_->desktopEntries(),
+                              .offerPrimary = [this] { return alsoOfferPrimary(); },
+                              .isKeyboardElsewhere = isNoShownWindowFocused},
       std::move(keyboard));
   return std::make_unique<CompositorInput>(std::move(toplevels), std::move(x11));
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/glib/GlibThread.h"
 
 #include <pthread.h>

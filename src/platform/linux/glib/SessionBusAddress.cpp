@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/glib/SessionBusAddress.h"
 
 #include <system_error>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #define SECRET_API_SUBJECT_TO_CHANGE

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/pictures/IconThemeIndex.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/pictures/LimitedProcess.h"
 
 #include <fcntl.h>

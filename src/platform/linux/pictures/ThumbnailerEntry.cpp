@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/pictures/ThumbnailerEntry.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/settings/ColorScheme.h"
 
 #include "base/Ascii.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/settings/JsonObjectText.h"
 
 #include <rapidjson/document.h>

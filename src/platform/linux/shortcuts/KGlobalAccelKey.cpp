@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/shortcuts/KGlobalAccelKey.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/start/AutostartLoginItem.h"
 
 #include <unistd.h>

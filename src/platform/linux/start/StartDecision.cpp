@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/start/StartDecision.h"
 
 namespace vantorel {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/textinpictures/TextWorkerProtocol.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/FakeInput.h"
 
 #include <fake-input-client.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/ForeignToplevels.h"
 
 #include <foreign-toplevel-client.h>

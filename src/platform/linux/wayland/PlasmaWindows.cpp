@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/PlasmaWindows.h"
 
 #include <plasma-window-management-client.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/windows/KeyCodeTable.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/windows/PasteboardContents.h"
 
 #include <algorithm>

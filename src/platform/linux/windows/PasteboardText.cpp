@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/windows/PasteboardText.h"
 
 #include "platform/linux/windows/PasteboardTargets.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/xdg/KeyFile.h"
 
 #include "base/SplitText.h"

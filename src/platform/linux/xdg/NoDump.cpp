@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/xdg/NoDump.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/qt/AreaAverage.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unit/platform/qt/AveragedPixels.h"
 
 #include <algorithm>

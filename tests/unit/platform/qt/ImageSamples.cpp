@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unit/platform/qt/ImageSamples.h"
 
 #include <QBuffer>

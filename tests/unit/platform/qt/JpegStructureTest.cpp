@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/qt/JpegStructure.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unit/platform/qt/PngChunks.h"
 
 #include <string_view>

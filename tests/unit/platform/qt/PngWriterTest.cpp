@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/qt/PngWriter.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/qt/QtDispatch.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/qt/QtScreens.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/confined/worker/FileTree.h"
 
 #include <linux/landlock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Decodes the pictures that come over its standard input, a socket, and answers there. Started by
 // the program itself:
 //   vantorel-pictures IDLE-SECONDS PARENT

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The JPEG library leaves through its error handler, here by longjmp: what stands between a setjmp
 // and the calls it guards has no destructors.
 #include <csetjmp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/textinpictures/reading/PictureRows.h"
 
 namespace vantorel {

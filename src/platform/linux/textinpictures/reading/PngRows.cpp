@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The PNG library leaves by longjmp where it meets damage: what stands between a setjmp and the
 // calls it guards has no destructors.
 #include <png.h>

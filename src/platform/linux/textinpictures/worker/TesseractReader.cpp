@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/textinpictures/worker/TesseractReader.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads the text in pictures that come over its standard input, a socket, and answers there.
 // Started by the program itself:
 //   vantorel-text MODEL-DIRECTORY MODEL,MODEL... IDLE-SECONDS left-over|small PARENT

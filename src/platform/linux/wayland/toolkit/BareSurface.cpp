@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/toolkit/BareSurface.h"
 
 #include <layer-shell-client.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/toolkit/InnerRole.h"
 
 #include <wayland-client.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/wayland/toolkit/WaylandKeyboardGrabs.h"
 
 #include <shortcuts-inhibit-client.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/x11/toolkit/X11WindowBackdrops.h"
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/applications/DesktopEntries.h"
 
 #include <gmock/gmock.h>

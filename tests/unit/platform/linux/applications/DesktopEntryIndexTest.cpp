@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/applications/DesktopEntryIndex.h"
 
 #include <gtest/gtest.h>

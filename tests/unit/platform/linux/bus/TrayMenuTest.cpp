@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/bus/TrayMenu.h"
 
 #include <gmock/gmock.h>

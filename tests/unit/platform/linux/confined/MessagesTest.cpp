@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/confined/Messages.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/confined/SharedMemory.h"
 
 #include <gtest/gtest.h>

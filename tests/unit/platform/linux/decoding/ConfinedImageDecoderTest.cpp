@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The real decoders, in a process of their own, as the program uses them.
 #include "platform/linux/decoding/ConfinedImageDecoder.h"
 

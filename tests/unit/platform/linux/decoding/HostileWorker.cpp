@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Takes a picture as the real worker does, and answers as it is called: by the name of a link to
 // it.
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unit/platform/linux/keyring/ScriptedKeyring.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/settings/JsonUserDefaults.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/shortcuts/OwnCommand.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/start/AutostartEntry.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/start/HistoryLock.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/start/LargeBlocks.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unit/platform/linux/start/MemoryFiles.h"
 
 namespace vantorel {

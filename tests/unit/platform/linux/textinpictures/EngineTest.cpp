@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The real engine with the installed models, in its own process, as the program uses it.
 #include <gtest/gtest.h>
 #include <poll.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/textinpictures/reading/PageReader.h"
 
 #include <gtest/gtest.h>

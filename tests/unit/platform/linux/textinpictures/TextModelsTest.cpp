@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/textinpictures/TextModels.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/windows/PasteboardTargets.h"
 
 #include <gmock/gmock.h>

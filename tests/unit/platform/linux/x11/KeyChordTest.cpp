@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/x11/KeyChord.h"
 
 #include <gmock/gmock.h>

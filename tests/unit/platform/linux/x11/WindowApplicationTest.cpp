@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/x11/WindowApplication.h"
 
 #include <gtest/gtest.h>

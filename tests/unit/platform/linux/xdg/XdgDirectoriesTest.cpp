@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/linux/xdg/XdgDirectories.h"
 
 #include <gtest/gtest.h>
