@@ -31,8 +31,8 @@ void HotKeyRegistration::fallBack() {
 }
 
 HotKeyRegistration::ApplyResult HotKeyRegistration::apply(const HotKeyShortcut& candidate) {
-  if (candidate == shortcut_ && reference_) return ApplyResult::unchanged;
   dropCandidate();
+  if (candidate == shortcut_ && reference_) return ApplyResult::unchanged;
   const auto reference = take(candidate);
   if (!reference) return ApplyResult::unavailable;
   if (hotKeys_.isAwaited(*reference)) {

@@ -319,6 +319,14 @@ TEST_F(AskedHotKeyTest, ANewerOneReplacesTheOneThatIsAskedFor) {
   EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Registered{40, 0x1800, clipHotKeyId}));
 }
 
+TEST_F(AskedHotKeyTest, TheOldOneAgainTakesTheWishForANewOneBack) {
+  start();
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  EXPECT_EQ(registration->apply(HotKeyShortcut{}), ApplyResult::unchanged);
+  EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Registered{9, 0x300, clipHotKeyId}));
+}
+
 TEST_F(AskedHotKeyTest, WhereNobodyCanHaveOneTheChosenKeysAreKept) {
   start();
   hotKeys.answer(HotKeyAnswer::absent);
