@@ -315,10 +315,33 @@ TEST_P(DataControlPasteboardTest, PrimaryHoldsTheSame) {
 }
 
 TEST_P(DataControlPasteboardTest, ADeviceThatIsTakenAwayIsAskedForAgain) {
+  copy(plainText("before it"));
+  const auto before = now();
   compositor.finishDevices();
+  const auto tick = loop.every(Seconds(0.002), [] {});
+  ASSERT_TRUE(loop.runUntil([&] { return compositor.devices() == 1; }));
   copy(plainText("after it"));
+  EXPECT_EQ(now(), before + 1) << "what was there before is no change";
   EXPECT_EQ(string(), "after it");
   EXPECT_TRUE(pasteboard->writeString("mine"));
+}
+
+TEST_P(DataControlPasteboardTest, WhoeverRepeatsItsTypesIsNotTakenForItself) {
+  ASSERT_TRUE(pasteboard->writeString("mine"));
+  FakeCompositor::Forms kept;
+  for (const auto& type : compositor.types()) kept.emplace(type, form("kept"));
+  copy(plainText("another"));
+  const auto before = now();
+  copy(std::move(kept));
+  EXPECT_EQ(now(), before + 1);
+  EXPECT_EQ(string(), "kept");
+}
+
+TEST_P(DataControlPasteboardTest, MoreTypesThanAnybodyHasAreNotReadAtAll) {
+  FakeCompositor::Forms many;
+  for (int i = 0; i < 1100; ++i) many.emplace("text/x-" + std::to_string(i), form("text"));
+  copy(std::move(many));
+  EXPECT_EQ(types(), std::nullopt);
 }
 
 TEST_P(DataControlPasteboardTest, ACompositorThatDiesEndsEverythingInOrder) {

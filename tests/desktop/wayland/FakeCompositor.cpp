@@ -276,6 +276,12 @@ void FakeCompositor::finishDevices() {
   });
 }
 
+std::size_t FakeCompositor::devices() {
+  std::size_t count = 0;
+  call([&] { count = devices_.size(); });
+  return count;
+}
+
 void FakeCompositor::tellState(wl_resource* window) {
   wl_array states;
   wl_array_init(&states);

@@ -50,6 +50,8 @@ class FakeCompositor {
   void empty();
   /// Every device that was handed out is dead.
   void finishDevices();
+  /// How many are alive.
+  [[nodiscard]] std::size_t devices();
   /// Another program opens a window, which comes to the front.
   void open(const std::string& appId);
   void bringToFront(const std::string& appId);

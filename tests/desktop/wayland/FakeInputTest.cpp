@@ -111,6 +111,18 @@ TEST_F(FakeInputTest, ALayoutMayHaveNoV) {
   EXPECT_EQ(v(), std::nullopt);
 }
 
+TEST_F(FakeInputTest, LayoutsThatDisagreeAreNotChosenFrom) {
+  compositor.plugInKeyboard(keymap("v ], [ k", "k ], [ v"));
+  open();
+  EXPECT_EQ(v(), std::nullopt);
+}
+
+TEST_F(FakeInputTest, ALayoutWithoutAVLeavesTheOthersPlace) {
+  compositor.plugInKeyboard(keymap("hebrew_he ], [ v", "hebrew_taw ], [ k"));
+  open();
+  EXPECT_THAT(v(), Optional(keyOfVOnMost));
+}
+
 TEST_F(FakeInputTest, AnotherKeyboardHasAnotherPlace) {
   open();
   compositor.plugInKeyboard(keymap("k", "v"));

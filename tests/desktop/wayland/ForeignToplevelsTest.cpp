@@ -98,6 +98,7 @@ TEST_F(ForeignToplevelsTest, TheEndOfTheTellingIsTold) {
   ASSERT_TRUE(waitForFront("foot"));
   compositor.finishToplevels();
   EXPECT_TRUE(loop.runUntil([&] { return lost; }));
+  EXPECT_EQ(front(), "(nothing)");
 }
 
 TEST_F(ForeignToplevelsTest, ACompositorThatDiesLeavesNothingInFront) {

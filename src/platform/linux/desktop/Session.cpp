@@ -3,12 +3,16 @@
 
 #include <xcb/xcbext.h>
 
+#include <utility>
+
 #include "platform/linux/wayland/DataControl.h"
 #include "platform/linux/wayland/toolkit/WaylandPlugins.h"
 #include "platform/linux/x11/X11Connection.h"
 
 namespace vantorel {
 namespace {
+
+constexpr int otherConnections = 2;  // for the windows, and for the keys that are pressed
 
 /// Servers before 23.1 do not say so themselves.
 bool saysThatItIsXwayland(const X11Connection& x11) {
@@ -30,7 +34,9 @@ Session Session::find(const EnvironmentLookup& environment) {
   Session session;
   const auto display = environment("WAYLAND_DISPLAY");
   if (display && !display->empty()) session.wayland = WaylandConnection::open(*display);
-  if (session.wayland) session.waylandDisplay_ = *display;
+  for (int i = 0; session.wayland && i < otherConnections; ++i) {
+    session.others_.push_back(WaylandConnection::open(*display));
+  }
   if (session.wayland && letsStandAbove(*session.wayland) && hasWaylandPlugins()) {
     session.windows = Windows::wayland;
     return session;
@@ -43,8 +49,11 @@ Session Session::find(const EnvironmentLookup& environment) {
   return session;
 }
 
-std::unique_ptr<WaylandConnection> Session::connectAgain() const {
-  return waylandDisplay_.empty() ? nullptr : WaylandConnection::open(waylandDisplay_);
+std::unique_ptr<WaylandConnection> Session::takeAnother() {
+  if (others_.empty()) return nullptr;
+  auto taken = std::move(others_.back());
+  others_.pop_back();
+  return taken;
 }
 
 std::string Session::toolkitPlatform(const EnvironmentLookup& environment) const {

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/linux/wayland/WaylandConnection.h"
 #include "platform/linux/xdg/XdgDirectories.h"
@@ -22,7 +23,9 @@ struct Session {
   /// Null where `WAYLAND_DISPLAY` names nobody who answers.
   std::unique_ptr<WaylandConnection> wayland = nullptr;
   /// Another connection to the same compositor, for a thread of its own; null where there is none.
-  [[nodiscard]] std::unique_ptr<WaylandConnection> connectAgain() const;
+  /// There are two, made at once: a compositor that knows its programs by their files cannot look
+  /// any more when this process has closed itself to others.
+  [[nodiscard]] std::unique_ptr<WaylandConnection> takeAnother();
 
   /// Waits for the window systems alone; asks no Wayland compositor where the environment names
   /// none.
@@ -36,7 +39,7 @@ struct Session {
   [[nodiscard]] std::string refusal() const;
 
  private:
-  std::string waylandDisplay_;  // empty where nobody answers
+  std::vector<std::unique_ptr<WaylandConnection>> others_;
 };
 
 }  // namespace vantorel

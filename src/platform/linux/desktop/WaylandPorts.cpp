@@ -22,7 +22,7 @@ std::unique_ptr<WaylandPorts> WaylandPorts::open(const Services& services, Sessi
 }
 
 WaylandPorts::WaylandPorts(const Services& services, std::unique_ptr<ToolkitCompositor> compositor,
-                           std::unique_ptr<DataControlPasteboard> clipboard, const Session& session)
+                           std::unique_ptr<DataControlPasteboard> clipboard, Session& session)
     : dispatch_(services.dispatch),
       compositor_(std::move(compositor)),
       settings_(services.bus, services.portal),
@@ -33,11 +33,11 @@ WaylandPorts::WaylandPorts(const Services& services, std::unique_ptr<ToolkitComp
       input_(openInput(session)),
       hotKeys_(std::make_unique<KGlobalAccelHotKeys>(dispatch_, services.bus)) {}
 
-std::unique_ptr<Workspace> WaylandPorts::openWorkspace(const Session& session) {
+std::unique_ptr<Workspace> WaylandPorts::openWorkspace(Session& session) {
   auto told = CompositorWorkspace::open(
       {dispatch_, applications_.entries(), nullptr, [this] { applications_.readAgain(); },
        [this] { windows_.releaseKeyboard(); }},
-      session.connectAgain());
+      session.takeAnother());
   if (told) {
     toplevels_ = &told->windows();
     return told;
@@ -45,30 +45,19 @@ std::unique_ptr<Workspace> WaylandPorts::openWorkspace(const Session& session) {
   return std::make_unique<UntoldWorkspace>(applications_.entries());
 }
 
-std::unique_ptr<SyntheticInput> WaylandPorts::openInput(const Session& session) {
+std::unique_ptr<SyntheticInput> WaylandPorts::openInput(Session& session) {
   auto keyboard =
-      toplevels_ == nullptr ? nullptr : openKeyboard(toplevels_->thread(), session.connectAgain());
+      toplevels_ == nullptr ? nullptr : openKeyboard(toplevels_->thread(), session.takeAnother());
   if (!keyboard) return std::make_unique<AbsentSyntheticInput>();
   return std::make_unique<ToplevelInput>(
-      ToplevelInput::Services{.dispatch = dispatch_,
-                              .windows = *toplevels_,
-                              .entries = applications_.entries(),
-                              .offerPrimary = [this] { return clipboard_->alsoOfferPrimary(); },
-                              .isKeyboardElsewhere = [this] { return isKeyboardElsewhere(); }},
+      ToplevelInput::Services{
+          .dispatch = dispatch_,
+          .windows = *toplevels_,
+          .entries = applications_.entries(),
+          .offerPrimary = [this] { return clipboard_->alsoOfferPrimary(); },
+          .isKeyboardElsewhere =
+              [this] { return isNoShownWindowFocused() && windows_.haveLeft(); }},
       std::move(keyboard));
-}
-
-bool WaylandPorts::isKeyboardElsewhere() {
-  if (!isNoShownWindowFocused()) return false;
-  if (leave_ == Leave::taken) {
-    leave_ = Leave::unasked;
-    return true;
-  }
-  if (leave_ == Leave::unasked) {
-    leave_ = Leave::awaited;
-    compositor_->whenProcessed([this] { leave_ = Leave::taken; });
-  }
-  return false;
 }
 
 WindowPorts::All WaylandPorts::all() {

@@ -29,16 +29,11 @@ class WaylandPorts : public WindowPorts {
 
  private:
   WaylandPorts(const Services& services, std::unique_ptr<ToolkitCompositor> compositor,
-               std::unique_ptr<DataControlPasteboard> clipboard, const Session& session);
-  [[nodiscard]] std::unique_ptr<Workspace> openWorkspace(const Session& session);
-  [[nodiscard]] std::unique_ptr<SyntheticInput> openInput(const Session& session);
-
-  /// Whether the compositor has dealt with the end of the window that had the keyboard; asked again
-  /// until it has.
-  [[nodiscard]] bool isKeyboardElsewhere();
+               std::unique_ptr<DataControlPasteboard> clipboard, Session& session);
+  [[nodiscard]] std::unique_ptr<Workspace> openWorkspace(Session& session);
+  [[nodiscard]] std::unique_ptr<SyntheticInput> openInput(Session& session);
 
   Dispatch& dispatch_;
-  enum class Leave { unasked, awaited, taken } leave_ = Leave::unasked;
   // In this order: each of them may use what stands above it until it has ended.
   std::unique_ptr<ToolkitCompositor> compositor_;
   LayerScrim scrim_{*compositor_};

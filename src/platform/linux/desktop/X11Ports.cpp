@@ -53,7 +53,7 @@ X11Ports::X11Ports(const Services& services, Session session)
   }
   if (!settings_ || !x11Workspace_ || !(compositorClipboard_ || x11Clipboard_)) return;
   compositorWorkspace_ = CompositorWorkspace::open(
-      {dispatch_, x11Workspace_->desktopEntries(), x11Workspace_.get()}, session.connectAgain());
+      {dispatch_, x11Workspace_->desktopEntries(), x11Workspace_.get()}, session.takeAnother());
   input_ = openInput(session);
   backdrops_ = std::make_unique<X11WindowBackdrops>(*settings_);
 }
@@ -74,10 +74,10 @@ std::unique_ptr<SyntheticInput> X11Ports::openX11Input() const {
       dispatch_, x11Workspace_->applications(), [this] { return alsoOfferPrimary(); }, isListedTo);
 }
 
-std::unique_ptr<SyntheticInput> X11Ports::openInput(const Session& session) const {
+std::unique_ptr<SyntheticInput> X11Ports::openInput(Session& session) const {
   auto x11 = openX11Input();
   auto keyboard = compositorWorkspace_ ? openKeyboard(compositorWorkspace_->windows().thread(),
-                                                      session.connectAgain())
+                                                      session.takeAnother())
                                        : nullptr;
   if (!keyboard) return x11;
   auto toplevels = std::make_unique<ToplevelInput>(

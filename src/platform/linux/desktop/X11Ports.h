@@ -34,7 +34,7 @@ class X11Ports : public WindowPorts {
   [[nodiscard]] bool areComplete() const;
   [[nodiscard]] bool alsoOfferPrimary() const;
   [[nodiscard]] std::unique_ptr<SyntheticInput> openX11Input() const;
-  [[nodiscard]] std::unique_ptr<SyntheticInput> openInput(const Session& session) const;
+  [[nodiscard]] std::unique_ptr<SyntheticInput> openInput(Session& session) const;
 
   Dispatch& dispatch_;
   const bool isInsideWayland_;

@@ -43,12 +43,17 @@ class DataControl::Offer {
   Offer& operator=(const Offer&) = delete;
 
   void add(const char* type) {
-    if (types_.size() < maximumTypes) types_.emplace_back(type);
+    if (types_.size() == maximumTypes) {
+      isOverfull_ = true;  // a mark that forbids reading may be among the rest
+    } else {
+      types_.emplace_back(type);
+    }
   }
   void close() {
     if (proxy_ != nullptr) ext_data_control_offer_v1_destroy(std::exchange(proxy_, nullptr));
   }
   [[nodiscard]] const std::vector<std::string>& types() const { return types_; }
+  [[nodiscard]] bool isOverfull() const { return isOverfull_; }
   [[nodiscard]] ext_data_control_offer_v1* proxy() const { return proxy_; }
 
   /// For whoever reads it; keeps it, not its forms, alive.
@@ -58,6 +63,7 @@ class DataControl::Offer {
         : offer_(std::move(offer)), reader_(reader) {}
     void readTargets(
         std::function<void(std::optional<std::vector<std::string>>)> completion) override {
+      if (offer_->isOverfull()) return completion(std::nullopt);
       completion(offer_->types());
     }
     void read(const std::string& target, std::function<void(Answer)> completion) override {
@@ -78,6 +84,7 @@ class DataControl::Offer {
  private:
   ext_data_control_offer_v1* proxy_;
   std::vector<std::string> types_;
+  bool isOverfull_ = false;
 };
 
 /// What this process offers.
@@ -95,6 +102,11 @@ struct DataControl::Source {
 
 /// What the compositor calls.
 struct DataControl::Listeners {
+  static constexpr wl_callback_listener toldWhatWasThere{
+      [](void* self, wl_callback* callback, std::uint32_t /*serial*/) {
+        wl_callback_destroy(callback);
+        static_cast<DataControl*>(self)->hearing_ = Hearing::changes;
+      }};
   static constexpr ext_data_control_offer_v1_listener offer{
       [](void* offer, ext_data_control_offer_v1* /*proxy*/, const char* type) {
         static_cast<Offer*>(offer)->add(type);
@@ -120,7 +132,7 @@ struct DataControl::Listeners {
       [](void* self, ext_data_control_device_v1* /*device*/) {
         auto* const control = static_cast<DataControl*>(self);
         control->closeDevice();
-        control->thread_.after(deviceInterval, [control] { control->openDevice(); });
+        control->thread_.after(deviceInterval, [control] { control->openAgain(); });
       },
       // Nobody here wants PRIMARY.
       [](void* self, ext_data_control_device_v1* /*device*/, ext_data_control_offer_v1* proxy) {
@@ -164,6 +176,22 @@ bool DataControl::bind() {
 void DataControl::openDevice() {
   device_ = ext_data_control_manager_v1_get_data_device(manager_, seat_);
   ext_data_control_device_v1_add_listener(device_, &Listeners::device, this);
+}
+
+/// On the thread. What the new device tells of at first was there before, and may be what nobody
+/// was allowed to read.
+void DataControl::openAgain() {
+  auto& connection = thread_.connection();
+  if (seat_ != nullptr) wl_seat_destroy(seat_);
+  seat_ = static_cast<wl_seat*>(connection.bind(wl_seat_interface, 1));
+  if (seat_ == nullptr) {
+    thread_.after(deviceInterval, [this] { openAgain(); });
+    return;
+  }
+  hearing_ = Hearing::whatWasThere;
+  openDevice();
+  wl_callback_add_listener(wl_display_sync(connection.display()), &Listeners::toldWhatWasThere,
+                           this);
 }
 
 void DataControl::closeDevice() {
@@ -211,8 +239,11 @@ void DataControl::selected(ext_data_control_offer_v1* proxy) {
   const auto found = described_.find(proxy);
   const auto offer = found == described_.end() ? nullptr : found->second;
   if (offer) described_.erase(found);
-  const bool isOurs = offer && std::find(offer->types().begin(), offer->types().end(), marker_) !=
-                                   offer->types().end();
+  // Programs that keep the clipboard repeat all types of an owner that has ended.
+  const bool mayBeOurs = isTaking_ || source_ != nullptr;
+  const bool isOurs =
+      mayBeOurs && offer &&
+      std::find(offer->types().begin(), offer->types().end(), marker_) != offer->types().end();
   if (isOurs) {
     isTaking_ = false;
     return;

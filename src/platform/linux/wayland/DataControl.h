@@ -79,6 +79,7 @@ class DataControl {
   DataControl(WaylandThread& thread, Services services);
   [[nodiscard]] bool bind();
   void openDevice();
+  void openAgain();
   void closeDevice();
   void selected(ext_data_control_offer_v1* proxy);
   void changeHands(Holder holder);

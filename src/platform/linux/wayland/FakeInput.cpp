@@ -23,18 +23,21 @@ constexpr std::uint32_t modifiersVersion = 5;
 constexpr std::array modifierKeys = {KEY_LEFTSHIFT, KEY_RIGHTSHIFT, KEY_LEFTCTRL, KEY_RIGHTCTRL,
                                      KEY_LEFTALT,   KEY_RIGHTALT,   KEY_LEFTMETA, KEY_RIGHTMETA};
 
-/// The key that yields a v without modifiers in one of the keymap's layouts, in the first one that
-/// has it; absent where none does.
+/// The key that yields a v without modifiers in the keymap's layouts; absent where none does, and
+/// where they disagree: which of them is in force is told to the window in front alone.
 std::optional<KernelKey> keyYieldingV(xkb_keymap* keymap) {
+  std::optional<KernelKey> found;
   for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(keymap); ++layout) {
     const auto last = xkb_keymap_max_keycode(keymap);
     for (auto key = xkb_keymap_min_keycode(keymap); key <= last; ++key) {
       const xkb_keysym_t* symbols = nullptr;
       const auto count = xkb_keymap_key_get_syms_by_level(keymap, key, layout, 0, &symbols);
-      if (count == 1 && symbols[0] == XKB_KEY_v) return key - x11KeyOffset;
+      if (count != 1 || symbols[0] != XKB_KEY_v) continue;
+      if (found && *found != key - x11KeyOffset) return std::nullopt;
+      found = key - x11KeyOffset;
     }
   }
-  return std::nullopt;
+  return found;
 }
 
 }  // namespace

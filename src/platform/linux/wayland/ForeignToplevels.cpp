@@ -59,7 +59,7 @@ struct ForeignToplevels::Listeners {
         auto& self = *static_cast<ForeignToplevels*>(data);
         zwlr_foreign_toplevel_manager_v1_destroy(manager);
         self.manager_ = nullptr;
-        self.observer_.onLost();
+        self.tellLoss();
       }};
 };
 
@@ -76,11 +76,13 @@ std::unique_ptr<ForeignToplevels> ForeignToplevels::open(
   std::unique_ptr<ForeignToplevels> made(
       new ForeignToplevels(std::move(connection), std::move(observer)));
   if (!made->bind()) return nullptr;
-  made->thread_.start([self = made.get()] {
-    self->list_.forgetFront();
-    self->observer_.onLost();
-  });
+  made->thread_.start([self = made.get()] { self->tellLoss(); });
   return made;
+}
+
+void ForeignToplevels::tellLoss() {
+  list_.forgetFront();
+  observer_.onLost();
 }
 
 ForeignToplevels::ForeignToplevels(std::unique_ptr<WaylandConnection> connection, Observer observer)

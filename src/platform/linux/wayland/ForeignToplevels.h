@@ -40,6 +40,7 @@ class ForeignToplevels : public ToplevelSource {
   struct Listeners;
   ForeignToplevels(std::unique_ptr<WaylandConnection> connection, Observer observer);
   [[nodiscard]] bool bind();
+  void tellLoss();
   void closed(zwlr_foreign_toplevel_handle_v1* handle);
 
   WaylandThread thread_;

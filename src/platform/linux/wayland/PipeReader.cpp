@@ -26,7 +26,7 @@ FileDescriptor PipeReader::read(Completion completion) {
   // This end alone: who writes into the other may expect to be made to wait.
   fcntl(ends[0], F_SETFL, O_NONBLOCK);
   auto& transfer =
-      transfers_.emplace(ends[0], Transfer{FileDescriptor(ends[0]), std::move(completion), {}, 0})
+      transfers_.emplace(ends[0], Transfer{FileDescriptor(ends[0]), std::move(completion), {}})
           .first->second;
   startSilenceTimer(transfer);
   thread_.watch(ends[0], POLLIN, [this, pipe = ends[0]] { take(pipe); });
@@ -43,7 +43,8 @@ void PipeReader::take(int pipe) {
   received.resize(before + static_cast<std::size_t>(count > 0 ? count : 0));
   if (count == 0) {
     finish(found, OwnerForms::Outcome::received);
-  } else if (received.size() > OwnerForms::maximumBytes || (count < 0 && errno != EAGAIN)) {
+  } else if (received.size() > OwnerForms::maximumBytes || (count < 0 && errno != EAGAIN) ||
+             WorkLine::Clock::now() > found->second.deadline) {
     finish(found, OwnerForms::Outcome::lost);
   } else if (count > 0) {
     startSilenceTimer(found->second);
@@ -59,11 +60,11 @@ void PipeReader::startSilenceTimer(Transfer& transfer) {
 
 void PipeReader::finish(Transfers::iterator transfer, OwnerForms::Outcome outcome) {
   auto ended = transfers_.extract(transfer);
-  auto& [pipe, completion, received, timer] = ended.mapped();
-  thread_.unwatch(pipe.get());
-  thread_.cancel(timer);
+  auto& done = ended.mapped();
+  thread_.unwatch(done.pipe.get());
+  thread_.cancel(done.silenceTimer);
   const bool isWhole = outcome == OwnerForms::Outcome::received;
-  completion({outcome, isWhole ? std::move(received) : Bytes()});
+  done.completion({outcome, isWhole ? std::move(done.received) : Bytes()});
 }
 
 void PipeReader::abortAll() {

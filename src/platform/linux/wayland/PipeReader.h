@@ -18,6 +18,9 @@ class PipeReader {
   /// fetch over a network, or have been swapped out, take seconds.
   static constexpr std::chrono::milliseconds usualPatience{5000};
 
+  /// How long all of it may take, however busy an owner seems.
+  static constexpr std::chrono::seconds wholeLimit{60};
+
   using Completion = std::function<void(OwnerForms::Answer)>;
 
   /// `thread` outlives the reader.
@@ -39,6 +42,7 @@ class PipeReader {
     Completion completion;
     Bytes received;
     WaylandThread::TimerId silenceTimer = 0;
+    WorkLine::Clock::time_point deadline = WorkLine::Clock::now() + wholeLimit;
   };
   using Transfers = std::map<int, Transfer>;
 

@@ -144,13 +144,18 @@ bool LayerWindows::stand(QWindow& window) {
 }
 
 void LayerWindows::vanish(QWindow* window) {
+  bool takenKeys = false;
   for (auto it = standing_.begin(); it != standing_.end();) {
     if (it->second.outer == window) closeLater(*it->first);
     const bool goes = it->first == window || it->second.outer == window;
+    if (goes && it->second.keyed != nullptr) takenKeys = true;
     it = goes ? standing_.erase(it) : std::next(it);
   }
   order_.drop(window);
   shareKeyboard();
+  if (!takenKeys) return;
+  ++leaving_;
+  compositor_.whenProcessed([this] { --leaving_; });
 }
 
 void LayerWindows::follow(QWindow& window) {

@@ -37,6 +37,8 @@ class LayerWindows : public QObject, public WindowSpaces {
   void joinAll(WindowNumber /*window*/) const override {}
   void bringForward(WindowNumber window) const override;
 
+  /// Whether the compositor has dealt with the end of every window that took keys and is hidden.
+  [[nodiscard]] bool haveLeft() const { return leaving_ == 0; }
   /// Another program is about to get the keyboard: none of ours may hold it.
   void releaseKeyboard();
 
@@ -65,6 +67,7 @@ class LayerWindows : public QObject, public WindowSpaces {
   LayerScrim& scrim_;
   std::map<QWindow*, Standing> standing_;  // the windows that are seen
   KeyboardOrder order_;                    // of those that take keys
+  int leaving_ = 0;                        // of those, hidden and not yet dealt with
 };
 
 }  // namespace vantorel
