@@ -2,7 +2,6 @@
 #include "tool/EntryList.h"
 
 #include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
 
 #include <algorithm>
 #include <charconv>
@@ -14,6 +13,7 @@
 #include "base/Iso8601.h"
 #include "chrome/TextPresentation.h"
 #include "store/ClipSearchFilter.h"
+#include "store/HistoryJson.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -21,12 +21,16 @@ namespace {
 
 constexpr std::size_t longestTitle = 160;  // characters, as in a row of the panel
 
+/// The name of a pin, the first line of a text, or what is told of anything else.
 std::string titleOf(const ClipItem& item) {
-  return TextPresentation::singleLine(item.customName ? *item.customName : item.preview,
-                                      longestTitle);
+  std::string_view title = item.customName ? *item.customName : item.preview;
+  if (!item.customName && item.kind == ClipKind::text) {
+    title = title.substr(0, title.find_first_of("\r\n"));
+  }
+  return TextPresentation::singleLine(title, longestTitle);
 }
 
-using Writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
+using Writer = rapidjson::PrettyWriter<HistoryJson>;
 
 void writeText(Writer& writer, std::string_view key, std::string_view text) {
   writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
@@ -57,13 +61,14 @@ void writeEntry(Writer& writer, const NumberedEntry& entry) {
 }
 
 std::string asJson(const std::vector<NumberedEntry>& entries) {
-  rapidjson::StringBuffer buffer;
+  HistoryJson buffer;
   Writer writer(buffer);
   writer.SetIndent(' ', 2);
   writer.StartArray();
   for (const auto& entry : entries) writeEntry(writer, entry);
   writer.EndArray();
-  return std::string(buffer.GetString(), buffer.GetSize()) + "\n";
+  buffer.Put('\n');
+  return {buffer.GetString(), buffer.GetSize()};
 }
 
 }  // namespace
@@ -100,7 +105,9 @@ const NumberedEntry* entryCalled(const std::vector<NumberedEntry>& entries, std:
 
 std::string entryList(const std::vector<NumberedEntry>& entries, ToolLine::Form form) {
   if (form == ToolLine::Form::json) return asJson(entries);
+  constexpr std::size_t longestLine = 4 * longestTitle + 40;  // bytes
   std::string list;
+  list.reserve(entries.size() * longestLine);  // one that grows leaves a copy
   for (const auto& [number, item] : entries) {
     list += std::to_string(number) + '\t';
     list += rawValue(item.kind);
@@ -111,7 +118,10 @@ std::string entryList(const std::vector<NumberedEntry>& entries, ToolLine::Form 
 }
 
 std::string pathList(const ClipItem& item, ToolLine::Form form) {
+  std::size_t size = 0;
+  for (const std::string& path : item.filePaths) size += path.size() + 1;
   std::string list;
+  list.reserve(size);
   for (const std::string& path : item.filePaths) {
     list += path;
     list += form == ToolLine::Form::null ? '\0' : '\n';

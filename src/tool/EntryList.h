@@ -27,10 +27,11 @@ struct NumberedEntry {
                                                std::string_view name);
 
 /// Number, kind and title of each entry, or all that is known of it but its contents. A title is
-/// one line without control characters, whatever was copied. Wipe it after use.
+/// one line, of a text the first, without control characters, whatever was copied. Wipe it after
+/// use.
 [[nodiscard]] std::string entryList(const std::vector<NumberedEntry>& entries, ToolLine::Form form);
 
-/// The paths of an entry, each with its end: a line end, or NUL.
+/// The paths of an entry, each with its end: a line end, or NUL. Wipe it after use.
 [[nodiscard]] std::string pathList(const ClipItem& item, ToolLine::Form form);
 
 }  // namespace vantorel

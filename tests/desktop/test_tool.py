@@ -66,7 +66,7 @@ class Reading(ToolCase):
     def test_the_list_has_a_line_for_each_entry(self):
         self.write_history()
         self.assertEqual(self.answer("list").decode(),
-                         "1\ttext\tGreeting\n2\ttext\tfirst line second [31mline\n"
+                         "1\ttext\tGreeting\n2\ttext\tfirst line\n"
                          "3\timage\t64 × 48 px\n4\tfiles\ta b, c\n")
         self.assertEqual(self.answer("list", "--null").count(b"\0"), 4)
 
@@ -92,7 +92,7 @@ class Reading(ToolCase):
     def test_the_search_is_that_of_the_panel(self):
         self.write_history()
         self.assertEqual(self.answer("search", "FIRST", "line").decode(),
-                         "2\ttext\tfirst line second [31mline\n")
+                         "2\ttext\tfirst line\n")
         self.assertEqual(self.answer("search", "/home").decode(), "4\tfiles\ta b, c\n")
         self.assertEqual(self.answer("search", "nowhere"), b"")
 

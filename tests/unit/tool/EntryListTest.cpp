@@ -53,10 +53,22 @@ TEST(EntryList, ANulMayEndEachLine) {
 
 TEST(EntryList, ATitleIsOneLineThatATerminalMayShow) {
   ClipItem item = textItem("x");
-  item.preview = "a\tb\nc\x1b[31md\x07\u202E\u009Be";
+  item.preview = "a\tb\u2028c\x1b[31md\x07\u202E\u009Be";
   EXPECT_EQ(entryList(numbered({item}), Form::lines), "1\ttext\ta b c [31md e\n");
   item.preview = std::string(1000, 'x');
   EXPECT_LT(entryList(numbered({item}), Form::lines).size(), 200U);
+}
+
+TEST(EntryList, TheTitleOfATextIsItsFirstLine) {
+  for (const char* const end : {"\n", "\r\n", "\r"}) {
+    const auto list = numbered({textItem("first" + std::string(end) + "second")});
+    EXPECT_EQ(entryList(list, Form::lines), "1\ttext\tfirst\n");
+    EXPECT_THAT(entryList(list, Form::json), HasSubstr(R"("title": "first")"));
+  }
+  ClipItem pin = pinnedItem(textItem("x"), 0);
+  pin.customName = "a\nb";
+  EXPECT_EQ(entryList(numbered({pin, filesItem({"/a\nb", "/c"})}), Form::lines),
+            "1\ttext\ta b\n2\tfiles\ta b, c\n");
 }
 
 TEST(EntryList, JsonSaysWhatIsKnownButNoContents) {
