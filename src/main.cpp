@@ -55,8 +55,9 @@ int main(int argc, char** argv) {
   using namespace vantorel;
   const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
   const auto words = arguments.subspan(arguments.empty() ? 0 : 1);
-  if (const auto tool = ToolLine::parse(words)) return Tool(processEnvironment).run(*tool);
-  const auto line = CommandLine::parse(words);
+  const auto tool = ToolLine::parse(words);
+  if (tool && !tool->isForHelp) return Tool(processEnvironment).run(*tool);
+  const auto line = tool ? CommandLine{.command = Command::help} : CommandLine::parse(words);
   if (const auto status = Program::answer(line)) return *status;
   if (line.command == Command::check) return check();
   leaveNoCore();

@@ -48,6 +48,11 @@ std::filesystem::path place(const std::string& name) {
 constexpr std::string_view notUnderstood =
     "the running Vantorel did not understand; quit it and start again.";
 
+bool prints(ToolLine::Verb verb) {
+  using Verb = ToolLine::Verb;
+  return verb == Verb::list || verb == Verb::search || verb == Verb::get;
+}
+
 int noEntry(const ToolLine& line, std::size_t count) {
   return failure("there is no entry " + line.entry + "; the history has " + std::to_string(count) +
                      (count == 1 ? " entry." : " entries."),
@@ -65,7 +70,7 @@ int Tool::run(const ToolLine& line) {
     std::fprintf(stderr, "%s\n", line.error.c_str());
     return ToolStatus::usage;
   }
-  if (!hasOutput) return failure("there is no standard output to write to.");
+  if (!hasOutput && prints(line.verb)) return failure("there is no standard output to write to.");
   leaveNoCore();
   if (!directories_.dataHome) return failure("there is no directory for a history; set HOME.");
   if (line.verb == ToolLine::Verb::importFrom) return importFrom(line);

@@ -80,6 +80,10 @@ class Reading {
 
  private:
   void takeOption(std::string_view option) {
+    if (option == "--help") {
+      line_.isForHelp = true;
+      return;
+    }
     if (std::find(verb_.options.begin(), verb_.options.end(), option) == verb_.options.end()) {
       return refuse("unknown option " + quoted(option));
     }

@@ -20,6 +20,7 @@ struct ToolLine {
   std::string words = {};      // of search
   std::string directory = {};  // of export and import
   bool inTheClear = false;     // whoever exports knows what that is
+  bool isForHelp = false;      // whoever asks wants the help, whatever else the line says
   std::string error = {};      // one line for stderr, without a line end; empty when understood
 
   /// `arguments` without the program's own name. Absent when they do not begin with a verb.

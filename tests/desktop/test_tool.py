@@ -130,6 +130,11 @@ class Reading(ToolCase):
             self.assertEqual(status, 2, arguments)
             self.assertIn("Try 'vantorel --help'.", sentence)
 
+    def test_help_behind_a_command(self):
+        shown = self.answer("--help")
+        for arguments in (["list", "--help"], ["export", "--help"], ["copy", "1", "--help"]):
+            self.assertEqual(self.answer(*arguments), shown)
+
     def test_a_locale_that_does_not_exist(self):
         self.write_history()
         self.assertEqual(self.answer("list"),
@@ -147,6 +152,13 @@ class Reading(ToolCase):
         done = self.desktop.run(["sh", "-c", "\"$0\" list >&-", program_path()], CONSOLE)
         self.assertEqual(done.returncode, 1)
         self.assertIn("no standard output", done.stderr.decode())
+
+    def test_what_prints_nothing_needs_no_output(self):
+        self.write_history()
+        for arguments in ("import /no/such", "copy 999"):
+            done = self.desktop.run(["sh", "-c", f"\"$0\" {arguments} >&-", program_path()], CONSOLE)
+            self.assertNotIn("no standard output", done.stderr.decode())
+            self.assertIn(done.returncode, (1, 4))
 
     def test_an_output_that_is_full(self):
         self.write_history()

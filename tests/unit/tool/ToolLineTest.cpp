@@ -74,6 +74,16 @@ TEST(ToolLine, ExportAndImportTakeADirectory) {
   EXPECT_EQ(errorOf({"import"}), "vantorel import: give a directory. Try 'vantorel --help'.");
 }
 
+TEST(ToolLine, TheHelpCanBeAskedForBehindAVerb) {
+  for (const auto& arguments : std::vector<std::vector<const char*>>{
+           {"list", "--help"}, {"get", "--help"}, {"export", "x", "--help"}}) {
+    EXPECT_TRUE(parse(arguments)->isForHelp);
+  }
+  EXPECT_FALSE(parse({"list"})->isForHelp);
+  EXPECT_FALSE(parse({"search", "--", "--help"})->isForHelp);
+  EXPECT_EQ(parse({"search", "--", "--help"})->words, "--help");
+}
+
 TEST(ToolLine, SaysWhatItDidNotUnderstand) {
   EXPECT_EQ(errorOf({"list", "more"}),
             "vantorel list: unexpected argument 'more'. Try 'vantorel --help'.");
