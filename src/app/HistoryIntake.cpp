@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "chrome/TextPresentation.h"
 #include "platform/MainQueue.h"
 
 namespace vantorel {
@@ -20,10 +21,14 @@ void HistoryIntake::takeIn(const std::filesystem::path& directory) {
 
 void HistoryIntake::taken(const ExportReading& reading) {
   if (!onNotice) return;
-  if (!reading.trouble.empty()) return onNotice(reading.trouble);
-  if (!store_.takeIn(reading.clips)) return onNotice("The exported history could not be taken in.");
-  const auto count = reading.clips.size();
-  onNotice(count == 1 ? "1 clip was taken in." : std::to_string(count) + " clips were taken in.");
+  constexpr std::size_t longest = 300;
+  // A directory's name may have line ends, and marks that turn the direction of what follows.
+  if (!reading.trouble.empty()) {
+    return onNotice(TextPresentation::singleLine(reading.trouble, longest));
+  }
+  const auto kept = store_.takeIn(reading.clips);
+  onNotice(kept ? intakeSentence(*kept, reading.clips.size())
+                : "The exported history could not be taken in.");
 }
 
 }  // namespace vantorel

@@ -5,6 +5,8 @@
 #include <iterator>
 #include <limits>
 
+#include "text/Unicode.h"
+
 namespace vantorel {
 
 bool itemSort(const ClipItem& a, const ClipItem& b) {
@@ -23,6 +25,12 @@ void numberPins(std::vector<ClipItem>& items) {
   for (ClipItem& item : items) {
     if (item.pinned()) item.pinOrder = next++;
   }
+}
+
+std::optional<std::string> pinName(std::string_view name) {
+  constexpr std::size_t longest = 80;
+  const std::string_view shown = prefixOfCharacters(trimmed(name), longest);
+  return shown.empty() ? std::nullopt : std::optional<std::string>(shown);
 }
 
 std::size_t pinnedCount(const std::vector<ClipItem>& items) {

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "store/ClipItem.h"
@@ -15,6 +19,10 @@ namespace vantorel {
 void numberPins(std::vector<ClipItem>& items);
 
 [[nodiscard]] std::size_t pinnedCount(const std::vector<ClipItem>& items);
+
+/// What a pin is called when its user says `name`: without white space around it, and cut at 80
+/// characters; absent when nothing is left.
+[[nodiscard]] std::optional<std::string> pinName(std::string_view name);
 
 /// The list with the pin `id` moved next to the pin `relativeTo`: pins first, then everything else
 /// as it stood. Empty when nothing is to be moved: both must be pinned, and differ.

@@ -21,7 +21,6 @@
 #include "store/SealedFile.h"
 #include "store/SetAside.h"
 #include "store/StoredPicture.h"
-#include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
@@ -230,18 +229,22 @@ void ClipStore::setRecognizedText(Uuid id, const std::optional<std::string>& con
   if (onSearchIndexChange) onSearchIndexChange();
 }
 
-bool ClipStore::takeIn(const std::vector<ImportedClip>& clips) {
-  if (!persistenceIsReady() || directories_.restore()) return false;
+std::optional<std::size_t> ClipStore::takeIn(const std::vector<ImportedClip>& clips) {
+  if (!persistenceIsReady() || directories_.restore()) return std::nullopt;
   const auto nameOf = [this](const std::string& hash) -> std::optional<std::string> {
     const ClipItem* const stored = storedImage(hash);
     return stored != nullptr ? stored->assetFilename : std::nullopt;
   };
-  auto items = withStoredPictures(clips, assets_, *secureStorage_, nameOf);
-  if (!items) return false;
+  // What would go again at once is not sealed first.
+  const HistoryRoom room{services_.dispatch.now(), limits_, maxPinnedItems, assets_,
+                         saver_.discarded()};
+  auto items =
+      withStoredPictures(withinRoom(clips, items_, room), assets_, *secureStorage_, nameOf);
+  if (!items) return std::nullopt;
   items_ = merged(std::move(items_), std::move(*items), maxPinnedItems);
   commit(Upkeep::all);
   for (const ClipItem& item : items_) readings_.begin(item);
-  return true;
+  return withContentsIn(items_, clips).size();
 }
 
 bool ClipStore::canPinMore() const { return pinnedCount(items_) < maxPinnedItems; }
@@ -259,12 +262,9 @@ PinResult ClipStore::togglePinned(Uuid id) {
 }
 
 bool ClipStore::renamePinned(Uuid id, std::string_view name) {
-  constexpr std::size_t longestName = 80;  // characters
   ClipItem* const item = findById(items_, id);
   if (item == nullptr || !item->pinned()) return false;
-  const std::string customName(prefixOfCharacters(trimmed(name), longestName));
-  item->customName.reset();
-  if (!customName.empty()) item->customName = customName;
+  item->customName = pinName(name);
   commit(Upkeep::none);
   return true;
 }

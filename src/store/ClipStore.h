@@ -12,7 +12,6 @@
 
 #include "base/FileSystem.h"
 #include "base/Lifetime.h"
-#include "platform/CaptureLimits.h"
 #include "platform/Dispatch.h"
 #include "platform/Image.h"
 #include "platform/Keychain.h"
@@ -20,8 +19,8 @@
 #include "security/SecureStorage.h"
 #include "store/AssetFolder.h"
 #include "store/ClipItem.h"
+#include "store/ClipStoreLimits.h"
 #include "store/HistoryDirectories.h"
-#include "store/HistoryFile.h"
 #include "store/HistorySaver.h"
 #include "store/ImportedClips.h"
 #include "store/PictureReadings.h"
@@ -30,14 +29,6 @@
 #include "store/SourceApp.h"
 
 namespace vantorel {
-
-struct ClipStoreLimits {
-  std::size_t maxItems = 50;                  // pins included; pins themselves are never cut
-  Seconds maxAge{604'800};                    // of unpinned entries
-  std::uint64_t maxAssetBytes = 157'286'400;  // all image files together
-  std::size_t maxSingleImageBytes = largestEncodedImage;
-  std::uint64_t maxHistoryBytes = maximumHistoryBytes;  // of JSON; what is over is not saved
-};
 
 /// What the store needs of its surroundings. All outlive the store.
 struct ClipStoreServices {
@@ -122,9 +113,10 @@ class ClipStore {
                                       const SourceApp& source);
 
   /// Merges entries of another history with this one, by the times at which they were copied: see
-  /// `merged`. The limits hold. False, and nothing has changed, when nothing can be saved here, or
-  /// one of the pictures could not be stored.
-  [[nodiscard]] bool takeIn(const std::vector<ImportedClip>& clips);
+  /// `merged`. The limits hold. Answers of how many the contents are in the history then; absent,
+  /// and nothing has changed, when nothing can be saved here, or one of the pictures could not be
+  /// stored.
+  [[nodiscard]] std::optional<std::size_t> takeIn(const std::vector<ImportedClip>& clips);
 
   [[nodiscard]] bool canPinMore() const;
   PinResult togglePinned(Uuid id);

@@ -10,6 +10,7 @@
 #include "base/Uuid.h"
 #include "store/ClipDuplicates.h"
 #include "store/ClipOrder.h"
+#include "store/ClipRetention.h"
 
 namespace vantorel {
 
@@ -35,6 +36,48 @@ std::optional<std::vector<ClipItem>> withStoredPictures(
     items.back().assetFilename = std::move(name);
   }
   return items;
+}
+
+std::vector<ImportedClip> withContentsIn(const std::vector<ClipItem>& items,
+                                         const std::vector<ImportedClip>& clips) {
+  std::vector<ImportedClip> result;
+  std::copy_if(clips.begin(), clips.end(), std::back_inserter(result), [&](const auto& clip) {
+    return std::any_of(items.begin(), items.end(),
+                       [&](const ClipItem& item) { return duplicates(clip.item, item); });
+  });
+  return result;
+}
+
+std::vector<ImportedClip> withinRoom(const std::vector<ImportedClip>& clips,
+                                     const std::vector<ClipItem>& items, const HistoryRoom& room) {
+  std::map<std::string, std::uint64_t> sizes;  // of pictures that are new, which their hashes name
+  std::vector<ClipItem> imported;
+  for (const ImportedClip& clip : clips) {
+    imported.push_back(clip.item);
+    if (!clip.picture || !clip.item.contentHash) continue;
+    const auto stored = std::find_if(items.begin(), items.end(), [&](const ClipItem& item) {
+      return item.assetFilename && duplicates(clip.item, item);
+    });
+    imported.back().assetFilename =
+        stored != items.end() ? stored->assetFilename : clip.item.contentHash;
+    if (stored == items.end()) sizes[*clip.item.contentHash] = clip.picture->bytes->size();
+  }
+  const auto sizeOf = [&](const std::string& name) {
+    const auto size = sizes.find(name);
+    return size != sizes.end() ? size->second : room.assets.fileSize(name);
+  };
+  const ClipStoreLimits& limits = room.limits;
+  auto list = pruned(merged(items, std::move(imported), room.maxPins), room.now, limits.maxAge,
+                     limits.maxItems)
+                  .kept;
+  const auto names = namedAssets(list);
+  auto discarded = room.discarded;
+  discarded.merge(namedAssets(items));
+  for (const std::string& name : names) discarded.erase(name);
+  std::uint64_t total = room.assets.assetBytes(discarded);
+  for (const auto& [hash, size] : sizes) total += names.contains(hash) ? size : 0;
+  list = withinAssetBudget(std::move(list), total, limits.maxAssetBytes, sizeOf).kept;
+  return withContentsIn(list, clips);
 }
 
 std::vector<ClipItem> merged(std::vector<ClipItem> items, std::vector<ClipItem> imported,

@@ -4,13 +4,16 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "base/Date.h"
 #include "security/SecureStorage.h"
 #include "store/AssetFolder.h"
 #include "store/CapturedEntries.h"
 #include "store/ClipItem.h"
+#include "store/ClipStoreLimits.h"
 
 namespace vantorel {
 
@@ -25,6 +28,24 @@ struct ImportedClip {
 [[nodiscard]] std::optional<std::vector<ClipItem>> withStoredPictures(
     const std::vector<ImportedClip>& clips, const AssetFolder& assets, const SecureStorage& storage,
     const std::function<std::optional<std::string>(const std::string& hash)>& nameOf);
+
+/// What a history may hold, and the files of its pictures, apart from those to be `discarded`.
+struct HistoryRoom {
+  Date now;
+  const ClipStoreLimits& limits;
+  std::size_t maxPins;
+  const AssetFolder& assets;
+  std::set<std::string> discarded;
+};
+
+/// The clips that would be left of all of them beside `items`. Nothing is written.
+[[nodiscard]] std::vector<ImportedClip> withinRoom(const std::vector<ImportedClip>& clips,
+                                                   const std::vector<ClipItem>& items,
+                                                   const HistoryRoom& room);
+
+/// The clips whose contents are those of an entry of the list.
+[[nodiscard]] std::vector<ImportedClip> withContentsIn(const std::vector<ClipItem>& items,
+                                                       const std::vector<ImportedClip>& clips);
 
 /// The list with the `imported` ones as if they had been copied here when they were copied there:
 /// what repeats an entry is merged with it, and all stand by their times. A pin among them is one

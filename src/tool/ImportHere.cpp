@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "platform/ApplicationId.h"
 #include "platform/TextRecognition.h"
@@ -44,13 +46,15 @@ bool areSame(const std::vector<ClipItem>& a, const std::vector<ClipItem>& b) {
 
 }  // namespace
 
-std::optional<ToolFailure> importHere(Dispatch& dispatch, const std::filesystem::path& dataHome,
-                                      const std::vector<ImportedClip>& clips) {
+std::variant<std::size_t, ToolFailure> importHere(Dispatch& dispatch,
+                                                  const std::filesystem::path& dataHome,
+                                                  const std::vector<ImportedClip>& clips) {
   OpenKeyring keyring(dispatch);
   if (!keyring.trouble().empty()) return ToolFailure{ToolStatus::noKey, keyring.trouble()};
   HistoryLock lock;
   PosixFileSystem files(setNoDump,
                         [&lock](const auto& directory) { return lock.claim(directory); });
+  std::optional<std::size_t> kept;
   std::vector<ClipItem> items;
   std::shared_ptr<SecureStorage> storage;
   {
@@ -58,8 +62,9 @@ std::optional<ToolFailure> importHere(Dispatch& dispatch, const std::filesystem:
     const auto queue = dispatch.serialQueue(std::string(ClipStore::recognitionQueueLabel));
     ClipStore store({dispatch, files, keyring.keychain(), dataHome, recognition, *queue},
                     std::nullopt, nullptr, {});
-    if (auto failure = failureOf(store.obstacle())) return failure;
-    if (!store.takeIn(clips)) {
+    if (auto failure = failureOf(store.obstacle())) return std::move(*failure);
+    kept = store.takeIn(clips);
+    if (!kept) {
       return ToolFailure{ToolStatus::failed, "the pictures could not be stored; is the disk full?"};
     }
     items = store.items();
@@ -68,7 +73,7 @@ std::optional<ToolFailure> importHere(Dispatch& dispatch, const std::filesystem:
   // A long history is written as the store ends, which can tell nobody.
   const HistoryOnDisk history(files, dataHome / applicationId::historyDirectory);
   const auto saved = history.read(storage, dispatch.now());
-  if (saved && areSame(*saved, items)) return std::nullopt;
+  if (saved && areSame(*saved, items)) return *kept;
   return ToolFailure{ToolStatus::failed, "the history could not be saved; is the disk full?"};
 }
 

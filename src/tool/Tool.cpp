@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 #include <utility>
+#include <variant>
 
 #include "base/WipedText.h"
 #include "platform/ApplicationId.h"
@@ -207,8 +208,13 @@ int Tool::importFrom(const ToolLine& line) {
       break;
   }
   const Uninterrupted uninterrupted;
-  const auto failed = importHere(dispatch_, *directories_.dataHome, reading.clips);
-  return failed ? failure(failed->sentence, failed->status) : ToolStatus::done;
+  const auto done = importHere(dispatch_, *directories_.dataHome, reading.clips);
+  if (const auto* const failed = std::get_if<ToolFailure>(&done)) {
+    return failure(failed->sentence, failed->status);
+  }
+  const auto kept = std::get<std::size_t>(done);
+  if (kept < reading.clips.size()) complain(intakeSentence(kept, reading.clips.size()));
+  return ToolStatus::done;
 }
 
 }  // namespace vantorel

@@ -52,4 +52,16 @@ ExportReading readExport(FileSystem& files, const std::filesystem::path& directo
   return reading;
 }
 
+std::string intakeSentence(std::size_t kept, std::size_t count) {
+  const auto clips = [](std::size_t number) {
+    return std::to_string(number) + (number == 1 ? " clip " : " clips ");
+  };
+  if (kept == count) return clips(count) + (count == 1 ? "was" : "were") + " taken in.";
+  if (kept == 0) {
+    return "None of " + clips(count) + "was taken in; the limits of the history leave no room.";
+  }
+  return std::to_string(kept) + " of " + clips(count) + (kept == 1 ? "was" : "were") +
+         " taken in; the others are over the limits of the history.";
+}
+
 }  // namespace vantorel

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -22,5 +23,8 @@ struct ExportReading {
 /// take as long as reading all of it takes. Any thread.
 [[nodiscard]] ExportReading readExport(FileSystem& files, const std::filesystem::path& directory,
                                        Date now);
+
+/// What came of taking in so many clips, of which `kept` are in the history now.
+[[nodiscard]] std::string intakeSentence(std::size_t kept, std::size_t count);
 
 }  // namespace vantorel

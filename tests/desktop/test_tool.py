@@ -380,6 +380,14 @@ class Importing(ToolCase):
         self.answer("import", self.place)
         self.assertEqual(self.answer("list"), self.listed)
 
+    def test_what_is_over_the_limits_is_told(self):
+        self.export([text_item(f"{number}", number) for number in range(100, 130)])
+        self.write_history([text_item(f"newer {number}", number) for number in range(48)])
+        done = self.tool("import", self.place)
+        self.assertEqual((done.returncode, done.stderr.decode()),
+                         (0, "vantorel: 2 of 30 clips were taken in; "
+                             "the others are over the limits of the history.\n"))
+
     def test_the_running_program_does_it_itself(self):
         self.export()
         self.forget()

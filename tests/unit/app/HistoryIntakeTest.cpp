@@ -39,6 +39,22 @@ TEST_F(HistoryIntakeTest, TakesAnExportInAndSaysHowMuchItWas) {
   EXPECT_EQ(notices, (Texts{"2 clips were taken in."}));
 }
 
+TEST_F(HistoryIntakeTest, SaysHowManyAreOverTheLimits) {
+  store.dispatch().setNow(testDate(600'000));
+  write({textItem("a", testDate(600'000)), textItem("old", testDate(-10'000))});
+  takeIn();
+  EXPECT_EQ(store.texts(), (Texts{"a"}));
+  EXPECT_EQ(notices, (Texts{"1 of 2 clips was taken in; the others are over the limits of the "
+                            "history."}));
+}
+
+TEST_F(HistoryIntakeTest, ANameInANoticeIsOneLine) {
+  place = directory.path() / "a\n\x1b[31mb";
+  takeIn();
+  ASSERT_EQ(notices.size(), 1U);
+  EXPECT_NE(notices[0].find("a [31mb"), std::string::npos) << notices[0];
+}
+
 TEST_F(HistoryIntakeTest, SaysWhatIsNoExport) {
   takeIn();
   ASSERT_EQ(notices.size(), 1U);

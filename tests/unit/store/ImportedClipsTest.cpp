@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "base/ContentFingerprint.h"
 #include "fakes/TestStore.h"
 
@@ -101,12 +103,60 @@ TEST(ImportedClips, PinsBeyondTheLimitAreEntriesLikeOthers) {
 TEST(ImportedClips, AreCutToTheLimits) {
   TestStore store({.maxItems = 3, .maxAge = Seconds(100)});
   store.dispatch().setNow(testDate(200));
-  EXPECT_TRUE(store->takeIn({{textItem("a", testDate(190)), {}},
-                             {textItem("b", testDate(180)), {}},
-                             {textItem("c", testDate(170)), {}},
-                             {textItem("d", testDate(160)), {}},
-                             {textItem("too old", testDate(90)), {}}}));
+  EXPECT_EQ(store->takeIn({{textItem("a", testDate(190)), {}},
+                           {textItem("b", testDate(180)), {}},
+                           {textItem("c", testDate(170)), {}},
+                           {textItem("d", testDate(160)), {}},
+                           {textItem("too old", testDate(90)), {}}}),
+            3U);
   EXPECT_EQ(store.texts(), (Texts{"a", "b", "c"}));
+}
+
+TEST(ImportedClips, CountAsTakenInWhenTheirContentsAreHere) {
+  TestStore store({.maxItems = 2});
+  store.addText("here");
+  EXPECT_EQ(store->takeIn({}), 0U);
+  EXPECT_EQ(store->takeIn({{textItem("here", testDate(-9)), {}}}), 1U);
+  EXPECT_EQ(store->takeIn({{textItem("b"), {}}, {textItem("c", testDate(-5)), {}}}), 1U);
+  EXPECT_EQ(store.texts(), (Texts{"here", "b"}));
+}
+
+TEST(ImportedClips, PicturesThatWouldNotStayAreNotStored) {
+  const std::string bytes(1000, 'x');
+  const auto aged = [&bytes](char name, double seconds) {
+    auto clip = picture(bytes + name);
+    clip.item.createdAt = testDate(seconds);
+    return clip;
+  };
+  const auto written = [](TestStore& store) {
+    const auto& calls = store.files().calls();
+    return std::count_if(calls.begin(), calls.end(), [](const auto& call) {
+      return call.operation == FaultyFileSystem::Operation::writeNewFile &&
+             call.path.parent_path().filename() == "Assets";
+    });
+  };
+  const auto takenIn = [&](ClipStoreLimits limits) {
+    TestStore store(limits);
+    store.dispatch().setNow(testDate(200));
+    EXPECT_EQ(store->takeIn({aged('a', 190), aged('b', 180), aged('c', 170), aged('d', 10)}), 2U);
+    EXPECT_EQ(store.assetNames().size(), 2U);
+    return written(store);
+  };
+  EXPECT_EQ(takenIn({.maxItems = 2}), 2);
+  EXPECT_EQ(takenIn({.maxAge = Seconds(25)}), 2);
+  EXPECT_EQ(takenIn({.maxAssetBytes = 2500}), 2);
+}
+
+TEST(ImportedClips, AStoredPictureMakesRoomForOneThatIsNewer) {
+  const std::string bytes(1000, 'x');
+  TestStore store({.maxItems = 1, .maxAssetBytes = 1500});
+  auto old = picture(bytes + "old");
+  EXPECT_EQ(store->takeIn({old}), 1U);
+  auto newer = picture(bytes + "newer");
+  newer.item.createdAt = testDate(5);
+  store.dispatch().setNow(testDate(10));
+  EXPECT_EQ(store->takeIn({newer}), 1U);
+  EXPECT_EQ(store->items().front().contentHash, newer.item.contentHash);
 }
 
 TEST(ImportedClips, APictureIsStoredOnce) {
@@ -141,7 +191,7 @@ TEST(ImportedClips, PicturesThatWereStoredGoWithTheOneThatCouldNotBe) {
     auto first = picture("1");
     auto second = picture("2");
     store.files().failAt(step, std::errc::no_space_on_device);
-    taken = store->takeIn({first, second});
+    taken = store->takeIn({first, second}).has_value();
     store.files().recover();
     EXPECT_EQ(store.assetNames().size(), taken ? 2U : 0U) << step;
     if (!taken) ++failures;
