@@ -2,15 +2,15 @@
 #include "transfer/ExportManifest.h"
 
 #include <rapidjson/document.h>
-#include <rapidjson/memorystream.h>
 #include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "base/Iso8601.h"
+#include "base/WipedText.h"
+#include "store/HistoryJson.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -26,7 +26,7 @@ constexpr std::array<std::pair<Form, std::string_view>, 5> forms = {{{Form::text
                                                                      {Form::picture, "picture"},
                                                                      {Form::paths, "paths"}}};
 
-class ManifestWriter : private rapidjson::PrettyWriter<rapidjson::StringBuffer> {
+class ManifestWriter : private rapidjson::PrettyWriter<HistoryJson> {
  public:
   std::string write(const std::vector<ExportedEntry>& entries, Date exportedAt) {
     SetIndent(' ', 2);
@@ -40,7 +40,8 @@ class ManifestWriter : private rapidjson::PrettyWriter<rapidjson::StringBuffer> 
     for (const ExportedEntry& entry : entries) write(entry);
     EndArray();
     EndObject();
-    return std::string(buffer_.GetString(), buffer_.GetSize()) + "\n";
+    buffer_.Put('\n');
+    return {buffer_.GetString(), buffer_.GetSize()};
   }
 
   ManifestWriter() : PrettyWriter(buffer_) {}
@@ -86,7 +87,7 @@ class ManifestWriter : private rapidjson::PrettyWriter<rapidjson::StringBuffer> 
     if (value) text(key, *value);
   }
 
-  rapidjson::StringBuffer buffer_;
+  HistoryJson buffer_;
   std::size_t number_ = 0;
 };
 
@@ -100,7 +101,9 @@ const Value* member(const Value& object, const char* key) {
 std::optional<std::string> textOf(const Value& object, const char* key) {
   const Value* const value = member(object, key);
   if (value == nullptr || !value->IsString()) return std::nullopt;
-  return std::string(value->GetString(), value->GetStringLength());
+  std::string text(value->GetString(), value->GetStringLength());
+  if (!isValidUtf8(text)) return std::nullopt;  // half of a surrogate pair passes the parser
+  return text;
 }
 
 /// One that may be missing, but is a text when it is there.
@@ -117,11 +120,6 @@ bool readDate(const Value& object, const char* key, std::optional<Date>& date) {
   return date.has_value() == text.has_value();
 }
 
-bool isPlainName(const std::string& name) {
-  return !name.empty() && name.front() != '.' &&
-         name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
-}
-
 std::optional<ExportedFile> fileOf(const Value& value) {
   if (!value.IsObject()) return std::nullopt;
   auto name = textOf(value, "name");
@@ -129,7 +127,7 @@ std::optional<ExportedFile> fileOf(const Value& value) {
   const auto formName = textOf(value, "form");
   const auto* const form = std::find_if(forms.begin(), forms.end(),
                                         [&](const auto& each) { return formName == each.second; });
-  if (!name || !isPlainName(*name) || !sha256 || form == forms.end()) return std::nullopt;
+  if (!name || !isExportedFileName(*name) || !sha256 || form == forms.end()) return std::nullopt;
   return ExportedFile{std::move(*name), form->first, std::move(*sha256)};
 }
 
@@ -162,17 +160,11 @@ std::optional<ExportedEntry> entryOf(const Value& value) {
   return entry;
 }
 
-}  // namespace
-
-std::string manifestJson(const std::vector<ExportedEntry>& entries, Date exportedAt) {
-  return ManifestWriter().write(entries, exportedAt);
-}
-
-std::optional<std::vector<ExportedEntry>> readManifest(ByteView json) {
+/// Parses within `json`, which ends with NUL, so that no other copy of it remains.
+std::optional<std::vector<ExportedEntry>> entriesWithin(Bytes& json) {
   constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-  rapidjson::MemoryStream stream(reinterpret_cast<const char*>(json.data()), json.size());
   rapidjson::Document document;
-  document.ParseStream<flags>(stream);
+  document.ParseInsitu<flags>(reinterpret_cast<char*>(json.data()));
   if (document.HasParseError() || !document.IsObject()) return std::nullopt;
   const Value* const number = member(document, "version");
   const Value* const entries = member(document, "entries");
@@ -187,6 +179,35 @@ std::optional<std::vector<ExportedEntry>> readManifest(ByteView json) {
     result.push_back(std::move(*entry));
   }
   return result;
+}
+
+}  // namespace
+
+bool isExportedFileName(std::string_view name) {
+  constexpr std::array<std::string_view, 5> endings = {".txt", ".html", ".rtf", ".png", ".jpg"};
+  constexpr std::size_t fewestDigits = 4;
+  constexpr std::size_t mostDigits = 19;
+  const std::size_t digits = std::min(name.find_first_not_of("0123456789"), name.size());
+  return digits >= fewestDigits && digits <= mostDigits &&
+         std::find(endings.begin(), endings.end(), name.substr(digits)) != endings.end();
+}
+
+std::string manifestJson(const std::vector<ExportedEntry>& entries, Date exportedAt) {
+  return ManifestWriter().write(entries, exportedAt);
+}
+
+std::optional<std::vector<ExportedEntry>> readManifest(Bytes json) {
+  std::optional<std::vector<ExportedEntry>> entries;
+  if (std::find(json.begin(), json.end(), std::byte{0}) == json.end()) {
+    Bytes text;
+    text.reserve(json.size() + 1);  // a piece that grows leaves a copy
+    text = json;
+    text.push_back({});
+    entries = entriesWithin(text);
+    wipe(text);
+  }
+  wipe(json);
+  return entries;
 }
 
 }  // namespace vantorel

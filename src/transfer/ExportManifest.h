@@ -40,11 +40,16 @@ struct ExportedEntry {
 /// What ties the files of an export together; it lies beside them under this name.
 inline constexpr std::string_view manifestName = "manifest.json";
 
-/// The entries as JSON, in their order, numbered for a reader; valid whatever was copied.
+/// Whether an export calls a file of an entry so: a number of four digits or more, and an ending.
+[[nodiscard]] bool isExportedFileName(std::string_view name);
+
+/// The entries as JSON, in their order, numbered for a reader; valid whatever was copied. Wipe it
+/// after use.
 [[nodiscard]] std::string manifestJson(const std::vector<ExportedEntry>& entries, Date exportedAt);
 
-/// Reads what `manifestJson` says; absent for anything that is not of this shape, or of a later
-/// version. Names of files are plain ones.
-[[nodiscard]] std::optional<std::vector<ExportedEntry>> readManifest(ByteView json);
+/// Reads what `manifestJson` says, and overwrites it; absent for anything that is not of this
+/// shape, or of a later version. All texts are UTF-8, and names of files those that an export
+/// gives.
+[[nodiscard]] std::optional<std::vector<ExportedEntry>> readManifest(Bytes json);
 
 }  // namespace vantorel

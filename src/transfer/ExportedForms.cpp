@@ -8,6 +8,7 @@
 #include "base/ContentFingerprint.h"
 #include "platform/CaptureLimits.h"
 #include "store/CapturedEntries.h"
+#include "store/ClipOrder.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -47,14 +48,14 @@ class Exporting {
                    .files = {}};
   }
 
-  void add(Form form, std::string_view extension, Bytes bytes) {
+  void add(Form form, std::string_view extension, const SharedBytes& bytes) {
     clip_.entry.files.push_back(
-        {fileName(number_, extension), form, ContentFingerprint::data(bytes)});
-    clip_.contents.push_back(std::make_shared<const Bytes>(std::move(bytes)));
+        {fileName(number_, extension), form, ContentFingerprint::data(*bytes)});
+    clip_.contents.push_back(bytes);
   }
   void add(Form form, std::string_view extension, std::string_view text) {
     const ByteView bytes = bytesOf(text);
-    add(form, extension, Bytes(bytes.begin(), bytes.end()));
+    add(form, extension, SharedBytes(Bytes(bytes.begin(), bytes.end())));
   }
 
   ExportedClip take() { return std::move(clip_); }
@@ -64,17 +65,22 @@ class Exporting {
   ExportedClip clip_;
 };
 
-const Bytes* contentsOf(const ExportedClip& clip, Form form) {
+const SharedBytes* contentsOf(const ExportedClip& clip, Form form) {
   for (std::size_t i = 0; i < clip.entry.files.size(); ++i) {
-    if (clip.entry.files[i].form == form) return clip.contents.at(i).get();
+    if (clip.entry.files[i].form == form) return &clip.contents.at(i);
   }
   return nullptr;
 }
 
+std::optional<std::string> start(const std::optional<std::string>& text, std::size_t characters) {
+  if (!text) return std::nullopt;
+  return std::string(prefixOfCharacters(*text, characters));
+}
+
 std::optional<ImportedClip> textClip(const ExportedClip& clip, const SourceApp& source, Date now) {
-  const Bytes* const bytes = contentsOf(clip, Form::text);
+  const SharedBytes* const bytes = contentsOf(clip, Form::text);
   if (bytes == nullptr) return std::nullopt;
-  const std::string_view text = textOf(*bytes);
+  const std::string_view text = textOf(bytes->get());
   if (!isValidUtf8(text) || trimmed(text).empty()) return std::nullopt;
   ImportedClip result{.item = textEntry(std::string(text), source, now), .picture = {}};
   if (const auto* const rtf = contentsOf(clip, Form::rtf)) result.item.rtfData = *rtf;
@@ -83,24 +89,25 @@ std::optional<ImportedClip> textClip(const ExportedClip& clip, const SourceApp& 
 }
 
 std::optional<ImportedClip> filesClip(const ExportedClip& clip, const SourceApp& source, Date now) {
-  const Bytes* const bytes = contentsOf(clip, Form::paths);
-  auto paths = bytes != nullptr ? pathsOfLines(textOf(*bytes)) : std::nullopt;
+  const SharedBytes* const bytes = contentsOf(clip, Form::paths);
+  auto paths = bytes != nullptr ? pathsOfLines(textOf(bytes->get())) : std::nullopt;
   if (!paths) return std::nullopt;
   return ImportedClip{.item = filesEntry(std::move(*paths), source, now), .picture = {}};
 }
 
 std::optional<ImportedClip> imageClip(const ExportedClip& clip, const SourceApp& source, Date now) {
   constexpr std::size_t longestPreview = 100;
-  const Bytes* const bytes = contentsOf(clip, Form::picture);
-  const auto extension = bytes != nullptr ? pictureExtension(*bytes) : std::nullopt;
-  if (!extension || bytes->size() > largestEncodedImage) return std::nullopt;
+  const SharedBytes* const bytes = contentsOf(clip, Form::picture);
+  const auto extension = bytes != nullptr ? pictureExtension(bytes->get()) : std::nullopt;
+  if (!extension || bytes->get().size() > largestEncodedImage) return std::nullopt;
+  const auto held = std::make_shared<const SharedBytes>(*bytes);
   ImportedClip result{
-      .item = imageEntry({}, {}, ContentFingerprint::data(*bytes), source, now),
-      .picture = EncodedImage{std::make_shared<const Bytes>(*bytes), std::string(*extension)}};
+      .item = imageEntry({}, {}, ContentFingerprint::data(bytes->get()), source, now),
+      .picture = EncodedImage{{held, &held->get()}, std::string(*extension)}};
   result.item.assetFilename.reset();
   // Its size in points, which only whoever decodes it could tell anew.
   result.item.preview = prefixOfCharacters(clip.entry.preview, longestPreview);
-  result.item.recognizedText = clip.entry.recognizedText;
+  result.item.recognizedText = start(clip.entry.recognizedText, longestRecognizedText);
   return result;
 }
 
@@ -124,30 +131,34 @@ std::optional<ExportedClip> exported(const ClipItem& item, std::size_t number,
   switch (item.kind) {
     case ClipKind::text:
       exporting.add(Form::text, "txt", item.text ? std::string_view(**item.text) : "");
-      if (item.htmlData) exporting.add(Form::html, "html", **item.htmlData);
-      if (item.rtfData) exporting.add(Form::rtf, "rtf", **item.rtfData);
+      if (item.htmlData) exporting.add(Form::html, "html", *item.htmlData);
+      if (item.rtfData) exporting.add(Form::rtf, "rtf", *item.rtfData);
       break;
     case ClipKind::image: {
       const auto extension = picture ? pictureExtension(*picture) : std::nullopt;
       if (!extension) return std::nullopt;
-      exporting.add(Form::picture, *extension, std::move(*picture));
+      exporting.add(Form::picture, *extension, SharedBytes(std::move(*picture)));
       break;
     }
     case ClipKind::files:
       exporting.add(Form::paths, "txt", linesOfPaths(item.filePaths));
       break;
   }
-  return exporting.take();
+  auto clip = exporting.take();
+  if (!imported(clip, item.createdAt)) return std::nullopt;
+  return clip;
 }
 
 std::optional<ImportedClip> imported(const ExportedClip& clip, Date now) {
   const ExportedEntry& entry = clip.entry;
-  const SourceApp source{entry.sourceAppName, entry.sourceBundleIdentifier};
+  constexpr std::size_t longestOfSource = 255;  // as a file that an application is known by
+  const SourceApp source{start(entry.sourceAppName, longestOfSource),
+                         start(entry.sourceBundleIdentifier, longestOfSource)};
   auto result = clipOf(clip, source, std::min(entry.createdAt, now));
   if (!result) return std::nullopt;
   if (entry.lastCopiedAt) result->item.lastCopiedAt = std::min(*entry.lastCopiedAt, now);
   result->item.isPinned = entry.isPinned;
-  if (entry.isPinned) result->item.customName = entry.customName;
+  if (entry.isPinned) result->item.customName = pinName(entry.customName.value_or(""));
   return result;
 }
 

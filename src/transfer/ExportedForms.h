@@ -2,13 +2,12 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/Bytes.h"
+#include "base/Shared.h"
 #include "store/ImportedClips.h"
 #include "transfer/ExportManifest.h"
 
@@ -17,16 +16,17 @@ namespace vantorel {
 /// An entry as an export has it: what the manifest says, and the bytes of each of its files.
 struct ExportedClip {
   ExportedEntry entry;
-  std::vector<std::shared_ptr<const Bytes>> contents;  // as the entry's files are ordered
+  std::vector<SharedBytes> contents;  // as the entry's files are ordered
 };
 
-/// `number` names the files, which begin with it. Absent for an image entry without `picture`, its
-/// encoded picture.
+/// `number` names the files, which begin with it; `picture` is the encoded picture of an image.
+/// Absent for an entry that `imported` would refuse, as one whose picture is missing.
 [[nodiscard]] std::optional<ExportedClip> exported(const ClipItem& item, std::size_t number,
                                                    std::optional<Bytes> picture);
 
 /// The entry that such an export tells of, under a new identity; absent when its files are not
-/// those that an entry of its kind has, or hold no such thing. Nothing was copied later than `now`.
+/// those that an entry of its kind has, or hold no such thing. Nothing was copied later than `now`,
+/// and what is said of it is cut to what a capture or a user could have said.
 [[nodiscard]] std::optional<ImportedClip> imported(const ExportedClip& clip, Date now);
 
 /// Paths, one a line; a line end in a name is written as "\n", and a backslash twice.

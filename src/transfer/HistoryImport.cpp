@@ -2,7 +2,6 @@
 #include "transfer/HistoryImport.h"
 
 #include <cstdint>
-#include <memory>
 #include <utility>
 
 #include "base/ContentFingerprint.h"
@@ -22,9 +21,9 @@ ExportReading trouble(std::string sentence) {
 }  // namespace
 
 ExportReading readExport(FileSystem& files, const std::filesystem::path& directory, Date now) {
-  const auto manifest = files.readFile(directory / manifestName, largestManifest);
+  auto manifest = files.readFile(directory / manifestName, largestManifest);
   if (!manifest) return trouble("There is no exported history in " + directory.string() + ".");
-  auto entries = readManifest(*manifest);
+  auto entries = readManifest(std::move(*manifest));
   if (!entries) {
     return trouble("The " + std::string(manifestName) + " in " + directory.string() +
                    " is damaged, or none that this Vantorel understands.");
@@ -34,13 +33,15 @@ ExportReading readExport(FileSystem& files, const std::filesystem::path& directo
   for (ExportedEntry& entry : *entries) {
     ExportedClip clip{.entry = std::move(entry), .contents = {}};
     for (const ExportedFile& file : clip.entry.files) {
-      auto bytes = files.readFile(directory / file.name, room);
-      if (!bytes || ContentFingerprint::data(*bytes) != file.sha256) {
+      auto read = files.readFile(directory / file.name, room);
+      const bool isThere = read.has_value();
+      const SharedBytes bytes(std::move(read).value_or(Bytes()));
+      if (!isThere || ContentFingerprint::data(bytes.get()) != file.sha256) {
         return trouble("The exported history is damaged: " + file.name +
                        " is missing or was changed.");
       }
-      room -= bytes->size();
-      clip.contents.push_back(std::make_shared<const Bytes>(std::move(*bytes)));
+      room -= bytes.get().size();
+      clip.contents.push_back(bytes);
     }
     auto taken = imported(clip, now);
     if (!taken) {

@@ -12,8 +12,8 @@
 
 namespace vantorel {
 
-/// What an export holds, or why it cannot be taken in: one sentence. It is read whole or not at
-/// all.
+/// What an export holds, or why it cannot be taken in: one sentence, with the directory's name as
+/// it is. It is read whole or not at all.
 struct ExportReading {
   std::vector<ImportedClip> clips;
   std::string trouble;

@@ -55,16 +55,16 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
 
 TEST(ExportManifest, SaysAllThatItIsGiven) {
   const std::string json = manifestJson(entries(), testDate());
-  EXPECT_EQ(readManifest(bytesOf(json)), entries());
+  EXPECT_EQ(readManifest(toBytes(json)), entries());
   EXPECT_THAT(json, HasSubstr(R"("exportedAt": "2025-03-14T09:26:53Z")"));
   EXPECT_THAT(json, HasSubstr(R"("number": 3)"));
-  EXPECT_EQ(readManifest(bytesOf(manifestJson({}, testDate()))), std::vector<ExportedEntry>());
+  EXPECT_EQ(readManifest(toBytes(manifestJson({}, testDate()))), std::vector<ExportedEntry>());
 }
 
 TEST(ExportManifest, IsValidWhateverWasCopied) {
   auto list = entries();
   list[0].sourceAppName = "\xff";
-  const auto read = readManifest(bytesOf(manifestJson(list, testDate())));
+  const auto read = readManifest(toBytes(manifestJson(list, testDate())));
   ASSERT_TRUE(read);
   EXPECT_EQ(read->at(0).sourceAppName, "\uFFFD");
 }
@@ -89,10 +89,30 @@ TEST(ExportManifest, WhatIsNoneOrOfALaterVersionIsNotRead) {
            {"0001.txt", "/etc/passwd"},
            {"0001.txt", ".."},
            {"0001.txt", ".hidden"},
+           {"0001.txt", "a.txt"},
+           {"0001.txt", "001.txt"},
+           {"0001.txt", "0001.sh"},
+           {"0001.txt", "0001"},
+           {"0001.txt", "0001.txt\\u001b[31m"},
+           {"Greeting", "half \\ud83d"},
+           {"Editor", "half \\udc4b"},
+           {"a \\\"text\\\"", "\\ud83d a"},
            {"0001.txt", ""},
            {"0001.txt", "a\\u0000"},
            {"\"sha256\": \"aa\"", "\"sha256\": null"}}) {
-    EXPECT_FALSE(readManifest(bytesOf(replaced(json, from, to)))) << from << " by " << to;
+    EXPECT_FALSE(readManifest(toBytes(replaced(json, from, to)))) << from << " by " << to;
+  }
+}
+
+TEST(ExportManifest, AFileIsCalledByANumberAndItsForm) {
+  for (const std::string_view name :
+       {"0001.txt", "0002.html", "0003.rtf", "12345.png", "0005.jpg"}) {
+    EXPECT_TRUE(isExportedFileName(name)) << name;
+  }
+  for (const std::string_view name :
+       {"", "0001", ".txt", "1.txt", "0001.TXT", "0001.txt2", "00012345678901234567.txt",
+        "0001 .txt", "manifest.json", "0001.txt/", "../0001.txt"}) {
+    EXPECT_FALSE(isExportedFileName(name)) << name;
   }
 }
 
@@ -100,11 +120,12 @@ TEST(ExportManifest, WhatIsCutOrNoJsonIsNotRead) {
   const std::string json = manifestJson(entries(), testDate());
   for (const std::size_t length :
        {std::size_t{0}, std::size_t{1}, json.size() / 2, json.size() - 3})
-    EXPECT_FALSE(readManifest(bytesOf(json.substr(0, length)))) << length;
+    EXPECT_FALSE(readManifest(toBytes(json.substr(0, length)))) << length;
   for (const std::string_view text : {"[]", "null", "7", "\"\"", "{}", "\xff{}"})
-    EXPECT_FALSE(readManifest(bytesOf(text))) << text;
-  EXPECT_FALSE(readManifest(bytesOf(json + json)));
-  EXPECT_FALSE(readManifest(bytesOf(std::string(100'000, '['))));
+    EXPECT_FALSE(readManifest(toBytes(text))) << text;
+  EXPECT_FALSE(readManifest(toBytes(json + json)));
+  EXPECT_FALSE(readManifest(toBytes(json + std::string(1, '\0'))));
+  EXPECT_FALSE(readManifest(toBytes(std::string(100'000, '['))));
 }
 
 }  // namespace

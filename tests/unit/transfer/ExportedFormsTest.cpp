@@ -76,6 +76,39 @@ TEST(ExportedForms, AnImageWithoutAPictureIsNotExported) {
   EXPECT_FALSE(exported(item, 1, toBytes("no picture")));
 }
 
+TEST(ExportedForms, WhatCouldNotComeBackIsNotExported) {
+  ClipItem none = filesItem({"/a"});
+  none.filePaths = {};
+  EXPECT_FALSE(exported(none, 1, {}));
+  EXPECT_FALSE(exported(filesItem({"relative"}), 1, {}));
+  EXPECT_FALSE(exported(textItem(" \n"), 1, {}));
+  ClipItem item = textItem("x");
+  item.text.reset();
+  EXPECT_FALSE(exported(item, 1, {}));
+}
+
+TEST(ExportedForms, APictureIsNotCopied) {
+  const auto clip = exported(imageItem("x.png", ""), 1, toBytes(png));
+  EXPECT_EQ(imported(*clip, testDate())->picture->bytes.get(), &clip->contents.at(0).get());
+}
+
+TEST(ExportedForms, WhatIsSaidOfAnEntryIsAsLongAsItCouldBeHere) {
+  auto clip = exported(pinnedItem(textItem("x"), 0), 1, {}).value();
+  const std::string endless(100'000, 'x');
+  clip.entry.customName = " \t" + endless;
+  clip.entry.sourceAppName = endless;
+  clip.entry.sourceBundleIdentifier = endless;
+  const ClipItem back = imported(clip, testDate())->item;
+  EXPECT_EQ(back.customName, std::string(80, 'x'));
+  EXPECT_EQ(back.sourceAppName, std::string(255, 'x'));
+  EXPECT_EQ(back.sourceBundleIdentifier, std::string(255, 'x'));
+  clip.entry.customName = " \n";
+  EXPECT_FALSE(imported(clip, testDate())->item.customName);
+  auto picture = exported(imageItem("x.png", ""), 1, toBytes(png)).value();
+  picture.entry.recognizedText = endless;
+  EXPECT_EQ(imported(picture, testDate())->item.recognizedText, std::string(8000, 'x'));
+}
+
 TEST(ExportedForms, PathsComeBackWhateverIsInThem) {
   for (const auto& paths : std::vector<std::vector<std::string>>{
            {"/a"}, {"/a b", "/c/"}, {"/with\nline end", "/back\\slash\\n"}, {"/\t\r"}}) {
@@ -103,9 +136,6 @@ TEST(ExportedForms, NothingWasCopiedLaterThanNow) {
 }
 
 TEST(ExportedForms, AKindWithoutItsFileIsRefused) {
-  const auto bytes = [](std::string_view text) {
-    return std::make_shared<const Bytes>(toBytes(text));
-  };
   for (const auto& [kind, form, contents] :
        std::vector<std::tuple<ClipKind, Form, std::string>>{{ClipKind::text, Form::html, "<p>"},
                                                             {ClipKind::text, Form::text, " \n"},
@@ -117,7 +147,7 @@ TEST(ExportedForms, AKindWithoutItsFileIsRefused) {
     ExportedClip clip;
     clip.entry.kind = kind;
     clip.entry.files = {{"0001.txt", form, ""}};
-    clip.contents = {bytes(contents)};
+    clip.contents = {SharedBytes(toBytes(contents))};
     EXPECT_FALSE(imported(clip, testDate())) << contents;
   }
   EXPECT_FALSE(imported({}, testDate()));
