@@ -8,8 +8,10 @@
 #include <variant>
 
 #include "base/WipedText.h"
+#include "chrome/TextPresentation.h"
 #include "platform/ApplicationId.h"
 #include "platform/linux/start/ClosedProcess.h"
+#include "platform/linux/start/HistoryLock.h"
 #include "platform/linux/start/RunningInstance.h"
 #include "text/Unicode.h"
 #include "tool/ExportConsent.h"
@@ -17,6 +19,7 @@
 #include "tool/OpenKeyring.h"
 #include "tool/StandardStreams.h"
 #include "tool/TerminalQuestions.h"
+#include "tool/UnfinishedExports.h"
 #include "tool/Uninterrupted.h"
 #include "transfer/HistoryExport.h"
 #include "transfer/HistoryImport.h"
@@ -26,8 +29,10 @@ namespace {
 
 using standardStreams::complain;
 
+/// Says it in one line: a directory's name in it could rewrite what the terminal shows.
 int failure(std::string_view sentence, int status = ToolStatus::failed) {
-  complain(sentence);
+  constexpr std::size_t longest = 1000;
+  complain(TextPresentation::singleLine(sentence, longest));
   return status;
 }
 
@@ -38,16 +43,29 @@ int written(std::error_code error) {
   return failure("the output could not be written: " + error.message() + ".");
 }
 
+int printWiped(std::string text) {
+  const auto error = standardStreams::write(text);
+  wipe(text);
+  return written(error);
+}
+
 /// The directory that the user means, wherever a link leads.
 std::filesystem::path place(const std::string& name) {
   std::error_code error;
-  auto path = std::filesystem::weakly_canonical(name, error);
-  if (error) path = std::filesystem::absolute(name, error).lexically_normal();
+  // Absolute first: of a name that nothing has yet the other step leaves just that name.
+  const auto absolute = std::filesystem::absolute(name, error);
+  if (error) return name;
+  auto path = std::filesystem::weakly_canonical(absolute, error);
+  if (error) path = absolute.lexically_normal();
   return path.has_filename() ? path : path.parent_path();
 }
 
 constexpr std::string_view notUnderstood =
     "the running Vantorel did not understand; quit it and start again.";
+
+std::string countOf(std::size_t entries) {
+  return std::to_string(entries) + (entries == 1 ? " entry" : " entries");
+}
 
 bool prints(ToolLine::Verb verb) {
   using Verb = ToolLine::Verb;
@@ -55,8 +73,7 @@ bool prints(ToolLine::Verb verb) {
 }
 
 int noEntry(const ToolLine& line, std::size_t count) {
-  return failure("there is no entry " + line.entry + "; the history has " + std::to_string(count) +
-                     (count == 1 ? " entry." : " entries."),
+  return failure("there is no entry " + line.entry + "; the history has " + countOf(count) + ".",
                  ToolStatus::noEntry);
 }
 
@@ -74,13 +91,14 @@ int Tool::run(const ToolLine& line) {
   if (!hasOutput && prints(line.verb)) return failure("there is no standard output to write to.");
   leaveNoCore();
   if (!directories_.dataHome) return failure("there is no directory for a history; set HOME.");
+  history_.emplace(files_, *directories_.dataHome / applicationId::historyDirectory);
   if (line.verb == ToolLine::Verb::importFrom) return importFrom(line);
   if (const auto status = open()) return *status;
   switch (line.verb) {
     case ToolLine::Verb::list:
-      return print(entries_, line.form);
+      return printWiped(entryList(entries_, line.form));
     case ToolLine::Verb::search:
-      return print(found(entries_, line.words), line.form);
+      return printWiped(entryList(found(entries_, line.words), line.form));
     case ToolLine::Verb::get:
       return get(line);
     case ToolLine::Verb::copy:
@@ -94,7 +112,6 @@ int Tool::run(const ToolLine& line) {
 }
 
 std::optional<int> Tool::open() {
-  history_.emplace(files_, *directories_.dataHome / applicationId::historyDirectory);
   switch (history_->state()) {
     case HistoryOnDisk::State::absent:
       return std::nullopt;
@@ -116,28 +133,22 @@ std::optional<int> Tool::open() {
   return std::nullopt;
 }
 
-int Tool::print(const std::vector<NumberedEntry>& entries, ToolLine::Form form) {
-  std::string list = entryList(entries, form);
-  const auto error = standardStreams::write(list);
-  wipe(list);
-  return written(error);
-}
-
 int Tool::get(const ToolLine& line) {
   const auto* const entry = entryCalled(entries_, line.entry);
   if (entry == nullptr) return noEntry(line, entries_.size());
   const ClipItem& item = entry->item;
   switch (item.kind) {
     case ClipKind::text:
-      return written(standardStreams::write(item.text ? item.text->get() : std::string()));
+      return written(standardStreams::write(item.text ? std::string_view(**item.text) : ""));
     case ClipKind::files:
-      return written(standardStreams::write(pathList(item, line.form)));
+      return printWiped(pathList(item, line.form));
     case ClipKind::image:
       break;
   }
-  const auto picture = history_->picture(*storage_, item);
+  auto picture = history_->picture(*storage_, item);
   if (!picture) return failure("the picture of this entry is missing or damaged.");
-  return written(standardStreams::write(textOf(*picture)));
+  const SharedBytes wiped(std::move(*picture));
+  return written(standardStreams::write(textOf(wiped.get())));
 }
 
 /// The running instance has the contents itself: it is told the entry's identity, and no more.
@@ -165,6 +176,8 @@ int Tool::exportTo(const ToolLine& line) {
   const auto refuse = [&](const FileSystem::Error& error) {
     return failure("nothing was exported to " + directory.string() + ": " + error.message() + ".");
   };
+  removeUnfinishedExports(directory.parent_path());
+  removeUnfinishedExports(directory);
   if (const auto obstacle = exportObstacle(files_, directory)) return refuse(obstacle);
   switch (consentToExport(line.inTheClear, directory.filename().string(), terminalQuestions())) {
     case ExportConsent::nobodyToAsk:
@@ -183,13 +196,13 @@ int Tool::exportTo(const ToolLine& line) {
     return history_->picture(*storage_, item);
   };
   const Uninterrupted uninterrupted;
-  const auto result = exportHistory(files_, items, pictureOf, directory, dispatch_.now());
+  HistoryLock lock;
+  PosixFileSystem files({}, [&lock](const auto& unfinished) { return lock.claim(unfinished); });
+  const auto result = exportHistory(files, items, pictureOf, directory, dispatch_.now());
   if (result.error) return refuse(result.error);
-  if (result.missing > 0) {
-    complain("left out, since the picture is missing or damaged: " +
-             std::to_string(result.missing) + ".");
-  }
-  return ToolStatus::done;
+  if (result.missing == 0) return ToolStatus::done;
+  return failure("exported, but for " + countOf(result.missing) +
+                 " that had to be left out, with contents that are missing or damaged.");
 }
 
 int Tool::importFrom(const ToolLine& line) {
@@ -198,6 +211,10 @@ int Tool::importFrom(const ToolLine& line) {
   // Read here first: whoever gave the command hears what is wrong with it.
   const auto reading = readExport(files_, directory, dispatch_.now());
   if (!reading.trouble.empty()) return failure(reading.trouble);
+  // What keeps a running program from it, too, it would tell on the desktop alone.
+  if (history_->state() == HistoryOnDisk::State::sealed) {
+    if (const auto status = open()) return *status;
+  }
   switch (forwardToRunningInstance({.action = "import", .argument = directory.string()}, lookup_)) {
     case ForwardResult::forwarded:
       return ToolStatus::done;

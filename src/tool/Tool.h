@@ -27,7 +27,6 @@ class Tool {
  private:
   /// Reads the history; the exit status where that fails.
   [[nodiscard]] std::optional<int> open();
-  [[nodiscard]] int print(const std::vector<NumberedEntry>& entries, ToolLine::Form form);
   [[nodiscard]] int get(const ToolLine& line);
   [[nodiscard]] int copy(const ToolLine& line);
   [[nodiscard]] int exportTo(const ToolLine& line);

@@ -7,8 +7,9 @@
 
 namespace vantorel {
 
-/// While this lives, the signals by which a user or a log-out ends a program are ignored: what is
-/// under way is soon done, and would leave a half of itself behind.
+/// While this lives, the signals by which a user or a log-out ends a program are ignored, and so is
+/// that of a file beyond its limit, which then fails to be written: what is under way is soon done,
+/// and would leave a half of itself behind.
 class Uninterrupted {
  public:
   Uninterrupted() {
@@ -27,7 +28,7 @@ class Uninterrupted {
   Uninterrupted& operator=(const Uninterrupted&) = delete;
 
  private:
-  static constexpr std::array signals = {SIGINT, SIGTERM, SIGHUP};
+  static constexpr std::array signals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXFSZ};
   std::array<struct sigaction, signals.size()> before_{};
 };
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/Uuid.h"
+#include "base/WipedText.h"
 #include "transfer/ExportManifest.h"
 #include "transfer/ExportedForms.h"
 
@@ -14,14 +15,18 @@ namespace {
 using Path = std::filesystem::path;
 using Error = FileSystem::Error;
 
-/// A directory that goes again with all in it, unless it is put in its place.
+constexpr std::string_view unfinishedStart = ".vantorel-export.";
+
+/// A directory that goes again with all in it, unless it is put in its place: beside it, or within
+/// where a directory stands there already, which may be another disk.
 class UnfinishedExport {
  public:
   UnfinishedExport(FileSystem& files, const Path& place)
       : files_(files),
         place_(place),
-        directory_(place.parent_path() /
-                   ("." + place.filename().string() + "." + Uuid::random().string() + ".tmp")) {}
+        isFilling_(files.exists(place)),
+        directory_((isFilling_ ? place : place.parent_path()) /
+                   (std::string(unfinishedStart) + Uuid::random().string())) {}
   ~UnfinishedExport() {
     for (const Path& path : written_) (void)files_.remove(path);
     if (isMade_) (void)files_.remove(directory_);
@@ -31,35 +36,57 @@ class UnfinishedExport {
 
   [[nodiscard]] Error make() {
     // No directory above it is made: a name that was mistyped would be followed anywhere.
-    if (!files_.exists(place_.parent_path())) {
+    if (!files_.exists(directory_.parent_path())) {
       return std::make_error_code(std::errc::no_such_file_or_directory);
     }
-    const Error error = files_.createDirectories(directory_, 0700);
-    isMade_ = !error;
-    return error;
+    if (const Error error = files_.createDirectories(directory_, ownerOnly)) return error;
+    isMade_ = true;
+    return files_.claim(directory_);  // nobody takes it for one that was left behind
   }
   [[nodiscard]] Error write(std::string_view name, ByteView bytes) {
     written_.push_back(directory_ / name);
     return files_.writeNewFile(written_.back(), bytes, 0600);
   }
+  /// What was written last comes last.
   [[nodiscard]] Error finish() {
     if (const Error error = files_.syncDirectory(directory_)) return error;
-    if (const Error error = files_.rename(directory_, place_)) return error;
+    if (const Error error = isFilling_ ? moveIn() : files_.rename(directory_, place_)) return error;
     isMade_ = false;
     written_.clear();
-    (void)files_.syncDirectory(place_.parent_path());  // it stands there either way
+    // It stands there either way.
+    (void)files_.syncDirectory(isFilling_ ? place_ : place_.parent_path());
     return {};
   }
 
  private:
+  static constexpr unsigned ownerOnly = 0700;
+
+  [[nodiscard]] Error moveIn() {
+    if (const Error error = files_.setPermissions(place_, ownerOnly)) return error;
+    for (Path& path : written_) {
+      Path moved = place_ / path.filename();
+      // Whatever came there meanwhile is not ours to replace.
+      if (files_.exists(moved)) return std::make_error_code(std::errc::directory_not_empty);
+      if (const Error error = files_.rename(path, moved)) return error;
+      path = std::move(moved);
+    }
+    return files_.remove(directory_);
+  }
+
   FileSystem& files_;
   const Path place_;
+  const bool isFilling_;
   const Path directory_;
   bool isMade_ = false;
   std::vector<Path> written_;
 };
 
 }  // namespace
+
+bool isUnfinishedExport(std::string_view name) {
+  return name.starts_with(unfinishedStart) &&
+         Uuid::parse(name.substr(unfinishedStart.size())).has_value();
+}
 
 Error exportObstacle(FileSystem& files, const Path& directory) {
   if (!files.exists(directory)) return {};
@@ -89,7 +116,9 @@ ExportResult exportHistory(FileSystem& files, const std::vector<ClipItem>& items
     }
     entries.push_back(std::move(clip->entry));
   }
-  result.error = unfinished.write(manifestName, bytesOf(manifestJson(entries, now)));
+  std::string manifest = manifestJson(entries, now);
+  result.error = unfinished.write(manifestName, bytesOf(manifest));
+  wipe(manifest);
   if (!result.error) result.error = unfinished.finish();
   return result;
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "base/FileSystem.h"
@@ -14,7 +15,7 @@ namespace vantorel {
 
 struct ExportResult {
   FileSystem::Error error;  // nothing is left of an export that failed
-  std::size_t missing = 0;  // image entries without their picture, which were left out
+  std::size_t missing = 0;  // entries without their contents, which were left out
 };
 
 /// The encoded picture of an image entry, if it can be had.
@@ -25,10 +26,14 @@ using PictureOf = std::function<std::optional<Bytes>(const ClipItem&)>;
 [[nodiscard]] FileSystem::Error exportObstacle(FileSystem& files,
                                                const std::filesystem::path& directory);
 
-/// Writes the entries into a new directory that only its owner can enter, in files that other
-/// programs read, with a manifest beside them. All or nothing: it is written under another name
-/// beside its place and put there in one step. No directory above it is
-/// made.
+/// Whether a directory of this name holds what an export had written when its process was killed.
+[[nodiscard]] bool isUnfinishedExport(std::string_view name);
+
+/// Writes the entries into a directory that only its owner can enter, in files that other programs
+/// read, with a manifest beside them. All or nothing: it is written under another name, beside its
+/// place, which is then taken in one step, or within it where an empty directory stands there; that
+/// one becomes its owner's alone, and gets the manifest last. No directory above it is made. What
+/// is unfinished is claimed.
 [[nodiscard]] ExportResult exportHistory(FileSystem& files, const std::vector<ClipItem>& items,
                                          const PictureOf& pictureOf,
                                          const std::filesystem::path& directory, Date now);

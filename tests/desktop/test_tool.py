@@ -285,6 +285,48 @@ class Exporting(ToolCase):
         for name in os.listdir(self.place):
             self.assertEqual(stat.S_IMODE(os.stat(os.path.join(self.place, name)).st_mode), 0o600)
 
+    def test_a_bare_name_is_one_in_the_directory_where_one_is(self):
+        self.write_history()
+        out = os.path.dirname(self.place)
+        self.answer("export", "--in-the-clear", "export", cwd=out)
+        self.assertIn("manifest.json", os.listdir(self.place))
+        self.answer("import", "export", cwd=out)
+        self.answer("export", "--in-the-clear", "again/", cwd=out)
+        self.assertEqual(sorted(os.listdir(out)), ["again", "export"])
+
+    def test_an_empty_directory_is_filled(self):
+        self.write_history()
+        os.mkdir(self.place, 0o755)
+        before = os.stat(self.place).st_ino
+        self.export()
+        self.assertEqual(os.stat(self.place).st_ino, before)
+        self.assertEqual(stat.S_IMODE(os.stat(self.place).st_mode), 0o700)
+        self.assertEqual(len(os.listdir(self.place)), 5)
+
+    def test_what_is_left_out_is_a_failure(self):
+        self.write_history()
+        os.remove(os.path.join(self.vantorel.history.assets, ASSET))
+        status, sentence = self.refusal("export", "--in-the-clear", self.place)
+        self.assertEqual(status, 1)
+        self.assertIn("1 entry", sentence)
+        self.assertEqual(len(os.listdir(self.place)), 4)
+
+    def test_a_file_beyond_the_limit_leaves_nothing(self):
+        self.write_history([text_item("fits", 1), text_item("x" * 200_000, 2)])
+        script = "ulimit -c 0 -f 64; exec \"$0\" export --in-the-clear \"$1\""
+        done = self.desktop.run(["bash", "-c", script, program_path(), self.place], CONSOLE)
+        self.assertEqual((done.returncode, os.listdir(os.path.dirname(self.place))), (1, []))
+        self.assertIn("File too large", done.stderr.decode())
+
+    def test_what_one_that_was_killed_has_left_goes_with_the_next(self):
+        self.write_history()
+        out = os.path.dirname(self.place)
+        left = ".vantorel-export.6FA459EA-EE8A-4CA4-894E-DB77E160355E"
+        os.mkdir(os.path.join(out, left))
+        self.file("out", left, "0001.txt", contents=b"secret")
+        self.export()
+        self.assertEqual(os.listdir(out), ["export"])
+
     def test_where_nobody_can_be_asked_it_has_to_be_said(self):
         self.write_history()
         status, sentence = self.refusal("export", self.place)
@@ -387,6 +429,29 @@ class Importing(ToolCase):
         self.assertEqual((done.returncode, done.stderr.decode()),
                          (0, "vantorel: 2 of 30 clips were taken in; "
                              "the others are over the limits of the history.\n"))
+
+    def test_a_program_that_cannot_open_its_history_is_not_asked(self):
+        self.export()
+        self.vantorel.history.write_raw(seal(KEY, b"[{]"))
+        self.vantorel.start(capturing=False)
+        wait_for("the program on the bus", self.vantorel.is_on_bus)
+        status, sentence = self.refusal("import", self.place)
+        self.assertEqual(status, 1)
+        self.assertIn("--new-history", sentence)
+
+    def test_a_manifest_cannot_write_to_the_terminal(self):
+        self.export()
+        manifest = os.path.join(self.place, "manifest.json")
+        with open(manifest, encoding="utf-8") as file:
+            text = file.read()
+        with open(manifest, "w", encoding="utf-8") as file:
+            file.write(text.replace("0002.txt", "0002\\u001b]0;title\\u0007.txt"))
+        hostile = self.path("out", "a\x1b[31m\nb")
+        os.rename(self.place, hostile)
+        status, sentence = self.refusal("import", hostile)
+        self.assertEqual(status, 1)
+        self.assertNotIn("\x1b", sentence)
+        self.assertEqual(len(sentence.splitlines()), 1)
 
     def test_the_running_program_does_it_itself(self):
         self.export()

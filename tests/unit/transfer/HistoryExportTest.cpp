@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "transfer/HistoryExport.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 
+#include "base/FileDescriptor.h"
 #include "fakes/FaultyFileSystem.h"
 #include "fakes/TemporaryDirectory.h"
 #include "fakes/TestStore.h"
@@ -77,9 +80,10 @@ TEST_F(HistoryExport, ComesBackInItsOrder) {
   EXPECT_EQ(reading.clips[3].item.filePaths, (FilePaths{"/a", "/b"}));
 }
 
-TEST_F(HistoryExport, TakesTheirPlaceOfAnEmptyDirectoryButOfNothingElse) {
+TEST_F(HistoryExport, FillsAnEmptyDirectoryButNothingElse) {
   ASSERT_FALSE(disk.createDirectories(place(), 0755));
   EXPECT_FALSE(write().error);
+  EXPECT_EQ(std::filesystem::status(place()).permissions(), std::filesystem::perms::owner_all);
   EXPECT_EQ(write().error, std::errc::directory_not_empty);
   EXPECT_EQ(names(place()).size(), 5U);
   items.clear();
@@ -106,6 +110,70 @@ TEST_F(HistoryExport, LeavesNothingWhereverItFails) {
   }
 }
 
+TEST_F(HistoryExport, AnEmptyDirectoryStaysTheVeryOne) {
+  ASSERT_FALSE(disk.createDirectories(place(), 0755));
+  const int held = ::open(place().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  ASSERT_GE(held, 0);
+  const FileDescriptor closed(held);
+  ASSERT_FALSE(write().error);
+  struct stat before {};
+  struct stat after {};
+  ASSERT_EQ(::fstat(held, &before), 0);
+  ASSERT_EQ(::stat(place().c_str(), &after), 0);
+  EXPECT_EQ(before.st_ino, after.st_ino);
+  for (const auto& call : files.calls()) {
+    EXPECT_EQ(call.path.string().find(place().string()), 0U) << call.path;
+  }
+  EXPECT_EQ(names(place()).size(), 5U);
+}
+
+TEST_F(HistoryExport, TheManifestComesLastIntoADirectory) {
+  ASSERT_FALSE(disk.createDirectories(place(), 0700));
+  for (int step = 0;; ++step) {
+    files.dieAt(step, FaultyFileSystem::Progress::whole);
+    (void)write();
+    const auto standing = names(place());
+    const bool isDone = !files.isDead();
+    files.recover();
+    if (std::find(standing.begin(), standing.end(), "manifest.json") != standing.end()) {
+      EXPECT_EQ(read().clips.size(), 4U) << step;
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(place())) {
+      std::filesystem::remove_all(entry.path());
+    }
+    if (isDone) return;
+  }
+}
+
+TEST_F(HistoryExport, LeavesADirectoryEmptyWhereverItFails) {
+  for (int step = 0;; ++step) {
+    ASSERT_FALSE(disk.createDirectories(place(), 0700));
+    files.failAt(step, std::errc::no_space_on_device);
+    const auto result = write();
+    files.recover();
+    if (result.error != std::errc::no_space_on_device) {
+      EXPECT_FALSE(result.error);
+      EXPECT_GE(step, 13) << "a directory, five files, and each of them moved";
+      return;
+    }
+    EXPECT_EQ(names(place()), Names()) << step;
+  }
+}
+
+TEST_F(HistoryExport, WhatIsUnfinishedHasANameOfItsOwnAndIsClaimed) {
+  ASSERT_FALSE(write().error);
+  const auto& calls = files.calls();
+  ASSERT_GE(calls.size(), 2U);
+  EXPECT_TRUE(isUnfinishedExport(calls[0].path.filename().string())) << calls[0].path;
+  EXPECT_EQ(calls[1].operation, FaultyFileSystem::Operation::claim);
+  for (const std::string_view name :
+       {"", "export", ".vantorel-export.", ".vantorel-export.x", "vantorel-export",
+        ".export.6FA459EA-EE8A-4CA4-894E-DB77E160355E.tmp",
+        ".vantorel-export.6FA459EA-EE8A-4CA4-894E-DB77E160355E.tmp"}) {
+    EXPECT_FALSE(isUnfinishedExport(name)) << name;
+  }
+}
+
 TEST_F(HistoryExport, AFullDiskLeavesNoHalfOfAFile) {
   files.fail(FaultyFileSystem::Operation::writeNewFile, std::errc::no_space_on_device);
   EXPECT_EQ(write().error, std::errc::no_space_on_device);
@@ -117,6 +185,24 @@ TEST_F(HistoryExport, CountsPicturesThatAreGone) {
   EXPECT_EQ(write().missing, 1U);
   EXPECT_EQ(names(place()), (Names{"0001.txt", "0002.txt", "0004.txt", "manifest.json"}));
   EXPECT_EQ(read().clips.size(), 3U);
+}
+
+TEST_F(HistoryExport, CountsWhatCouldNotBeTakenInAgain) {
+  items.push_back(filesItem({"relative"}));
+  EXPECT_EQ(write().missing, 1U);
+  EXPECT_EQ(read().clips.size(), 4U);
+}
+
+TEST(IntakeSentence, SaysHowManyStayed) {
+  EXPECT_EQ(intakeSentence(1, 1), "1 clip was taken in.");
+  EXPECT_EQ(intakeSentence(0, 0), "0 clips were taken in.");
+  EXPECT_EQ(intakeSentence(7, 7), "7 clips were taken in.");
+  EXPECT_EQ(intakeSentence(3, 50),
+            "3 of 50 clips were taken in; the others are over the limits of the history.");
+  EXPECT_EQ(intakeSentence(1, 2),
+            "1 of 2 clips was taken in; the others are over the limits of the history.");
+  EXPECT_EQ(intakeSentence(0, 2),
+            "None of 2 clips was taken in; the limits of the history leave no room.");
 }
 
 TEST_F(HistoryExport, WhatWasChangedIsNotTakenIn) {
