@@ -169,6 +169,7 @@ class Pasting(PastingTestCase):
         terminal.process.wait(20)
         self.keys.tap("Return")
         self.vantorel.wait_for_notice(NO_TARGET_NOTICE)
+        self.desktop.bring_to_front(editor.app_id)
         self.keys.tap("a")
         editor.wait_for_text("a")
 
