@@ -22,8 +22,7 @@ using Path = std::filesystem::path;
 
 /// Open, and nobody else's, by either meaning; closed otherwise.
 FileDescriptor taken(const Path& path) {
-  FileDescriptor directory(
-      ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  FileDescriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   struct stat status {};
   const bool isOurs = directory.isOpen() && ::fstat(directory.get(), &status) == 0 &&
                       status.st_uid == ::geteuid() &&
@@ -31,9 +30,7 @@ FileDescriptor taken(const Path& path) {
   return isOurs ? std::move(directory) : FileDescriptor(-1);
 }
 
-bool isOurs(const Path& name) {
-  return name == manifestName || isExportedFileName(name.native());
-}
+bool isOurs(const Path& name) { return name == manifestName || isExportedFileName(name.native()); }
 
 }  // namespace
 
