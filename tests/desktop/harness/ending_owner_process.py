@@ -86,6 +86,7 @@ def _bare(arguments):
 
 def _toolkit(text):
     import gi
+    gi.require_version("Gdk", "3.0")
     gi.require_version("Gtk", "3.0")
     from gi.repository import Gdk, GLib, Gtk
     clipboard = Gtk.Clipboard.get(Gdk.SELECTION_CLIPBOARD)
