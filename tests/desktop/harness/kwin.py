@@ -7,6 +7,7 @@ import shutil
 from .desktop import PrivateDesktop
 from .seat_keyboard import offered
 from .waiting import wait_for
+from .wayland_windows import WaylandWindows
 
 _TELL = """#!/bin/sh
 env >"{told}.new" && mv "{told}.new" "{told}"
@@ -56,6 +57,7 @@ class KwinDesktop(PrivateDesktop):
         self._start_kwin()
         self.keyring.start(self.keyring_state, self.env)
         self._start_on_x_server()
+        self.windows = WaylandWindows(self)
 
     def _start_kwin(self):
         with open(self.path(".config", "kxkbrc"), "w", encoding="utf-8") as file:
