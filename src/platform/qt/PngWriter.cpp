@@ -96,13 +96,17 @@ void appendNumber(Bytes& png, std::uint32_t value) {
   for (const int shift : {24, 16, 8, 0}) png.push_back(static_cast<std::byte>(value >> shift));
 }
 
+void append(Bytes& png, std::span<const std::byte> bytes) {
+  const auto end = png.size();
+  png.resize(end + bytes.size());
+  std::ranges::copy(bytes, std::span(png).subspan(end).begin());
+}
+
 void appendChunk(Bytes& png, std::string_view type, std::span<const unsigned char> data) {
   appendNumber(png, static_cast<std::uint32_t>(data.size()));
   const auto checked = png.size();
-  const auto typeBytes = bytesOf(type);
-  const auto dataBytes = std::as_bytes(data);
-  png.insert(png.end(), typeBytes.begin(), typeBytes.end());
-  png.insert(png.end(), dataBytes.begin(), dataBytes.end());
+  append(png, bytesOf(type));
+  append(png, std::as_bytes(data));
   appendNumber(png, libdeflate_crc32(0, png.data() + checked, png.size() - checked));
 }
 
