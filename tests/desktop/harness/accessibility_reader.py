@@ -18,6 +18,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be named first)
 
 _DEPTH = 24
+_RENAMED = {"button": "push button"}  # by newer versions of the library
 
 
 class _Events:
@@ -77,7 +78,7 @@ def _describe(element, depth=0):
             if child is not None:
                 children.append(_describe(child, depth + 1))
     return {
-        "role": element.get_role_name(),
+        "role": _RENAMED.get(element.get_role_name(), element.get_role_name()),
         "name": element.get_name() or "",
         "description": element.get_description() or "",
         "showing": states.contains(Atspi.StateType.SHOWING),
