@@ -8,19 +8,28 @@ from Xlib.ext import xtest
 
 from .waiting import wait_for
 
-# Where keys are, whatever the layout says they carry (evdev keycodes, as Xvfb has them).
+# Where keys are, whatever the layout says they carry (evdev keycodes, as Xvfb has them). The letters
+# are those of an American keyboard.
 PHYSICAL = {
-    "v": 55, "c": 54, "a": 38, "f": 41, "p": 33, "r": 27, "s": 39, "q": 24, "k": 45, "x": 53, "z": 52,
-    **{str(digit): 9 + digit for digit in range(1, 10)},
+    **{letter: code for row, first in (("1234567890", 10), ("qwertyuiop[", 24), ("asdfghjkl", 38),
+                                       ("zxcvbnm", 52)) for code, letter in enumerate(row, first)},
     "Super": 133, "Shift": 50, "Ctrl": 37, "Alt": 64, "CapsLock": 66, "NumLock": 77, "Menu": 135,
     "Return": 36, "KeypadEnter": 104, "Escape": 9, "Delete": 119, "BackSpace": 22, "Space": 65,
     "Up": 111, "Down": 116, "Left": 113, "Right": 114, "Home": 110, "End": 115, "Insert": 118,
-    "Tab": 23, "F2": 68, "F4": 70, "F10": 76, "e": 26, "[": 34, "g": 42, "h": 43, "w": 25, "y": 29,
-    "n": 57, ".": 60, "d": 40,
+    "Tab": 23, "F2": 68, "F4": 70, "F10": 76, ".": 60,
 }
 MODIFIERS = ("Super", "Ctrl", "Alt", "Shift")
 
 XK.load_keysym_group("hebrew")
+
+
+def press_chord(keyboard, text):
+    """Its keys in order down, and back up."""
+    keys = text.split("+")
+    for key in keys:
+        keyboard.down(key)
+    for key in reversed(keys):
+        keyboard.up(key)
 
 
 class Keyboard:
@@ -43,11 +52,7 @@ class Keyboard:
 
     def chord(self, text):
         """Presses a chord as a hand does: "Super+Shift+v", in order down and back up."""
-        keys = text.split("+")
-        for key in keys:
-            self.down(key)
-        for key in reversed(keys):
-            self.up(key)
+        press_chord(self, text)
 
     def type(self, text):
         """Types characters of the active layout's first two levels."""

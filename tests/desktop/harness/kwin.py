@@ -5,9 +5,9 @@ import os
 import shutil
 
 from .desktop import PrivateDesktop
-from .seat_keyboard import offered
 from .waiting import wait_for
 from .wayland_windows import WaylandWindows
+from .wayland_wire import offered
 
 _TELL = """#!/bin/sh
 env >"{told}.new" && mv "{told}.new" "{told}"

@@ -10,8 +10,9 @@ import sys
 
 from .desktop import PrivateDesktop
 from .waiting import wait_for
-from .wayland_devices import WaylandKeyboard, WaylandPointer, Wire
+from .wayland_devices import WaylandKeyboard, WaylandPointer
 from .wayland_windows import WaylandWindows
+from .wayland_wire import Wire
 
 _CONFIGURATION = """
 {outputs}
@@ -102,7 +103,7 @@ class SwayDesktop(PrivateDesktop):
 
     def _start(self):
         super()._start()
-        self._wire = Wire(os.path.join(self.runtime, self.env["WAYLAND_DISPLAY"]))
+        self._wire = Wire(self.env)
         width, height = (side / self._output_scale for side in self.size)
         self.keyboard = WaylandKeyboard(self._wire)
         self.pointer = WaylandPointer(self._wire, (round(width * self._outputs), round(height)))

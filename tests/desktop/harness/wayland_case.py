@@ -4,8 +4,9 @@
 import time
 
 from .case import VantorelTestCase
-from .seat_keyboard import SeatKeyboard
 from .waiting import wait_for
+from .wayland_devices import WaylandKeyboard
+from .wayland_wire import Wire
 
 
 class WaylandTestCase(VantorelTestCase):
@@ -34,9 +35,9 @@ class PastingTestCase(WaylandTestCase):
         self.start()
 
     def plug_in(self, layout):
-        keys = SeatKeyboard(self.desktop.env, layout)
-        self.addCleanup(keys.close)
-        return keys
+        wire = Wire(self.desktop.env)
+        self.addCleanup(wire.close)
+        return WaylandKeyboard(wire, layout)
 
     def copy(self, *texts):
         for text in texts:

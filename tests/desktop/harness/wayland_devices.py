@@ -1,112 +1,38 @@
 # SPDX-License-Identifier: MIT
-"""The keyboard and the pointer of a Wayland desktop: devices that compositors of the wlroots kind
-let a program make."""
+"""The keyboard and the pointer of a Wayland seat: what its user does reaches every window, not X11
+ones alone."""
 
-import array
-import socket
+import ctypes
+import os
 import struct
-import tempfile
 import time
 
-from .keyboard import PHYSICAL
-
-_KEYMAP = """xkb_keymap {
-  xkb_keycodes { include "evdev+aliases(qwerty)" };
-  xkb_types { include "complete" };
-  xkb_compat { include "complete" };
-  xkb_symbols { include "pc+us+inet(evdev)" };
-};"""
+from .keyboard import PHYSICAL, press_chord
+from .wayland_wire import packed
 
 _X11_DISTANCE = 8  # between the kernel's codes and those that X11 has for the same keys
-_LETTERS = {letter: code for row, first in (("qwertyuiop", 16), ("asdfghjkl", 30), ("zxcvbnm", 44),
-                                            ("1234567890", 2))
-            for code, letter in enumerate(row, first)}
-_MODIFIERS = {"Shift": 1, "Ctrl": 4, "Alt": 8, "Super": 64}
+_MODIFIERS = {"Shift": 1, "Ctrl": 4, "Alt": 8, "Super": 64}  # bits of the keymap's real ones
+_CHARACTERS = {" ": "Space", "\n": "Return", ">": "Shift+."}
 _BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
-_DISPLAY = 1
-
-
-class Wire:
-    """A connection to the compositor that speaks the protocol's bytes itself."""
-
-    def __init__(self, display):
-        self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
-        self._socket.connect(display)
-        self._arrived = b""
-        self._last = _DISPLAY
-        self._globals = {}
-        self._registry = self._new()
-        self.send(_DISPLAY, 1, struct.pack("=I", self._registry))
-        self.wait()
-        self.seat = self._bind("wl_seat")
-
-    def close(self):
-        self._socket.close()
-
-    def make(self, manager):
-        """A device for the seat, by a request that is the first of its manager."""
-        bound, made = self._bind(manager), self._new()
-        self.send(bound, 0, struct.pack("=2I", self.seat, made))
-        return made
-
-    def send(self, thing, opcode, body=b"", descriptor=None):
-        message = struct.pack("=2I", thing, (8 + len(body)) << 16 | opcode) + body
-        passed = [] if descriptor is None else [
-            (socket.SOL_SOCKET, socket.SCM_RIGHTS, array.array("i", [descriptor]))]
-        self._socket.sendmsg([message], passed)
-
-    def wait(self):
-        """Until the compositor has dealt with all that it was told."""
-        callback = self._new()
-        self.send(_DISPLAY, 0, struct.pack("=I", callback))
-        thing = None
-        while thing != callback:
-            thing, opcode, body = self._receive()
-            if thing == _DISPLAY and opcode == 0:
-                raise ConnectionError(body[12:].decode(errors="replace"))
-            if thing == self._registry and opcode == 0:
-                number, length = struct.unpack_from("=2I", body)
-                self._globals[body[8:8 + length - 1].decode()] = number
-
-    def _receive(self):
-        while len(self._arrived) < 8 or len(self._arrived) < self._length():
-            data = self._socket.recv(65536)
-            if not data:
-                raise ConnectionError("the compositor has gone")
-            self._arrived += data
-        thing, rest = struct.unpack_from("=2I", self._arrived)
-        body, self._arrived = self._arrived[8:rest >> 16], self._arrived[rest >> 16:]
-        return thing, rest & 0xffff, body
-
-    def _length(self):
-        return struct.unpack_from("=I", self._arrived, 4)[0] >> 16
-
-    def _new(self):
-        self._last += 1
-        return self._last
-
-    def _bind(self, interface):
-        name = interface.encode() + b"\0"
-        padding = b"\0" * (-len(name) % 4)
-        made = self._new()
-        self.send(self._registry, 0, struct.pack("=2I", self._globals[interface], len(name)) + name
-                  + padding + struct.pack("=2I", 1, made))
-        return made
+_WHEEL = {4: -1, 5: 1}
+_NOTCH = 15  # as far as a wheel's notch moves, in the protocol's units
+_VIRTUAL = "zwp_virtual_keyboard_manager_v1"
+_FAKE = "org_kde_kwin_fake_input"
 
 
 class WaylandKeyboard:
-    """Presses keys at their physical places, with a layout of its own."""
+    """Presses keys at their physical places. Its layout is its own where the compositor has virtual
+    keyboards, else the seat's. To be there before the first window: programs miss the first keys of
+    a keyboard that a seat without one gets."""
 
-    def __init__(self, wire):
+    def __init__(self, wire, layout="us"):
         self._wire = wire
-        self._device = wire.make("zwp_virtual_keyboard_manager_v1")
         self._held = 0
-        data = _KEYMAP.encode() + b"\0"
-        with tempfile.TemporaryFile() as file:
-            file.write(data)
-            file.flush()
-            wire.send(self._device, 0, struct.pack("=2I", 1, len(data)), file.fileno())
-            wire.wait()
+        if _VIRTUAL in wire.offered:
+            self._plug_in(layout)
+        else:
+            self._ask()
+        wire.wait()
 
     def down(self, key):
         self._key(key, 1)
@@ -120,50 +46,107 @@ class WaylandKeyboard:
 
     def chord(self, text):
         """Presses a chord as a hand does: "Super+Shift+v", in order down and back up."""
-        keys = text.split("+")
-        for key in keys:
-            self.down(key)
-        for key in reversed(keys):
-            self.up(key)
+        press_chord(self, text)
 
     def type(self, text):
+        """Types characters of the American layout."""
         for letter in text:
-            key = {" ": "Space"}.get(letter, letter)
+            key = _CHARACTERS.get(letter, letter)
             self.chord(f"Shift+{key.lower()}" if letter.isupper() else key)
 
+    def _plug_in(self, layout):
+        self._device = _made(self._wire, _VIRTUAL)
+        keymap = _keymap(layout)
+        file = os.memfd_create("keymap")
+        try:
+            os.write(file, keymap)
+            self._wire.send(self._device, 0, struct.pack("=2I", 1, len(keymap)), file)
+        finally:
+            os.close(file)
+
+    def _ask(self):
+        self._device = None
+        self._fake = self._wire.bind(_FAKE, 4)
+        self._wire.send(self._fake, 0, packed("tests") + packed("pressing keys"))
+
     def _key(self, key, state):
-        code = _LETTERS.get(key) or PHYSICAL[key] - _X11_DISTANCE
-        self._wire.send(self._device, 1, struct.pack("=3I", _now(), code, state))
-        bit = _MODIFIERS.get(key, 0)
-        if bit:
+        code = PHYSICAL[key] - _X11_DISTANCE
+        if self._device is None:
+            self._wire.send(self._fake, 10, struct.pack("=2I", code, state))
+        else:
+            self._wire.send(self._device, 1, struct.pack("=3I", _now(), code, state))
+            bit = _MODIFIERS.get(key, 0)
             self._held = self._held | bit if state else self._held & ~bit
             self._wire.send(self._device, 2, struct.pack("=4I", self._held, 0, 0, 0))
         self._wire.wait()
 
 
 class WaylandPointer:
-    """Moves and clicks at places on the first output."""
+    """Moves and clicks at places on outputs side by side, which are `size` together, where the
+    compositor has virtual pointers."""
 
     def __init__(self, wire, size):
         self._wire = wire
         self._size = size
-        self._device = wire.make("zwlr_virtual_pointer_manager_v1")
+        self._device = _made(wire, "zwlr_virtual_pointer_manager_v1")
 
     def move(self, x, y):
-        self._wire.send(self._device, 1,
-                        struct.pack("=5I", _now(), round(x), round(y), *self._size))
-        self._frame()
+        self._tell(1, "=5I", _now(), round(x), round(y), *self._size)
 
     def click(self, x, y, button=1):
         self.move(x, y)
-        for state in (1, 0):
-            self._wire.send(self._device, 2, struct.pack("=3I", _now(), _BUTTONS[button], state))
-            self._frame()
+        if button in _WHEEL:
+            self._scroll(_WHEEL[button])
+        else:
+            self._button(button, 1)
+            self._button(button, 0)
 
-    def _frame(self):
+    def drag(self, start, end, steps=8):
+        """Presses at `start`, moves in steps as a hand does, releases at `end`."""
+        self.move(*start)
+        self._button(1, 1)
+        for step in range(1, steps + 1):
+            self.move(start[0] + (end[0] - start[0]) * step / steps,
+                      start[1] + (end[1] - start[1]) * step / steps)
+        self._button(1, 0)
+
+    def _button(self, button, state):
+        self._tell(2, "=3I", _now(), _BUTTONS[button], state)
+
+    def _scroll(self, notches):
+        distance = notches * _NOTCH * 256
+        self._wire.send(self._device, 5, struct.pack("=I", 0))
+        self._tell(7, "=2I2i", _now(), 0, distance, notches)
+
+    def _tell(self, request, form, *numbers):
+        """One request, and the end of the frame that it is in."""
+        self._wire.send(self._device, request, struct.pack(form, *numbers))
         self._wire.send(self._device, 4)
         self._wire.wait()
 
 
+def _made(wire, manager):
+    """A device for the seat, by a request that is the first of its manager."""
+    seat, bound, made = wire.bind("wl_seat"), wire.bind(manager), wire.new_id()
+    wire.send(bound, 0, struct.pack("=2I", seat, made))
+    return made
+
+
 def _now():
     return int(time.monotonic() * 1000) & 0xffffffff
+
+
+class _Names(ctypes.Structure):
+    _fields_ = [(name, ctypes.c_char_p)
+                for name in ("rules", "model", "layout", "variant", "options")]
+
+
+def _keymap(layout):
+    xkb = ctypes.CDLL("libxkbcommon.so.0")
+    xkb.xkb_context_new.restype = ctypes.c_void_p
+    xkb.xkb_keymap_new_from_names.restype = ctypes.c_void_p
+    xkb.xkb_keymap_get_as_string.restype = ctypes.c_char_p
+    context = ctypes.c_void_p(xkb.xkb_context_new(0))
+    names = _Names(b"evdev", b"pc105", layout.encode(), b"", b"")
+    keymap = ctypes.c_void_p(xkb.xkb_keymap_new_from_names(context, ctypes.byref(names), 0))
+    return xkb.xkb_keymap_get_as_string(keymap, 1) + b"\0"
