@@ -319,6 +319,41 @@ class Panel(SwayTestCase):
         self.vantorel.process = None
 
 
+class OverAFullscreenWindow(PastingTestCase):
+    desktop_class = SwayDesktop
+
+    def setUp(self):
+        super().setUp()
+        self.copy("first", "second")
+        self.terminal = Foot(self, self.keys)
+        self.desktop.sway("fullscreen enable")
+        self.desktop.run(["wl-copy", "--primary", "--", "primary"], stdin=None,
+                         capture_output=False).check_returncode()
+        self.vantorel.command("--toggle")
+        self.vantorel.wait_for_panel()
+
+    def assert_hidden_by(self, button):
+        self.desktop.pointer.click(100, 700, button)
+        self.vantorel.wait_until_hidden()
+        wait_for("the terminal to be in front", lambda: self.desktop.front() == "foot")
+        self.keys.tap("a")
+        self.terminal.wait_for_text("a")
+
+    def test_a_press_beside_the_panel_hides_it(self):
+        self.assert_hidden_by(1)
+
+    def test_so_does_the_middle_button_and_nothing_is_pasted(self):
+        self.assert_hidden_by(2)
+
+    def test_so_does_the_right_button(self):
+        self.assert_hidden_by(3)
+
+    def test_the_panel_has_its_own_presses(self):
+        self.vantorel.click_row("first")
+        self.vantorel.wait_until_hidden()
+        self.terminal.wait_for_text("first")
+
+
 class Outputs(SwayTestCase):
     desktop_options = {"outputs": 2, "output_scale": 2, "size": (2560, 1600)}
 

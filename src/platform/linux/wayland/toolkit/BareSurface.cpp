@@ -33,7 +33,7 @@ BareSurface::BareSurface(ToolkitCompositor& compositor, wl_output* output, Exten
     : compositor_(compositor),
       surface_(wl_compositor_create_surface(compositor.offers().surfaces)),
       role_(zwlr_layer_shell_v1_get_layer_surface(compositor.offers().layers, surface_, output,
-                                                  ZWLR_LAYER_SHELL_V1_LAYER_TOP, usage)) {
+                                                  ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, usage)) {
   wl_surface_add_listener(surface_, &Listeners::surface, this);
   zwlr_layer_surface_v1_add_listener(role_, &Listeners::role, this);
   constexpr int overBarsToo = -1;
@@ -58,7 +58,22 @@ BareSurface::~BareSurface() {
   compositor_.flush();
 }
 
+void BareSurface::leaveOut(const std::vector<QRect>& frames) {
+  constexpr int everything = 1 << 20;  // points, more than an output has
+  auto* const taken = wl_compositor_create_region(compositor_.offers().surfaces);
+  wl_region_add(taken, 0, 0, everything, everything);
+  for (const auto& each : frames) {
+    wl_region_subtract(taken, each.x(), each.y(), each.width(), each.height());
+  }
+  wl_surface_set_input_region(surface_, taken);
+  wl_region_destroy(taken);
+  if (!isShown_) return;
+  wl_surface_commit(surface_);
+  compositor_.flush();
+}
+
 void BareSurface::show(int width, int height) {
+  isShown_ = true;
   if (viewport_ != nullptr) wp_viewport_set_destination(viewport_, width, height);
   wl_surface_attach(surface_, compositor_.transparentPixel(), 0, 0);
   wl_surface_damage(surface_, 0, 0, width, height);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
+#include <QRect>
+#include <vector>
 
 #include "platform/linux/wayland/toolkit/ToolkitCompositor.h"
 
@@ -11,8 +12,8 @@ struct zwlr_layer_surface_v1;
 namespace vantorel {
 
 /// A surface without a window of the toolkit: one pixel that nothing is seen of, perhaps stretched
-/// over an output, below this program's windows and above those of others. It never has the
-/// keyboard. Main thread.
+/// over an output, above the windows of others, those that fill the output too. Compositors differ
+/// in whether it is above or below this program's windows. It never has the keyboard. Main thread.
 class BareSurface {
  public:
   enum class Extent { onePixel, wholeOutput };
@@ -29,6 +30,9 @@ class BareSurface {
   /// The output that it is on; null until that is known.
   [[nodiscard]] const wl_output* entered() const { return entered_; }
 
+  /// The pointer and fingers pass through it within these frames, in points of its output.
+  void leaveOut(const std::vector<QRect>& frames);
+
  private:
   struct Listeners;
   void show(int width, int height);
@@ -38,6 +42,7 @@ class BareSurface {
   wp_viewport* viewport_ = nullptr;
   zwlr_layer_surface_v1* role_;
   const wl_output* entered_ = nullptr;
+  bool isShown_ = false;
 };
 
 }  // namespace vantorel

@@ -58,7 +58,7 @@ void LayerWindows::prepareEnvironment() {
 
 LayerWindows::LayerWindows(ToolkitCompositor& compositor, LayerScrim& scrim)
     : compositor_(compositor), scrim_(scrim) {
-  scrim_.onPress = [this] { return pressed(); };
+  scrim_.onPress = [this](QPoint at) { return pressed(at); };
   scrim_.afterPress = [this] { shareKeyboard(); };
   QCoreApplication::instance()->installEventFilter(this);
 }
@@ -125,6 +125,7 @@ bool LayerWindows::stand(QWindow& window) {
       isSmall(window) && outer != nullptr && standing_.contains(outer)) {
     auto role = std::make_unique<InnerRole>(compositor_, surface, *outer, window.geometry());
     standing_.emplace(&window, Standing{std::move(role), outer, nullptr});
+    clearScrim();
     return true;
   }
   LayerRole::Stand how;
@@ -140,6 +141,7 @@ bool LayerWindows::stand(QWindow& window) {
   if (!isReady) closeLater(window);
   auto* const keyed = takesKeys(window) ? role.get() : nullptr;
   standing_.emplace(&window, Standing{std::move(role), nullptr, keyed});
+  clearScrim();
   return isReady;
 }
 
@@ -165,6 +167,7 @@ void LayerWindows::follow(QWindow& window) {
   for (const auto& [inner, standing] : standing_) {
     if (standing.outer == &window) standing.role->follow(inner->geometry());
   }
+  clearScrim();
 }
 
 /// Nothing for a window that takes no keys. One that is kept from them by a question gives them to
@@ -194,11 +197,34 @@ void LayerWindows::shareKeyboard() {
   } else {
     scrim_.fold();
   }
+  clearScrim();
 }
 
-/// A press beside a menu is the menu's alone. One on a window of ours that the scrim happens to be
-/// above is that window's. Else somebody else's window was meant.
-bool LayerWindows::pressed() {
+/// The scrim may lie over windows of ours that are on its layer: it leaves them their presses.
+void LayerWindows::clearScrim() {
+  std::vector<QRect> frames;
+  for (const auto& [window, standing] : standing_) {
+    if (isLow(window) || window->flags().testFlag(Qt::WindowTransparentForInput)) continue;
+    frames.push_back(window->geometry());
+  }
+  scrim_.leaveOut(frames);
+}
+
+/// On the layer below the scrim's, as those are that might have the keyboard while another one has,
+/// with what belongs to them.
+bool LayerWindows::isLow(QWindow* window) const {
+  auto found = standing_.find(window);
+  while (found != standing_.end() && found->second.outer != nullptr) {
+    found = standing_.find(found->second.outer);
+  }
+  const auto* const holder = order_.holder();
+  return holder != nullptr && found != standing_.end() && found->second.keyed != nullptr &&
+         found->first != holder;
+}
+
+/// A press beside a menu is the menu's alone. One on a window of ours that is below the scrim is
+/// that window's. Else somebody else's window was meant.
+bool LayerWindows::pressed(QPoint at) {
   if (openMenu() != nullptr) {
     while (auto* const menu = QApplication::activePopupWidget()) {
       menu->close();
@@ -206,8 +232,6 @@ bool LayerWindows::pressed() {
     }
     return true;
   }
-  const auto place = scrim_.pointer();
-  const QPoint at(static_cast<int>(place.x), static_cast<int>(place.y));
   for (const auto& [window, standing] : standing_) {
     if (standing.keyed == nullptr || !window->geometry().contains(at)) continue;
     take(*window);

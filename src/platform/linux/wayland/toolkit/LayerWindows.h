@@ -51,8 +51,8 @@ class LayerWindows : public QObject, public WindowSpaces {
  private:
   struct Standing {
     std::unique_ptr<SurfaceRole> role;
-    const QWindow* outer = nullptr;  // the window that it belongs to; null: it stands for itself
-    LayerRole* keyed = nullptr;      // the role, of a window that takes keys
+    QWindow* outer = nullptr;    // the window that it belongs to; null: it stands for itself
+    LayerRole* keyed = nullptr;  // the role, of a window that takes keys
   };
 
   void aboutToShow(QWindow& window);
@@ -61,7 +61,9 @@ class LayerWindows : public QObject, public WindowSpaces {
   void follow(QWindow& window);
   void take(QWindow& window);
   void shareKeyboard();
-  [[nodiscard]] bool pressed();
+  void clearScrim();
+  [[nodiscard]] bool isLow(QWindow* window) const;
+  [[nodiscard]] bool pressed(QPoint at);
 
   ToolkitCompositor& compositor_;
   LayerScrim& scrim_;
