@@ -16,10 +16,10 @@
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/desktop/DesktopSurvey.h"
 #include "platform/linux/desktop/LinuxDesktop.h"
-#include "platform/linux/desktop/PortalColorScheme.h"
 #include "platform/linux/desktop/Session.h"
 #include "platform/linux/desktop/SessionMember.h"
 #include "platform/linux/keyring/SecretServiceKeychain.h"
+#include "platform/linux/portal/Portal.h"
 #include "platform/linux/shortcuts/OwnCommand.h"
 #include "platform/linux/start/AutostartLoginItem.h"
 #include "platform/linux/start/ClosedProcess.h"
@@ -77,10 +77,9 @@ int main(int argc, char** argv) {
   const auto quit = [] { QCoreApplication::exit(0); };
   const TerminationSignals terminationSignals(dispatch, quit);
   Program program(line.request(), quit);
-  using Questions = PortalColorScheme::Questions;
+  using Extent = PortalAnswers::Extent;
   const bool isWayland = session.windows == Session::Windows::wayland;
-  PortalColorScheme portal(dispatch, isWayland ? Questions::allSettings : Questions::colors,
-                           closeProcess);
+  Portal portal(dispatch, isWayland ? Extent::all : Extent::colors, closeProcess);
   SecretServiceKeychain keychain(dispatch);
   keychain.onSecretAhead([&portal] {
     portal.waitUntilAsked();
@@ -108,6 +107,7 @@ int main(int argc, char** argv) {
   QApplication application(toolkitArgumentCount, toolkitArguments.data());
   const SessionMember sessionMember(application, quit);
   SessionBus bus(dispatch, processEnvironment);
+  QObject::connect(&bus, &SessionBus::rejoined, &bus, [&portal] { portal.rejoin(); });
   ApplicationService service(dispatch, bus, offeredActions());
   if (const auto status = instance.endsWithToolkit(service)) return *status;
 

@@ -81,8 +81,7 @@ struct LinuxDesktop::Ports {
   std::optional<DesktopColors> colors;
   std::unique_ptr<GnomeCommandShortcuts> commandShortcuts = openCommandShortcuts();
 
-  [[nodiscard]] std::unique_ptr<WindowPorts> openWindows(PortalColorScheme& portal,
-                                                         Session session) {
+  [[nodiscard]] std::unique_ptr<WindowPorts> openWindows(Portal& portal, Session session) {
     const WindowPorts::Services services{dispatch, bus, portal, images,
                                          installedIconThemes(ownProgramPath())};
     if (session.windows == Session::Windows::wayland) {
@@ -121,7 +120,7 @@ std::unique_ptr<LinuxDesktop> LinuxDesktop::open(const Services& services, Sessi
                stderr);
   }
   if (!ports->windows) return nullptr;
-  ports->colors.emplace(ports->windows->all().settings, services.bus, services.portal,
+  ports->colors.emplace(ports->windows->all().settings, services.portal,
                         processEnvironment("GTK_THEME").value_or(std::string()));
   ports->openIcons();
   return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(ports)));

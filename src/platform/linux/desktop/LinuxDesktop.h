@@ -9,7 +9,7 @@
 namespace vantorel {
 
 class HistoryLock;
-class PortalColorScheme;
+class Portal;
 class SessionBus;
 
 /// Builds and owns the ports of a desktop, whatever it has for windows. Main thread.
@@ -19,7 +19,7 @@ class LinuxDesktop {
     Dispatch& dispatch;
     Keychain& keychain;
     SessionBus& bus;
-    PortalColorScheme& portal;
+    Portal& portal;
     HistoryLock& historyLock;
   };
   /// Null when what the session was found to have is there no more. Needs the toolkit's application

@@ -25,7 +25,7 @@ WaylandPorts::WaylandPorts(const Services& services, std::unique_ptr<ToolkitComp
                            std::unique_ptr<DataControlPasteboard> clipboard, Session& session)
     : dispatch_(services.dispatch),
       compositor_(std::move(compositor)),
-      settings_(services.bus, services.portal),
+      settings_(services.portal),
       statusItem_({dispatch_, screens_, services.bus}, LinuxStatusItem::Trays::ofItems,
                   services.iconThemes),
       clipboard_(std::move(clipboard)),

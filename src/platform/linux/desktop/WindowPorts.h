@@ -20,7 +20,7 @@
 
 namespace vantorel {
 
-class PortalColorScheme;
+class Portal;
 class SessionBus;
 
 /// The ports that depend on what the session has for windows, one implementation for each. Main
@@ -30,7 +30,7 @@ class WindowPorts {
   struct Services {
     Dispatch& dispatch;
     SessionBus& bus;
-    PortalColorScheme& portal;
+    Portal& portal;
     const ImageDecoder& images;
     std::filesystem::path iconThemes;  // where the program's own icons were installed
   };

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+#include "base/Deadline.h"
+#include "base/Lifetime.h"
+#include "platform/Dispatch.h"
+#include "platform/Observers.h"
+#include "platform/linux/portal/PortalAnswers.h"
+
+namespace vantorel {
+
+/// The desktop's portal, from the first thing in the program to its end: which colours the user
+/// wants, and where no X server tells the other settings, what those are; from its start and as
+/// they change. It is talked to on a thread and a connection of its own. Main thread, where nothing
+/// else is said.
+class Portal {
+ public:
+  /// How long after the construction the first answers are waited for. A portal that runs answers
+  /// within a few milliseconds; the start waits for nobody longer.
+  static constexpr std::chrono::milliseconds patience{50};
+
+  /// `asked` is called on the thread as soon as the first answers are there or late. `dispatch`
+  /// outlives this.
+  Portal(Dispatch& dispatch, PortalAnswers::Extent extent, std::function<void()> asked);
+  ~Portal();
+  Portal(const Portal&) = delete;
+  Portal& operator=(const Portal&) = delete;
+
+  /// Returns when `asked` has been called, or when it is late. Any thread but the main one.
+  void waitUntilAsked();
+  /// The session bus is another than before.
+  void rejoin();
+
+  /// What is known by now; stays when the portal goes.
+  [[nodiscard]] const PortalAnswers& answers() const { return answers_; }
+  [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) {
+    return observers_.add(std::move(changed));
+  }
+
+ private:
+  struct Conversation;  // on the thread
+
+  const Deadline deadline_ = std::chrono::steady_clock::now() + patience;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool asked_ = false;  // guarded
+  PortalAnswers answers_;
+  ChangeObservers observers_;
+  Lifetime life_;
+  std::unique_ptr<Conversation> conversation_;  // last: it ends before what it uses
+};
+
+}  // namespace vantorel

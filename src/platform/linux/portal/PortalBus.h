@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/Lifetime.h"
+#include "platform/linux/glib/GlibPointers.h"
+#include "platform/linux/glib/GlibThread.h"
+
+namespace vantorel {
+
+/// The program's connection to the desktop's portal. A portal looks into a process when one of its
+/// connections asks for the first time, and refuses one that is closed to others; what it found
+/// holds for as long as both are there. So this connection asks first thing in the program and is
+/// kept. On the portal's thread.
+class PortalBus {
+ public:
+  /// What was asked; the reply is null when there was none.
+  using Answered = std::function<void(GVariant* reply)>;
+  using Heard = std::function<void(const std::string& object, GVariant* arguments)>;
+
+  explicit PortalBus(GlibThread& thread) : thread_(thread) {}
+  ~PortalBus() { leave(); }
+  PortalBus(const PortalBus&) = delete;
+  PortalBus& operator=(const PortalBus&) = delete;
+
+  // Both for good.
+
+  /// `came`: a portal is there and knows who asks, also each time that one comes anew. `left`: it
+  /// has gone, with all that it had for this program.
+  void onNews(std::function<void()> came, std::function<void()> left);
+  /// What the portal sends to this program or to all, of the type that `heard` expects or not.
+  void onSignal(const char* interface, const char* signal, Heard heard);
+
+  /// Joins the bus, in place of one that it joined before. Without a bus nothing comes.
+  void join(Deadline deadline);
+  [[nodiscard]] bool isThere() const { return isThere_; }
+  /// Whether nothing is asked at the moment, be it only whether a portal is there.
+  [[nodiscard]] bool isQuiet() const { return open_ == 0; }
+  /// What the bus calls this connection; empty without one.
+  [[nodiscard]] std::string ownName() const;
+
+  /// Starts no portal. Takes `arguments` when they are floating. What is not answered when another
+  /// bus is joined never is.
+  void ask(const char* interface, const char* method, GVariant* arguments, Answered answered);
+  /// Asks a portal that does not run to come; answered once it runs, or when there is none.
+  void start(Answered answered);
+  /// What nobody answers to, at an object of the portal's.
+  void send(const std::string& object, const char* interface, const char* method);
+
+ private:
+  struct News {
+    std::function<void()> came;
+    std::function<void()> left;
+  };
+  struct Signal {
+    const char* interface = nullptr;
+    const char* name = nullptr;
+    Heard heard;
+  };
+
+  void watch();
+  void listen(const Signal& signal);
+  void appeared();
+  void vanished();
+  void leave();
+  void call(const char* program, const char* object, const char* interface, const char* method,
+            GVariant* arguments, Answered answered);
+
+  GlibThread& thread_;
+  std::deque<News> news_;       // they may become more while they are called
+  std::deque<Signal> signals_;  // they stay where they are
+  ObjectPointer<GDBusConnection> connection_;
+  ObjectPointer<GCancellable> questions_;
+  std::vector<guint> subscriptions_;
+  guint watch_ = 0;
+  bool isLooking_ = false;  // it is not known yet whether a portal is there
+  bool isThere_ = false;
+  int open_ = 0;
+  Lifetime life_;
+};
+
+}  // namespace vantorel
