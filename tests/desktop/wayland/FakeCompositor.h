@@ -71,6 +71,8 @@ class FakeCompositor {
   /// Runs `work` on the thread, and returns when it has.
   void call(const std::function<void()>& work);
   [[nodiscard]] wl_display* display() const { return display_; }
+  /// For what runs on the thread.
+  [[nodiscard]] FakeSeat& seat() { return *seat_; }
   /// As `bringToFront()` does, for what runs on the thread.
   void tellFront(const std::string& appId);
 

@@ -28,7 +28,21 @@ struct FakeSeat::Protocols {
     self.keyboards_.push_back(made);
     self.tellKeymap(made);
   }
-  static constexpr struct wl_seat_interface seatCalls { nullptr, getKeyboard, nullptr, nullptr };
+  static void pointerGone(wl_resource* pointer) { std::erase(of(pointer).pointers_, pointer); }
+  static void getPointer(wl_client* client, wl_resource* seat, std::uint32_t id) {
+    auto* const made = wl_resource_create(client, &wl_pointer_interface, 1, id);
+    wl_resource_set_implementation(made, nullptr, &of(seat), pointerGone);
+    of(seat).pointers_.push_back(made);
+  }
+  static void touchGone(wl_resource* touch) { std::erase(of(touch).touches_, touch); }
+  static void getTouch(wl_client* client, wl_resource* seat, std::uint32_t id) {
+    auto* const made = wl_resource_create(client, &wl_touch_interface, 1, id);
+    wl_resource_set_implementation(made, nullptr, &of(seat), touchGone);
+    of(seat).touches_.push_back(made);
+  }
+  static constexpr struct wl_seat_interface seatCalls {
+    getPointer, getKeyboard, getTouch, nullptr
+  };
   static void seatGone(wl_resource* seat) { std::erase(of(seat).seats_, seat); }
   static void bind(wl_client* client, void* self, std::uint32_t version, std::uint32_t id) {
     auto* const made =
@@ -50,7 +64,38 @@ void FakeSeat::plugIn(const std::string& keymap) {
 }
 
 void FakeSeat::tell(wl_resource* seat) const {
-  wl_seat_send_capabilities(seat, keymap_.empty() ? 0 : WL_SEAT_CAPABILITY_KEYBOARD);
+  const std::uint32_t keyboard = keymap_.empty() ? 0 : WL_SEAT_CAPABILITY_KEYBOARD;
+  const std::uint32_t others =
+      hasMouseAndTouch_ ? WL_SEAT_CAPABILITY_POINTER | WL_SEAT_CAPABILITY_TOUCH : 0;
+  wl_seat_send_capabilities(seat, keyboard | others);
+}
+
+void FakeSeat::plugInMouseAndTouch() {
+  hasMouseAndTouch_ = true;
+  for (auto* seat : seats_) tell(seat);
+}
+
+void FakeSeat::point(wl_resource* surface, int x, int y) {
+  for (auto* pointer : pointers_) {
+    wl_pointer_send_enter(pointer, 0, surface, wl_fixed_from_int(x), wl_fixed_from_int(y));
+  }
+}
+
+void FakeSeat::press(std::uint32_t button, bool isDown) {
+  for (auto* pointer : pointers_) {
+    wl_pointer_send_button(
+        pointer, 0, 0, button,
+        isDown ? WL_POINTER_BUTTON_STATE_PRESSED : WL_POINTER_BUTTON_STATE_RELEASED);
+  }
+}
+
+void FakeSeat::touch(wl_resource* surface, int x, int y) {
+  for (auto* each : touches_) {
+    wl_touch_send_down(each, 0, 0, surface, 0, wl_fixed_from_int(x), wl_fixed_from_int(y));
+    wl_touch_send_frame(each);
+    wl_touch_send_up(each, 0, 0, 0);
+    wl_touch_send_frame(each);
+  }
 }
 
 void FakeSeat::tellKeymap(wl_resource* keyboard) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,7 +10,8 @@ struct wl_resource;
 
 namespace vantorel {
 
-/// The seat of a fake compositor, at first without a keyboard. On the compositor's thread.
+/// The seat of a fake compositor, at first without a keyboard and whatever else. On the
+/// compositor's thread.
 class FakeSeat {
  public:
   explicit FakeSeat(wl_display* display);
@@ -19,6 +21,13 @@ class FakeSeat {
   /// The user has a keyboard with that keymap, in the text form of xkb; another one if there was
   /// one already.
   void plugIn(const std::string& keymap);
+  /// A pointer and a surface for fingers, too.
+  void plugInMouseAndTouch();
+
+  // Of a place on a surface, of whose client every pointer hears.
+  void point(wl_resource* surface, int x, int y);
+  void press(std::uint32_t button, bool isDown);
+  void touch(wl_resource* surface, int x, int y);
 
  private:
   struct Protocols;
@@ -28,6 +37,9 @@ class FakeSeat {
   std::vector<wl_resource*> seats_;
   std::vector<wl_resource*> keyboards_;
   std::string keymap_;  // empty: there is no keyboard
+  bool hasMouseAndTouch_ = false;
+  std::vector<wl_resource*> pointers_;
+  std::vector<wl_resource*> touches_;
 };
 
 }  // namespace vantorel

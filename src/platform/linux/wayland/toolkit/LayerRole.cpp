@@ -30,9 +30,11 @@ struct LayerRole::Listeners {
       [](void* self, zwlr_layer_surface_v1* role, std::uint32_t serial, std::uint32_t /*width*/,
          std::uint32_t /*height*/) {
         zwlr_layer_surface_v1_ack_configure(role, serial);
-        static_cast<LayerRole*>(self)->isReady_ = true;
+        auto& state = static_cast<LayerRole*>(self)->state_;
+        if (state == State::asked) state = State::ready;
       },
       [](void* self, zwlr_layer_surface_v1* /*role*/) {
+        static_cast<LayerRole*>(self)->state_ = State::closed;
         const auto closed = static_cast<LayerRole*>(self)->onClosed;
         if (closed) closed();
       }};
@@ -63,7 +65,8 @@ LayerRole::~LayerRole() {
 }
 
 bool LayerRole::waitUntilReady(Deadline deadline) {
-  return compositor_.waitUntil([this] { return isReady_; }, deadline);
+  return compositor_.waitUntil([this] { return state_ != State::asked; }, deadline) &&
+         state_ == State::ready;
 }
 
 // A new size comes with the toolkit's next picture, which shows both at once.

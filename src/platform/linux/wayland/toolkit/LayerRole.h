@@ -35,7 +35,8 @@ class LayerRole : public SurfaceRole {
   /// The compositor has taken the window away, as with its output. May end this.
   std::function<void()> onClosed;
 
-  /// Nothing may be drawn before. False when the compositor does not say so by then.
+  /// Nothing may be drawn before. False when the compositor does not say so by then, and at once
+  /// when it takes the window away instead.
   [[nodiscard]] bool waitUntilReady(Deadline deadline);
   void follow(const QRect& frame) override;
   void setStand(Stand stand);
@@ -50,7 +51,7 @@ class LayerRole : public SurfaceRole {
   QSize size_;
   Stand stand_;
   zwlr_layer_surface_v1* role_;
-  bool isReady_ = false;
+  enum class State { asked, ready, closed } state_ = State::asked;
 };
 
 }  // namespace vantorel
