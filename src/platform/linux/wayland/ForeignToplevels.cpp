@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <utility>
 
 namespace vantorel {
 
@@ -43,9 +42,7 @@ struct ForeignToplevels::Listeners {
         window(self, handle).isActive = holdsActivated(states);
       },
       [](void* data, Handle* handle) {
-        auto& self = *static_cast<ForeignToplevels*>(data);
-        const auto front = self.list_.settle(window(data, handle));
-        if (front) self.observer_.onActivated(*front);
+        static_cast<ForeignToplevels*>(data)->settle(window(data, handle));
       },
       [](void* self, Handle* handle) { static_cast<ForeignToplevels*>(self)->closed(handle); },
       ignoreParent};
@@ -53,7 +50,7 @@ struct ForeignToplevels::Listeners {
       [](void* data, zwlr_foreign_toplevel_manager_v1* /*manager*/, Handle* handle) {
         auto& self = *static_cast<ForeignToplevels*>(data);
         zwlr_foreign_toplevel_handle_v1_add_listener(handle, &Listeners::handle, data);
-        self.described_[handle].token = self.list_.add();
+        self.described_[handle].token = self.add();
       },
       [](void* data, zwlr_foreign_toplevel_manager_v1* manager) {
         auto& self = *static_cast<ForeignToplevels*>(data);
@@ -70,53 +67,31 @@ std::optional<std::string> ForeignToplevels::protocol(const WaylandConnection& c
   return isThere ? std::optional(name + (" " + std::to_string(protocolVersion))) : std::nullopt;
 }
 
-std::unique_ptr<ForeignToplevels> ForeignToplevels::open(
-    std::unique_ptr<WaylandConnection> connection, Observer observer) {
-  if (!connection || !protocol(*connection)) return nullptr;
-  std::unique_ptr<ForeignToplevels> made(
-      new ForeignToplevels(std::move(connection), std::move(observer)));
-  if (!made->bind()) return nullptr;
-  made->thread_.start([self = made.get()] { self->tellLoss(); });
-  return made;
-}
-
-void ForeignToplevels::tellLoss() {
-  list_.forgetFront();
-  observer_.onLost();
-}
-
-ForeignToplevels::ForeignToplevels(std::unique_ptr<WaylandConnection> connection, Observer observer)
-    : thread_(std::move(connection), "windows"), observer_(std::move(observer)) {}
-
 bool ForeignToplevels::bind() {
-  auto& connection = thread_.connection();
-  seat_ = static_cast<wl_seat*>(connection.bind(wl_seat_interface, 1));
+  seat_ = static_cast<wl_seat*>(connection().bind(wl_seat_interface, 1));
   manager_ = static_cast<zwlr_foreign_toplevel_manager_v1*>(
-      connection.bind(zwlr_foreign_toplevel_manager_v1_interface, protocolVersion));
+      connection().bind(zwlr_foreign_toplevel_manager_v1_interface, protocolVersion));
   zwlr_foreign_toplevel_manager_v1_add_listener(manager_, &Listeners::manager, this);
-  return connection.catchUp(WorkLine::Clock::now() + answerLimit);
+  return connection().catchUp(WorkLine::Clock::now() + answerLimit);
 }
 
 ForeignToplevels::~ForeignToplevels() {
-  thread_.stop();
+  stop();
   for (const auto& [handle, window] : described_) zwlr_foreign_toplevel_handle_v1_destroy(handle);
   if (manager_ != nullptr) zwlr_foreign_toplevel_manager_v1_destroy(manager_);
   if (seat_ != nullptr) wl_seat_destroy(seat_);
 }
 
 void ForeignToplevels::closed(zwlr_foreign_toplevel_handle_v1* handle) {
-  list_.remove(described_.at(handle).token);
+  remove(described_.at(handle).token);
   described_.erase(handle);
   zwlr_foreign_toplevel_handle_v1_destroy(handle);
 }
 
-bool ForeignToplevels::activate(WindowToken token) {
-  if (!find(token)) return false;
-  return thread_.post([this, token] {
-    for (const auto& [handle, window] : described_) {
-      if (window.token == token) zwlr_foreign_toplevel_handle_v1_activate(handle, seat_);
-    }
-  });
+void ForeignToplevels::bringToFront(WindowToken token) {
+  for (const auto& [handle, window] : described_) {
+    if (window.token == token) zwlr_foreign_toplevel_handle_v1_activate(handle, seat_);
+  }
 }
 
 }  // namespace vantorel

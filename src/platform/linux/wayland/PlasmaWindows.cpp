@@ -5,7 +5,6 @@
 #include <wayland-client.h>
 
 #include <chrono>
-#include <utility>
 
 namespace vantorel {
 
@@ -69,7 +68,7 @@ struct PlasmaWindows::Listeners {
           [](void* self, Manager* manager, std::uint32_t /*number*/, const char* uuid) {
             auto* const handle = org_kde_plasma_window_management_get_window_by_uuid(manager, uuid);
             org_kde_plasma_window_add_listener(handle, &Listeners::handle, self);
-            of(self).windows_[handle].described.token = of(self).list_.add();
+            of(self).windows_[handle].described.token = of(self).add();
           }};
 };
 
@@ -80,58 +79,36 @@ std::optional<std::string> PlasmaWindows::protocol(const WaylandConnection& conn
              : std::nullopt;
 }
 
-std::unique_ptr<PlasmaWindows> PlasmaWindows::open(std::unique_ptr<WaylandConnection> connection,
-                                                   Observer observer) {
-  if (!connection || !protocol(*connection)) return nullptr;
-  std::unique_ptr<PlasmaWindows> made(
-      new PlasmaWindows(std::move(connection), std::move(observer)));
-  if (!made->bind()) return nullptr;
-  made->thread_.start([self = made.get()] {
-    self->list_.forgetFront();
-    self->observer_.onLost();
-  });
-  return made;
-}
-
-PlasmaWindows::PlasmaWindows(std::unique_ptr<WaylandConnection> connection, Observer observer)
-    : thread_(std::move(connection), "windows"), observer_(std::move(observer)) {}
-
 bool PlasmaWindows::bind() {
-  auto& connection = thread_.connection();
   manager_ = static_cast<org_kde_plasma_window_management*>(
-      connection.bind(org_kde_plasma_window_management_interface, protocolVersion));
+      connection().bind(org_kde_plasma_window_management_interface, protocolVersion));
   org_kde_plasma_window_management_add_listener(manager_, &Listeners::manager, this);
   // The first answer names the windows, the second describes them.
   const auto limit = WorkLine::Clock::now() + answerLimit;
-  return connection.catchUp(limit) && connection.catchUp(limit);
+  return connection().catchUp(limit) && connection().catchUp(limit);
 }
 
 PlasmaWindows::~PlasmaWindows() {
-  thread_.stop();
+  stop();
   for (const auto& [handle, window] : windows_) org_kde_plasma_window_destroy(handle);
   if (manager_ != nullptr) org_kde_plasma_window_management_destroy(manager_);
 }
 
 void PlasmaWindows::changed(const Window& window) {
-  if (!window.isWhole) return;
-  const auto front = list_.settle(window.described);
-  if (front) observer_.onActivated(*front);
+  if (window.isWhole) settle(window.described);
 }
 
 void PlasmaWindows::closed(org_kde_plasma_window* handle) {
-  list_.remove(windows_.at(handle).described.token);
+  remove(windows_.at(handle).described.token);
   windows_.erase(handle);
   org_kde_plasma_window_destroy(handle);
 }
 
-bool PlasmaWindows::activate(WindowToken token) {
-  if (!find(token)) return false;
-  return thread_.post([this, token] {
-    for (const auto& [handle, window] : windows_) {
-      if (window.described.token != token) continue;
-      org_kde_plasma_window_set_state(handle, activeState, activeState);
-    }
-  });
+void PlasmaWindows::bringToFront(WindowToken token) {
+  for (const auto& [handle, window] : windows_) {
+    if (window.described.token != token) continue;
+    org_kde_plasma_window_set_state(handle, activeState, activeState);
+  }
 }
 
 }  // namespace vantorel

@@ -5,9 +5,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include "platform/linux/wayland/ToplevelList.h"
+#include "platform/linux/wayland/HeardToplevels.h"
 
 struct org_kde_plasma_window;
 struct org_kde_plasma_window_management;
@@ -15,7 +15,7 @@ struct org_kde_plasma_window_management;
 namespace vantorel {
 
 /// The windows as KWin tells of them: to programs alone whose desktop entry asks for it.
-class PlasmaWindows : public ToplevelSource {
+class PlasmaWindows : public HeardToplevels {
  public:
   /// The protocol and its version that would be spoken there; absent where there is none, or not
   /// for this program.
@@ -23,35 +23,29 @@ class PlasmaWindows : public ToplevelSource {
 
   /// Null where windows are not told. Waits for the compositor alone.
   [[nodiscard]] static std::unique_ptr<PlasmaWindows> open(
-      std::unique_ptr<WaylandConnection> connection, Observer observer);
+      std::unique_ptr<WaylandConnection> connection, Observer observer) {
+    return openAs<PlasmaWindows>(std::move(connection), std::move(observer));
+  }
   ~PlasmaWindows() override;
   PlasmaWindows(const PlasmaWindows&) = delete;
   PlasmaWindows& operator=(const PlasmaWindows&) = delete;
 
-  [[nodiscard]] std::optional<Toplevel> active() const override { return list_.active(); }
-  [[nodiscard]] std::optional<Toplevel> find(WindowToken token) const override {
-    return list_.find(token);
-  }
-  [[nodiscard]] std::vector<Toplevel> all() const override { return list_.all(); }
-  bool activate(WindowToken token) override;
-  [[nodiscard]] WaylandThread& thread() override { return thread_; }
-
  private:
+  friend class HeardToplevels;
+  using HeardToplevels::HeardToplevels;
+
   struct Listeners;
   struct Window {
     Toplevel described;
     bool isWhole = false;  // all that there was to say at first has been said
   };
 
-  PlasmaWindows(std::unique_ptr<WaylandConnection> connection, Observer observer);
   [[nodiscard]] bool bind();
+  void bringToFront(WindowToken token) override;
   void changed(const Window& window);
   void closed(org_kde_plasma_window* handle);
 
-  WaylandThread thread_;
-  Observer observer_;
   org_kde_plasma_window_management* manager_ = nullptr;
-  ToplevelList list_;
   std::map<org_kde_plasma_window*, Window> windows_;
 };
 
