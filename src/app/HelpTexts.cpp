@@ -15,8 +15,10 @@ constexpr HelpTexts hebrew = {
     .pasteHeading = "הדבקה אוטומטית",
     .pasteAllowed = "הרשאת הנגישות פעילה",
     .pasteNotAllowed = "נדרשת הרשאת נגישות",
-    .pasteAllowedWhy = "שרת התצוגה מאפשר הקשת מקשים (XTEST), ולכן ההדבקה אוטומטית.",
-    .pasteNotAllowedWhy = "שרת התצוגה אינו מאפשר הקשת מקשים (XTEST). אפשר להדביק ידנית.",
+    .pasteAllowedWhy =
+        "סביבת העבודה מאפשרת ל־Vantorel להקיש מקשים, ולכן ההדבקה אוטומטית.\n"
+        "בחלון שאינו מקבל אותם אפשר להדביק ידנית.",
+    .pasteNotAllowedWhy = "סביבת העבודה אינה מאפשרת ל־Vantorel להקיש מקשים. אפשר להדביק ידנית.",
     .launchAtLogin = "הפעל את Vantorel בעת הכניסה למק",
     .privacyHeading = "פרטיות ואבטחה",
     .privacy =
@@ -47,9 +49,9 @@ constexpr HelpTexts english = {
     .pasteAllowed = "Automatic paste is allowed",
     .pasteNotAllowed = "Automatic paste is not allowed",
     .pasteAllowedWhy =
-        "The display server lets programs press keys (XTEST), so pasting is automatic.",
-    .pasteNotAllowedWhy =
-        "The display server does not let programs press keys (XTEST). You can paste by hand.",
+        "The desktop lets Vantorel press keys, so pasting is automatic.\n"
+        "In a window that does not take them you can paste by hand.",
+    .pasteNotAllowedWhy = "The desktop does not let Vantorel press keys. You can paste by hand.",
     .launchAtLogin = "Start Vantorel when you log in to the computer",
     .privacyHeading = "Privacy and security",
     .privacy =

@@ -36,8 +36,8 @@ struct FakeLayers::Protocols {
   static void ignoreSignedNumber(wl_client* /*client*/, wl_resource* /*resource*/,
                                  std::int32_t /*number*/) {}
   static void ignoreRectangle(wl_client* /*client*/, wl_resource* /*resource*/, std::int32_t /*x*/,
-                              std::int32_t /*y*/, std::int32_t /*width*/,
-                              std::int32_t /*height*/) {}
+                              std::int32_t /*y*/, std::int32_t /*width*/, std::int32_t /*height*/) {
+  }
   static void ignoreObject(wl_client* /*client*/, wl_resource* /*resource*/,
                            wl_resource* /*object*/) {}
 
@@ -65,8 +65,7 @@ struct FakeLayers::Protocols {
   }
   static void setInputRegion(wl_client* /*client*/, wl_resource* surface, wl_resource* region) {
     auto& self = of(surface);
-    self.surfaces_[surface].takenNext =
-        region != nullptr ? self.regions_[region] : Surface().taken;
+    self.surfaces_[surface].takenNext = region != nullptr ? self.regions_[region] : Surface().taken;
   }
   static void commit(wl_client* /*client*/, wl_resource* surface) { of(surface).commit(surface); }
   static constexpr struct wl_surface_interface surfaceCalls {
@@ -84,8 +83,8 @@ struct FakeLayers::Protocols {
       of(compositor).surfaces_[made];
     },
         [](wl_client* client, wl_resource* compositor, std::uint32_t id) {
-          auto* const made = make(client, wl_region_interface, 1, id, &regionCalls,
-                                  of(compositor), regionGone);
+          auto* const made =
+              make(client, wl_region_interface, 1, id, &regionCalls, of(compositor), regionGone);
           of(compositor).regions_[made];
         }
   };
@@ -97,17 +96,17 @@ struct FakeLayers::Protocols {
            std::int32_t /*height*/) {}
   };
   static constexpr struct wp_viewporter_interface viewporterCalls {
-    destroy, [](wl_client* client, wl_resource* viewporter, std::uint32_t id,
-                wl_resource* /*surface*/) {
-      make(client, wp_viewport_interface, 1, id, &viewportCalls, of(viewporter), nullptr);
-    }
+    destroy,
+        [](wl_client* client, wl_resource* viewporter, std::uint32_t id, wl_resource* /*surface*/) {
+          make(client, wp_viewport_interface, 1, id, &viewportCalls, of(viewporter), nullptr);
+        }
   };
 
   static constexpr struct zwlr_layer_surface_v1_interface roleCalls {
     [](wl_client* /*client*/, wl_resource* /*role*/, std::uint32_t /*width*/,
        std::uint32_t /*height*/) {},
-        ignoreNumber, ignoreSignedNumber, ignoreRectangle, ignoreNumber, ignoreObject, ignoreNumber,
-        destroy, ignoreNumber
+        ignoreNumber, ignoreSignedNumber, ignoreRectangle, ignoreNumber, ignoreObject,
+        ignoreNumber, destroy, ignoreNumber
   };
   static void roleGone(wl_resource* role) {
     for (auto& [surface, known] : of(role).surfaces_) {
@@ -120,8 +119,8 @@ struct FakeLayers::Protocols {
     [](wl_client* client, wl_resource* shell, std::uint32_t id, wl_resource* surface,
        wl_resource* /*output*/, std::uint32_t /*layer*/, const char* /*name*/) {
       auto& self = of(shell);
-      self.surfaces_[surface].role = make(client, zwlr_layer_surface_v1_interface, 4, id,
-                                          &roleCalls, self, roleGone);
+      self.surfaces_[surface].role =
+          make(client, zwlr_layer_surface_v1_interface, 4, id, &roleCalls, self, roleGone);
       self.layered_.push_back(surface);
     },
         destroy
@@ -138,8 +137,8 @@ struct FakeLayers::Protocols {
   }
   template <const wl_interface* Interface, const auto* Calls>
   static void bind(wl_client* client, void* self, std::uint32_t version, std::uint32_t id) {
-    make(client, *Interface, static_cast<int>(version), id, Calls,
-         *static_cast<FakeLayers*>(self), nullptr);
+    make(client, *Interface, static_cast<int>(version), id, Calls, *static_cast<FakeLayers*>(self),
+         nullptr);
   }
 };
 

@@ -10,8 +10,8 @@
 
 namespace vantorel {
 
-/// The part of a fake compositor that lets clients have surfaces on layers, on an output of 800 x 600
-/// points, with a mouse and a finger for them. Nothing is ever drawn.
+/// The part of a fake compositor that lets clients have surfaces on layers, on an output of 800 x
+/// 600 points, with a mouse and a finger for them. Nothing is ever drawn.
 class FakeLayers {
  public:
   /// Before a client connects. The compositor dies before this ends.

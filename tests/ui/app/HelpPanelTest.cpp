@@ -27,6 +27,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
@@ -92,6 +93,21 @@ TEST_F(HelpPanelTest, AboutHasAllSectionsThePlainTitleAndClose) {
                             "שיתוף עם צד שלישי."));
   EXPECT_THAT(texts<PushButton>(),
               ElementsAre("הרשאת הנגישות פעילה", "מדיניות הפרטיות המלאה", "סגור"));
+}
+
+TEST_F(HelpPanelTest, WhyPastingIsAutomaticHoldsUnderEveryKindOfDesktop) {
+  for (const auto language : {Language::hebrew, Language::english}) {
+    for (const bool isPossible : {true, false}) {
+      facts_.language = language;
+      facts_.automaticPaste = isPossible;
+      showAbout();
+      const auto why = panel_->findChild<PushButton*>()->toolTip().toStdString();
+      EXPECT_THAT(why, HasSubstr(language == Language::hebrew ? "להדביק ידנית" : "paste by hand"));
+      EXPECT_THAT(why, Not(HasSubstr("XTEST")));
+      EXPECT_THAT(why,
+                  Not(HasSubstr(language == Language::hebrew ? "שרת התצוגה" : "display server")));
+    }
+  }
 }
 
 TEST_F(HelpPanelTest, ReturnClosesIt) {
