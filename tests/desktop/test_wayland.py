@@ -21,7 +21,7 @@ class SwayTestCase(WaylandTestCase):
 class Session(SwayTestCase):
     def test_check_says_what_there_is(self):
         text = self.desktop.run([program_path(), "--check"]).stdout.decode()
-        self.assertRegex(text, "yes  Display           Wayland, on .*zwlr_layer_shell_v1 4")
+        self.assertRegex(text, "yes  Display           Wayland, on .*zwlr_layer_shell_v1 [45]")
         self.assertRegex(text, "yes  Clipboard         the compositor's .*_data_control_manager_v1")
         self.assertRegex(text, "no   Shortcut          only the compositor has keys.*\n *Add this line "
                                "to sway's configuration: bindsym --to-code Mod4.Shift.v exec "
@@ -165,7 +165,7 @@ class Pasting(PastingTestCase):
         self.copy("first")
         self.vantorel.command("--toggle")
         self.vantorel.wait_for_panel()
-        self.desktop.sway("[app_id=foot] kill")
+        self.desktop.close_window("foot")
         terminal.process.wait(20)
         self.keys.tap("Return")
         self.vantorel.wait_for_notice(NO_TARGET_NOTICE)

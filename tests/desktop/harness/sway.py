@@ -81,6 +81,10 @@ class SwayDesktop(PrivateDesktop):
         self.sway(f"[app_id={app_id}] focus")
         wait_for(f"{app_id} in front", lambda: self.front() == app_id)
 
+    def close_window(self, app_id):
+        """As its user does."""
+        self.sway(f"[app_id={app_id}] kill")
+
     def screenshot(self, path, output="HEADLESS-1"):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         self.run(["grim", "-o", output, path]).check_returncode()
@@ -111,16 +115,12 @@ class SwayDesktop(PrivateDesktop):
         self.windows = WaylandWindows(self)
 
     def _start_x_server(self):
-        configuration = os.path.join(self.base, "sway.conf")
-        told = os.path.join(self.base, "sway.env")
-        with open(configuration, "w", encoding="utf-8") as file:
-            file.write(_CONFIGURATION.format(
-                outputs="\n".join(self._output_lines()), told=told,
-                xwayland="enable" if self._xwayland else "disable"))
-        headless = {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(self._outputs), "WLR_RENDERER": "pixman",
-                    "WLR_LIBINPUT_NO_DEVICES": "1"}
-        self._compositor = self.processes.start("sway", [shutil.which("sway"), "-c", configuration],
-                             {**self.env, **headless})
+        told = os.path.join(self.base, "compositor.env")
+        headless = {"WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(self._outputs),
+                    "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
+        command = self._command(told)
+        self._compositor = self.processes.start(command[0], [shutil.which(command[0]), *command[1:]],
+                                                {**self.env, **headless})
         wait_for("the compositor", lambda: os.path.exists(told))
         with open(told, encoding="utf-8") as file:
             lines = dict(line.rstrip("\n").split("=", 1) for line in file if "=" in line)
@@ -128,6 +128,14 @@ class SwayDesktop(PrivateDesktop):
             if name in lines:
                 self.env[name] = lines[name]
 
+    def _command(self, told):
+        """What starts the compositor, configured to leave its environment in that file."""
+        configuration = os.path.join(self.base, "sway.conf")
+        with open(configuration, "w", encoding="utf-8") as file:
+            file.write(_CONFIGURATION.format(
+                outputs="\n".join(self._output_lines()), told=told,
+                xwayland="enable" if self._xwayland else "disable"))
+        return ["sway", "-c", configuration]
 
     def _output_lines(self):
         width, height = self.size
