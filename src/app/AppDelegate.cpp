@@ -89,6 +89,7 @@ void AppDelegate::applicationDidFinishLaunching(StartedBy who) {
   hotKey_.registerHotKey();
   configureServices();
   focus_.startFocusTracking();
+  lock_ = desktop_.sessionLock.observe([this] { lockChanged(); });
   if (canRecord()) {
     watcher().start();
     if (privacy_.pausedUntil() == PrivacyPreferences::indefinitely) show(settingsLost);
@@ -107,6 +108,7 @@ void AppDelegate::say(std::string_view notice) {
 }
 
 void AppDelegate::applicationWillTerminate() {
+  lock_.reset();
   watcher().stop();
   windows_.stop();
   hotKey_.unregisterHotKey();
@@ -122,9 +124,38 @@ bool AppDelegate::isHistoryOpen() const {
   return panelController_ && panelController_->isVisible();
 }
 
-void AppDelegate::openHistory() { panelController().toggle(focus_.currentPasteTarget()); }
+void AppDelegate::openHistory() {
+  if (!isLocked()) panelController().toggle(focus_.currentPasteTarget());
+}
 
-void AppDelegate::openSearch() { panelController().openSearch(focus_.currentPasteTarget()); }
+void AppDelegate::openSearch() {
+  if (!isLocked()) panelController().openSearch(focus_.currentPasteTarget());
+}
+
+void AppDelegate::showStatusMenu() {
+  if (!isLocked()) statusItem_.showStatusMenu();
+}
+
+void AppDelegate::showShortcutPanel() {
+  if (!isLocked()) windows_.showShortcutPanel();
+}
+
+void AppDelegate::confirmClearHistory() {
+  if (!isLocked()) windows_.confirmClearHistory();
+}
+
+void AppDelegate::showAbout() {
+  if (!isLocked()) showHelpPanel(false);
+}
+
+// Keys that are still to be pressed would go into the field for the user's password.
+void AppDelegate::lockChanged() {
+  windows_.lockChanged();
+  if (!isLocked()) return;
+  if (pasteController_) pasteController_->withdraw();
+  if (isHistoryOpen()) panelController_->hide();
+  statusItem_.closeStatusMenu();
+}
 
 void AppDelegate::configureHotKey() {
   hotKey_.onNotice = [this](std::string_view notice) { show(notice); };
@@ -283,7 +314,9 @@ void AppDelegate::quit() {
   if (onQuit) onQuit();
 }
 
-void AppDelegate::show(std::string_view notice) { toast_.show(std::string(notice)); }
+void AppDelegate::show(std::string_view notice) {
+  if (!isLocked()) toast_.show(std::string(notice));
+}
 
 // The program that owned what was copied last has ended, or is about to. The history has it, so
 // paste goes on working as if that program were there.
@@ -303,7 +336,8 @@ ClipboardWatcher& AppDelegate::watcher() {
   if (!watcher_) {
     watcher_ = std::make_unique<ClipboardWatcher>(
         store_, privacy_,
-        ClipboardServices{desktop_.pasteboard, desktop_.workspace, desktop_.dispatch});
+        ClipboardServices{desktop_.pasteboard, desktop_.workspace, desktop_.dispatch,
+                          desktop_.sessionLock});
     watcher_->onContentsLost = [this](const ClipItem& item, const std::function<void()>& done) {
       keepContents(item, done);
     };

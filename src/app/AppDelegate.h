@@ -25,7 +25,7 @@
 namespace vantorel {
 
 /// The application's one object: owns every long-lived service and wires them to one another.
-/// Main thread.
+/// While the screen is locked nothing is shown, recorded or pasted. Main thread.
 class AppDelegate : public ApplicationCommands {
  public:
   /// Builds the store, which asks the keychain for its key; nothing else begins yet. The ports
@@ -60,7 +60,7 @@ class AppDelegate : public ApplicationCommands {
 
   void openHistory() override;
   void openSearch() override;
-  void showStatusMenu() override { statusItem_.showStatusMenu(); }
+  void showStatusMenu() override;
   void pauseFifteenMinutes() override;
   void pauseOneHour() override;
   void pauseUntilTomorrow() override;
@@ -71,10 +71,10 @@ class AppDelegate : public ApplicationCommands {
   void toggleLaunchAtLogin() override;
   void copyEntry(const std::string& identity) override;
   void importHistory(const std::string& directory) override;
-  void showShortcutPanel() override { windows_.showShortcutPanel(); }
-  void confirmClearHistory() override { windows_.confirmClearHistory(); }
+  void showShortcutPanel() override;
+  void confirmClearHistory() override;
   void startNewHistory() override;
-  void showAbout() override { showHelpPanel(false); }
+  void showAbout() override;
   void quit() override;
 
   void applyShortcut(const HotKeyShortcut& candidate) { windows_.applyShortcut(candidate); }
@@ -89,6 +89,8 @@ class AppDelegate : public ApplicationCommands {
   void configureHotKey();
   void configureServices();
   void configureWindows();
+  void lockChanged();
+  [[nodiscard]] bool isLocked() const { return desktop_.sessionLock.isLocked(); }
   void clearHistory(bool includingPinned);
   void copy(const std::string& text);
   void remedy(Trouble trouble);
@@ -123,6 +125,7 @@ class AppDelegate : public ApplicationCommands {
   TroubleReporter trouble_;
   AppWindows windows_;
   bool startedByHand_ = false;
+  std::unique_ptr<Observation> lock_;
   Lifetime life_;
 };
 

@@ -163,6 +163,7 @@ void AppWindows::showFirstLaunchHelpIfNeeded() {
 void AppWindows::showHelpPanel(bool isFirstLaunch) {
   closeHelpPanel();
   welcoming_ = isFirstLaunch;
+  if (desktop_.sessionLock.isLocked()) return;
   const HelpPanel::Facts facts{opener(), desktop_.input.isTrusted(TrustPrompt::none),
                                launchesAtLogin(desktop_.loginItem), programVersion(), language_};
   helpPanel_ = std::make_unique<HelpPanel>(
@@ -227,6 +228,15 @@ void AppWindows::confirmClearHistory() {
     if (answer == SheetWindow::Answer::accepted) onClear(includingPinned);
   };
   clearQuestion_->begin();
+}
+
+void AppWindows::lockChanged() {
+  const bool welcoming = welcoming_;
+  closeHelpPanel();
+  closePrivacyPolicy();
+  closeShortcutPanel();
+  if (clearQuestion_) clearQuestion_->end(SheetWindow::Answer::cancelled);
+  if (welcoming) showHelpPanel(true);
 }
 
 void AppWindows::stop() {

@@ -59,6 +59,8 @@ class AppWindows {
   /// A question that is open already comes to the front.
   void confirmClearHistory();
 
+  /// All go when the screen is locked; a welcome comes again after that.
+  void lockChanged();
   /// Gives the keyboard back, and shows no welcome any more.
   void stop();
 

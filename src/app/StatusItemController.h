@@ -35,6 +35,7 @@ class StatusItemController {
   void setTrouble(Trouble trouble);
   /// Pops the menu up under the pointer.
   void showStatusMenu();
+  void closeStatusMenu() { popup_.close(); }
   /// Takes the item away.
   void stop();
 

@@ -21,7 +21,7 @@ StatusMenuPopup::StatusMenuPopup(const ChromeServices& services) : services_(ser
 StatusMenuPopup::~StatusMenuPopup() = default;
 
 void StatusMenuPopup::popUp(const std::vector<MenuRow>& rows, Point at) {
-  retire();
+  close();
   menu_ = std::make_unique<VantorelMenu>(services_.accessibility, services_.backdrops);
   menu_->setWindowTitle("Vantorel Menu");
   menu_->setAccessibleName("Vantorel Menu");
@@ -68,7 +68,7 @@ void StatusMenuPopup::add(VantorelMenu& menu, const MenuRow& row) {
 }
 
 // The call may come from the menu itself, so it is deleted in a later turn.
-void StatusMenuPopup::retire() {
+void StatusMenuPopup::close() {
   nextAttempt_.reset();
   if (!menu_) return;
   menu_->hide();

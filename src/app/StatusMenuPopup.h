@@ -26,11 +26,12 @@ class StatusMenuPopup {
   /// Shows the rows with the menu's corner at that place, or near it where the screen ends. A menu
   /// that is open gives way.
   void popUp(const std::vector<MenuRow>& rows, Point at);
+  /// Takes a menu that is open away, nothing chosen.
+  void close();
 
  private:
   void fill(VantorelMenu& menu, const std::vector<MenuRow>& rows);
   void add(VantorelMenu& menu, const MenuRow& row);
-  void retire();
   void takeInput(int attempts);
 
   ChromeServices services_;

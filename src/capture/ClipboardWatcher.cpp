@@ -35,6 +35,9 @@ void ClipboardWatcher::start() {
   timer_.reset();
   timer_ = std::make_unique<RestingTimer>(services_.dispatch, services_.pasteboard, pollInterval,
                                           [this] { poll(); });
+  lock_ = services_.lock.observe([this] {
+    if (!services_.lock.isLocked()) advanceLastChangeCount();
+  });
   services_.pasteboard.setChangeHandler(life_.guard([this] { poll(); }));
   services_.pasteboard.setOwnerExitHandler(
       life_.guard([this](Pasteboard::ChangeCount change) { ownerExited(change); }));
@@ -46,6 +49,7 @@ void ClipboardWatcher::start() {
 
 void ClipboardWatcher::stop() {
   const bool wasStarted = std::exchange(timer_, nullptr) != nullptr;
+  lock_.reset();
   endReading();
   if (!wasStarted) return;
   services_.pasteboard.setChangeHandler({});
@@ -72,8 +76,8 @@ void ClipboardWatcher::poll() {
                          ? std::nullopt
                          : services_.workspace.frontmostApplication();
   auto source = sourceAppOf(front);
-  // What the pause or the source alone rules out is not even asked about.
-  if (privacy_.shouldIgnore({}, source)) {
+  // What the lock, the pause or the source alone rules out is not even asked about.
+  if (services_.lock.isLocked() || privacy_.shouldIgnore({}, source)) {
     ownWrite_.reset();
     return;
   }

@@ -14,6 +14,7 @@
 #include "capture/PrivacyPreferences.h"
 #include "platform/Dispatch.h"
 #include "platform/Pasteboard.h"
+#include "platform/SessionLock.h"
 #include "platform/Workspace.h"
 #include "store/ClipStore.h"
 
@@ -24,12 +25,13 @@ struct ClipboardServices {
   Pasteboard& pasteboard;
   Workspace& workspace;
   Dispatch& dispatch;
+  const SessionLock& lock;
 };
 
 /// Notices every change of the pasteboard, by the platform's announcement and by polling, and
 /// hands what privacy allows to the store. Reading takes several turns of the main queue; a newer
 /// change supersedes the reading of an older one, of which a text that has come already is kept.
-/// Main thread.
+/// What is copied behind a locked screen is taken as seen. Main thread.
 class ClipboardWatcher {
  public:
   static constexpr Seconds pollInterval{0.35};
@@ -105,7 +107,8 @@ class ClipboardWatcher {
   ClipboardServices services_;
   Pasteboard::ChangeCount lastChangeCount_;
   std::unique_ptr<Timer> timer_;
-  std::shared_ptr<Reading> reading_;  // under way; queued steps hold it weakly
+  std::unique_ptr<Observation> lock_;  // while it is started
+  std::shared_ptr<Reading> reading_;   // under way; queued steps hold it weakly
   std::shared_ptr<const OwnWrite> ownWrite_;
   std::unique_ptr<SerialQueue> pictures_;  // compares them; made when first needed
   /// The change that was captured last, and its entry.

@@ -114,7 +114,7 @@ std::shared_ptr<const Image> PasteController::pictureOf(const ClipItem& item) co
 }
 
 void PasteController::paste(const ClipItem& item, bool asPlainText) {
-  endWait();  // what an older paste waits to paste is about to be replaced
+  withdraw();  // what an older paste waits to paste is about to be replaced
   underWay_ = std::make_shared<UnderWay>();
   underWay_->target = target_;
   whenThere(item, [this, item, asPlainText, current = std::weak_ptr(underWay_)](bool there) {
@@ -170,7 +170,7 @@ void PasteController::lookAgain(const RunningApplication& target, int attemptsRe
     // Its window was closed, and no other one of its windows was meant.
     finish(PasteOutcome::clipboardOnlyNoTarget);
   } else {
-    endWait();  // it has ended: nobody is left to paste to, or to be told about
+    withdraw();  // it has ended: nobody is left to paste to, or to be told about
   }
 }
 
@@ -222,7 +222,7 @@ void PasteController::keyAnswered(UnderWay& paste, KeyDelivery delivery) {
   finish(paste.allDelivered ? PasteOutcome::pasted : PasteOutcome::clipboardOnlyNoTarget);
 }
 
-void PasteController::endWait() {
+void PasteController::withdraw() {
   if (underWay_ && underWay_->keysAwaited > 0) services_.input.withdraw();
   underWay_.reset();
   nextCheck_.reset();
@@ -230,7 +230,7 @@ void PasteController::endWait() {
 }
 
 void PasteController::finish(PasteOutcome outcome) {
-  endWait();
+  withdraw();
   const auto report = onOutcome;
   if (report) report(outcome);
 }

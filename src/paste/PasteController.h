@@ -44,14 +44,16 @@ class PasteController {
 
   /// After every successful write to the pasteboard.
   std::function<void()> onInternalPasteboardWrite;
-  /// Exactly once for each paste, perhaps later; never when a newer paste, the end of this
-  /// controller or the end of the target overtook it.
+  /// Exactly once for each paste, perhaps later; never when a newer paste, a withdrawal, the end of
+  /// this controller or the end of the target overtook it.
   std::function<void(PasteOutcome)> onOutcome;
 
   /// Where the next paste goes; this program itself, or nothing, clears the target.
   void setTargetApplication(const std::optional<RunningApplication>& application);
 
   void paste(const ClipItem& item, bool asPlainText);
+  /// Ends a paste that is under way: keys that are not pressed yet will not be.
+  void withdraw();
 
   /// Replaces the pasteboard's contents by the entry; a failed write leaves the pasteboard empty.
   /// Files are written as they stand in the entry: whether they are there has been asked before,
@@ -93,7 +95,6 @@ class PasteController {
   [[nodiscard]] bool isInFront(const RunningApplication& target);
   void postPaste(const RunningApplication& target);
   void keyAnswered(UnderWay& paste, KeyDelivery delivery);
-  void endWait();
   /// Ends the paste and reports; nothing may follow it, since the report may end this controller.
   void finish(PasteOutcome outcome);
 

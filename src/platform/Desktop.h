@@ -21,6 +21,7 @@
 #include "platform/Notifications.h"
 #include "platform/Pasteboard.h"
 #include "platform/Screens.h"
+#include "platform/SessionLock.h"
 #include "platform/StatusItem.h"
 #include "platform/SyntheticInput.h"
 #include "platform/TextRecognition.h"
@@ -56,6 +57,7 @@ struct Desktop {
   EventMonitors& monitors;
   Screens& screens;
   const AccessibilityPreferences& accessibility;
+  const SessionLock& sessionLock;
   const ImageDecoder& images;
   TextRecognition& recognition;
   FileThumbnails& fileThumbnails;

@@ -14,6 +14,7 @@
 #include "fakes/FakeNotifications.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakeScreens.h"
+#include "fakes/FakeSessionLock.h"
 #include "fakes/FakeStatusItem.h"
 #include "fakes/FakeSyntheticInput.h"
 #include "fakes/FakeTextRecognition.h"
@@ -48,6 +49,7 @@ struct FakeDesktop {
   FakeEventMonitors monitors;
   FakeScreens screens;
   FakeAccessibilityPreferences accessibility;
+  FakeSessionLock sessionLock;
   FakeImageDecoder images;
   FakeTextRecognition recognition;
   FakeFileThumbnails fileThumbnails;
@@ -77,6 +79,7 @@ struct FakeDesktop {
                    .monitors = monitors,
                    .screens = screens,
                    .accessibility = accessibility,
+                   .sessionLock = sessionLock,
                    .images = images,
                    .recognition = recognition,
                    .fileThumbnails = fileThumbnails,

@@ -245,7 +245,7 @@ TEST_F(ClipboardReadingTest, AnswersThatComeAfterTheWatchersEndDoNothing) {
 
 TEST_F(ClipboardReadingTest, AWatcherThatWasNeverStartedLeavesAnothersHandlersAlone) {
   watcher->start();
-  { const ClipboardWatcher other(*history, privacy, {pasteboard, workspace, dispatch()}); }
+  { const ClipboardWatcher other(*history, privacy, {pasteboard, workspace, dispatch(), lock}); }
   EXPECT_TRUE(pasteboard.hasChangeHandler());
 }
 

@@ -155,6 +155,47 @@ TEST_F(ClipboardWatcherTest, MarkedContentsAreNeverAskedFor) {
   EXPECT_THAT(pasteboard.reads(), ElementsAre(Form::types));
 }
 
+TEST_F(ClipboardWatcherTest, NothingIsAskedForBehindALockedScreen) {
+  watcher->start();
+  copyText("before");
+  pasteboard.forgetReads();
+  lock.setLocked(true);
+  copyText("behind the lock");
+  lock.setLocked(false);
+  pollAndRead();
+  EXPECT_THAT(pasteboard.reads(), IsEmpty());
+  copyText("after");
+  EXPECT_THAT(history.texts(), ElementsAre("after", "before"));
+}
+
+TEST_F(ClipboardWatcherTest, WhatIsSeenOnlyAfterTheLockWasCopiedBehindIt) {
+  watcher->start();
+  pasteboard.setAnnouncing(false);
+  lock.setLocked(true);
+  pasteboard.offerText("behind the lock");
+  lock.setLocked(false);
+  pollAndRead();
+  EXPECT_EQ(count(), 0U);
+}
+
+TEST_F(ClipboardWatcherTest, WhatIsBeingReadWhenTheScreenIsLockedIsKept) {
+  watcher->start();
+  pasteboard.offerText("just before");
+  watcher->poll();
+  lock.setLocked(true);
+  dispatch().runQueued();
+  EXPECT_THAT(history.texts(), ElementsAre("just before"));
+}
+
+TEST_F(ClipboardWatcherTest, OnceStoppedItHearsOfNoLock) {
+  watcher->start();
+  watcher->stop();
+  pasteboard.offerText("unseen");
+  const auto seen = watcher->lastChangeCount();
+  lock.setLocked(false);
+  EXPECT_EQ(watcher->lastChangeCount(), seen);
+}
+
 TEST_F(ClipboardWatcherTest, NothingIsAskedForDuringAPause) {
   privacy.setPausedUntil(advanced(dispatch().now(), Seconds(60)));
   copyText("private");

@@ -12,6 +12,7 @@
 #include "capture/ClipboardWatcher.h"
 #include "fakes/FakeImage.h"
 #include "fakes/FakePasteboard.h"
+#include "fakes/FakeSessionLock.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/FakeWorkspace.h"
 #include "fakes/TestStore.h"
@@ -31,7 +32,7 @@ class WatchedPasteboard : public testing::Test {
 
   void makeWatcher() {
     watcher = std::make_unique<ClipboardWatcher>(
-        *history, privacy, ClipboardServices{pasteboard, workspace, dispatch()});
+        *history, privacy, ClipboardServices{pasteboard, workspace, dispatch(), lock});
     watcher->onContentsLost = [this](const ClipItem& item, std::function<void()> done) {
       lost.push_back(item);
       if (puttingBack) {
@@ -63,6 +64,7 @@ class WatchedPasteboard : public testing::Test {
   FakePasteboard pasteboard{dispatch()};
   FakeWorkspace workspace{dispatch()};
   FakeUserDefaults defaults;
+  FakeSessionLock lock;
   PrivacyPreferences privacy{defaults, dispatch()};
   RunningApplication editor = workspace.launch(10, "com.acme.editor", "Editor");
   RunningApplication keeper = workspace.launch(20, "org.keepassxc.KeePassXC", "KeePassXC");

@@ -251,6 +251,26 @@ TEST_F(PasteActivationTest, ANewerPasteWithdrawsTheOlderOnesKeys) {
   EXPECT_EQ(input.withdrawals(), 1) << "nothing waits any more";
 }
 
+TEST_F(PasteActivationTest, AWithdrawnPastePressesNothing) {
+  pasteText();
+  controller->withdraw();
+  workspace.bringToFront(editor.processIdentifier);
+  dispatch().advance(Seconds(2));
+  EXPECT_THAT(input.posted(), IsEmpty());
+  EXPECT_THAT(outcomes, IsEmpty());
+  EXPECT_EQ(pasteboard.contents().string, "text");
+}
+
+TEST_F(PasteActivationTest, KeysThatWaitToBePressedAreWithdrawnWithThePaste) {
+  input.answerLater();
+  heedActivations();
+  pasteText();
+  controller->withdraw();
+  EXPECT_EQ(input.withdrawals(), 1);
+  input.answerAll();
+  EXPECT_THAT(outcomes, IsEmpty());
+}
+
 TEST_F(PasteActivationTest, WithoutTheKeyThatPastesNothingIsPasted) {
   input.makeImpossible(9, KeyDirection::down);
   heedActivations();

@@ -8,6 +8,7 @@
 #include "base/ContentFingerprint.h"
 #include "capture/ClipboardWatcher.h"
 #include "fakes/FakeImage.h"
+#include "fakes/FakeSessionLock.h"
 #include "fakes/FakeUserDefaults.h"
 #include "fakes/Gate.h"
 #include "fakes/TemporaryDirectory.h"
@@ -237,7 +238,8 @@ TEST_F(PasteboardWriteTest, ARefusedWriteLeavesThePasteboardEmptyAndGoesNoFurthe
 TEST_F(PasteboardWriteTest, APasteIsNotCapturedAsANewEntry) {
   FakeUserDefaults defaults;
   PrivacyPreferences privacy(defaults, dispatch());
-  ClipboardWatcher watcher(*history, privacy, {pasteboard, workspace, dispatch()});
+  const FakeSessionLock lock;
+  ClipboardWatcher watcher(*history, privacy, {pasteboard, workspace, dispatch(), lock});
   controller->onInternalPasteboardWrite = [&] { watcher.advanceLastChangeCount(); };
   watcher.start();
   heedActivations();

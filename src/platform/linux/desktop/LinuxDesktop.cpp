@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/linux/bus/BusSessionLock.h"
 #include "platform/linux/bus/DesktopNotifications.h"
 #include "platform/linux/confined/WorkerProgram.h"
 #include "platform/linux/decoding/ConfinedImageDecoder.h"
@@ -64,6 +65,7 @@ struct LinuxDesktop::Ports {
       {workerProgram(textWorker),
        modelDirectories(processEnvironment("TESSDATA_PREFIX").value_or(std::string()))}};
   DesktopNotifications notifications{bus};
+  BusSessionLock sessionLock{dispatch, bus};
   std::unique_ptr<WindowPorts> windows;  // null where there are none
   MimeTypeDatabase types{MimeTypeDatabase::directories(processEnvironment)};
   LinuxFileThumbnails fileThumbnails{
@@ -153,6 +155,7 @@ Desktop LinuxDesktop::ports() {
       .monitors = windows.monitors,
       .screens = windows.screens,
       .accessibility = windows.settings,
+      .sessionLock = ports_->sessionLock,
       .images = ports_->images,
       .recognition = ports_->recognition,
       .fileThumbnails = ports_->fileThumbnails,
