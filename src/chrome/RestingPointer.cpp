@@ -30,16 +30,23 @@ bool RestingPointer::eventFilter(QObject* watched, QEvent* event) {
       [[fallthrough]];
     case QEvent::Leave:
       rest_ = QCursor::pos();
+      enterIsDue_ = false;
       break;
     case QEvent::Enter: {
       const auto place = static_cast<const QEnterEvent&>(*event).globalPosition().toPoint();
       // It may have been there before the window: what it does next tells.
       if (std::exchange(isPlaceUntold_, false)) rest_ = place;
-      return restsAt(place);
+      enterIsDue_ = restsAt(place);
+      return enterIsDue_;
     }
     case QEvent::MouseMove: {
       const auto& move = static_cast<const QMouseEvent&>(*event);
-      return move.buttons() == Qt::NoButton && restsAt(move.globalPosition().toPoint());
+      if (move.buttons() == Qt::NoButton && restsAt(move.globalPosition().toPoint())) return true;
+      if (std::exchange(enterIsDue_, false)) {
+        QEnterEvent enter(move.position(), move.scenePosition(), move.globalPosition());
+        QCoreApplication::sendEvent(watched, &enter);
+      }
+      return false;
     }
     default:
       break;

@@ -40,6 +40,7 @@ class RestingPointer : public QObject {
   Dispatch& dispatch_;
   std::optional<QPoint> rest_;  // where the pointer was when the window was shown or left
   bool isPlaceUntold_ = false;  // since the window was shown
+  bool enterIsDue_ = false;     // the window is entered once the pointer moves
   bool awaited_ = false;
   bool followed_ = false;
   Lifetime life_;
