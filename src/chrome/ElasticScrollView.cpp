@@ -22,17 +22,21 @@ constexpr int returnMilliseconds = 280;
 constexpr Seconds heldFor{0.12};
 constexpr int dedicationBottom = 7;
 
+/// On Wayland a wheel is said to be of the seat's touchpad, of which only phases are.
+bool isOfFingers(const QPointingDevice& device) {
+  using Type = QInputDevice::DeviceType;
+  if (QGuiApplication::platformName() == QLatin1String("wayland")) return false;
+  return device.type() == Type::TouchPad || device.type() == Type::TouchScreen ||
+         isTouchpad(device.name().toStdString());
+}
+
 /// Only who tells when a finger is put down and lifted knows of pixels; elsewhere what is reported
 /// as such depends on the driver.
 WheelReport reportOf(const QWheelEvent& event) {
-  using Type = QInputDevice::DeviceType;
   const bool hasPhases = event.phase() != Qt::NoScrollPhase;
-  const auto& device = *event.pointingDevice();
   return {.eighths = static_cast<double>(event.angleDelta().y()),
           .pixels = hasPhases ? static_cast<double>(event.pixelDelta().y()) : 0,
-          .isFinger = hasPhases || device.type() == Type::TouchPad ||
-                      device.type() == Type::TouchScreen ||
-                      isTouchpad(device.name().toStdString())};
+          .isFinger = hasPhases || isOfFingers(*event.pointingDevice())};
 }
 
 }  // namespace
