@@ -7,6 +7,7 @@ import unittest
 from harness import pictures
 from harness.case import VantorelTestCase
 from harness.waiting import PATIENCE, stays_true, wait_for
+from harness.wayland_case import OnSway
 
 PANEL_SECONDS = 0.5 * PATIENCE
 TEXT = b"y" * 500_000
@@ -14,28 +15,60 @@ TEXT = b"y" * 500_000
 
 class BadOwnerTestCase(VantorelTestCase):
     def expect_the_panel_at_once_and_the_next_copy(self):
+        self.assertIsNone(self.vantorel.panel())
         began = time.monotonic()
         self.vantorel.press_shortcut()
         wait_for("the panel", self.vantorel.panel)
-        self.assertLess(time.monotonic() - began, PANEL_SECONDS, "the panel had to wait")
+        self.assertLess(time.monotonic() - began, PANEL_SECONDS + self.desktop.seconds_of_a_key,
+                        "the panel had to wait")
         self.vantorel.wait_for_panel()
         self.vantorel.press_shortcut()
         self.vantorel.wait_until_hidden()
         self.vantorel.copy("the next copy")
 
 
-class Manners(BadOwnerTestCase):
-    def _meet(self, manners, offers=None, asked="TARGETS"):
-        owner = self.clipboard.own(manners, offers or {"UTF8_STRING": TEXT})
+class MannersTestCase(BadOwnerTestCase):
+    def _meet(self, manners, asked=None):
+        owner = self.clipboard.own(manners, {"UTF8_STRING": TEXT})
         owner.wait_until_asked(asked)
         self.expect_the_panel_at_once_and_the_next_copy()
         self.assertEqual(self.vantorel.history.texts(), ["the next copy"])
 
+
+class Manners(MannersTestCase):
     def test_it_never_answers(self):
         self._meet("silent")
 
     def test_it_refuses(self):
         self._meet("refuses")
+
+    def test_it_dies_when_contents_are_asked_for(self):
+        self._meet("dies-in-contents", asked="UTF8_STRING")
+
+    def test_it_stops_between_two_pieces(self):
+        self._meet("stalls-midway", asked="UTF8_STRING")
+
+    def test_it_never_comes_to_an_end(self):
+        self._meet("endless", asked="UTF8_STRING")
+
+    def test_it_offers_thousands_of_types(self):
+        owner = self.clipboard.own("lies-about-targets", {"UTF8_STRING": b"among thousands"})
+        owner.wait_until_known()
+        self.expect_the_panel_at_once_and_the_next_copy()
+
+    def test_it_is_slow_and_still_within_reason_for_the_panel(self):
+        owner = self.clipboard.own("hangs-for-a-second", {"UTF8_STRING": b"slow"})
+        owner.wait_until_asked("UTF8_STRING")
+        self.expect_the_panel_at_once_and_the_next_copy()
+
+    def test_one_after_the_other_leaves_no_trace(self):
+        for manners in ("silent", "stalls", "dies", "refuses", "silent"):
+            self.clipboard.own(manners, {"UTF8_STRING": TEXT}).wait_until_asked()
+        self.expect_the_panel_at_once_and_the_next_copy()
+
+
+class MannersOfX11(MannersTestCase):
+    """What an owner can do only where it is asked for its list of forms, and sends pieces."""
 
     def test_it_answers_its_types_and_no_contents(self):
         self._meet("targets-only", asked="UTF8_STRING")
@@ -43,14 +76,8 @@ class Manners(BadOwnerTestCase):
     def test_it_dies_when_it_is_asked(self):
         self._meet("dies")
 
-    def test_it_dies_when_contents_are_asked_for(self):
-        self._meet("dies-in-contents", asked="UTF8_STRING")
-
     def test_it_announces_pieces_and_brings_none(self):
         self._meet("stalls", asked="UTF8_STRING")
-
-    def test_it_stops_between_two_pieces(self):
-        self._meet("stalls-midway", asked="UTF8_STRING")
 
     def test_it_dies_between_two_pieces(self):
         self._meet("dies-midway", asked="UTF8_STRING")
@@ -63,24 +90,6 @@ class Manners(BadOwnerTestCase):
 
     def test_it_lists_its_types_in_a_wrong_form(self):
         self._meet("lies-about-types")
-
-    def test_it_never_comes_to_an_end(self):
-        self._meet("endless", asked="UTF8_STRING")
-
-    def test_it_offers_thousands_of_types(self):
-        owner = self.clipboard.own("lies-about-targets", {"UTF8_STRING": b"among thousands"})
-        owner.wait_until_asked("TARGETS")
-        self.expect_the_panel_at_once_and_the_next_copy()
-
-    def test_it_is_slow_and_still_within_reason_for_the_panel(self):
-        owner = self.clipboard.own("hangs-for-a-second", {"UTF8_STRING": b"slow"})
-        owner.wait_until_asked("UTF8_STRING")
-        self.expect_the_panel_at_once_and_the_next_copy()
-
-    def test_one_after_the_other_leaves_no_trace(self):
-        for manners in ("silent", "stalls", "dies", "refuses", "silent"):
-            self.clipboard.own(manners, {"UTF8_STRING": TEXT}).wait_until_asked("TARGETS")
-        self.expect_the_panel_at_once_and_the_next_copy()
 
 
 class Contents(BadOwnerTestCase):
@@ -121,7 +130,7 @@ class Contents(BadOwnerTestCase):
 
     def test_only_unknown_types(self):
         owner = self.clipboard.own(offers={"application/x-unknown": b"?"})
-        owner.wait_until_asked("TARGETS")
+        owner.wait_until_known()
         self._expect_nothing_kept()
         self.assertEqual(owner.contents_requested(), [])
 
@@ -178,6 +187,22 @@ class Bursts(VantorelTestCase):
         self.desktop.keyboard.tap("Return")
         self.vantorel.wait_until_hidden()
         stays_true("one entry", lambda: self.vantorel.history.texts() == ["clinging"], 0.5)
+
+
+class MannersOnSway(OnSway, Manners):
+    def test_it_dies_between_two_pieces(self):
+        # The end of a pipe is all that is seen of it: what has come counts as the whole.
+        owner = self.clipboard.own("dies-midway", {"UTF8_STRING": TEXT})
+        owner.wait_until_asked("UTF8_STRING")
+        self.expect_the_panel_at_once_and_the_next_copy()
+
+
+class ContentsOnSway(OnSway, Contents):
+    pass
+
+
+class BurstsOnSway(OnSway, Bursts):
+    pass
 
 
 def _peak_memory(pid):

@@ -16,6 +16,7 @@ from harness.tray import Tray
 from harness.tray_case import HELP, MENU, PINNED_TOO, QUESTION, RECORDER, StatusMenuTestCase
 from harness.vantorel import program_path
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 
 _ENTRY = os.path.join(os.path.dirname(__file__), "..", "..", "packaging",
                       "com.vantorel.Vantorel.desktop")
@@ -373,6 +374,22 @@ class CheckWithoutKeyring(VantorelTestCase):
         done = self.desktop.run([program_path(), "--check"])
         self.assertEqual(done.returncode, 1)
         self.assertIn("Install gnome-keyring", done.stdout.decode())
+
+
+class EveryCommandOnSway(OnSway, EveryCommand):
+    # What comes over the bus knows no desktop.
+    test_by_the_bus = test_by_the_desktop_entry = None
+
+    def by_option(self, name, argument=None):
+        self.before = self.desktop.picture()
+        super().by_option(name, argument)
+
+    def dismiss_menu(self):
+        # A reader is told of a menu's rows, but not that it is there.
+        wait_for("the menu", lambda: self.desktop.picture() != self.before)
+        self.desktop.keyboard.tap("Escape")
+        wait_for("no menu", lambda: self.desktop.picture() == self.before)
+
 
 
 if __name__ == "__main__":

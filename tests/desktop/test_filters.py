@@ -7,6 +7,7 @@ from harness import applications
 from harness.panel_case import PanelTestCase
 from harness.pictures import png
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 
 
 class TypeFilter(PanelTestCase):
@@ -90,6 +91,14 @@ class SourceFilter(PanelTestCase):
         self.choose(source)
         self.vantorel.wait_for_rows(["date"])
         self.assertEqual(self.vantorel.control("Filter by app").description, source)
+
+
+class TypeFilterOnSway(OnSway, TypeFilter):
+    pass
+
+
+class SourceFilterOnSway(OnSway, SourceFilter):
+    pass
 
 
 if __name__ == "__main__":

@@ -33,58 +33,58 @@ class Session(KwinTestCase):
         self.assertRegex(text, "yes  Pasting .*window in front .*org_kde_kwin_fake_input 4")
 
     def test_a_copy_is_of_the_application_in_front(self):
-        KWrite(self, self.keys)
+        KWrite(self)
         self.copy("a note")
         self.assertEqual(self.vantorel.newest()["sourceBundleIdentifier"], "org.kde.kwrite")
 
     def test_an_excluded_application_is_not_read(self):
         self.vantorel.quit()
         self.vantorel.set_defaults({"privacy.excludedBundleIDs": ["org.kde.kwrite"]})
-        self.start()
-        editor = KWrite(self, self.keys)
-        self.desktop.copy("excluded")
+        self.vantorel.start()
+        editor = KWrite(self)
+        self.clipboard.copy("excluded")
         editor.process.terminate()
-        Konsole(self, self.keys)
+        Konsole(self)
         self.copy("included")
         self.assertNotIn("excluded", self.vantorel.history.texts())
 
 
 class Pasting(KwinTestCase):
     def test_an_entry_arrives_in_a_qt_editor(self):
-        self.assert_pastes(KWrite(self, self.keys))
+        self.assert_pastes(KWrite(self))
 
     def test_an_entry_arrives_in_a_gtk_editor(self):
-        self.assert_pastes(Mousepad(self, self.keys))
+        self.assert_pastes(Mousepad(self))
 
     def test_an_entry_arrives_in_a_terminal(self):
-        self.assert_pastes(Konsole(self, self.keys))
+        self.assert_pastes(Konsole(self))
 
     def test_several_in_a_row_arrive_in_their_order(self):
         texts = [f"entry {number};" for number in range(5)]
-        editor = KWrite(self, self.keys)
+        editor = KWrite(self)
         self.copy(*texts)
         for number in range(5):
             self.choose(*["Down"] * (4 - number), "Return")
             editor.wait_for_text("".join(texts[:number + 1]))
 
     def test_what_the_user_holds_does_not_spoil_it(self):
-        terminal = Konsole(self, self.keys)
+        terminal = Konsole(self)
         self.copy("first", "second")
         self.vantorel.command("--toggle")
         self.vantorel.wait_for_panel()
-        self.keys.down("Super")
-        self.keys.down("Shift")
+        self.desktop.keyboard.down("Super")
+        self.desktop.keyboard.down("Shift")
         self.desktop.pointer.click(*self.vantorel.wait_for_row("first").centre)
         terminal.wait_for_text("first")
-        self.keys.up("Shift")
-        self.keys.up("Super")
+        self.desktop.keyboard.up("Shift")
+        self.desktop.keyboard.up("Super")
 
 
 class WithoutLatinLetters(KwinTestCase):
     desktop_options = {"xkb_layout": "il"}
 
     def test_an_entry_arrives_in_a_terminal(self):
-        terminal = Konsole(self, self.keys)
+        terminal = Konsole(self)
         self.copy("first", "second")
         self.choose("Down", "Return")
         wait_for("the entry in the terminal", lambda: terminal.text().endswith("first"),
@@ -98,7 +98,7 @@ class Installed(KwinTestCase):
 
     def test_an_entry_arrives(self):
         self.assertRegex(self.check(), "yes  Pasting .*org_kde_kwin_fake_input 4")
-        self.assert_pastes(KWrite(self, self.keys))
+        self.assert_pastes(KWrite(self))
 
 
 class NotInstalled(KwinTestCase):
@@ -111,11 +111,11 @@ class NotInstalled(KwinTestCase):
         self.assertIn("into all others once Vantorel is installed", text)
 
     def test_a_chosen_entry_is_there_to_be_pasted(self):
-        KWrite(self, self.keys)
+        KWrite(self)
         self.copy("first", "second")
         self.choose("Down", "Return")
-        wait_for("the entry on the clipboard", lambda: self.desktop.read() == "first",
-                 describe=self.desktop.read)
+        wait_for("the entry on the clipboard", lambda: self.clipboard.text() == "first",
+                 describe=self.clipboard.text)
         self.vantorel.wait_for_notice(NO_TARGET_NOTICE)
 
 

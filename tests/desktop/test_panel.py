@@ -11,6 +11,7 @@ from harness.case import VantorelTestCase
 from harness.panel_case import PanelTestCase
 from harness.vantorel import SHORTCUT
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 from harness.windows import Frame
 
 PIN_LIMIT_NOTICE = "Up to 5 pins. Unpin an item first."
@@ -32,7 +33,8 @@ class Keys(PanelTestCase):
         self.press("Ctrl+4")
         stays_true("the panel to be shown", lambda: self.desktop.windows.has_focus(panel), 0.3)
         self.press("Escape")
-        self.assertEqual(self.editor.text().strip(), "")
+        self.vantorel.wait_until_hidden()
+        self.editor.assert_empty()
 
     def test_both_delete_keys_remove_the_selected_entry_from_disk_too(self):
         self.vantorel.open_panel()
@@ -185,6 +187,7 @@ class Search(PanelTestCase):
         self.vantorel.open_panel()
         self.vantorel.wait_for_rows(["cherry", "banana", "apple"])
 
+
 class PointerOnThePanel(PanelTestCase):
     def test_a_click_on_a_row_pastes_it(self):
         self.vantorel.open_panel()
@@ -224,29 +227,18 @@ class PointerOnThePanel(PanelTestCase):
         self.vantorel.wait_for_rows(["date", "cherry", "banana", "apple"])
 
 
-class Shortcut(PanelTestCase):
+class ShortcutTestCase(PanelTestCase):
     def _opens_and_hides(self):
         self.vantorel.open_panel()
         self.vantorel.press_shortcut()
         self.vantorel.wait_until_hidden()
         self.desktop.windows.wait_active(self.editor.window)
 
+
+class Shortcut(ShortcutTestCase):
     def test_a_second_press_hides_and_the_application_has_the_keyboard_again(self):
         self._opens_and_hides()
         self._opens_and_hides()
-
-    def test_it_works_with_caps_lock_and_num_lock(self):
-        keyboard = self.desktop.keyboard
-        for locks, mask in ((("CapsLock",), X.LockMask), (("NumLock",), X.Mod2Mask),
-                            (("CapsLock", "NumLock"), X.LockMask | X.Mod2Mask)):
-            with self.subTest(locks):
-                for lock in locks:
-                    keyboard.tap(lock)
-                wait_for("the locks", lambda expected=mask: keyboard.locked() == expected)
-                self._opens_and_hides()
-                for lock in locks:
-                    keyboard.tap(lock)
-                wait_for("no locks", lambda: keyboard.locked() == 0)
 
     def test_pressed_fast_many_times_it_ends_where_it_should(self):
         for _ in range(9):
@@ -260,7 +252,24 @@ class Shortcut(PanelTestCase):
 
     def test_it_reaches_no_other_application(self):
         self._opens_and_hides()
-        self.assertEqual(self.editor.text().strip(), "")
+        self.editor.assert_empty()
+
+
+class ShortcutOfTheProgram(ShortcutTestCase):
+    """Where the program asks for the keys itself."""
+
+    def test_it_works_with_caps_lock_and_num_lock(self):
+        keyboard = self.desktop.keyboard
+        for locks, mask in ((("CapsLock",), X.LockMask), (("NumLock",), X.Mod2Mask),
+                            (("CapsLock", "NumLock"), X.LockMask | X.Mod2Mask)):
+            with self.subTest(locks):
+                for lock in locks:
+                    keyboard.tap(lock)
+                wait_for("the locks", lambda expected=mask: keyboard.locked() == expected)
+                self._opens_and_hides()
+                for lock in locks:
+                    keyboard.tap(lock)
+                wait_for("no locks", lambda: keyboard.locked() == 0)
 
     def test_a_stored_shortcut_is_used_instead(self):
         self.vantorel.quit()
@@ -413,6 +422,27 @@ class Place(VantorelTestCase):
 
 class PlaceWithCompositor(Place):
     desktop_options = {"compositor": True}
+
+
+class KeysOnSway(OnSway, Keys):
+    pass
+
+
+class SearchOnSway(OnSway, Search):
+    # No window is brought to the front there while the panel is open.
+    test_asked_for_from_outside_it_takes_the_keyboard_back = None
+
+
+class PointerOnThePanelOnSway(OnSway, PointerOnThePanel):
+    pass
+
+
+class ShortcutOnSway(OnSway, Shortcut):
+    pass
+
+
+class PlaceOnSway(OnSway, Place):
+    pass
 
 
 if __name__ == "__main__":

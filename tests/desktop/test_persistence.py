@@ -8,12 +8,14 @@ import signal
 import time
 import unittest
 
+from Xlib import X
+
 from harness import applications, pictures
 from harness.case import VantorelTestCase
-from harness.desktop import PrivateDesktop
 from harness.history import files_holding, text_item
 from harness.vantorel import Vantorel, program_path
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 
 
 class Restart(VantorelTestCase):
@@ -41,14 +43,14 @@ class Restart(VantorelTestCase):
         before, key = _contents(self.vantorel.history), self.desktop.keyring.key()
         self.assertEqual(self.vantorel.quit(), 0)
         self.desktop.processes.stop_all()
-        with PrivateDesktop(home=self.desktop.home) as later:
-            program = Vantorel(later).start()
-            self.assertEqual(later.keyring.key(), key)
-            self.assertEqual(later.keyring.item_count(), 1)
-            self.assertEqual(_contents(program.history), before)
-            program.open_panel()
-            program.wait_for_rows(["שורה אחרונה", "kept.txt", "Image", "a text"])
-            self.assertEqual(program.quit(), 0)
+        later = self.new_desktop(home=self.desktop.home)
+        program = Vantorel(later).start()
+        self.assertEqual(later.keyring.key(), key)
+        self.assertEqual(later.keyring.item_count(), 1)
+        self.assertEqual(_contents(program.history), before)
+        program.open_panel()
+        program.wait_for_rows(["שורה אחרונה", "kept.txt", "Image", "a text"])
+        self.assertEqual(program.quit(), 0)
 
     def test_what_was_copied_while_it_was_not_running_is_not_captured(self):
         self.vantorel.quit()
@@ -304,6 +306,8 @@ class CommandLine(VantorelTestCase):
         self.vantorel.command("--quit")
         self.assertFalse(self.vantorel.is_on_bus())
 
+
+class OnX11(VantorelTestCase):
     def test_without_an_x_server_it_says_what_it_needs(self):
         self.assertEqual(self.vantorel.quit(), 0)
         for display in ("", ":4711"):
@@ -319,6 +323,15 @@ class CommandLine(VantorelTestCase):
                                                    {"QT_QPA_PLATFORM": "wayland"})
         self.vantorel.wait_until_capturing()
         self.vantorel.copy("over X11")
+
+    def test_the_shortcut_is_free_again_afterwards(self):
+        self.assertEqual(self.vantorel.quit(), 0)
+        failures = []
+        root = self.desktop.display.screen().root
+        root.grab_key(55, X.Mod4Mask | X.ShiftMask, False, X.GrabModeAsync, X.GrabModeAsync,
+                      onerror=lambda *problem: failures.append(problem))
+        self.desktop.display.sync()
+        self.assertEqual(failures, [])
 
 
 class Signals(VantorelTestCase):
@@ -336,25 +349,33 @@ class Signals(VantorelTestCase):
         self.vantorel.open_panel()
         self.assertEqual(self.vantorel.quit(), 0)
 
-    def test_the_shortcut_is_free_again_afterwards(self):
-        from Xlib import X
-        self.assertEqual(self.vantorel.quit(), 0)
-        failures = []
-        root = self.desktop.display.screen().root
-        root.grab_key(55, X.Mod4Mask | X.ShiftMask, False, X.GrabModeAsync, X.GrabModeAsync,
-                      onerror=lambda *problem: failures.append(problem))
-        self.desktop.display.sync()
-        self.assertEqual(failures, [])
-
     def test_it_ends_when_the_session_takes_the_screen_away(self):
         self.vantorel.copy("before the end")
-        self.desktop.display.close()
-        self.desktop.display = None
-        self.desktop.processes.stop(self.desktop.x_server)
+        self.desktop.take_screen_away()
         wait_for("the program to end", lambda: not self.vantorel.is_running())
         self.assertGreaterEqual(self.vantorel.process.returncode, 0, "it crashed")
         self.assertEqual(self.vantorel.history.texts(), ["before the end"])
         self.vantorel.process = None
+
+
+class RestartOnSway(OnSway, Restart):
+    pass
+
+
+class SuddenDeathOnSway(OnSway, SuddenDeath):
+    pass
+
+
+class OneInstanceOnSway(OnSway, OneInstance):
+    pass
+
+
+class CommandLineOnSway(OnSway, CommandLine):
+    pass
+
+
+class SignalsOnSway(OnSway, Signals):
+    pass
 
 
 def _contents(history):

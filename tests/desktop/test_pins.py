@@ -5,6 +5,7 @@ import unittest
 
 from harness.panel_case import PanelTestCase
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 
 SHEET = "Name Pinned Clip"
 
@@ -132,6 +133,18 @@ class Dragging(PanelTestCase):
         self._drag("cherry", "apple", 0)
         self.assert_rows_stay(["cherry", "banana", "apple"])
         self.assertEqual(self.editor.text().strip(), "")
+
+
+class RenamingOnSway(OnSway, Renaming):
+    pass
+
+
+class RowMenuOnSway(OnSway, RowMenu):
+    pass
+
+
+class DraggingOnSway(OnSway, Dragging):
+    pass
 
 
 if __name__ == "__main__":

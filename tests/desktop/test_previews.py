@@ -6,6 +6,7 @@ import unittest
 from harness.panel_case import PanelTestCase
 from harness.pictures import png
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 
 
 class TextPreview(PanelTestCase):
@@ -196,6 +197,18 @@ class PreviewBesideTheEdge(PanelTestCase):
             (frame.x + 200, frame.y + 4), (frame.x + 200, frame.y + 104),
             lambda: self.desktop.windows.frame(panel).y > frame.y + 50)
         self.wait_for_no_preview()
+
+
+class TextPreviewOnSway(OnSway, TextPreview):
+    pass
+
+
+class PointerAtRestOnSway(OnSway, PointerAtRest):
+    pass
+
+
+class PicturePreviewOnSway(OnSway, PicturePreview):
+    pass
 
 
 def _green(colour):

@@ -7,13 +7,15 @@ from datetime import datetime, timedelta, timezone
 from harness import applications
 from harness.case import VantorelTestCase
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 
 
 class Markers(VantorelTestCase):
     def _offer_marked(self, marker, data=b"secret"):
         owner = self.clipboard.own(offers={"UTF8_STRING": data, "text/html": b"<i>secret</i>",
                                            marker: b"secret"})
-        owner.wait_until_asked("TARGETS")
+        owner.wait_until_known()
+        stays_true("nothing read", lambda: not owner.contents_requested(), 0.3)
         self.vantorel.copy("the next copy")
         self.assertEqual(owner.contents_requested(), [])
         self.assertEqual(self.vantorel.history.texts(), ["the next copy"])
@@ -39,14 +41,10 @@ class PasswordManagers(VantorelTestCase):
     def test_nothing_is_read_while_one_is_in_front(self):
         for window_class in ("KeePassXC", "Bitwarden", "org.example.PasswordSafe"):
             with self.subTest(window_class):
-                window = self.clipboard.own(offers={"x-nothing/at-all": b""},
-                                            window_class=window_class)
-                self.desktop.windows.wait_active(
-                    self.desktop.windows.wait_for_title(window_class))
+                window = self.desktop.open_window(window_class)
                 owner = self.clipboard.own(offers={"UTF8_STRING": b"hunter2"})
                 stays_true("nothing read", lambda: not owner.contents_requested(), 0.8)
-                window.stop()
-                self.desktop.windows.wait_gone(window_class)
+                window.end()
                 self.vantorel.copy(f"after {window_class}")
                 self.assertEqual(owner.contents_requested(), [])
                 self.assertNotIn("hunter2", self.vantorel.history.texts())
@@ -55,13 +53,27 @@ class PasswordManagers(VantorelTestCase):
         self.vantorel.quit()
         self.vantorel.set_defaults({"privacy.ignorePasswordManagers": False})
         self.vantorel.start()
-        self.clipboard.own(offers={"x-nothing/at-all": b""}, window_class="KeePassXC")
-        self.desktop.windows.wait_active(self.desktop.windows.wait_for_title("KeePassXC"))
+        self.desktop.open_window("KeePassXC")
         self.vantorel.copy("kept after all")
         self.assertIs(self.vantorel.defaults()["privacy.ignorePasswordManagers"], False)
 
     def test_the_rule_is_on_from_the_first_start(self):
         self.assertIs(self.vantorel.defaults()["privacy.ignorePasswordManagers"], True)
+
+    def test_contents_of_an_excluded_application_are_not_even_asked_for(self):
+        self.vantorel.quit()
+        self.vantorel.set_defaults({"privacy.excludedBundleIDs": ["org.acme.notes"]})
+        self.vantorel.start()
+        excluded = self.desktop.open_window("org.acme.Notes")
+        owner = self.clipboard.own(offers={"UTF8_STRING": b"excluded"})
+        stays_true("nothing read", lambda: not owner.contents_requested(), 0.8)
+        excluded.end()
+        self.desktop.open_window("org.acme.Editor")
+        included = self.clipboard.own(offers={"UTF8_STRING": b"included"})
+        self.vantorel.wait_for_newest("included")
+        self.assertTrue(included.contents_requested())
+        self.assertEqual(owner.contents_requested(), [])
+        self.assertEqual(self.vantorel.history.texts(), ["included"])
 
     def test_an_excluded_application_is_not_read(self):
         self.vantorel.quit()
@@ -111,6 +123,18 @@ class Pause(VantorelTestCase):
         self.vantorel.wait_until_capturing()
         self.vantorel.copy("captured")
         self.assertNotIn("privacy.pausedUntil", self.vantorel.defaults())
+
+
+class MarkersOnSway(OnSway, Markers):
+    pass
+
+
+class PasswordManagersOnSway(OnSway, PasswordManagers):
+    pass
+
+
+class PauseOnSway(OnSway, Pause):
+    pass
 
 
 if __name__ == "__main__":

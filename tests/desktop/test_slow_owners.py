@@ -6,6 +6,7 @@ import unittest
 from harness import pictures
 from harness.case import VantorelTestCase
 from harness.waiting import stays_true, wait_for
+from harness.wayland_case import OnSway
 
 A_WHILE = 0.4
 PATIENCE_OF_THE_PROGRAM = 5
@@ -48,6 +49,10 @@ class SlowOwners(VantorelTestCase):
                    PATIENCE_OF_THE_PROGRAM + 1)
         self.vantorel.copy("the next copy")
         self.assertEqual(owner.contents_requested(), ["UTF8_STRING"])
+
+
+class SlowOwnersOnSway(OnSway, SlowOwners):
+    pass
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 """Real applications, driven by real keys."""
 
 import os
+import time
 
 from .waiting import wait_for
 
@@ -53,21 +54,37 @@ class Editor(Application):
 
     def __init__(self, desktop, name, argv, window_class, path, env=None):
         self.path = path
+        self._pressed = 0.0
+        # Where keys come late, who is saving may not notice what is pasted.
+        self._pause = 0.3 if desktop.windows_take_keys_late else 0
         with open(path, "a", encoding="utf-8"):
             pass
         super().__init__(desktop, name, argv, window_class, env)
+        if desktop.windows_take_keys_late:
+            self._wait_until_it_takes_keys()
 
     def text(self):
         """The text as it stands in the window: saved, then read."""
-        self.desktop.keyboard.chord("Ctrl+s")
-        with open(self.path, encoding="utf-8") as file:
-            return file.read()
+        if time.monotonic() - self._pressed >= self._pause:
+            self.desktop.keyboard.chord("Ctrl+s")
+            self._pressed = time.monotonic()
+        return self._saved()
 
     def wait_for_text(self, expected, limit=20):
         """Waits until the text is this one, final line break aside."""
+        self._pressed = time.monotonic() if self._pause else 0.0
         wait_for(f"the text {_short(expected)} in {self.name}",
                  lambda: self.text().rstrip("\n") == expected.rstrip("\n"), limit,
                  lambda: _short(self.text()))
+
+    def assert_empty(self):
+        """Fails when anything was typed or pasted into it, which is seen once a letter of our own
+        has come behind it."""
+        self.desktop.keyboard.tap("z")
+        wait_for(f"a letter in {self.name}", lambda: self.text().rstrip("\n").endswith("z"), 20,
+                 lambda: _short(self.text()))
+        if self._saved().rstrip("\n") != "z":
+            raise AssertionError(f"{self.name} was given {_short(self._saved())}")
 
     def select_all_and_copy(self):
         self.desktop.keyboard.chord("Ctrl+a")
@@ -75,6 +92,22 @@ class Editor(Application):
 
     def paste(self):
         self.desktop.keyboard.chord("Ctrl+v")
+
+    def _saved(self):
+        with open(self.path, encoding="utf-8") as file:
+            return file.read()
+
+    def _wait_until_it_takes_keys(self):
+        """By letters that are taken away again."""
+        before = self._saved().rstrip("\n")
+        for key, what, there in (("x", "a letter", lambda text: text != before),
+                                 ("BackSpace", "no letter", lambda text: text == before)):
+            wait_for(f"{what} in {self.name}", lambda key=key, there=there: self._try(key, there))
+
+    def _try(self, key, there):
+        if time.monotonic() - self._pressed >= self._pause:
+            self.desktop.keyboard.tap(key)
+        return there(self.text().rstrip("\n"))
 
 
 def gtk_editor(desktop, path, contents="", launcher=()):
@@ -96,11 +129,13 @@ class Terminal(Application):
 
     def __init__(self, desktop, path, options=()):
         self.path = path
+        self._tried = 0
         # Without line editing every character reaches the file as soon as it arrives.
-        super().__init__(desktop, "xterm",
-                         ["xterm", *options, "-e", "sh", "-c",
-                          f"stty -icanon; exec cat > '{path}'"], "xterm")
+        argv, window_class = desktop.terminal(f"stty -icanon; exec cat > '{path}'", *options)
+        super().__init__(desktop, window_class, argv, window_class)
         wait_for("the terminal's program to listen", lambda: os.path.exists(path))
+        if desktop.windows_take_keys_late:
+            self._wait_until_it_takes_keys()
 
     def wait_for_text(self, expected, limit=20):
         """Waits until exactly this text has arrived."""
@@ -110,7 +145,14 @@ class Terminal(Application):
 
     def text(self):
         with open(self.path, encoding="utf-8") as file:
-            return file.read()
+            return file.read()[self._tried:]
+
+    def _wait_until_it_takes_keys(self):
+        wait_for("a line in the terminal",
+                 lambda: self.desktop.keyboard.tap("Return") or self.text())
+        self.desktop.keyboard.tap("x")  # behind the last of them
+        wait_for("a letter in the terminal", lambda: self.text().endswith("x"))
+        self._tried = len(self.text())
 
 
 class FileManager(Application):

@@ -8,7 +8,6 @@ import subprocess
 import sys
 import unittest
 
-from .clipboard import Clipboard
 from .desktop import PrivateDesktop
 from .vantorel import Vantorel, program_path
 
@@ -33,7 +32,7 @@ class DesktopTestCase(unittest.TestCase):
 
     def setUp(self):
         self.desktop = self.new_desktop(**self.desktop_options)
-        self.clipboard = Clipboard(self.desktop)
+        self.clipboard = self.desktop.clipboard_class(self.desktop)
 
     def new_desktop(self, **options):
         """A further desktop, closed at the end like the first one."""

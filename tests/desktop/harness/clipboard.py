@@ -6,11 +6,11 @@ import os
 import subprocess
 import sys
 import threading
-import time
 
 from Xlib import X
 from Xlib.protocol import request
 
+from .owner import Owner
 from .waiting import wait_for
 
 _OWNER = os.path.join(os.path.dirname(__file__), "owner_process.py")
@@ -76,6 +76,11 @@ class Clipboard:
         answer = self._desktop.run(["xclip", "-selection", "primary", "-o", "-t", "UTF8_STRING"])
         return answer.stdout.decode() if answer.returncode == 0 else ""
 
+    def select(self, text):
+        self._desktop.run(["xclip", "-selection", "primary", "-i"], input=text.encode(),
+                          stdin=None, capture_output=False, stdout=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL).check_returncode()
+
     def targets(self):
         data = self.read("TARGETS")
         return data.decode().split() if data else []
@@ -107,49 +112,22 @@ class Clipboard:
         return path
 
 
-class OwnerProcess:
+class OwnerProcess(Owner):
     """One owner and what it said."""
 
     def __init__(self, desktop, argv):
+        super().__init__()
         self._desktop = desktop
         self.process = desktop.start("owner", argv, stdout=subprocess.PIPE)
-        self.events = []
-        self._started = time.monotonic()
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
 
-    def requests(self):
-        """The names of the targets asked for so far, in order."""
-        return [event["target"] for event in list(self.events) if event["event"] == "request"]
-
-    def contents_requested(self):
-        """What was asked for beyond the list of targets."""
-        return [name for name in self.requests()
-                if name not in ("TARGETS", "TIMESTAMP", "MULTIPLE", "SAVE_TARGETS")]
-
-    def wait_until_owned(self):
-        wait_for("the owner to own the clipboard", lambda: self._has("owned"))
-
-    def wait_until_asked(self, target, limit=20):
-        wait_for(f"a request for {target}", lambda: target in self.requests(), limit,
-                 self.requests)
-
-    def wait_until_asked_for_contents(self, limit=20):
-        return wait_for("a request for contents", self.contents_requested, limit, self.requests)
-
-    def age(self):
-        """Seconds since it was started."""
-        return time.monotonic() - self._started
-
-    def lost(self):
-        return self._has("lost")
+    def wait_until_known(self):
+        self.wait_until_asked("TARGETS")
 
     def stop(self):
         self._desktop.processes.stop(self.process)
         self._reader.join(5)
-
-    def _has(self, name):
-        return any(event["event"] == name for event in list(self.events))
 
     def _read(self):
         try:

@@ -14,9 +14,8 @@ class _Program:
 
     app_id = ""
 
-    def __init__(self, case, keys):
+    def __init__(self, case):
         self.desktop = case.desktop
-        self.keys = keys
         self.path = case.file("work", f"{self.app_id}.txt")
         self.process = self.desktop.start(self.app_id, self.command(), self.environment())
         # A window is in front before its program takes keys.
@@ -46,7 +45,7 @@ class _Program:
         return self._text().replace(_TRIAL, "").strip("\n")
 
     def _takes_keys(self):
-        self.keys.tap(_TRIAL)
+        self.desktop.keyboard.tap(_TRIAL)
         self._save()
         return self._text()
 
@@ -62,19 +61,19 @@ class _Editor(_Program):
     save_key = "Ctrl+s"
 
     def _save(self):
-        self.keys.chord(self.save_key)
+        self.desktop.keyboard.chord(self.save_key)
 
 
 class Mousepad(_Editor):
     # Without modifiers: under KWin a chord of the program's lets go of those of the test.
     save_key = "F2"
 
-    def __init__(self, case, keys, backend="wayland"):
+    def __init__(self, case, backend="wayland"):
         self.app_id = "mousepad" if backend == "wayland" else "Mousepad"
         self._backend = backend
         case.file(".config", "Mousepad", "accels.scm",
                   contents=b'(gtk_accel_path "<Actions>/win.file.save" "F2")\n')
-        super().__init__(case, keys)
+        super().__init__(case)
 
     def command(self):
         return ["mousepad", "--disable-server", self.path]
@@ -138,9 +137,9 @@ class KWrite(_Editor):
     app_id = "org.kde.kwrite"
     save_key = "F2"
 
-    def __init__(self, case, keys):
+    def __init__(self, case):
         case.file(".config", "kdeglobals", contents=b"[Shortcuts]\nSave=F2\n")
-        super().__init__(case, keys)
+        super().__init__(case)
 
     def command(self):
         return ["kwrite", self.path]

@@ -9,12 +9,14 @@ from Xlib import display as xdisplay
 from Xlib import X
 from Xlib import error as xerror
 
+from .clipboard import Clipboard
 from .keyboard import Keyboard, Pointer
 from .keyring import Keyring, KeyringState
 from .processes import Processes
 from .session_bus import SessionBus
 from .waiting import wait_for
 from .window_manager import WindowManager
+from .window_program import WindowProgram
 from .windows import Windows
 
 # Without an address programs look for a bus where they choose, or start one.
@@ -30,6 +32,12 @@ class PrivateDesktop:
     machine is played; without it a fresh one is made and removed at the end. `window_manager` is a
     name of `window_manager.NAMES`; True stands for the lightest of them, None for no one at all.
     """
+
+    clipboard_class = Clipboard
+    # Whether windows are in front before their programs take keys.
+    windows_take_keys_late = False
+    # What it may take until the shortcut has reached the program and the panel has been seen.
+    seconds_of_a_key = 0
 
     def __init__(self, *, size=(1280, 800), scale=1, keyring=KeyringState.UNLOCKED,
                  compositor=False, window_manager=True, dark=False, layout="us", home=None,
@@ -98,6 +106,16 @@ class PrivateDesktop:
                            path, "-m", method, *arguments], limit=limit + 10)
         return answer.stdout.decode()
 
+    def terminal(self, script, *options):
+        """The command line of a terminal that runs a script, and the class of its window."""
+        return ["xterm", *options, "-e", "sh", "-c", script], "xterm"
+
+    def open_window(self, application):
+        """A window of that application, which has the keyboard when this returns; `end` ends it."""
+        program = WindowProgram(self, application)
+        program.open(application)
+        return program
+
     def path(self, *parts):
         """A path below the private home."""
         return os.path.join(self.home, *parts)
@@ -105,6 +123,12 @@ class PrivateDesktop:
     def screenshot(self, path):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         self.run(["import", "-window", "root", path]).check_returncode()
+
+    def take_screen_away(self):
+        """As the end of the session does, or a crash of what shows windows."""
+        self.display.close()
+        self.display = None
+        self.processes.stop(self.x_server)
 
     def picture_of(self, text, font="DejaVu Sans 9", paper="white", ink="black"):
         """The bytes of a picture that shows lines of text as the toolkits of this desktop draw them,

@@ -6,8 +6,10 @@ import shutil
 
 from .desktop import PrivateDesktop
 from .waiting import wait_for
+from .wayland_clipboard import WaylandClipboard
+from .wayland_devices import WaylandKeyboard
 from .wayland_windows import WaylandWindows
-from .wayland_wire import offered
+from .wayland_wire import Wire, offered
 
 _TELL = """#!/bin/sh
 env >"{told}.new" && mv "{told}.new" "{told}"
@@ -34,22 +36,20 @@ class KwinDesktop(PrivateDesktop):
     among them, that are installed as KWin wants it, for what it gives to no others; None: it gives
     all to everyone."""
 
+    clipboard_class = WaylandClipboard
+
     def __init__(self, *, granted=None, xkb_layout="us", **options):
         super().__init__(window_manager=None, **options)
         self._granted = granted
         self._xkb_layout = xkb_layout
+        self._wire = None
         self.env["XDG_SESSION_TYPE"] = "wayland"
         self.env["XDG_CURRENT_DESKTOP"] = "KDE"
 
-    def copy(self, text, mime="text/plain;charset=utf-8"):
-        """Copies in a Wayland program that has no window."""
-        self.run(["wl-copy", "--type", mime], stdin=None, input=text.encode(),
-                 capture_output=False).check_returncode()
-
-    def read(self, mime="text/plain;charset=utf-8"):
-        """What a Wayland program would paste; nothing when there is none."""
-        answer = self.run(["wl-paste", "--no-newline", "--type", mime])
-        return answer.stdout.decode() if answer.returncode == 0 else None
+    def close(self):
+        if self._wire is not None:
+            self._wire.close()
+        super().close()
 
     def _start(self):
         self.bus.start(self.env)  # before the compositor, which has services on it
@@ -57,6 +57,8 @@ class KwinDesktop(PrivateDesktop):
         self._start_kwin()
         self.keyring.start(self.keyring_state, self.env)
         self._start_on_x_server()
+        self._wire = Wire(self.env)
+        self.keyboard = WaylandKeyboard(self._wire)
         self.windows = WaylandWindows(self)
 
     def _start_kwin(self):

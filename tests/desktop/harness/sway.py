@@ -9,9 +9,10 @@ import signal
 import sys
 
 from .desktop import PrivateDesktop
-from .waiting import wait_for
+from .sway_windows import SwayWindows
+from .waiting import PATIENCE, wait_for
+from .wayland_clipboard import WaylandClipboard
 from .wayland_devices import WaylandKeyboard, WaylandPointer
-from .wayland_windows import WaylandWindows
 from .wayland_wire import Wire
 
 _CONFIGURATION = """
@@ -39,6 +40,10 @@ class SwayDesktop(PrivateDesktop):
     windows that can be asked for are the program's own. Further outputs of the same size stand to
     the right of the first one."""
 
+    clipboard_class = WaylandClipboard
+    windows_take_keys_late = True
+    seconds_of_a_key = PATIENCE  # a command is started, and a screen reader is told
+
     def __init__(self, *, xwayland=True, outputs=1, output_scale=1, **options):
         super().__init__(window_manager=None, **options)
         self._xwayland = xwayland
@@ -48,6 +53,7 @@ class SwayDesktop(PrivateDesktop):
         self._compositor = None
         self.env["XDG_SESSION_TYPE"] = "wayland"
         self.env["XDG_CURRENT_DESKTOP"] = "sway"
+        del self.env["QT_QPA_PLATFORM"]  # applications find out by themselves
 
     def sway(self, *command):
         """Asks the compositor; answers what it says."""
@@ -55,27 +61,15 @@ class SwayDesktop(PrivateDesktop):
         answer.check_returncode()
         return json.loads(answer.stdout or b"null")
 
-    def copy(self, text, mime="text/plain;charset=utf-8"):
-        """Copies in a Wayland program that has no window."""
-        self.run(["wl-copy", "--type", mime], stdin=None, input=text.encode(),
-                 capture_output=False).check_returncode()
-
-    def read(self, mime="text/plain;charset=utf-8"):
-        """What a Wayland program would paste; nothing when there is none."""
-        answer = self.run(["wl-paste", "--no-newline", "--type", mime])
-        return answer.stdout.decode() if answer.returncode == 0 else None
-
     def open_window(self, app_id):
-        """A Wayland window of that application, which has the keyboard when this returns."""
-        self.start(app_id, ["foot", f"--app-id={app_id}", "sleep", "1000"])
-        wait_for(f"a window of {app_id} in front", lambda: self.front() == app_id)
+        """A Wayland window of that application, which has the keyboard when this returns; `end`
+        ends it."""
+        return Bystander(self, app_id)
 
     def front(self):
         """The application id of the window in front, or the class of an X11 one."""
-        found = [window for window in _windows(self.sway("-t", "get_tree")) if window["focused"]]
-        if not found:
-            return None
-        return found[0].get("app_id") or found[0].get("window_properties", {}).get("class")
+        window = self.windows.front()
+        return window.app_id if window else None
 
     def bring_to_front(self, app_id):
         self.sway(f"[app_id={app_id}] focus")
@@ -84,6 +78,16 @@ class SwayDesktop(PrivateDesktop):
     def close_window(self, app_id):
         """As its user does."""
         self.sway(f"[app_id={app_id}] kill")
+
+    def terminal(self, script, *options):
+        return ["foot", *options, "sh", "-c", script], "foot"
+
+    def bind_shortcut(self, chord, program):
+        """As the user's configuration does; a desktop of this kind keeps all keys to itself."""
+        keys = chord.replace("Super", "Mod4")
+        bus = self.env["DBUS_SESSION_BUS_ADDRESS"]  # which the compositor was started before
+        self.sway(f"bindsym --to-code {keys} exec env DBUS_SESSION_BUS_ADDRESS={bus} "
+                  f"{program} --toggle")
 
     def screenshot(self, path, output="HEADLESS-1"):
         os.makedirs(os.path.dirname(path), exist_ok=True)
@@ -96,8 +100,7 @@ class SwayDesktop(PrivateDesktop):
         _, width, height, _, pixels = taken.stdout.split(maxsplit=4)
         return int(width), int(height), pixels
 
-    def end_compositor(self):
-        """As when it crashes."""
+    def take_screen_away(self):
         self.processes.stop(self._compositor, signal.SIGKILL)
 
     def close(self):
@@ -112,7 +115,7 @@ class SwayDesktop(PrivateDesktop):
         self.keyboard = WaylandKeyboard(self._wire)
         self.pointer = WaylandPointer(self._wire, (round(width * self._outputs), round(height)))
         self.pointer.move(2, 2)
-        self.windows = WaylandWindows(self)
+        self.windows = SwayWindows(self)
 
     def _start_x_server(self):
         told = os.path.join(self.base, "compositor.env")
@@ -145,8 +148,20 @@ class SwayDesktop(PrivateDesktop):
                    f"position {round(number * width / self._output_scale)} 0")
 
 
-def _windows(node):
-    for child in (*node.get("nodes", ()), *node.get("floating_nodes", ())):
-        yield from _windows(child)
-    if node.get("pid"):
-        yield node
+class Bystander:
+    """A window of an application that does nothing but write down what it is typed."""
+
+    def __init__(self, desktop, app_id):
+        self._desktop = desktop
+        self._path = os.path.join(desktop.files, f"typed-{app_id}")
+        script = f"stty -icanon; exec cat > '{self._path}'"
+        self.process = desktop.start(app_id, ["foot", f"--app-id={app_id}", "sh", "-c", script])
+        wait_for(f"a window of {app_id} in front", lambda: desktop.front() == app_id)
+        wait_for(f"{app_id} to listen", lambda: os.path.exists(self._path))
+
+    def typed(self):
+        with open(self._path, encoding="utf-8") as file:
+            return file.read()
+
+    def end(self):
+        self._desktop.processes.stop(self.process)

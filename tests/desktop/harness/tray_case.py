@@ -2,9 +2,6 @@
 """The ground for tests of the status menu."""
 
 import os
-import time
-
-from Xlib import X
 
 from .case import VantorelTestCase
 from .tray import Tray
@@ -40,23 +37,14 @@ class StatusMenuTestCase(VantorelTestCase):
     def wait_for_menu(self):
         """Waits until our own menu is shown and has the keyboard; answers its frame."""
         menu = self.desktop.windows.wait_for_title(MENU)
-        wait_for("the menu to have the keyboard", self._keyboard_is_taken)
+        wait_for("the menu to have the keyboard",
+                 lambda: self.desktop.windows.menu_has_keyboard(menu))
         return self.desktop.windows.frame(menu)
 
     def dismiss_menu(self):
         self.wait_for_menu()
         self.desktop.keyboard.tap("Escape")
         self.desktop.windows.wait_gone(MENU)
-
-    def _keyboard_is_taken(self):
-        # Seldom, since looking takes the keyboard itself for a moment.
-        time.sleep(0.05)
-        display = self.desktop.display
-        status = display.screen().root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync,
-                                                     X.CurrentTime)
-        display.ungrab_keyboard(X.CurrentTime)
-        display.sync()
-        return status == X.AlreadyGrabbed
 
     def answer_question(self, button):
         self.desktop.windows.wait_for_title(QUESTION)

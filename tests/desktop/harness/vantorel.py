@@ -7,7 +7,6 @@ import os
 import signal
 
 from .accessibility import Accessibility
-from .clipboard import Clipboard
 from .history import History
 from .waiting import wait_for
 
@@ -39,7 +38,7 @@ class Vantorel:
 
     def __init__(self, desktop):
         self.desktop = desktop
-        self.clipboard = Clipboard(desktop)
+        self.clipboard = desktop.clipboard_class(desktop)
         self.history = History(desktop.env["XDG_DATA_HOME"], desktop.keyring.key)
         self.accessibility = Accessibility(desktop)
         self.defaults_file = os.path.join(desktop.env["XDG_CONFIG_HOME"], "vantorel",

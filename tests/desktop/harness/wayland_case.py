@@ -1,52 +1,45 @@
 # SPDX-License-Identifier: MIT
 """What tests of the program in Wayland sessions share."""
 
-import time
-
 from .case import VantorelTestCase
-from .waiting import wait_for
+from .vantorel import SHORTCUT, program_path
+from .sway import SwayDesktop, leave_root
 from .wayland_devices import WaylandKeyboard
 from .wayland_wire import Wire
 
 
-class WaylandTestCase(VantorelTestCase):
-    autostart = False
+class OnSway:
+    """In front of a case's other classes: the same on the other desktop."""
 
-    def start(self):
-        """Starts the program and copies until it takes notice."""
-        self.vantorel.start(capturing=False)
-        attempts = []
+    desktop_class = SwayDesktop
 
-        def noticed():
-            if not attempts or time.monotonic() - attempts[-1] > 0.6:
-                attempts.append(time.monotonic())
-                self.desktop.copy(f"attempt {len(attempts)}")
-            return self.vantorel.history.texts()
+    @classmethod
+    def setUpClass(cls):
+        leave_root()
+        super().setUpClass()
 
-        wait_for("the program to capture", noticed)
+    def new_desktop(self, **options):
+        desktop = super().new_desktop(**options)
+        desktop.bind_shortcut(SHORTCUT, program_path())
+        return desktop
 
 
-class PastingTestCase(WaylandTestCase):
-    """The program runs, and so does a keyboard."""
-
-    def setUp(self):
-        super().setUp()
-        self.keys = self.plug_in("us")
-        self.start()
+class PastingTestCase(VantorelTestCase):
+    """The program runs in a session whose keyboard is the seat's."""
 
     def plug_in(self, layout):
+        """A further keyboard of that seat."""
         wire = Wire(self.desktop.env)
         self.addCleanup(wire.close)
         return WaylandKeyboard(wire, layout)
 
     def copy(self, *texts):
         for text in texts:
-            self.desktop.copy(text)
-            self.vantorel.wait_for_newest(text)
+            self.vantorel.copy(text)
 
     def choose(self, *keys):
         """Opens the panel and chooses in it."""
         self.vantorel.command("--toggle")
         self.vantorel.wait_for_panel()
         for key in keys:
-            self.keys.chord(key)
+            self.desktop.keyboard.chord(key)

@@ -3,11 +3,13 @@
 ones alone."""
 
 import ctypes
+import itertools
 import os
 import struct
 import time
 
 from .keyboard import PHYSICAL, press_chord
+from .waiting import wait_for
 from .wayland_wire import packed
 
 _X11_DISTANCE = 8  # between the kernel's codes and those that X11 has for the same keys
@@ -91,7 +93,9 @@ class WaylandPointer:
         self._device = _made(wire, "zwlr_virtual_pointer_manager_v1")
 
     def move(self, x, y):
-        self._tell(1, "=5I", _now(), round(x), round(y), *self._size)
+        """As a hand does, which never comes to rest in one step: what it enters hears of a motion."""
+        for step in (1, 0):
+            self._tell(1, "=5I", _now(), max(0, round(x) - step), round(y), *self._size)
 
     def click(self, x, y, button=1):
         self.move(x, y)
@@ -109,6 +113,22 @@ class WaylandPointer:
             self.move(start[0] + (end[0] - start[0]) * step / steps,
                       start[1] + (end[1] - start[1]) * step / steps)
         self._button(1, 0)
+
+    def carry(self, start, end, there):
+        """Drags what follows only once its program has noticed: until `there()` is true."""
+        self.move(*start)
+        self._button(1, 1)
+        steps = itertools.count(1)
+
+        def follows():
+            part = min(next(steps) / 20, 1)
+            self.move(start[0] + (end[0] - start[0]) * part, start[1] + (end[1] - start[1]) * part)
+            return there()
+
+        try:
+            wait_for("what is dragged to follow", follows)
+        finally:
+            self._button(1, 0)
 
     def _button(self, button, state):
         self._tell(2, "=3I", _now(), _BUTTONS[button], state)

@@ -34,6 +34,9 @@ class WaylandWindows:
     def has_focus(self, window):
         return any(each.active for each in self.titled(window.name))
 
+    def menu_has_keyboard(self, menu):
+        return self.has_focus(menu)
+
     def focus(self):
         """A number, for messages: of the window that has the keyboard, among those shown."""
         return next((number for number, each in enumerate(self.shown()) if each.active), -1)

@@ -78,6 +78,11 @@ class WindowProgram:
         """What each window was pressed: ("canvas", "Ctrl+v"), in order."""
         return [(one["name"], one["chord"]) for one in list(self.events) if one["event"] == "chord"]
 
+    def typed(self):
+        """The same without the names of windows, as one text."""
+        self.settle()
+        return "".join(chord for _, chord in self.chords())
+
     def pasted(self):
         """What arrived in which window: ("canvas", "the text"), in order."""
         return [(one["name"], one["text"]) for one in list(self.events) if one["event"] == "pasted"]

@@ -138,6 +138,15 @@ class Windows:
         """Whether the focus is on the window or somewhere inside it."""
         return self._is_inside(self.focus(), window.id)
 
+    def menu_has_keyboard(self, _):
+        """Whether somebody has grabbed the keyboard, as menus do."""
+        # Seldom, since looking takes the keyboard itself for a moment.
+        time.sleep(0.05)
+        status = self._root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
+        self._display.ungrab_keyboard(X.CurrentTime)
+        self._display.sync()
+        return status == X.AlreadyGrabbed
+
     def close(self, window):
         """Asks the window's application to close it, as a title bar's button does."""
         self._ask_root(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2, 0, 0, 0])
