@@ -96,8 +96,9 @@ class KwinDesktop(PrivateDesktop):
         menus = os.path.join(self.env["XDG_CONFIG_HOME"], "menus")
         for directory in (applications, menus):
             os.makedirs(directory, exist_ok=True)
-        for number, program in enumerate(programs):
-            path = os.path.join(applications, f"granted-{number}.desktop")
+        for program in programs:
+            # In the place of what the program's package has installed: KWin 6 looks at one alone.
+            path = os.path.join(applications, f"{os.path.basename(program)}.desktop")
             with open(path, "w", encoding="utf-8") as file:
                 file.write(_ENTRY.format(name=os.path.basename(program), program=program,
                                          interfaces=",".join(_INTERFACES)))
