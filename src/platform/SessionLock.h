@@ -16,7 +16,8 @@ class SessionLock {
 
   /// False where nobody tells, and until somebody has.
   [[nodiscard]] virtual bool isLocked() const = 0;
-  /// Calls `changed` on the main thread after the answer has changed, until the result is destroyed.
+  /// Calls `changed` on the main thread after the answer has changed, until the result is
+  /// destroyed.
   [[nodiscard]] virtual std::unique_ptr<Observation> observe(
       std::function<void()> changed) const = 0;
 };

@@ -8,9 +8,9 @@ namespace vantorel {
 BusSessionLock::BusSessionLock(Dispatch& dispatch, SessionBus& bus)
     : savers_(bus, [this] { know(); }),
       login_(onMainQueue(dispatch, life_.guard([this](bool isHinted) {
-                           isHinted_ = isHinted;
-                           know();
-                         }))) {}
+        isHinted_ = isHinted;
+        know();
+      }))) {}
 
 void BusSessionLock::know() {
   const bool isLocked = isHinted_ || savers_.isActive();

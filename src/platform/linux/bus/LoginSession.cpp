@@ -46,10 +46,8 @@ void LoginSession::join() {
       address.get(), [&](const GlibLoop::Start& start) { return thread_->await(deadline, start); });
   if (!connection_) return;
   questions_.reset(g_cancellable_new());
-  const auto askAgain = [](GDBusConnection*, const gchar*, const gchar*, const gchar*,
-                           const gchar*, GVariant*, gpointer self) {
-    static_cast<LoginSession*>(self)->ask();
-  };
+  const auto askAgain = [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,
+                           GVariant*, gpointer self) { static_cast<LoginSession*>(self)->ask(); };
   // Of any session: which one is the own one the manager says when it is asked.
   hear(manager, properties, "PropertiesChanged", sessionInterface, askAgain);
   hear(busName, busName, "NameOwnerChanged", manager, askAgain);

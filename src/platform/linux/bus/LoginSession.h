@@ -28,8 +28,7 @@ class LoginSession {
   void ask();
   void hear(const char* sender, const char* interface, const char* signal, const char* argument,
             GDBusSignalCallback callback);
-  static void busClosed(GDBusConnection* bus, gboolean byTheBus, GError* error,
-                        LoginSession* self);
+  static void busClosed(GDBusConnection* bus, gboolean byTheBus, GError* error, LoginSession* self);
   void leave();
 
   const std::function<void(bool)> told_;
