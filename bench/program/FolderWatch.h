@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "program/Screen.h"
+#include "program/Timing.h"
 
 namespace vantorel::bench {
 

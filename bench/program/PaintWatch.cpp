@@ -3,10 +3,10 @@
 
 #include <xcb/damage.h>
 
-#include <cmath>
-#include <cstdlib>
 #include <stdexcept>
 #include <utility>
+
+#include "program/Paintings.h"
 
 namespace vantorel::bench {
 
@@ -14,26 +14,8 @@ namespace {
 
 constexpr auto quietTime = std::chrono::milliseconds(150);
 constexpr auto longestWait = std::chrono::seconds(5);
-// A blinking caret or the end of a fade does not make a picture unfinished: up to two pixels of a
-// thousand may differ by more than a shade.
+// Of the pixels: a blinking caret is no more.
 constexpr double toleratedShare = 0.002;
-constexpr int visibleShade = 24;
-
-bool differs(std::uint32_t one, std::uint32_t other) {
-  for (int shift = 0; shift < 24; shift += 8) {
-    const int left = static_cast<int>((one >> shift) & 0xffU);
-    const int right = static_cast<int>((other >> shift) & 0xffU);
-    if (std::abs(left - right) > visibleShade) return true;
-  }
-  return false;
-}
-
-bool sameToTheEye(const std::vector<std::uint32_t>& one, const std::vector<std::uint32_t>& other) {
-  if (one.size() != other.size() || one.empty()) return false;
-  std::size_t different = 0;
-  for (std::size_t i = 0; i < one.size(); ++i) different += differs(one[i], other[i]) ? 1 : 0;
-  return static_cast<double>(different) <= toleratedShare * static_cast<double>(one.size());
-}
 
 }  // namespace
 
@@ -65,7 +47,7 @@ double PaintWatch::measure(const std::function<Clock::time_point()>& act) {
   screen_.discardEvents();
   // Made meanwhile and not shown yet: such a window is still the root's own child.
   for (const auto child : screen_.children(screen_.root())) watch(child);
-  std::vector<Painting> paintings;
+  std::vector<std::pair<Clock::time_point, Paintings::Pixels>> seen;
   xcb_window_t window = XCB_WINDOW_NONE;
   const auto beginning = act();
   auto deadline = beginning + longestWait;
@@ -80,15 +62,15 @@ double PaintWatch::measure(const std::function<Clock::time_point()>& act) {
       window = damage->drawable;
       // Of a stroke in many rectangles the last one finishes the picture.
       const bool more = (damage->level & 0x80U) != 0;
-      if (!more) paintings.push_back({moment, screen_.pixels(window)});
+      if (!more) seen.emplace_back(moment, screen_.pixels(window));
       deadline = moment + quietTime;
     }
   }
-  if (paintings.empty()) throw std::runtime_error("nothing was painted in " + title_);
+  if (seen.empty()) throw std::runtime_error("nothing was painted in " + title_);
   const auto final = screen_.pixels(window);
-  for (const auto& painting : paintings) {
-    if (sameToTheEye(painting.pixels, final)) return milliseconds(painting.moment - beginning);
-  }
+  Paintings paintings(static_cast<std::size_t>(toleratedShare * static_cast<double>(final.size())));
+  for (auto& [moment, pixels] : seen) paintings.add(moment, std::move(pixels));
+  if (const auto moment = paintings.firstLike(final)) return milliseconds(*moment - beginning);
   throw std::runtime_error("the picture of " + title_ + " did not come to rest");
 }
 

@@ -25,11 +25,6 @@ class PaintWatch {
   double measure(const std::function<Clock::time_point()>& act);
 
  private:
-  struct Painting {
-    Clock::time_point moment;
-    std::vector<std::uint32_t> pixels;
-  };
-
   void watch(xcb_window_t window);
   [[nodiscard]] bool isOurs(xcb_window_t window);
 

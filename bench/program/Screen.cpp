@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <stdexcept>
-#include <thread>
 
 namespace vantorel::bench {
 
@@ -156,11 +155,5 @@ std::vector<std::uint32_t> Screen::pixels(xcb_window_t window) const {
             reinterpret_cast<std::uint8_t*>(pixels.data()));
   return pixels;
 }
-
-void failWaiting(std::string_view what) {
-  throw std::runtime_error("waited in vain for " + std::string(what));
-}
-
-void restBetweenLooks() { std::this_thread::sleep_for(std::chrono::microseconds(500)); }
 
 }  // namespace vantorel::bench

@@ -3,7 +3,6 @@
 
 #include <xcb/xcb.h>
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -11,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-namespace vantorel::bench {
+#include "program/Timing.h"
 
-using Clock = std::chrono::steady_clock;
+namespace vantorel::bench {
 
 struct FreeEvent {
   void operator()(xcb_generic_event_t* event) const noexcept;
@@ -75,25 +74,5 @@ class Screen {
   xcb_window_t root_ = XCB_NONE;
   std::uint8_t firstDamageEvent_ = 0;
 };
-
-/// Waits until `condition` holds, looking every half millisecond; throws with `what` after 10 s.
-template <typename Condition>
-void waitFor(std::string_view what, const Condition& condition);
-
-[[noreturn]] void failWaiting(std::string_view what);
-void restBetweenLooks();
-
-template <typename Condition>
-void waitFor(std::string_view what, const Condition& condition) {
-  const auto deadline = Clock::now() + std::chrono::seconds(10);
-  while (!condition()) {
-    if (Clock::now() > deadline) failWaiting(what);
-    restBetweenLooks();
-  }
-}
-
-[[nodiscard]] inline double milliseconds(Clock::duration duration) {
-  return std::chrono::duration<double, std::milli>(duration).count();
-}
 
 }  // namespace vantorel::bench

@@ -3,25 +3,18 @@
 // object of named sample lists in milliseconds. run.py prepares the desktop, starts this and makes
 // the table.
 
-#include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
 #include <exception>
-#include <fstream>
-#include <iterator>
-#include <map>
-#include <span>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 
 #include "program/ClipboardOwner.h"
 #include "program/FolderWatch.h"
+#include "program/Measurement.h"
 #include "program/PaintWatch.h"
 #include "program/PasteTarget.h"
 #include "program/PauseWatch.h"
@@ -31,15 +24,7 @@ namespace vantorel::bench {
 
 namespace {
 
-using Samples = std::map<std::string, std::vector<double>>;
-using Arguments = std::span<char* const>;
-
 constexpr auto panelTitle = "Vantorel";
-
-std::size_t count(Arguments arguments, std::size_t place) {
-  if (place >= arguments.size()) throw std::runtime_error("an argument is missing");
-  return static_cast<std::size_t>(std::stoul(arguments[place]));
-}
 
 void waitUntilHidden(const Screen& screen) {
   waitFor("the panel to be hidden", [&] { return !screen.visibleWindow(panelTitle); });
@@ -123,9 +108,7 @@ Samples measureCopying(const Screen& screen, Arguments arguments) {
   hidePanel(screen);
   Samples samples;
   for (std::size_t i = 0; i < count(arguments, 0); ++i) {
-    std::ifstream file(arguments[3 + i % (arguments.size() - 3)], std::ios::binary);
-    std::string contents((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (contents.empty()) throw std::runtime_error("there is nothing to copy");
+    auto contents = contentsOf(arguments[3 + i % (arguments.size() - 3)]);
     if (target == "UTF8_STRING") contents.insert(0, std::to_string(i) + " ");
     folder.reset();
     PauseWatch pauses(panel);
@@ -189,18 +172,6 @@ double waitUntilCapturing(const Screen& screen, Clock::time_point beginning) {
   return milliseconds(*owner.asked() - beginning);
 }
 
-pid_t startProgram(const char* path) {
-  const auto program = fork();
-  if (program < 0) throw std::runtime_error("cannot start the program");
-  if (program > 0) return program;
-  // It must not outlive a measurement that failed, nor keep its output open.
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
-  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
-  execl(path, path, nullptr);
-  _exit(127);
-}
-
 // start COUNT PROGRAM [SECONDS]: process begun to capturing, and the first opening so long after
 // it.
 Samples measureStarting(const Screen& screen, Arguments arguments) {
@@ -215,12 +186,7 @@ Samples measureStarting(const Screen& screen, Arguments arguments) {
     samples["start"].push_back(waitUntilCapturing(screen, beginning));
     std::this_thread::sleep_for(rest);
     samples["first"].push_back(watch.measure([&] { return screen.pressShortcut(); }));
-    kill(program, SIGTERM);
-    int status = 0;
-    waitpid(program, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-      throw std::runtime_error("the program did not end in order");
-    }
+    endProgram(program);
   }
   return samples;
 }
@@ -234,20 +200,6 @@ Samples measure(std::string_view what, Arguments arguments) {
   if (what == "paste") return measurePasting(screen, arguments);
   if (what == "start") return measureStarting(screen, arguments);
   throw std::runtime_error("open, type, copy, burst, paste or start");
-}
-
-void print(const Samples& samples) {
-  std::printf("{");
-  const char* comma = "";
-  for (const auto& [name, values] : samples) {
-    std::printf("%s\"%s\": [", comma, name.c_str());
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      std::printf("%s%.3f", i == 0 ? "" : ", ", values[i]);
-    }
-    std::printf("]");
-    comma = ", ";
-  }
-  std::printf("}\n");
 }
 
 }  // namespace

@@ -2,17 +2,20 @@
 # SPDX-License-Identifier: MIT
 """Measures the real program on a private desktop and prints a table in Markdown.
 
-    bench/program/run.py [--build build/release] [--rounds 40] [--output FILE]
+    bench/program/run.py [--session x11|wayland] [--build build/release] [--rounds 40]
+                         [--output FILE]
 
 The figures in milliseconds come from `vantorel_program_bench`, which speaks to the X server itself
-and listens to the file system; the rest is read from /proc here. Budgets stand beside the figures.
+and listens to the file system, or from `vantorel_wayland_bench`, which speaks to the compositor; the
+rest is read from /proc here. Budgets stand beside the figures. A Wayland session measures what the
+session makes different: pictures, their text and memory are left out, and so are pauses of the main
+thread, which nobody can ask for there.
 """
 
 import argparse
 import json
 import os
 import random
-import statistics
 import subprocess
 import sys
 import tempfile
@@ -24,8 +27,11 @@ sys.path.insert(0, os.path.join(ROOT, "tests", "desktop"))
 from harness import pictures  # noqa: E402  (found through the path above)
 from harness.desktop import PrivateDesktop  # noqa: E402
 from harness.history import image_item, seal, text_item  # noqa: E402
+from harness.sway import SwayDesktop, leave_root  # noqa: E402
 from harness.vantorel import Vantorel  # noqa: E402
 from harness.waiting import wait_for  # noqa: E402
+
+from table import Table  # noqa: E402  (beside this file)
 
 KEY = bytes(range(32))
 ENTRIES = 50
@@ -36,8 +42,11 @@ SETTLING_SECONDS = 35
 class Bench:
     """One program on one private desktop, and the measuring tool beside it."""
 
+    text_type = "UTF8_STRING"
+    opening = "shortcut pressed"
+
     def __init__(self, build, desktop):
-        self.tool = os.path.join(build, "vantorel_program_bench")
+        self.tool = [os.path.join(build, "vantorel_program_bench")]
         self.program = os.path.join(build, "vantorel")
         self.desktop = desktop
         self.vantorel = Vantorel(desktop)
@@ -49,10 +58,13 @@ class Bench:
         self.desktop.keyring.store(KEY)
         self.vantorel.history.write(items, KEY)
         self.desktop.pointer.move(2, 2)
+        self._start()
+
+    def _start(self):
         self.vantorel.start(accessible=False)
 
     def measure(self, what, *arguments):
-        answer = self.desktop.run([self.tool, what, *map(str, arguments)], limit=600)
+        answer = self.desktop.run([*self.tool, what, *map(str, arguments)], limit=600)
         if answer.returncode != 0:
             raise RuntimeError(f"{what}: {answer.stderr.decode().strip()}")
         return json.loads(answer.stdout)
@@ -72,36 +84,22 @@ class Bench:
         raise RuntimeError("no proportional memory in /proc")
 
 
-class Table:
-    """The rows of the table, worded as they are printed."""
+class WaylandBench(Bench):
+    """The same in a Wayland session. An output that is refreshed a thousand times a second shows
+    within a millisecond what was painted."""
 
-    def __init__(self):
-        self.lines = ["| What a user feels | Median | 95th percentile | Budget | Samples | Met |",
-                      "|---|---|---|---|---|---|"]
+    text_type = "text/plain;charset=utf-8"
+    opening = "`vantorel --toggle` begun"
 
-    def milliseconds(self, what, samples, budget, budget95=None):
-        median, late = statistics.median(samples), percentile95(samples)
-        met = median <= budget and (budget95 is None or late <= budget95)
-        allowed = f"{budget:g} ms" + (f", {budget95:g} ms at the 95th" if budget95 else "")
-        self._row(what, f"{median:.1f} ms", f"{late:.1f} ms", allowed, len(samples), met)
+    def __init__(self, build, desktop):
+        super().__init__(build, desktop)
+        self.tool = [os.path.join(build, "vantorel_wayland_bench"), self.program]
+        width, height = desktop.size
+        desktop.sway(f"output HEADLESS-1 mode --custom {width}x{height}@1000Hz")
 
-    def plain(self, what, value, budget, met):
-        self._row(what, value, "", budget, 1, met)
-
-    def information(self, what, samples):
-        self._row(what, f"{statistics.median(samples):.1f} ms",
-                  f"{percentile95(samples):.1f} ms", "", len(samples), None)
-
-    def _row(self, what, median, late, budget, count, met):
-        verdict = "" if met is None else "yes" if met else "NO"
-        line = f"| {what} | {median} | {late} | {budget} | {count} | {verdict} |"
-        print(line, file=sys.stderr, flush=True)
-        self.lines.append(line)
-
-
-def percentile95(samples):
-    ordered = sorted(samples)
-    return ordered[min(len(ordered) - 1, -(-len(ordered) * 95 // 100) - 1)]
+    def _start(self):
+        self.vantorel.start(accessible=False, capturing=False)
+        self.measure("await")
 
 
 def texts(size, count=ENTRIES):
@@ -133,7 +131,7 @@ def screenshot_like(seed):
 
 def measure_panel(bench, table, rounds):
     bench.start_with(texts(20_000))
-    table.milliseconds("shortcut pressed to panel painted", bench.measure("open", rounds)["open"],
+    table.milliseconds(f"{bench.opening} to panel painted", bench.measure("open", rounds)["open"],
                        16, 33)
     typed = bench.measure("type", rounds)
     table.milliseconds("key typed in the search field to list painted",
@@ -150,12 +148,12 @@ def measure_copying(bench, table, rounds):
     small = bench.file("small.txt", (line * 20)[:1000].encode())
     folder = bench.vantorel.history.directory
     bench.start_with([])
-    copied = bench.measure("copy", rounds, folder, "UTF8_STRING", small)
+    copied = bench.measure("copy", rounds, folder, bench.text_type, small)
     table.information("1 KB text copied to handed over", copied["served"])
     table.milliseconds("1 KB text copied to in the history (its sealing begun)", copied["begun"], 4)
     table.milliseconds("1 KB text copied to sealed on disk", copied["sealed"], 3)
     bench.start_with(texts(20_000))
-    copied = bench.measure("copy", rounds, folder, "UTF8_STRING", small)
+    copied = bench.measure("copy", rounds, folder, bench.text_type, small)
     table.milliseconds("the same with a full history of 50 × 20 KB", copied["sealed"], 5)
     for size, name, rounds_of_it, budget in ((1_000_000, "1 MB", max(5, rounds // 4), 16),
                                              (10_000_000, "10 MB", max(3, rounds // 8), 50)):
@@ -164,11 +162,12 @@ def measure_copying(bench, table, rounds):
         for _ in range(rounds_of_it):
             # Afresh each time, since every such text makes the history longer.
             bench.start_with(texts(20_000))
-            copied = bench.measure("copy", 1, folder, "UTF8_STRING", big)
-            pauses += copied["pause"]
+            copied = bench.measure("copy", 1, folder, bench.text_type, big)
+            pauses += copied.get("pause", [])
             sealed += copied["sealed"]
         table.information(f"{name} of text copied to sealed on disk", sealed)
-        table.milliseconds(f"longest pause of the main thread, {name} of text", pauses, budget)
+        if pauses:
+            table.milliseconds(f"longest pause of the main thread, {name} of text", pauses, budget)
 
 
 def measure_pictures(bench, table):
@@ -270,6 +269,8 @@ def measure_starting(bench, table, rounds):
     started = bench.measure("start", max(10, rounds // 4), bench.program)
     table.milliseconds("start to capturing", started["start"], 100)
     table.milliseconds("first opening after the start", started["first"], 33)
+    if bench.text_type != Bench.text_type:
+        return
     shots = []
     for number in range(8):
         shots.append(image_item(f"00000000-0000-4000-8000-{number:012}.vimg", number) |
@@ -346,12 +347,16 @@ def installed_size(build, table):
 
 def _main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--session", choices=("x11", "wayland"), default="x11")
     parser.add_argument("--build", default=os.path.join(ROOT, "build", "release"))
     parser.add_argument("--rounds", type=int, default=40)
     parser.add_argument("--only", help="one of the measurements, by a part of its name")
     parser.add_argument("--output", help="a file for the table")
     arguments = parser.parse_args()
     build = os.path.abspath(arguments.build)
+    is_wayland = arguments.session == "wayland"
+    if is_wayland:
+        leave_root()
     os.environ["VANTOREL_PROGRAM"] = os.path.join(build, "vantorel")
     table = Table()
     steps = {
@@ -367,9 +372,14 @@ def _main():
     for name, step in steps.items():
         if arguments.only and arguments.only not in name:
             continue
-        with PrivateDesktop() as desktop:
-            step(Bench(build, desktop))
-    installed_size(build, table)
+        if is_wayland and name not in ("panel", "copying", "bursts", "starting", "idle"):
+            continue
+        desktop_class, bench_class = ((SwayDesktop, WaylandBench) if is_wayland else
+                                      (PrivateDesktop, Bench))
+        with desktop_class() as desktop:
+            step(bench_class(build, desktop))
+    if not is_wayland:
+        installed_size(build, table)
     text = "\n".join(table.lines) + "\n"
     print(text)
     if arguments.output:
