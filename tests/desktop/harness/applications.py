@@ -94,20 +94,29 @@ class Editor(Application):
         self.desktop.keyboard.chord("Ctrl+v")
 
     def _saved(self):
-        with open(self.path, encoding="utf-8") as file:
+        with open(self.path, encoding="utf-8", errors="replace") as file:
             return file.read()
 
     def _wait_until_it_takes_keys(self):
         """By letters that are taken away again."""
-        before = self._saved().rstrip("\n")
-        for key, what, there in (("x", "a letter", lambda text: text != before),
-                                 ("BackSpace", "no letter", lambda text: text == before)):
-            wait_for(f"{what} in {self.name}", lambda key=key, there=there: self._try(key, there))
+        before = len(self._saved())
+        self._press_until("a letter", "x", lambda text: len(text) > before)
+        self._press_until("no letter", "BackSpace", lambda text: len(text) == before)
 
-    def _try(self, key, there):
-        if time.monotonic() - self._pressed >= self._pause:
-            self.desktop.keyboard.tap(key)
-        return there(self.text().rstrip("\n"))
+    def _press_until(self, what, key, there):
+        looks = []  # one may find the file while it is being written
+
+        def seen_twice():
+            if time.monotonic() - self._pressed >= self._pause:
+                if looks and there(self._saved()):
+                    looks.append("again")
+                else:
+                    looks[:] = ["first"]
+                    self.desktop.keyboard.tap(key)
+                self.text()
+            return len(looks) > 2
+
+        wait_for(f"{what} in {self.name}", seen_twice, describe=self._saved)
 
 
 def gtk_editor(desktop, path, contents="", launcher=()):
@@ -120,6 +129,10 @@ def gtk_editor(desktop, path, contents="", launcher=()):
 def qt_editor(desktop, path, contents="", launcher=()):
     """A Qt text editor; `launcher` is a command in front of its own."""
     _write(path, contents)
+    # So that what is typed to see whether it takes keys can be taken away without a trace.
+    settings = os.path.join(desktop.env["XDG_CONFIG_HOME"], "featherpad", "fp.conf")
+    os.makedirs(os.path.dirname(settings), exist_ok=True)
+    _write(settings, "[text]\nappendEmptyLine=false\n")
     return Editor(desktop, "featherpad", [*launcher, "featherpad", "--standalone", path],
                   "featherpad", path)
 
