@@ -2,19 +2,17 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <vector>
 
-#include "base/FileSystem.h"
+#include "base/Bytes.h"
+#include "base/JsonWriter.h"
 #include "store/ClipItem.h"
 
 namespace vantorel {
 
 /// No history that was ever written is larger; what claims to be is neither read nor written.
 inline constexpr std::uint64_t maximumHistoryBytes = std::uint64_t{1} << 30U;
-
-class HistoryJson;
 
 /// The history as JSON: an array of objects, keys in alphabetical order, indented, dates in
 /// ISO 8601 with whole seconds, bytes in Base64. Always readable again: bytes that are not UTF-8
@@ -23,14 +21,11 @@ class HistoryJson;
 class EncodedHistory {
  public:
   explicit EncodedHistory(const std::vector<ClipItem>& items);
-  ~EncodedHistory();
-  EncodedHistory(const EncodedHistory&) = delete;
-  EncodedHistory& operator=(const EncodedHistory&) = delete;
 
-  [[nodiscard]] ByteView view() const;
+  [[nodiscard]] ByteView view() const { return bytesOf(json_.view()); }
 
  private:
-  std::unique_ptr<HistoryJson> json_;
+  JsonWriter json_;
 };
 
 /// Reads what an `EncodedHistory` says, and any JSON of that shape; absent as soon as anything in

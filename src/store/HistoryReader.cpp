@@ -2,7 +2,6 @@
 #include "store/HistoryReader.h"
 
 #include <algorithm>
-#include <limits>
 #include <type_traits>
 #include <utility>
 
@@ -83,7 +82,7 @@ bool HistoryReader::containerEndWhileSkipping() {
   return true;
 }
 
-bool HistoryReader::Null() {
+bool HistoryReader::null() {
   return setField([](auto& value) {
     if constexpr (isOptional<std::remove_reference_t<decltype(value)>>) {
       value.reset();
@@ -93,41 +92,25 @@ bool HistoryReader::Null() {
   });
 }
 
-bool HistoryReader::Bool(bool value) {
+bool HistoryReader::boolean(bool value) {
   return setField([value](auto& place) { return setExactly(place, value); });
 }
 
-bool HistoryReader::number(std::int64_t value) {
+bool HistoryReader::integer(std::int64_t value) {
   return setField([value](auto& place) { return setExactly(place, value); });
 }
 
-bool HistoryReader::Uint64(std::uint64_t value) {
-  if (state_ == State::skipping) return scalarWhileSkipping();
-  if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) return false;
-  return number(static_cast<std::int64_t>(value));
-}
-
-bool HistoryReader::Double(double value) {
+bool HistoryReader::real(double value) {
   if (state_ == State::skipping) return scalarWhileSkipping();
   // 2^63: whole numbers that do not fit come as it, or its negative, too.
   constexpr double limit = 9223372036854775808.0;
   if (!(value > -limit && value < limit)) return false;
-  const auto integer = static_cast<std::int64_t>(value);
-  if (static_cast<double>(integer) != value) return false;
-  return number(integer);
+  const auto whole = static_cast<std::int64_t>(value);
+  return static_cast<double>(whole) == value && integer(whole);
 }
 
-bool HistoryReader::RawNumber(const char* /*text*/, rapidjson::SizeType /*length*/, bool /*copy*/) {
-  return false;  // numbers are asked for by value
-}
-
-bool HistoryReader::String(const char* text, rapidjson::SizeType length, bool /*copy*/) {
-  const std::string_view view(text, length);
-  // Checked here rather than by the parser, which lets half a surrogate pair through.
-  return isValidUtf8(view) && string(view);
-}
-
-bool HistoryReader::string(std::string_view text) {
+bool HistoryReader::text(std::string_view text) {
+  if (!isValidUtf8(text)) return false;
   if (state_ != State::paths) {
     return setField([text](auto& place) { return setFromText(place, text); });
   }
@@ -135,7 +118,7 @@ bool HistoryReader::string(std::string_view text) {
   return true;
 }
 
-bool HistoryReader::StartObject() {
+bool HistoryReader::beginObject() {
   if (state_ == State::skipping) return containerWhileSkipping();
   if (state_ != State::entries) return false;
   item_ = ClipItem();
@@ -144,20 +127,19 @@ bool HistoryReader::StartObject() {
   return true;
 }
 
-bool HistoryReader::Key(const char* text, rapidjson::SizeType length, bool /*copy*/) {
-  const std::string_view view(text, length);
-  if (!isValidUtf8(view)) return false;
+bool HistoryReader::key(std::string_view name) {
+  if (!isValidUtf8(name)) return false;
   if (state_ == State::skipping) return true;
   const auto* const field =
       std::find_if(historyFields.begin(), historyFields.end(),
-                   [view](const HistoryField& each) { return each.key == view; });
+                   [name](const HistoryField& each) { return each.key == name; });
   field_ = static_cast<std::size_t>(field - historyFields.begin());
   state_ = field_ < historyFields.size() ? State::value : State::skipping;
   skippedDepth_ = 0;
   return true;
 }
 
-bool HistoryReader::EndObject(rapidjson::SizeType /*members*/) {
+bool HistoryReader::endObject() {
   if (state_ == State::skipping) return containerEndWhileSkipping();
   for (std::size_t i = 0; i < historyFields.size(); ++i) {
     const bool isRequired = std::visit(
@@ -170,7 +152,7 @@ bool HistoryReader::EndObject(rapidjson::SizeType /*members*/) {
   return true;
 }
 
-bool HistoryReader::StartArray() {
+bool HistoryReader::beginArray() {
   if (state_ == State::skipping) return containerWhileSkipping();
   if (state_ == State::root) {
     state_ = State::entries;
@@ -182,7 +164,7 @@ bool HistoryReader::StartArray() {
   return isList;
 }
 
-bool HistoryReader::EndArray(rapidjson::SizeType /*elements*/) {
+bool HistoryReader::endArray() {
   if (state_ == State::skipping) return containerEndWhileSkipping();
   if (state_ == State::paths) item_.filePaths = std::exchange(paths_, {});
   state_ = state_ == State::paths ? State::keys : State::root;

@@ -1,43 +1,36 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <rapidjson/reader.h>
-
 #include <bitset>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "base/JsonEvents.h"
 #include "store/ClipItem.h"
 #include "store/HistoryFields.h"
 
 namespace vantorel {
 
-/// Receives the events of a JSON parser and builds entries from them. Every event answers whether
-/// to go on: false as soon as the input is no history.
-class HistoryReader {
+/// Builds entries from what a JSON text says; ends the reading as soon as that is no history.
+class HistoryReader : public JsonEvents {
  public:
   /// Unknown keys may hold anything; nothing real is nested deeper.
   static constexpr int maximumSkippedDepth = 64;
 
-  /// The entries, once the parser has reached the end without a refusal.
+  /// The entries, once the whole was read.
   [[nodiscard]] std::vector<ClipItem> takeItems() { return std::move(items_); }
 
-  // The parser's side, named as RapidJSON calls them.
-  bool Null();
-  bool Bool(bool value);
-  bool Int(int value) { return number(value); }
-  bool Uint(unsigned value) { return number(value); }
-  bool Int64(std::int64_t value) { return number(value); }
-  bool Uint64(std::uint64_t value);
-  bool Double(double value);
-  bool RawNumber(const char* text, rapidjson::SizeType length, bool copy);
-  bool String(const char* text, rapidjson::SizeType length, bool copy);
-  bool StartObject();
-  bool Key(const char* text, rapidjson::SizeType length, bool copy);
-  bool EndObject(rapidjson::SizeType members);
-  bool StartArray();
-  bool EndArray(rapidjson::SizeType elements);
+  bool null() override;
+  bool boolean(bool value) override;
+  bool integer(std::int64_t value) override;
+  bool real(double value) override;
+  bool text(std::string_view text) override;
+  bool beginObject() override;
+  bool key(std::string_view name) override;
+  bool endObject() override;
+  bool beginArray() override;
+  bool endArray() override;
 
  private:
   enum class State {
@@ -49,8 +42,6 @@ class HistoryReader {
     skipping  // in the value of an unknown key, `skippedDepth_` containers deep
   };
 
-  bool number(std::int64_t value);
-  bool string(std::string_view text);
   bool scalarWhileSkipping();
   bool containerWhileSkipping();
   bool containerEndWhileSkipping();

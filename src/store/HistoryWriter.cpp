@@ -7,27 +7,24 @@
 #include "text/Unicode.h"
 
 namespace vantorel {
-HistoryWriter::HistoryWriter(HistoryJson& json) : PrettyWriter(json), json_(json) {
-  SetIndent(' ', 2);
-}
 
 void HistoryWriter::write(const std::vector<ClipItem>& items) {
-  StartArray();
+  json_.beginArray();
   for (const ClipItem& item : items) entry(item);
-  EndArray();
+  json_.endArray();
 }
 
 void HistoryWriter::entry(const ClipItem& item) {
-  StartObject();
+  json_.beginObject();
   for (const auto& [key, member] : historyFields) {
     std::visit([&, key = key](auto place) { field(key, item.*place); }, member);
   }
-  EndObject();
+  json_.endObject();
 }
 
 template <class Value>
 void HistoryWriter::field(std::string_view key, const Value& value) {
-  string(key);
+  json_.key(key);
   this->value(value);
 }
 
@@ -41,24 +38,19 @@ void HistoryWriter::string(std::string_view text) {
   // unreadable, so what is not UTF-8 is replaced.
   const std::string replaced = isValidUtf8(text) ? std::string() : validUtf8(std::string(text));
   if (!replaced.empty()) text = replaced;
-  String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+  json_.text(text);
 }
 
-void HistoryWriter::value(Date date) { string(iso8601(date)); }
+void HistoryWriter::value(Date date) { json_.text(iso8601(date)); }
 
 void HistoryWriter::value(const SharedBytes& bytes) {
-  PrettyPrefix(rapidjson::kStringType);
-  const std::size_t length = base64Length(bytes.get().size());
-  char* to = json_.Push(length + 2);
-  *to++ = '"';
-  writeBase64(to, bytes.get());
-  to[length] = '"';
+  writeBase64(json_.plainText(base64Length(bytes.get().size())), bytes.get());
 }
 
 void HistoryWriter::value(const FilePaths& paths) {
-  StartArray();
+  json_.beginArray();
   for (const std::string& path : paths) string(path);
-  EndArray();
+  json_.endArray();
 }
 
 }  // namespace vantorel

@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <rapidjson/prettywriter.h>
-
 #include <string_view>
 
+#include "base/JsonWriter.h"
 #include "store/ClipItem.h"
-#include "store/HistoryJson.h"
 
 namespace vantorel {
 
 /// Writes entries as JSON.
-class HistoryWriter : private rapidjson::PrettyWriter<HistoryJson> {
+class HistoryWriter {
  public:
-  explicit HistoryWriter(HistoryJson& json);
+  explicit HistoryWriter(JsonWriter& json) : json_(json) {}
 
   void write(const std::vector<ClipItem>& items);
 
@@ -26,16 +24,16 @@ class HistoryWriter : private rapidjson::PrettyWriter<HistoryJson> {
 
   void string(std::string_view text);
   void value(const std::string& text) { string(text); }
-  void value(bool truth) { Bool(truth); }
-  void value(std::int64_t number) { Int64(number); }
-  void value(Uuid id) { string(id.string()); }
-  void value(ClipKind kind) { string(rawValue(kind)); }
+  void value(bool truth) { json_.boolean(truth); }
+  void value(std::int64_t number) { json_.integer(number); }
+  void value(Uuid id) { json_.text(id.string()); }
+  void value(ClipKind kind) { json_.text(rawValue(kind)); }
   void value(Date date);
   void value(const SharedText& text) { string(text.get()); }
   void value(const SharedBytes& bytes);
   void value(const FilePaths& paths);
 
-  HistoryJson& json_;
+  JsonWriter& json_;
 };
 
 }  // namespace vantorel

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tool/EntryList.h"
 
-#include <rapidjson/prettywriter.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -11,9 +9,9 @@
 #include <utility>
 
 #include "base/Iso8601.h"
+#include "base/JsonWriter.h"
 #include "chrome/TextPresentation.h"
 #include "store/ClipSearchFilter.h"
-#include "store/HistoryJson.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -30,45 +28,40 @@ std::string titleOf(const ClipItem& item) {
   return TextPresentation::singleLine(title, longestTitle);
 }
 
-using Writer = rapidjson::PrettyWriter<HistoryJson>;
-
-void writeText(Writer& writer, std::string_view key, std::string_view text) {
-  writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-  const std::string valid = validUtf8(std::string(text));
-  writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
+void writeText(JsonWriter& json, std::string_view key, std::string_view text) {
+  json.key(key);
+  json.text(validUtf8(std::string(text)));
 }
 
-void writeIfAny(Writer& writer, std::string_view key, const std::optional<std::string>& text) {
-  if (text) writeText(writer, key, *text);
+void writeIfAny(JsonWriter& json, std::string_view key, const std::optional<std::string>& text) {
+  if (text) writeText(json, key, *text);
 }
 
-void writeEntry(Writer& writer, const NumberedEntry& entry) {
+void writeEntry(JsonWriter& json, const NumberedEntry& entry) {
   const ClipItem& item = entry.item;
-  writer.StartObject();
-  writer.Key("number");
-  writer.Uint64(entry.number);
-  writeText(writer, "id", item.id.string());
-  writeText(writer, "kind", rawValue(item.kind));
-  writeText(writer, "title", titleOf(item));
-  writer.Key("pinned");
-  writer.Bool(item.pinned());
-  writeIfAny(writer, "name", item.customName);
-  writeIfAny(writer, "source", item.sourceAppName);
-  writeIfAny(writer, "sourceId", item.sourceBundleIdentifier);
-  writeText(writer, "firstCopied", iso8601(item.createdAt));
-  writeText(writer, "lastCopied", iso8601(item.recency()));
-  writer.EndObject();
+  json.beginObject();
+  json.key("number");
+  json.integer(static_cast<std::int64_t>(entry.number));
+  writeText(json, "id", item.id.string());
+  writeText(json, "kind", rawValue(item.kind));
+  writeText(json, "title", titleOf(item));
+  json.key("pinned");
+  json.boolean(item.pinned());
+  writeIfAny(json, "name", item.customName);
+  writeIfAny(json, "source", item.sourceAppName);
+  writeIfAny(json, "sourceId", item.sourceBundleIdentifier);
+  writeText(json, "firstCopied", iso8601(item.createdAt));
+  writeText(json, "lastCopied", iso8601(item.recency()));
+  json.endObject();
 }
 
 std::string asJson(const std::vector<NumberedEntry>& entries) {
-  HistoryJson buffer;
-  Writer writer(buffer);
-  writer.SetIndent(' ', 2);
-  writer.StartArray();
-  for (const auto& entry : entries) writeEntry(writer, entry);
-  writer.EndArray();
-  buffer.Put('\n');
-  return {buffer.GetString(), buffer.GetSize()};
+  JsonWriter json;
+  json.beginArray();
+  for (const auto& entry : entries) writeEntry(json, entry);
+  json.endArray();
+  json.endLine();
+  return std::string(json.view());
 }
 
 }  // namespace

@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "transfer/ExportManifest.h"
 
-#include <rapidjson/document.h>
-#include <rapidjson/prettywriter.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "base/Iso8601.h"
+#include "base/JsonValue.h"
+#include "base/JsonWriter.h"
 #include "base/WipedText.h"
-#include "store/HistoryJson.h"
 #include "text/Unicode.h"
 
 namespace vantorel {
@@ -26,102 +24,96 @@ constexpr std::array<std::pair<Form, std::string_view>, 5> forms = {{{Form::text
                                                                      {Form::picture, "picture"},
                                                                      {Form::paths, "paths"}}};
 
-class ManifestWriter : private rapidjson::PrettyWriter<HistoryJson> {
+class ManifestWriter {
  public:
   std::string write(const std::vector<ExportedEntry>& entries, Date exportedAt) {
-    SetIndent(' ', 2);
-    StartObject();
+    json_.beginObject();
     text("format", format);
-    Key("version");
-    Int(version);
+    json_.key("version");
+    json_.integer(version);
     text("exportedAt", iso8601(exportedAt));
-    Key("entries");
-    StartArray();
+    json_.key("entries");
+    json_.beginArray();
     for (const ExportedEntry& entry : entries) write(entry);
-    EndArray();
-    EndObject();
-    buffer_.Put('\n');
-    return {buffer_.GetString(), buffer_.GetSize()};
+    json_.endArray();
+    json_.endObject();
+    json_.endLine();
+    return std::string(json_.view());
   }
-
-  ManifestWriter() : PrettyWriter(buffer_) {}
 
  private:
   void write(const ExportedEntry& entry) {
-    StartObject();
-    Key("number");
-    Uint64(++number_);
+    json_.beginObject();
+    json_.key("number");
+    json_.integer(++number_);
     text("kind", rawValue(entry.kind));
     text("preview", entry.preview);
-    Key("isPinned");
-    Bool(entry.isPinned);
+    json_.key("isPinned");
+    json_.boolean(entry.isPinned);
     ifAny("customName", entry.customName);
     ifAny("sourceAppName", entry.sourceAppName);
     ifAny("sourceBundleIdentifier", entry.sourceBundleIdentifier);
     text("createdAt", iso8601(entry.createdAt));
     if (entry.lastCopiedAt) text("lastCopiedAt", iso8601(*entry.lastCopiedAt));
     ifAny("recognizedText", entry.recognizedText);
-    Key("files");
-    StartArray();
+    json_.key("files");
+    json_.beginArray();
     for (const ExportedFile& file : entry.files) write(file);
-    EndArray();
-    EndObject();
+    json_.endArray();
+    json_.endObject();
   }
 
   void write(const ExportedFile& file) {
-    StartObject();
+    json_.beginObject();
     text("name", file.name);
     const auto* const form = std::find_if(
         forms.begin(), forms.end(), [&](const auto& each) { return each.first == file.form; });
     text("form", form->second);
     text("sha256", file.sha256);
-    EndObject();
+    json_.endObject();
   }
 
   void text(std::string_view key, std::string_view value) {
-    Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-    const std::string valid = validUtf8(std::string(value));
-    String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
+    json_.key(key);
+    json_.text(validUtf8(std::string(value)));
   }
   void ifAny(std::string_view key, const std::optional<std::string>& value) {
     if (value) text(key, *value);
   }
 
-  HistoryJson buffer_;
-  std::size_t number_ = 0;
+  JsonWriter json_;
+  std::int64_t number_ = 0;
 };
 
-using Value = rapidjson::Value;
-
-const Value* member(const Value& object, const char* key) {
-  const auto found = object.FindMember(key);
-  return found == object.MemberEnd() ? nullptr : &found->value;
+/// Null when there is none of that name and type.
+template <class Type>
+const Type* memberOf(const JsonValue& object, std::string_view key) {
+  const JsonValue* const value = object.member(key);
+  return value == nullptr ? nullptr : value->as<Type>();
 }
 
-std::optional<std::string> textOf(const Value& object, const char* key) {
-  const Value* const value = member(object, key);
-  if (value == nullptr || !value->IsString()) return std::nullopt;
-  std::string text(value->GetString(), value->GetStringLength());
-  if (!isValidUtf8(text)) return std::nullopt;  // half of a surrogate pair passes the parser
-  return text;
+std::optional<std::string> textOf(const JsonValue& object, std::string_view key) {
+  const auto* const text = memberOf<std::string_view>(object, key);
+  // Half of a pair of surrogates passes the parser.
+  if (text == nullptr || !isValidUtf8(*text)) return std::nullopt;
+  return std::string(*text);
 }
 
 /// One that may be missing, but is a text when it is there.
-bool readIfAny(const Value& object, const char* key, std::optional<std::string>& text) {
-  if (member(object, key) == nullptr) return true;
+bool readIfAny(const JsonValue& object, std::string_view key, std::optional<std::string>& text) {
+  if (object.member(key) == nullptr) return true;
   text = textOf(object, key);
   return text.has_value();
 }
 
-bool readDate(const Value& object, const char* key, std::optional<Date>& date) {
+bool readDate(const JsonValue& object, std::string_view key, std::optional<Date>& date) {
   std::optional<std::string> text;
   if (!readIfAny(object, key, text)) return false;
   if (text) date = dateFromIso8601(*text);
   return date.has_value() == text.has_value();
 }
 
-std::optional<ExportedFile> fileOf(const Value& value) {
-  if (!value.IsObject()) return std::nullopt;
+std::optional<ExportedFile> fileOf(const JsonValue& value) {
   auto name = textOf(value, "name");
   auto sha256 = textOf(value, "sha256");
   const auto formName = textOf(value, "form");
@@ -131,16 +123,14 @@ std::optional<ExportedFile> fileOf(const Value& value) {
   return ExportedFile{std::move(*name), form->first, std::move(*sha256)};
 }
 
-std::optional<ExportedEntry> entryOf(const Value& value) {
-  if (!value.IsObject()) return std::nullopt;
+std::optional<ExportedEntry> entryOf(const JsonValue& value) {
   ExportedEntry entry;
   const auto kind = clipKind(textOf(value, "kind").value_or(""));
   auto preview = textOf(value, "preview");
-  const Value* const pinned = member(value, "isPinned");
-  const Value* const files = member(value, "files");
+  const auto* const pinned = memberOf<bool>(value, "isPinned");
+  const auto* const files = memberOf<JsonValue::Array>(value, "files");
   std::optional<Date> created;
-  const bool isWhole = kind && preview && pinned != nullptr && pinned->IsBool() &&
-                       files != nullptr && files->IsArray() &&
+  const bool isWhole = kind && preview && pinned != nullptr && files != nullptr &&
                        readIfAny(value, "customName", entry.customName) &&
                        readIfAny(value, "sourceAppName", entry.sourceAppName) &&
                        readIfAny(value, "sourceBundleIdentifier", entry.sourceBundleIdentifier) &&
@@ -150,9 +140,9 @@ std::optional<ExportedEntry> entryOf(const Value& value) {
   if (!isWhole) return std::nullopt;
   entry.kind = *kind;
   entry.preview = std::move(*preview);
-  entry.isPinned = pinned->GetBool();
+  entry.isPinned = *pinned;
   entry.createdAt = *created;
-  for (const Value& each : files->GetArray()) {
+  for (const JsonValue& each : *files) {
     auto file = fileOf(each);
     if (!file) return std::nullopt;
     entry.files.push_back(std::move(*file));
@@ -160,20 +150,15 @@ std::optional<ExportedEntry> entryOf(const Value& value) {
   return entry;
 }
 
-/// Parses within `json`, which ends with NUL, so that no other copy of it remains.
-std::optional<std::vector<ExportedEntry>> entriesWithin(Bytes& json) {
-  constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-  rapidjson::Document document;
-  document.ParseInsitu<flags>(reinterpret_cast<char*>(json.data()));
-  if (document.HasParseError() || !document.IsObject()) return std::nullopt;
-  const Value* const number = member(document, "version");
-  const Value* const entries = member(document, "entries");
-  if (textOf(document, "format") != format || number == nullptr || !number->IsInt() ||
-      number->GetInt() != version || entries == nullptr || !entries->IsArray()) {
+std::optional<std::vector<ExportedEntry>> entriesIn(const JsonValue& manifest) {
+  const auto* const number = memberOf<std::int64_t>(manifest, "version");
+  const auto* const entries = memberOf<JsonValue::Array>(manifest, "entries");
+  if (textOf(manifest, "format") != format || number == nullptr || *number != version ||
+      entries == nullptr) {
     return std::nullopt;
   }
   std::vector<ExportedEntry> result;
-  for (const Value& each : entries->GetArray()) {
+  for (const JsonValue& each : *entries) {
     auto entry = entryOf(each);
     if (!entry) return std::nullopt;
     result.push_back(std::move(*entry));
@@ -198,13 +183,8 @@ std::string manifestJson(const std::vector<ExportedEntry>& entries, Date exporte
 
 std::optional<std::vector<ExportedEntry>> readManifest(Bytes json) {
   std::optional<std::vector<ExportedEntry>> entries;
-  if (std::find(json.begin(), json.end(), std::byte{0}) == json.end()) {
-    Bytes text;
-    text.reserve(json.size() + 1);  // a piece that grows leaves a copy
-    text = json;
-    text.push_back({});
-    entries = entriesWithin(text);
-    wipe(text);
+  if (const auto manifest = JsonValue::readWithin(json)) {
+    entries = entriesIn(*manifest);
   }
   wipe(json);
   return entries;

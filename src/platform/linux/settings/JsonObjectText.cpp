@@ -1,84 +1,56 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/settings/JsonObjectText.h"
 
-#include <rapidjson/document.h>
-#include <rapidjson/memorystream.h>
-#include <rapidjson/reader.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
+#include <cmath>
 #include <set>
+#include <utility>
 
+#include "base/Bytes.h"
 #include "base/Iso8601.h"
+#include "base/JsonReader.h"
+#include "base/JsonValue.h"
+#include "base/JsonWriter.h"
+#include "text/Unicode.h"
 
 namespace vantorel {
 namespace {
 
-constexpr unsigned parseFlags =
-    rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-/// A number of any length is kept as it stands.
-constexpr unsigned collectFlags = parseFlags | rapidjson::kParseNumbersAsStringsFlag;
-
-using ValidatingWriter =
-    rapidjson::Writer<rapidjson::StringBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>,
-                      rapidjson::CrtAllocator, rapidjson::kWriteValidateEncodingFlag>;
-
-bool writeString(ValidatingWriter& writer, std::string_view text) {
-  return writer.String(text.data(), static_cast<unsigned>(text.size()));
-}
-
-std::optional<std::string> quotedText(std::string_view text) {
-  rapidjson::StringBuffer buffer;
-  ValidatingWriter writer(buffer);
-  if (!writeString(writer, text)) return std::nullopt;
-  return std::string(buffer.GetString(), buffer.GetSize());
-}
-
 /// Follows the reader through one object and cuts its members' values out of the text. Answering
 /// false ends the reading.
-class MemberCollector {
+class MemberCollector : public JsonEvents {
  public:
-  using Ch = char;
+  /// `position` is the reader's.
+  MemberCollector(std::string_view text, const std::size_t& position)
+      : text_(text), position_(position) {}
 
-  MemberCollector(std::string_view text, const rapidjson::MemoryStream& stream)
-      : text_(text), stream_(stream) {}
-
-  bool Null() { return valueEnded(); }
-  bool Bool(bool /*value*/) { return valueEnded(); }
-  bool Int(int /*value*/) { return valueEnded(); }
-  bool Uint(unsigned /*value*/) { return valueEnded(); }
-  bool Int64(std::int64_t /*value*/) { return valueEnded(); }
-  bool Uint64(std::uint64_t /*value*/) { return valueEnded(); }
-  bool Double(double /*value*/) { return valueEnded(); }
-  bool RawNumber(const char* /*value*/, unsigned /*length*/, bool /*copy*/) { return valueEnded(); }
+  bool null() override { return valueEnded(position_); }
+  bool boolean(bool /*value*/) override { return valueEnded(position_); }
+  bool integer(std::int64_t /*value*/) override { return valueEnded(position_); }
+  bool real(double /*value*/) override { return valueEnded(position_); }
   // The reader lets half of a pair of surrogates pass, which could not be written again.
-  bool String(const char* value, unsigned length, bool /*copy*/) {
-    return isJsonKey({value, length}) && valueEnded();
-  }
-  bool StartObject() { return ++depth_ <= maximumJsonDepth; }
-  bool EndObject(unsigned /*count*/) {
+  bool text(std::string_view text) override { return isValidUtf8(text) && valueEnded(position_); }
+  bool beginObject() override { return ++depth_ <= maximumJsonDepth; }
+  bool endObject() override {
     --depth_;
-    return depth_ == 0 || valueEnded(stream_.Tell() + 1);
+    return depth_ == 0 || valueEnded(position_ + 1);
   }
-  bool StartArray() { return depth_ > 0 && ++depth_ <= maximumJsonDepth; }
-  bool EndArray(unsigned /*count*/) {
+  bool beginArray() override { return depth_ > 0 && ++depth_ <= maximumJsonDepth; }
+  bool endArray() override {
     --depth_;
-    return valueEnded(stream_.Tell() + 1);
+    return valueEnded(position_ + 1);
   }
 
-  bool Key(const char* name, unsigned length, bool /*copy*/) {
+  bool key(std::string_view name) override {
     if (depth_ != 1) return true;
-    if (!isJsonKey({name, length})) return false;
-    members_.push_back({std::string(name, length), {}});
-    valueBegin_ = stream_.Tell();
+    if (!isJsonKey(name)) return false;
+    members_.push_back({std::string(name), {}});
+    valueBegin_ = position_;
     return keys_.insert(members_.back().key).second;
   }
 
   [[nodiscard]] std::vector<JsonMember> take() { return std::move(members_); }
 
  private:
-  bool valueEnded() { return valueEnded(stream_.Tell()); }
-
   /// `end` is past the value: the reader tells of a closing bracket before it consumes it. False
   /// for a value that is no member of anything: the text is not an object then.
   bool valueEnded(std::size_t end) {
@@ -90,51 +62,58 @@ class MemberCollector {
   }
 
   std::string_view text_;
-  const rapidjson::MemoryStream& stream_;
+  const std::size_t& position_;
   std::vector<JsonMember> members_;
   std::set<std::string> keys_;
   std::size_t valueBegin_ = 0;
   int depth_ = 0;
 };
 
-rapidjson::Document document(const std::string& text) {
-  rapidjson::Document result;
-  result.Parse<parseFlags>(text.data(), text.size());
-  return result;
+/// What `text` says, when it is of that type; passed to `copied`, since it does not last.
+template <class Type, class Copied>
+auto valueOf(std::string_view text, Copied copied) -> decltype(copied(std::declval<Type>())) {
+  const ByteView view = bytesOf(text);
+  Bytes bytes(view.begin(), view.end());
+  const auto value = JsonValue::readWithin(bytes);
+  const auto* const content = value ? value->as<Type>() : nullptr;
+  if (content == nullptr) return std::nullopt;
+  return copied(*content);
 }
 
-std::string stringOf(const rapidjson::Value& value) {
-  return {value.GetString(), value.GetStringLength()};
+std::optional<std::string> written(bool value) { return value ? "true" : "false"; }
+std::optional<std::string> written(std::int64_t value) { return std::to_string(value); }
+std::optional<std::string> written(double value) {
+  if (!std::isfinite(value)) return std::nullopt;
+  JsonWriter json;
+  json.real(value);
+  return std::string(json.view());
 }
-
-bool write(ValidatingWriter& writer, bool value) { return writer.Bool(value); }
-bool write(ValidatingWriter& writer, std::int64_t value) { return writer.Int64(value); }
-bool write(ValidatingWriter& writer, double value) { return writer.Double(value); }
-bool write(ValidatingWriter& writer, const std::string& value) {
-  return writeString(writer, value);
+std::optional<std::string> written(const std::string& value) {
+  if (!isValidUtf8(value)) return std::nullopt;
+  JsonWriter json;
+  json.text(value);
+  return std::string(json.view());
 }
-bool write(ValidatingWriter& writer, Date value) {
-  return fitsIso8601(value) && writeString(writer, iso8601(value, DateFraction::kept));
+std::optional<std::string> written(Date value) {
+  if (!fitsIso8601(value)) return std::nullopt;
+  return written(iso8601(value, DateFraction::kept));
 }
-bool write(ValidatingWriter& writer, const std::vector<std::string>& values) {
-  writer.StartArray();
+std::optional<std::string> written(const std::vector<std::string>& values) {
+  std::string result;
   for (const std::string& value : values) {
-    if (!writeString(writer, value)) return false;
+    const auto text = written(value);
+    if (!text) return std::nullopt;
+    result += (result.empty() ? "" : ",") + *text;
   }
-  return writer.EndArray();
+  return '[' + result + ']';
 }
 
 }  // namespace
 
 std::optional<std::vector<JsonMember>> parseJsonObject(std::string_view text) {
-  rapidjson::MemoryStream stream(text.data(), text.size());
-  rapidjson::Reader reader;
-  MemberCollector collector(text, stream);
-  // The end of the memory reads as a NUL, which the reader takes for the end of the text: only at
-  // the very end has the whole of it been read.
-  if (reader.Parse<collectFlags>(stream, collector).IsError() || stream.Tell() < text.size()) {
-    return std::nullopt;
-  }
+  std::size_t position = 0;
+  MemberCollector collector(text, position);
+  if (!readJsonInPieces(text, position, collector)) return std::nullopt;
   return collector.take();
 }
 
@@ -143,7 +122,7 @@ std::string jsonObjectText(const std::vector<JsonMember>& members) {
   const char* separator = "\n  ";
   for (const JsonMember& member : members) {
     result += separator;
-    result += quotedText(member.key).value_or("\"\"");
+    result += written(member.key).value_or("\"\"");
     result += ": ";
     result += member.text;
     separator = ",\n  ";
@@ -153,42 +132,35 @@ std::string jsonObjectText(const std::vector<JsonMember>& members) {
 }
 
 std::optional<std::string> jsonText(const DefaultsValue& value) {
-  rapidjson::StringBuffer buffer;
-  ValidatingWriter writer(buffer);
-  const bool written = std::visit([&](const auto& v) { return write(writer, v); }, value);
-  if (!written) return std::nullopt;
-  return std::string(buffer.GetString(), buffer.GetSize());
+  return std::visit([](const auto& each) { return written(each); }, value);
 }
 
-bool isJsonKey(std::string_view key) { return quotedText(key).has_value(); }
+bool isJsonKey(std::string_view key) { return isValidUtf8(key); }
 
 std::optional<bool> jsonBoolean(const std::string& text) {
-  const auto value = document(text);
-  if (!value.IsBool()) return std::nullopt;
-  return value.GetBool();
+  return valueOf<bool>(text, [](bool value) { return std::optional(value); });
 }
 
 std::optional<std::int64_t> jsonInteger(const std::string& text) {
-  const auto value = document(text);
-  if (!value.IsInt64()) return std::nullopt;
-  return value.GetInt64();
+  return valueOf<std::int64_t>(text, [](std::int64_t value) { return std::optional(value); });
 }
 
 std::optional<std::string> jsonString(const std::string& text) {
-  const auto value = document(text);
-  if (!value.IsString()) return std::nullopt;
-  return stringOf(value);
+  return valueOf<std::string_view>(
+      text, [](std::string_view value) { return std::optional(std::string(value)); });
 }
 
 std::optional<std::vector<std::string>> jsonStringArray(const std::string& text) {
-  const auto value = document(text);
-  if (!value.IsArray()) return std::nullopt;
-  std::vector<std::string> result;
-  for (const auto& element : value.GetArray()) {
-    if (!element.IsString()) return std::nullopt;
-    result.push_back(stringOf(element));
-  }
-  return result;
+  return valueOf<JsonValue::Array>(
+      text, [](const JsonValue::Array& elements) -> std::optional<std::vector<std::string>> {
+        std::vector<std::string> result;
+        for (const JsonValue& element : elements) {
+          const auto* const string = element.as<std::string_view>();
+          if (string == nullptr) return std::nullopt;
+          result.emplace_back(*string);
+        }
+        return result;
+      });
 }
 
 }  // namespace vantorel
