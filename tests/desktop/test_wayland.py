@@ -252,14 +252,12 @@ class Panel(SwayTestCase):
         self.vantorel.process = None
 
 
-class OverAFullscreenWindow(PastingTestCase):
-    desktop_class = SwayDesktop
-
+class OverAFullscreenWindow(OnSway, PastingTestCase):
     def setUp(self):
         super().setUp()
         self.copy("first", "second")
-        self.terminal = Foot(self, self.keys)
-        self.desktop.sway("fullscreen enable")
+        self.terminal = Foot(self)
+        self.desktop.fill_screen()
         self.desktop.run(["wl-copy", "--primary", "--", "primary"], stdin=None,
                          capture_output=False).check_returncode()
         self.vantorel.command("--toggle")
@@ -269,7 +267,7 @@ class OverAFullscreenWindow(PastingTestCase):
         self.desktop.pointer.click(100, 700, button)
         self.vantorel.wait_until_hidden()
         wait_for("the terminal to be in front", lambda: self.desktop.front() == "foot")
-        self.keys.tap("a")
+        self.desktop.keyboard.tap("a")
         self.terminal.wait_for_text("a")
 
     def test_a_press_beside_the_panel_hides_it(self):

@@ -2,10 +2,12 @@
 """A private desktop of labwc, whose windows stack."""
 
 import os
+import re
 import signal
 
 from .sway import SwayDesktop
 from .waiting import wait_for
+from .wayland_windows import WaylandWindows
 
 # Every window fills the output. No key and no place of the bare desktop does anything.
 _CONFIGURATION = """<?xml version="1.0"?>
@@ -27,7 +29,9 @@ env >"{told}.new" && mv "{told}.new" "{told}"
 
 
 class LabwcDesktop(SwayDesktop):
-    """The same as sway's."""
+    """The same as sway's, but that windows that can be asked for are the program's own."""
+
+    windows_class = WaylandWindows
 
     def __init__(self, **options):
         super().__init__(**options)
@@ -44,10 +48,18 @@ class LabwcDesktop(SwayDesktop):
     def close_window(self, app_id):
         self.run(["wlrctl", "toplevel", "close", f"app_id:{app_id}"]).check_returncode()
 
-    def set_keys(self, lines):
-        """Puts them into the configuration and has it read again."""
-        self._configure("rc.xml", _CONFIGURATION.format(keys=lines))
-        os.kill(self._compositor.pid, signal.SIGHUP)
+    def fill_screen(self):
+        self.run(["wlrctl", "toplevel", "fullscreen", "state:active"]).check_returncode()
+
+    def bind_shortcut(self, chord, program):
+        """By the line that the program tells its user."""
+        told = self.run([program, "--check"]).stdout.decode()
+        line = re.search("Add this to <keyboard> in labwc's rc.xml: (<keybind .*</keybind>)", told)
+        # The compositor was started before this desktop's bus.
+        bus = f"env DBUS_SESSION_BUS_ADDRESS={self.env['DBUS_SESSION_BUS_ADDRESS']} "
+        self._configure("rc.xml", _CONFIGURATION.format(
+            keys=line[1].replace(program, bus + program)))
+        os.kill(self._compositor.pid, signal.SIGHUP)  # has it read again
 
     def _command(self, told):
         self._configure("rc.xml", _CONFIGURATION.format(keys=""))

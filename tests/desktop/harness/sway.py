@@ -41,6 +41,7 @@ class SwayDesktop(PrivateDesktop):
     the right of the first one."""
 
     clipboard_class = WaylandClipboard
+    windows_class = SwayWindows
     windows_take_keys_late = True
     seconds_of_a_key = PATIENCE  # a command is started, and a screen reader is told
 
@@ -79,6 +80,10 @@ class SwayDesktop(PrivateDesktop):
         """As its user does."""
         self.sway(f"[app_id={app_id}] kill")
 
+    def fill_screen(self):
+        """With the window in front."""
+        self.sway("fullscreen enable")
+
     def terminal(self, script, *options):
         return ["foot", *options, "sh", "-c", script], "foot"
 
@@ -115,7 +120,7 @@ class SwayDesktop(PrivateDesktop):
         self.keyboard = WaylandKeyboard(self._wire)
         self.pointer = WaylandPointer(self._wire, (round(width * self._outputs), round(height)))
         self.pointer.move(2, 2)
-        self.windows = SwayWindows(self)
+        self.windows = self.windows_class(self)
 
     def _start_x_server(self):
         told = os.path.join(self.base, "compositor.env")
