@@ -18,9 +18,7 @@ class Paintings {
   /// or the end of a fade does not make a picture unfinished.
   explicit Paintings(std::size_t tolerated) : tolerated_(tolerated) {}
 
-  void add(Clock::time_point moment, Pixels pixels) {
-    all_.push_back({moment, std::move(pixels)});
-  }
+  void add(Clock::time_point moment, Pixels pixels) { all_.push_back({moment, std::move(pixels)}); }
   [[nodiscard]] bool isEmpty() const { return all_.empty(); }
   [[nodiscard]] const Pixels& last() const { return all_.back().pixels; }
   /// When the first one was seen that is the same as this to the eye.

@@ -6,8 +6,8 @@
 
 namespace vantorel {
 
-/// Hears what a JSON text says, in its order. Each answers whether to go on: false ends the reading,
-/// which then has failed.
+/// Hears what a JSON text says, in its order. Each answers whether to go on: false ends the
+/// reading, which then has failed.
 class JsonEvents {
  public:
   virtual ~JsonEvents() = default;

@@ -13,8 +13,8 @@ namespace {
 
 constexpr unsigned commonFlags = rapidjson::kParseIterativeFlag;
 
-/// A window on characters that the parser may overwrite with what it has read. Past the end it shows
-/// NUL, which no JSON contains, so that the text needs no terminator of its own.
+/// A window on characters that the parser may overwrite with what it has read. Past the end it
+/// shows NUL, which no JSON contains, so that the text needs no terminator of its own.
 class InSituStream {
  public:
   using Ch = char;
@@ -100,7 +100,8 @@ bool readJsonWithin(std::span<std::byte> text, JsonEncoding encoding, JsonEvents
   InSituStream stream(text);
   constexpr unsigned flags = commonFlags | rapidjson::kParseInsituFlag;
   return encoding == JsonEncoding::checked
-             ? hasReadAll<flags | rapidjson::kParseValidateEncodingFlag>(stream, text.size(), events)
+             ? hasReadAll<flags | rapidjson::kParseValidateEncodingFlag>(stream, text.size(),
+                                                                         events)
              : hasReadAll<flags>(stream, text.size(), events);
 }
 

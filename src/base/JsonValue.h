@@ -18,8 +18,8 @@ class JsonValue {
  public:
   using Array = std::vector<JsonValue>;
   using Object = std::vector<std::pair<std::string_view, JsonValue>>;
-  using Content = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string_view, Array,
-                               Object>;
+  using Content =
+      std::variant<std::nullptr_t, bool, std::int64_t, double, std::string_view, Array, Object>;
 
   static constexpr int maximumDepth = 64;
   static constexpr std::size_t maximumCount = 500'000;  // of values, for some 30 MB

@@ -13,22 +13,23 @@
 namespace vantorel {
 namespace {
 
-/// How many characters at the front of `text` stand for themselves in a JSON text. Eight are looked
-/// at at once: one by one, a full history takes longer to save.
+/// How many characters at the front of `text` stand for themselves in a JSON text. Where the first
+/// byte of a word is its lowest, eight are looked at at once: one by one, a full history takes
+/// longer to save.
 std::size_t plainLength(std::string_view text) {
+  constexpr bool looksAtWords = std::endian::native == std::endian::little;
   constexpr std::uint64_t ones = 0x0101010101010101U;
   // Marks bytes below `limit`, which is at most 0x80, and perhaps some after the first of them.
   const auto below = [](std::uint64_t word, std::uint64_t limit) {
     return (word - ones * limit) & ~word & (ones * 0x80U);
   };
   std::size_t i = 0;
-  for (; i + 8 <= text.size(); i += 8) {
+  for (; looksAtWords && i + 8 <= text.size(); i += 8) {
     std::uint64_t word = 0;
     std::memcpy(&word, text.data() + i, 8);
     const std::uint64_t quotes = word ^ (ones * static_cast<unsigned char>('"'));
     const std::uint64_t backslashes = word ^ (ones * static_cast<unsigned char>('\\'));
     const std::uint64_t marks = below(word, 0x20) | below(quotes, 1) | below(backslashes, 1);
-    static_assert(std::endian::native == std::endian::little);  // the first byte is the lowest
     if (marks != 0) return i + static_cast<std::size_t>(std::countr_zero(marks)) / 8;
   }
   const auto isPlain = [](char c) {

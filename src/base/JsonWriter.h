@@ -10,12 +10,12 @@
 namespace vantorel {
 
 /// Writes JSON, each member and element on its own line, two blanks further in than what holds it.
-/// What was written is overwritten in memory when this goes. Calls come in an order that makes JSON:
-/// one value in all, in an object each after its key.
+/// What was written is overwritten in memory when this goes. Calls come in an order that makes
+/// JSON: one value in all, in an object each after its key.
 class JsonWriter {
  public:
-  /// With room for `size` bytes. What outgrows it is copied; of what is not used the system gives no
-  /// memory.
+  /// With room for `size` bytes. What outgrows it is copied; of what is not used the system gives
+  /// no memory.
   explicit JsonWriter(std::size_t size = 0) { makeRoom(size); }
   ~JsonWriter();
   JsonWriter(const JsonWriter&) = delete;

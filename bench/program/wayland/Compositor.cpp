@@ -61,8 +61,7 @@ void* Compositor::bindAny(const wl_interface& interface, std::uint32_t version) 
 }
 
 void Compositor::plugIn() {
-  keyboards_ =
-      bind<zwp_virtual_keyboard_manager_v1>(zwp_virtual_keyboard_manager_v1_interface, 1);
+  keyboards_ = bind<zwp_virtual_keyboard_manager_v1>(zwp_virtual_keyboard_manager_v1_interface, 1);
   keyboard_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(keyboards_, seat_);
   const int file = memfd_create("keymap", MFD_CLOEXEC);
   const auto size = keymap.size() + 1;  // it ends with a zero
@@ -79,9 +78,9 @@ void Compositor::plugIn() {
 int Compositor::descriptor() const { return wl_display_get_fd(display_); }
 
 void Compositor::tapKey(std::uint32_t key) const {
-  const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
-                       Clock::now().time_since_epoch())
-                       .count();
+  const auto now =
+      std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now().time_since_epoch())
+          .count();
   for (const auto state : {WL_KEYBOARD_KEY_STATE_PRESSED, WL_KEYBOARD_KEY_STATE_RELEASED}) {
     zwp_virtual_keyboard_v1_key(keyboard_, static_cast<std::uint32_t>(now), key, state);
   }

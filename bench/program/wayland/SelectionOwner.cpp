@@ -35,8 +35,9 @@ struct SelectionOwner::Listeners {
       }};
   /// What others offer is not asked for.
   static constexpr ext_data_control_device_v1_listener device{
-      [](void* /*self*/, ext_data_control_device_v1* /*device*/,
-         ext_data_control_offer_v1* offer) { ext_data_control_offer_v1_destroy(offer); },
+      [](void* /*self*/, ext_data_control_device_v1* /*device*/, ext_data_control_offer_v1* offer) {
+        ext_data_control_offer_v1_destroy(offer);
+      },
       [](void* /*self*/, ext_data_control_device_v1* /*device*/,
          ext_data_control_offer_v1* /*offer*/) {},
       [](void* /*self*/, ext_data_control_device_v1* /*device*/) {},

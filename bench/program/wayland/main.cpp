@@ -23,7 +23,8 @@ namespace {
 
 constexpr auto text = "text/plain;charset=utf-8";
 
-/// What the compositor's own shortcut does: the program is started once more, to say what is wanted.
+/// What the compositor's own shortcut does: the program is started once more, to say what is
+/// wanted.
 class Toggle {
  public:
   explicit Toggle(const char* program) : program_(program) {}
