@@ -86,7 +86,8 @@ void AppDelegate::applicationDidFinishLaunching(StartedBy who) {
   startedByHand_ = who == StartedBy::hand && !desktop_.loginItem.renewItem();
   statusItem_.configureMenuBar();
   configureHotKey();
-  hotKey_.registerHotKey();
+  using Asking = HotKeyRegistration::Asking;
+  hotKey_.registerHotKey(windows_.mayAskForShortcut() ? Asking::allowed : Asking::tooEarly);
   configureServices();
   focus_.startFocusTracking();
   lock_ = desktop_.sessionLock.observe([this] { lockChanged(); });

@@ -19,6 +19,7 @@ namespace {
 constexpr std::string_view didShowOnboardingKey = "didShowOnboardingV2";
 constexpr Seconds onboardingDelay{0.3};
 constexpr std::string_view unavailablePrompt = "That shortcut is unavailable. Try another.";
+constexpr std::string_view givenPrompt = "These keys are changed in the desktop's own settings";
 // What opens the window where the keys are the user's own affair.
 constexpr std::string_view toggleCommand = "vantorel --toggle";
 constexpr std::string_view canPaste = "This desktop allows automatic paste.";
@@ -64,15 +65,14 @@ AppWindows::~AppWindows() = default;
 
 void AppWindows::showShortcutPanel() {
   closeShortcutPanel();
-  shortcutPanel_ =
-      std::make_unique<ShortcutPanel>(chrome_, desktop_.keyboardGrabs, desktop_.keyCodeForScanCode,
-                                      hotKey_.shortcut().display(), advice());
+  shortcutPanel_ = std::make_unique<ShortcutPanel>(
+      chrome_, desktop_.keyboardGrabs, desktop_.keyCodeForScanCode, hotKey_.display(), advice());
   shortcutPanel_->onRecorded = [this](const HotKeyShortcut& candidate) {
     applyShortcut(candidate);
   };
   shortcutPanel_->onReset = [this] { resetShortcut(); };
   shortcutPanel_->onCancel = [this] { closeShortcutPanel(); };
-  shortcutPanel_->onAction = [this] { toggleInList(); };
+  shortcutPanel_->onAction = [this] { adviceTaken(); };
   shortcutPanel_->onCopy = [this](const std::string& line) { onCopy(line); };
   showInTheMiddle(*shortcutPanel_, desktop_);
 }
@@ -89,17 +89,20 @@ void AppWindows::shortcutApplied(HotKeyRegistration::ApplyResult result) {
   using Result = HotKeyRegistration::ApplyResult;
   if (result == Result::unchanged) return closeShortcutPanel();
   if (result == Result::unavailable) {
-    if (shortcutPanel_ && hotKey_.canBeHad()) shortcutPanel_->setPrompt(unavailablePrompt);
+    if (shortcutPanel_ && hotKey_.canBeHad()) {
+      shortcutPanel_->setPrompt(hotKey_.isGiven() ? givenPrompt : unavailablePrompt);
+    }
     return;
   }
   if (result == Result::asked) return;
+  if (result == Result::refused) onNotice("The desktop did not give Vantorel the shortcut.");
   if (result == Result::kept && standsInList() && !putIntoList()) {
     onNotice("Could not change the shortcuts of " + desktop_.commandShortcuts->owner() + ".");
   }
   shortcutChanged();
-  if (result == Result::kept) return;
+  if (result == Result::kept || result == Result::refused) return;
   closeShortcutPanel();
-  onNotice("Shortcut set to " + hotKey_.shortcut().display());
+  onNotice("Shortcut set to " + hotKey_.display());
 }
 
 void AppWindows::shortcutChanged() {
@@ -114,18 +117,34 @@ void AppWindows::shortcutChanged() {
 
 std::string AppWindows::opener() const {
   const bool hasKeys = hotKey_.canBeHad() || standsInList();
-  return hasKeys ? hotKey_.shortcut().display() : std::string(toggleCommand);
+  return hasKeys ? hotKey_.display() : std::string(toggleCommand);
 }
 
 std::optional<ShortcutAdvice> AppWindows::advice() const {
   if (hotKey_.canBeHad()) return std::nullopt;
   auto advice = ShortcutAdvice::of(desktop_.name, hotKey_.shortcut(), desktop_.programName);
+  const bool stands = standsInList();
+  if (hotKey_.consent() != HotKeyRegistration::Consent::notMissing && !stands) {
+    advice.prompt = "The desktop gives these keys once you agree";
+    advice.action = "Ask";
+    return advice;
+  }
   if (desktop_.commandShortcuts == nullptr) return advice;
   const auto owner = desktop_.commandShortcuts->owner();
-  const bool stands = standsInList();
   advice.prompt = owner + (stands ? " runs" : " can run") + " this command by these keys";
   advice.action = stands ? "Remove" : "Add to " + owner;
   return advice;
+}
+
+bool AppWindows::mayAskForShortcut() const {
+  const bool isWelcomed = desktop_.defaults.boolean(didShowOnboardingKey).value_or(false);
+  return isWelcomed && !welcoming_ && !standsInList();
+}
+
+void AppWindows::adviceTaken() {
+  const bool needsConsent = hotKey_.consent() != HotKeyRegistration::Consent::notMissing;
+  if (!needsConsent || standsInList()) return toggleInList();
+  applyShortcut(HotKeyShortcut(hotKey_.shortcut()));
 }
 
 bool AppWindows::standsInList() const {
@@ -178,13 +197,23 @@ void AppWindows::showHelpPanel(bool isFirstLaunch) {
     showHelpPanel(isFirstLaunch);
   };
   helpPanel_->onPrivacyPolicy = [this] { showPrivacyPolicy(); };
-  helpPanel_->onClose = [this] { closeHelpPanel(); };
+  helpPanel_->onClose = [this] { helpClosed(); };
   showInTheMiddle(*helpPanel_, desktop_);
 }
 
 void AppWindows::closeHelpPanel() {
   welcoming_ = false;
   closeWindow(helpPanel_);
+}
+
+/// Who has just read how the window is opened is asked for what opens it.
+void AppWindows::helpClosed() {
+  const bool wasWelcoming = welcoming_;
+  closeHelpPanel();
+  const bool isOpen = hotKey_.consent() == HotKeyRegistration::Consent::notAskedFor;
+  if (wasWelcoming && isOpen && mayAskForShortcut()) {
+    applyShortcut(HotKeyShortcut(hotKey_.shortcut()));
+  }
 }
 
 // There is nothing to switch on here: the window system lets programs press keys, or it does not.

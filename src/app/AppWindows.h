@@ -59,6 +59,10 @@ class AppWindows {
   /// A question that is open already comes to the front.
   void confirmClearHistory();
 
+  /// Whether a question of the desktop's about the shortcut would come to a user who knows what it
+  /// is about, and has no keys yet.
+  [[nodiscard]] bool mayAskForShortcut() const;
+
   /// All go when the screen is locked; a welcome comes again after that.
   void lockChanged();
   /// Gives the keyboard back, and shows no welcome any more.
@@ -72,6 +76,8 @@ class AppWindows {
   [[nodiscard]] bool standsInList() const;
   [[nodiscard]] bool putIntoList();
   void toggleInList();
+  void adviceTaken();
+  void helpClosed();
   void closeShortcutPanel();
   void resetShortcut();
   void closeHelpPanel();

@@ -4,6 +4,12 @@
 #include <utility>
 
 namespace vantorel {
+namespace {
+
+// What the user answered to the desktop's question, when it was no.
+constexpr std::string_view refusedKey = "shortcut.refused";
+
+}  // namespace
 
 HotKeyRegistration::HotKeyRegistration(HotKeys& hotKeys, UserDefaults& defaults, Dispatch& dispatch)
     : hotKeys_(hotKeys),
@@ -13,7 +19,8 @@ HotKeyRegistration::HotKeyRegistration(HotKeys& hotKeys, UserDefaults& defaults,
 
 HotKeyRegistration::~HotKeyRegistration() { unregisterHotKey(); }
 
-void HotKeyRegistration::registerHotKey() {
+void HotKeyRegistration::registerHotKey(Asking asking) {
+  letAsk(asking == Asking::allowed && !defaults_.boolean(refusedKey).value_or(false));
   ensureHotKeyHandler();
   if (reference_ || !handlerInstalled_) return;
   reference_ = take(shortcut_);
@@ -33,6 +40,7 @@ void HotKeyRegistration::fallBack() {
 HotKeyRegistration::ApplyResult HotKeyRegistration::apply(const HotKeyShortcut& candidate) {
   dropCandidate();
   if (candidate == shortcut_ && reference_) return ApplyResult::unchanged;
+  letAsk(true);
   const auto reference = take(candidate);
   if (!reference) return ApplyResult::unavailable;
   if (hotKeys_.isAwaited(*reference)) {
@@ -76,7 +84,7 @@ void HotKeyRegistration::answered(HotKeyRef reference, HotKeyAnswer answer) {
   if (answer == HotKeyAnswer::taken) {
     fallBack();
   } else {
-    isAbsent_ = answer == HotKeyAnswer::absent;
+    note(answer);
     if (isAbsent_) reference_.reset();
   }
   changed();
@@ -84,17 +92,46 @@ void HotKeyRegistration::answered(HotKeyRef reference, HotKeyAnswer answer) {
 
 void HotKeyRegistration::candidateAnswered(HotKeyAnswer answer) {
   const Candidate candidate = *std::exchange(candidate_, std::nullopt);
-  isAbsent_ = answer == HotKeyAnswer::absent;
+  note(answer);
   auto result = ApplyResult::unavailable;
   if (answer == HotKeyAnswer::held) {
     adopt(candidate.shortcut, candidate.reference);
     result = ApplyResult::applied;
+  } else if (answer == HotKeyAnswer::refused) {
+    reference_.reset();
+    result = ApplyResult::refused;
   } else if (isAbsent_) {
     reference_.reset();
     store(candidate.shortcut);
     result = ApplyResult::kept;
   }
   if (onApplied) onApplied(result);
+}
+
+void HotKeyRegistration::note(HotKeyAnswer answer) {
+  const bool isRefused = answer == HotKeyAnswer::refused;
+  isAbsent_ = isRefused || answer == HotKeyAnswer::absent;
+  consent_ = Consent::notMissing;
+  if (isRefused) {
+    const bool saidNo = mayAsk_ || defaults_.boolean(refusedKey).value_or(false);
+    consent_ = saidNo ? Consent::refused : Consent::notAskedFor;
+    if (saidNo) defaults_.set(refusedKey, true);
+  } else if (answer == HotKeyAnswer::held && defaults_.boolean(refusedKey)) {
+    defaults_.remove(refusedKey);
+  }
+}
+
+void HotKeyRegistration::letAsk(bool may) {
+  mayAsk_ = may;
+  hotKeys_.setMayAsk(may);
+}
+
+std::string HotKeyRegistration::display() const {
+  return isGiven() ? hotKeys_.given(*reference_) : shortcut_.display();
+}
+
+bool HotKeyRegistration::isGiven() const {
+  return reference_ && !hotKeys_.given(*reference_).empty();
 }
 
 void HotKeyRegistration::dropCandidate() {

@@ -34,6 +34,7 @@ class HotKeyRegistration {
     unavailable,  // it cannot be had; the old one stays
     asked,        // the desktop answers later; the old one stays until then
     kept,         // it is stored, but no program can have keys here
+    refused,      // the desktop's user said no; the old one stays
   };
 
   /// The shortcut was pressed: called in a later turn of the main queue than the press, so that
@@ -43,21 +44,31 @@ class HotKeyRegistration {
   std::function<void(std::string_view)> onNotice;
   /// What became of an `apply` that was `asked`; not `unchanged`.
   std::function<void(ApplyResult)> onApplied;
-  /// `shortcut` or `canBeHad` is another than before, without an `apply`.
+  /// `display`, `canBeHad` or `consent` is another than before, without an `apply`.
   std::function<void()> onChange;
 
+  /// Whether the desktop may put the question to its user that some put before they give keys. One
+  /// who has said no is not asked again by this.
+  enum class Asking { allowed, tooEarly };
   /// Registers the shortcut; one that cannot be had is given up for the default, which is stored.
   /// When that cannot be had either the program runs without. Where no program can have one, what
   /// is stored stays.
-  void registerHotKey();
+  void registerHotKey(Asking asking = Asking::allowed);
   /// Makes `candidate` the shortcut. The old one is given back only once the new one is held, so
   /// the same keys under another label may be unavailable. A newer candidate replaces one that is
-  /// asked for.
+  /// asked for. The desktop may ask its user, also again.
   [[nodiscard]] ApplyResult apply(const HotKeyShortcut& candidate);
   /// Gives back the shortcut, then the handler. `registerHotKey` may be called again.
   void unregisterHotKey();
 
   [[nodiscard]] const HotKeyShortcut& shortcut() const { return shortcut_; }
+  /// The keys in force: those that the desktop gave, else the shortcut.
+  [[nodiscard]] std::string display() const;
+  /// Whether the desktop says which keys these are, whatever this program would choose.
+  [[nodiscard]] bool isGiven() const;
+  /// What stands between the program and keys that the desktop would give it.
+  enum class Consent { notMissing, notAskedFor, refused };
+  [[nodiscard]] Consent consent() const { return consent_; }
   /// Whether this desktop lets programs have shortcuts, as far as it has said so.
   [[nodiscard]] bool canBeHad() const { return handlerInstalled_ && !isAbsent_; }
   [[nodiscard]] bool isRegistered() const { return reference_.has_value(); }
@@ -72,6 +83,8 @@ class HotKeyRegistration {
   void handlePress(HotKeyId id);
   void answered(HotKeyRef reference, HotKeyAnswer answer);
   void candidateAnswered(HotKeyAnswer answer);
+  void note(HotKeyAnswer answer);
+  void letAsk(bool may);
   void fallBack();
   void dropCandidate();
   void adopt(const HotKeyShortcut& shortcut, HotKeyRef reference);
@@ -88,6 +101,8 @@ class HotKeyRegistration {
   std::optional<Candidate> candidate_;  // asked for by `apply`
   bool handlerInstalled_ = false;
   bool isAbsent_ = false;  // so the desktop said
+  bool mayAsk_ = false;
+  Consent consent_ = Consent::notMissing;
   Lifetime life_;
 };
 

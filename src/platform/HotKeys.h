@@ -32,9 +32,10 @@ using HotKeyRef = std::uint32_t;
 
 /// What a desktop says that has to be asked by messages.
 enum class HotKeyAnswer {
-  held,    // the keys are this program's, until it gives them back
-  taken,   // they cannot be had, or not any more; the registration is no more
-  absent,  // no program can have keys here that reach it over every window; likewise
+  held,     // the keys are this program's, until it gives them back
+  taken,    // they cannot be had, or not any more; the registration is no more
+  absent,   // no program can have keys here that reach it over every window; likewise
+  refused,  // the user would have to agree, who said no or may not be asked; likewise
 };
 
 /// System-wide shortcuts. Main thread; the handlers are called there.
@@ -57,8 +58,16 @@ class HotKeys {
   /// Whether the desktop has yet to answer to a registration.
   [[nodiscard]] virtual bool isAwaited(HotKeyRef /*reference*/) const { return false; }
   /// Called in a later turn than the registration, with the answer to one that is awaited; again
-  /// when the desktop takes the keys away. Replaces the previous handler; empty: none.
+  /// when the desktop takes the keys away or gives others. Replaces the previous handler; empty:
+  /// none.
   virtual void setAnswerHandler(const std::function<void(HotKeyRef, HotKeyAnswer)>& /*handler*/) {}
+
+  /// Whether the desktop may ask its user about registrations that follow, if it is one that does.
+  /// It may until this says otherwise.
+  virtual void setMayAsk(bool /*may*/) {}
+  /// The keys of a registration that is held, in the symbols of this program's texts, where the
+  /// desktop gives them and they may be others than those asked for; else empty.
+  [[nodiscard]] virtual std::string given(HotKeyRef /*reference*/) const { return {}; }
 };
 
 }  // namespace vantorel

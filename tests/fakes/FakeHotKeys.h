@@ -34,6 +34,10 @@ class FakeHotKeys : public HotKeys {
   void setAnswerHandler(const std::function<void(HotKeyRef, HotKeyAnswer)>& handler) override {
     answerHandler_ = handler;
   }
+  void setMayAsk(bool may) override { mayAsk_ = may; }
+  [[nodiscard]] std::string given(HotKeyRef reference) const override {
+    return registered_.contains(reference) ? given_ : std::string();
+  }
 
   // The test's side.
 
@@ -46,6 +50,9 @@ class FakeHotKeys : public HotKeys {
   void giveUp(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.erase({keyCode, modifiers}); }
   /// From now on a registration is answered when the test says so.
   void setAnswersLater(bool later) { answersLater_ = later; }
+  [[nodiscard]] bool mayAsk() const { return mayAsk_; }
+  /// From now on the desktop calls the keys that it gives so.
+  void give(const std::string& keys) { given_ = keys; }
   /// Answers the newest registration.
   void answer(HotKeyAnswer answer);
   /// Called before a shortcut is given back.
@@ -64,6 +71,8 @@ class FakeHotKeys : public HotKeys {
   std::function<void(HotKeyRef, HotKeyAnswer)> answerHandler_;
   std::set<HotKeyRef> awaited_;
   bool answersLater_ = false;
+  bool mayAsk_ = true;
+  std::string given_;
   std::set<std::pair<KeyCode, HotKeyModifiers>> taken_;
   std::vector<std::string> log_;
   HotKeyRef nextReference_ = 1;

@@ -331,6 +331,63 @@ TEST_F(AppWindowsTest, ARecorderThatIsOpenLearnsThatNoShortcutCanBeHad) {
   EXPECT_NE(window<ShortcutPanel>().findChild<CodeBlock*>(), nullptr);
 }
 
+TEST_F(AppWindowsTest, TheDesktopsQuestionComesAfterTheWelcome) {
+  desktop.hotKeys.setAnswersLater(true);
+  start();
+  EXPECT_FALSE(desktop.hotKeys.mayAsk());
+  desktop.hotKeys.answer(HotKeyAnswer::refused);
+  desktop.dispatch.advance(Seconds(0.31));
+  EXPECT_EQ(window<HelpPanel>().findChild<ShortcutPill*>()->text(), "vantorel --toggle");
+  press(window<HelpPanel>(), Qt::Key_Return);
+  EXPECT_TRUE(desktop.hotKeys.mayAsk());
+  desktop.hotKeys.give("⌘⌥B");
+  desktop.hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_THAT(toasts(), ElementsAre("Shortcut set to Super+Alt+B"));
+  delegate->showShortcutPanel();
+  EXPECT_EQ(window<ShortcutPanel>().findChild<ShortcutPill*>()->text(), "Super+Alt+B");
+}
+
+TEST_F(AppWindowsTest, TheRecorderAsksAgainWhoeverSaidNo) {
+  desktop.hasCommandShortcuts = true;
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  EXPECT_TRUE(desktop.hotKeys.mayAsk());
+  desktop.hotKeys.answer(HotKeyAnswer::refused);
+  EXPECT_THAT(toasts(), IsEmpty());
+  delegate->showShortcutPanel();
+  EXPECT_EQ(window<ShortcutPanel>().prompt(), "The desktop gives these keys once you agree");
+  click(window<ShortcutPanel>(), "Ask");
+  EXPECT_FALSE(desktop.commandShortcuts.isSet());
+  desktop.hotKeys.answer(HotKeyAnswer::refused);
+  EXPECT_THAT(toasts(), ElementsAre("The desktop did not give Vantorel the shortcut."));
+  click(window<ShortcutPanel>(), "Ask");
+  desktop.hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_THAT(windows<ShortcutPanel>(), IsEmpty());
+  EXPECT_THAT(toasts(), ElementsAre("Shortcut set to Super+Shift+V"));
+}
+
+TEST_F(AppWindowsTest, WhoHasTheKeysFromTheDesktopsListIsNotAsked) {
+  desktop.hasCommandShortcuts = true;
+  ASSERT_TRUE(desktop.commandShortcuts.set({9, 0x300, "V"}, "vantorel --toggle"));
+  desktop.hotKeys.setAnswersLater(true);
+  startAgain();
+  EXPECT_FALSE(desktop.hotKeys.mayAsk());
+  desktop.hotKeys.answer(HotKeyAnswer::refused);
+  delegate->showShortcutPanel();
+  click(window<ShortcutPanel>(), "Remove");
+  EXPECT_FALSE(desktop.commandShortcuts.isSet());
+}
+
+TEST_F(AppWindowsTest, KeysThatTheDesktopGivesAreChangedInItsSettings) {
+  startAgain();
+  desktop.hotKeys.give("⌘⇧V");
+  desktop.hotKeys.take(40, hotkeys::option | hotkeys::control);
+  delegate->showShortcutPanel();
+  press(window<ShortcutPanel>(), Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(window<ShortcutPanel>().prompt(),
+            "These keys are changed in the desktop's own settings");
+}
+
 TEST_F(AppWindowsTest, EscapeClosesTheRecorderAndChangesNothing) {
   startAgain();
   delegate->showShortcutPanel();

@@ -346,5 +346,58 @@ TEST_F(AskedHotKeyTest, WhatIsAskedForIsGivenBackAtTheEnd) {
   EXPECT_EQ(hotKeys.log().back(), "removeHandler");
 }
 
+using Consent = HotKeyRegistration::Consent;
+
+TEST_F(AskedHotKeyTest, WhoeverSaysNoIsNotAskedAgainByAStart) {
+  start();
+  EXPECT_TRUE(hotKeys.mayAsk());
+  hotKeys.answer(HotKeyAnswer::refused);
+  EXPECT_FALSE(registration->canBeHad());
+  EXPECT_EQ(registration->consent(), Consent::refused);
+  EXPECT_EQ(changes, 1);
+  EXPECT_THAT(notices, IsEmpty());
+  start();
+  EXPECT_FALSE(hotKeys.mayAsk());
+  hotKeys.answer(HotKeyAnswer::refused);
+  EXPECT_EQ(registration->consent(), Consent::refused) << "still";
+}
+
+TEST_F(AskedHotKeyTest, ChoosingKeysAsksAgainAndAYesIsRemembered) {
+  defaults.set("shortcut.refused", true);
+  start();
+  hotKeys.answer(HotKeyAnswer::refused);
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  EXPECT_TRUE(hotKeys.mayAsk());
+  hotKeys.answer(HotKeyAnswer::refused);
+  EXPECT_THAT(results, ElementsAre(ApplyResult::refused));
+  EXPECT_EQ(registration->shortcut(), HotKeyShortcut{});
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_EQ(results.back(), ApplyResult::applied);
+  EXPECT_EQ(registration->consent(), Consent::notMissing);
+  EXPECT_FALSE(defaults.contains("shortcut.refused"));
+}
+
+TEST_F(AskedHotKeyTest, AStartThatComesTooEarlyIsNoRefusal) {
+  start();
+  registration->unregisterHotKey();
+  registration->registerHotKey(HotKeyRegistration::Asking::tooEarly);
+  EXPECT_FALSE(hotKeys.mayAsk());
+  hotKeys.answer(HotKeyAnswer::refused);
+  EXPECT_EQ(registration->consent(), Consent::notAskedFor);
+  EXPECT_FALSE(defaults.contains("shortcut.refused"));
+}
+
+TEST_F(AskedHotKeyTest, TheKeysInForceAreThoseThatTheDesktopGave) {
+  start();
+  hotKeys.give("⌘⌥B");
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_TRUE(registration->isGiven());
+  EXPECT_EQ(registration->display(), "⌘⌥B");
+  EXPECT_EQ(registration->shortcut(), HotKeyShortcut{});
+  hotKeys.answer(HotKeyAnswer::refused);  // taken away
+  EXPECT_EQ(registration->display(), "⌘⇧V");
+}
+
 }  // namespace
 }  // namespace vantorel
