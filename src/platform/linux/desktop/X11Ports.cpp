@@ -5,7 +5,9 @@
 
 #include "platform/linux/desktop/CompositorInput.h"
 #include "platform/linux/desktop/OwnFocus.h"
+#include "platform/linux/portal/PortalHotKeys.h"
 #include "platform/linux/shortcuts/KGlobalAccelHotKeys.h"
+#include "platform/linux/shortcuts/OwnCommand.h"
 #include "platform/linux/wayland/OfferedProtocols.h"
 #include "platform/linux/wayland/ToplevelInput.h"
 #include "platform/linux/x11/X11HotKeys.h"
@@ -21,9 +23,13 @@ std::unique_ptr<Screens> openScreens(bool isInsideWayland) {
 }
 
 /// What an X server inside of a compositor grabs holds over the windows of X11 programs alone.
-std::unique_ptr<HotKeys> openHotKeys(Dispatch& dispatch, SessionBus& bus, bool isInsideWayland) {
-  if (isInsideWayland) return std::make_unique<KGlobalAccelHotKeys>(dispatch, bus);
-  return X11HotKeys::open(dispatch);
+/// Portals announce shortcuts for desktops that lack them, so the desktop's name counts.
+std::unique_ptr<HotKeys> openHotKeys(const WindowPorts::Services& services, bool isInsideWayland) {
+  if (!isInsideWayland) return X11HotKeys::open(services.dispatch);
+  if (desktopName(processEnvironment).find("GNOME") != std::string::npos) {
+    return std::make_unique<PortalHotKeys>(services.dispatch, services.portal);
+  }
+  return std::make_unique<KGlobalAccelHotKeys>(services.dispatch, services.bus);
 }
 
 }  // namespace
@@ -45,7 +51,7 @@ X11Ports::X11Ports(const Services& services, Session session)
           DataControlPasteboard::open({dispatch_, services.images}, std::move(session.wayland))),
       x11Workspace_(
           X11Workspace::open(dispatch_, DesktopEntryPlaces::fromEnvironment(processEnvironment))),
-      hotKeys_(openHotKeys(dispatch_, services.bus, isInsideWayland_)) {
+      hotKeys_(openHotKeys(services, isInsideWayland_)) {
   using Bridge = SelectionService::Bridge;
   if (!compositorClipboard_) {
     x11Clipboard_ = X11Pasteboard::open(

@@ -6,13 +6,22 @@
 
 #include "platform/MainQueue.h"
 #include "platform/linux/portal/SettingsReading.h"
+#include "platform/linux/portal/ShortcutSession.h"
 
 namespace vantorel {
+namespace {
+
+/// For what nobody waits for.
+Deadline longPatience() { return std::chrono::steady_clock::now() + std::chrono::seconds(5); }
+
+}  // namespace
 
 struct Portal::Conversation {
   std::optional<PortalBus> bus;
   std::optional<SettingsReading> settings;
+  std::optional<ShortcutSession> shortcut;
   GlibThread thread{"portal", [this] {
+                      shortcut.reset();
                       settings.reset();
                       bus.reset();
                     }};
@@ -28,7 +37,7 @@ Portal::Portal(Dispatch& dispatch, PortalAnswers::Extent extent, std::function<v
       [this, &all = *conversation_, extent, asked = std::move(asked), tell = std::move(tell)] {
         all.bus.emplace(all.thread);
         all.settings.emplace(*all.bus, extent, tell);
-        all.bus->join(deadline_);
+        const bool isJoined = all.bus->join(deadline_);
         all.thread.runUntil(deadline_, [&all] { return all.bus->isQuiet(); });
         asked();
         {
@@ -36,6 +45,7 @@ Portal::Portal(Dispatch& dispatch, PortalAnswers::Extent extent, std::function<v
           asked_ = true;
         }
         changed_.notify_all();
+        if (!isJoined) all.bus->join(longPatience());
       });
 }
 
@@ -47,10 +57,20 @@ void Portal::waitUntilAsked() {
 }
 
 void Portal::rejoin() {
-  conversation_->thread.post([&all = *conversation_] {
-    constexpr std::chrono::seconds limit{5};
-    all.bus->join(std::chrono::steady_clock::now() + limit);
-  });
+  conversation_->thread.post([&all = *conversation_] { all.bus->join(longPatience()); });
+}
+
+void Portal::hearOfShortcut(ShortcutNews news) {
+  conversation_->thread.post(
+      [&all = *conversation_, news = std::move(news)] { all.shortcut.emplace(*all.bus, news); });
+}
+
+void Portal::wantShortcut(const ShortcutWish& wish) {
+  conversation_->thread.post([&all = *conversation_, wish] { all.shortcut->want(wish); });
+}
+
+void Portal::giveShortcutBack() {
+  conversation_->thread.post([&all = *conversation_] { all.shortcut->giveBack(); });
 }
 
 }  // namespace vantorel

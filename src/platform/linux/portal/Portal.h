@@ -12,13 +12,14 @@
 #include "platform/Dispatch.h"
 #include "platform/Observers.h"
 #include "platform/linux/portal/PortalAnswers.h"
+#include "platform/linux/portal/ShortcutWish.h"
 
 namespace vantorel {
 
 /// The desktop's portal, from the first thing in the program to its end: which colours the user
 /// wants, and where no X server tells the other settings, what those are; from its start and as
-/// they change. It is talked to on a thread and a connection of its own. Main thread, where nothing
-/// else is said.
+/// they change; and the shortcut where it is the portal's to give. It is talked to on a thread and
+/// a connection of its own. Main thread, where nothing else is said.
 class Portal {
  public:
   /// How long after the construction the first answers are waited for. A portal that runs answers
@@ -42,6 +43,12 @@ class Portal {
   [[nodiscard]] std::unique_ptr<Observation> observe(std::function<void()> changed) {
     return observers_.add(std::move(changed));
   }
+
+  /// Before the first wish. What hears of them may be called as long as this lives.
+  void hearOfShortcut(ShortcutNews news);
+  /// In place of what was wished before; a portal that does not run is started for it.
+  void wantShortcut(const ShortcutWish& wish);
+  void giveShortcutBack();
 
  private:
   struct Conversation;  // on the thread

@@ -26,6 +26,11 @@ void ended(GObject* connection, GAsyncResult* result, gpointer callback) {
 
 }  // namespace
 
+PortalBus::~PortalBus() {
+  news_.clear();  // who would hear of it has ended
+  leave();
+}
+
 void PortalBus::onNews(std::function<void()> came, std::function<void()> left) {
   news_.push_back({std::move(came), std::move(left)});
 }
@@ -35,18 +40,19 @@ void PortalBus::onSignal(const char* interface, const char* signal, Heard heard)
   if (connection_) listen(signals_.back());
 }
 
-void PortalBus::join(Deadline deadline) {
+bool PortalBus::join(Deadline deadline) {
   leave();
   const auto address = sessionBusAddress(processEnvironment);
-  if (!address) return;
+  if (!address) return false;
   // A connection of its own: whoever gives up joining with the one that GIO shares makes it fail
   // for all who wait for it, and the keyring waits longer.
   connection_ = openBusConnection(
       *address, [&](const GlibLoop::Start& start) { return thread_.await(deadline, start); });
-  if (!connection_) return;
+  if (!connection_) return false;
   questions_.reset(g_cancellable_new());
   for (const auto& signal : signals_) listen(signal);
   watch();
+  return true;
 }
 
 void PortalBus::watch() {
@@ -75,18 +81,20 @@ void PortalBus::listen(const Signal& signal) {
 /// A portal lets a program that no sandbox names say which one it is, before all else; an older one
 /// does not know the question.
 void PortalBus::appeared() {
-  if (isThere_) vanished();
+  vanished();
+  isOwned_ = true;
   auto* const name = g_variant_new_string(applicationId::name);
   auto* const options = g_variant_new_array(G_VARIANT_TYPE("{sv}"), nullptr, 0);
   call(portalService, portalPath, "org.freedesktop.host.portal.Registry", "Register",
        g_variant_new("(@s@a{sv})", name, options), [this](GVariant* /*reply*/) {
+         if (!isOwned_) return;  // gone meanwhile
          isThere_ = true;
          for (const auto& each : news_) each.came();
        });
-  if (std::exchange(isLooking_, false)) --open_;
 }
 
 void PortalBus::vanished() {
+  isOwned_ = false;
   if (std::exchange(isLooking_, false)) --open_;
   if (!std::exchange(isThere_, false)) return;
   for (const auto& each : news_) each.left();
@@ -102,10 +110,19 @@ void PortalBus::ask(const char* interface, const char* method, GVariant* argumen
   call(portalService, portalPath, interface, method, arguments, std::move(answered));
 }
 
+void PortalBus::askGnome(const char* interface, Answered answered) {
+  call("org.freedesktop.impl.portal.desktop.gnome", portalPath, "org.freedesktop.DBus.Properties",
+       "GetAll", g_variant_new("(s)", interface), std::move(answered));
+}
+
 void PortalBus::start(Answered answered) {
   constexpr const char* bus = "org.freedesktop.DBus";
   call(bus, "/org/freedesktop/DBus", bus, "StartServiceByName",
-       g_variant_new("(su)", portalService, 0U), std::move(answered));
+       g_variant_new("(su)", portalService, 0U),
+       [this, answered = std::move(answered)](GVariant* reply) {
+         // One that the bus cannot start may have come by itself.
+         if (reply || !isOwned_) answered(reply);
+       });
 }
 
 void PortalBus::call(const char* program, const char* object, const char* interface,
@@ -136,8 +153,8 @@ void PortalBus::send(const std::string& object, const char* interface, const cha
 
 void PortalBus::leave() {
   life_.end();
-  open_ = 0;
   vanished();
+  open_ = 0;
   if (!connection_) return;
   g_bus_unwatch_name(watch_);
   g_cancellable_cancel(questions_.get());

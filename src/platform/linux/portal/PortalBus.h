@@ -23,7 +23,7 @@ class PortalBus {
   using Heard = std::function<void(const std::string& object, GVariant* arguments)>;
 
   explicit PortalBus(GlibThread& thread) : thread_(thread) {}
-  ~PortalBus() { leave(); }
+  ~PortalBus();
   PortalBus(const PortalBus&) = delete;
   PortalBus& operator=(const PortalBus&) = delete;
 
@@ -35,8 +35,8 @@ class PortalBus {
   /// What the portal sends to this program or to all, of the type that `heard` expects or not.
   void onSignal(const char* interface, const char* signal, Heard heard);
 
-  /// Joins the bus, in place of one that it joined before. Without a bus nothing comes.
-  void join(Deadline deadline);
+  /// Joins the bus, in place of one that it joined before. False without one; nothing comes then.
+  bool join(Deadline deadline);
   [[nodiscard]] bool isThere() const { return isThere_; }
   /// Whether nothing is asked at the moment, be it only whether a portal is there.
   [[nodiscard]] bool isQuiet() const { return open_ == 0; }
@@ -46,7 +46,11 @@ class PortalBus {
   /// Starts no portal. Takes `arguments` when they are floating. What is not answered when another
   /// bus is joined never is.
   void ask(const char* interface, const char* method, GVariant* arguments, Answered answered);
-  /// Asks a portal that does not run to come; answered once it runs, or when there is none.
+  /// Whether GNOME's own part of the portal has that interface: a portal shows what any desktop's
+  /// has that is installed. The reply is null when it has not.
+  void askGnome(const char* interface, Answered answered);
+  /// Asks a portal that does not run to come; answered once it runs, or when there is none. The
+  /// reply is null in the second case.
   void start(Answered answered);
   /// What nobody answers to, at an object of the portal's.
   void send(const std::string& object, const char* interface, const char* method);
@@ -78,6 +82,7 @@ class PortalBus {
   std::vector<guint> subscriptions_;
   guint watch_ = 0;
   bool isLooking_ = false;  // it is not known yet whether a portal is there
+  bool isOwned_ = false;    // one is, and may not know yet who asks
   bool isThere_ = false;
   int open_ = 0;
   Lifetime life_;
