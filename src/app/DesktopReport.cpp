@@ -118,7 +118,7 @@ Finding shortcut(const DesktopFacts& facts, const std::string& keys, const Short
       finding.says = keys + ", asked for by the running Vantorel";
       break;
     case Shortcut::offered:
-      finding.says = keys + ", where it is free";
+      finding.says = keys + (facts.asksForShortcut ? ", once you agree" : ", where it is free");
       break;
     case Shortcut::free:
       finding.says = keys + " is free";

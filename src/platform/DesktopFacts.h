@@ -35,6 +35,7 @@ struct DesktopFacts {
   /// Windows are told to programs alone that are installed, and keys taken from them.
   bool wantsInstalledPrograms = false;
   std::string shortcutService = {};  // empty: the window system itself
+  bool asksForShortcut = false;      // that service asks its user first
   Tray tray = Tray::none;
   bool hasSettingsPortal = false;
   bool hasTextReader = false;              // the program that reads the text in pictures

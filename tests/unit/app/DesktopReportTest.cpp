@@ -129,6 +129,8 @@ TEST(DesktopReport, AServiceThatGivesShortcutsIsNamed) {
   EXPECT_TRUE(report(facts).isEnough);
   EXPECT_THAT(report(facts).text, HasSubstr("yes  Shortcut          Super+V, where it is free "
                                             "(org.kde.kglobalaccel)\n"));
+  facts.asksForShortcut = true;
+  EXPECT_THAT(report(facts).text, HasSubstr("Super+V, once you agree (org.kde.kglobalaccel)\n"));
   facts.shortcut = DesktopFacts::Shortcut::held;
   EXPECT_THAT(report(facts).text, HasSubstr("running Vantorel (org.kde.kglobalaccel)\n"));
 }

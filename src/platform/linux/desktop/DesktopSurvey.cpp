@@ -17,6 +17,7 @@
 #include "platform/linux/glib/SessionBusAddress.h"
 #include "platform/linux/keyring/KeyringState.h"
 #include "platform/linux/settings/JsonUserDefaults.h"
+#include "platform/linux/shortcuts/OwnCommand.h"
 #include "platform/linux/textinpictures/TextModels.h"
 #include "platform/linux/textinpictures/WorkerTextRecognition.h"
 #include "platform/linux/wayland/DataControl.h"
@@ -82,6 +83,19 @@ class Bus {
     return false;
   }
 
+  /// Whether the portal gives programs shortcuts, and GNOME's own part of it does. The portal is
+  /// not started for this.
+  [[nodiscard]] bool hasShortcutsOfGnome() {
+    const auto offers = [this](const char* program, const char* interface) {
+      return call({program, "/org/freedesktop/portal/desktop", "org.freedesktop.DBus.Properties",
+                   "GetAll"},
+                  g_variant_new("(s)", interface), nullptr) != nullptr;
+    };
+    return offers("org.freedesktop.portal.Desktop", "org.freedesktop.portal.GlobalShortcuts") &&
+           offers("org.freedesktop.impl.portal.desktop.gnome",
+                  "org.freedesktop.impl.portal.GlobalShortcuts");
+  }
+
   /// Whether somebody shows the items that a tray's watcher collects. One that is a tray itself
   /// need not know the question.
   [[nodiscard]] bool showsItems() {
@@ -128,10 +142,13 @@ class Bus {
   ObjectPointer<GDBusConnection> connection_;
 };
 
-/// Who takes keys for programs inside of a compositor; empty for nobody.
-std::string shortcutService(Bus& bus) {
+/// Who takes keys for programs inside of a compositor; nobody without a name.
+void lookForShortcutService(DesktopFacts& facts, Bus& bus) {
   constexpr auto service = "org.kde.kglobalaccel";
-  return bus.has("org.kde.KWin") && bus.has(service) ? service : "";
+  if (bus.has("org.kde.KWin") && bus.has(service)) facts.shortcutService = service;
+  const bool isGnome = desktopName(processEnvironment).find("GNOME") != std::string::npos;
+  facts.asksForShortcut = isGnome && bus.hasShortcutsOfGnome();
+  if (facts.asksForShortcut) facts.shortcutService = "org.freedesktop.portal.GlobalShortcuts";
 }
 
 void lookAtBus(DesktopFacts& facts) {
@@ -141,7 +158,7 @@ void lookAtBus(DesktopFacts& facts) {
   facts.hasSessionBus = bus.answers();
   if (!facts.hasSessionBus) return;
   facts.isRunning = bus.has(applicationId::name);
-  facts.shortcutService = shortcutService(bus);
+  lookForShortcutService(facts, bus);
   constexpr auto portal = "org.freedesktop.portal.Desktop";
   facts.hasSettingsPortal = bus.has(portal) || bus.starts(portal);
   // Last: a tray that is silent takes all the time that is left.
