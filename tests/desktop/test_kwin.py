@@ -7,6 +7,7 @@ import unittest
 
 from harness.compositor_programs import Konsole, KWrite, Mousepad
 from harness.kwin import KwinDesktop
+from harness.sway import leave_root
 from harness.vantorel import program_path
 from harness.waiting import wait_for
 from harness.wayland_case import PastingTestCase
@@ -16,7 +17,14 @@ TESTS = os.path.realpath(sys.executable)
 
 
 class KwinTestCase(PastingTestCase):
+    """As an ordinary user: an administrator's compositor sees more of other processes."""
+
     desktop_class = KwinDesktop
+
+    @classmethod
+    def setUpClass(cls):
+        leave_root()
+        super().setUpClass()
 
     def check(self):
         return self.vantorel.command("--check").stdout.decode()

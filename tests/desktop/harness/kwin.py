@@ -7,7 +7,7 @@ import shutil
 from .desktop import PrivateDesktop
 from .waiting import wait_for
 from .wayland_clipboard import WaylandClipboard
-from .wayland_devices import WaylandKeyboard
+from .wayland_devices import FakePointer, WaylandKeyboard
 from .wayland_windows import WaylandWindows
 from .wayland_wire import Wire, offered
 
@@ -59,6 +59,7 @@ class KwinDesktop(PrivateDesktop):
         self._start_on_x_server()
         self._wire = Wire(self.env)
         self.keyboard = WaylandKeyboard(self._wire)
+        self.pointer = FakePointer(self._wire)
         self.windows = WaylandWindows(self)
 
     def _start_kwin(self):

@@ -43,7 +43,7 @@ class SwayDesktop(PrivateDesktop):
     clipboard_class = WaylandClipboard
     windows_class = SwayWindows
     windows_take_keys_late = True
-    seconds_of_a_key = PATIENCE  # a command is started, and a screen reader is told
+    seconds_of_a_key = 2 * PATIENCE  # a command is started, and a screen reader is told
 
     def __init__(self, *, xwayland=True, outputs=1, output_scale=1, **options):
         super().__init__(window_manager=None, **options)

@@ -68,8 +68,7 @@ class WaylandKeyboard:
 
     def _ask(self):
         self._device = None
-        self._fake = self._wire.bind(_FAKE, 4)
-        self._wire.send(self._fake, 0, packed("tests") + packed("pressing keys"))
+        self._fake = _allowed(self._wire)
 
     def _key(self, key, state):
         code = PHYSICAL[key] - _X11_DISTANCE
@@ -143,6 +142,33 @@ class WaylandPointer:
         self._wire.send(self._device, request, struct.pack(form, *numbers))
         self._wire.send(self._device, 4)
         self._wire.wait()
+
+
+class FakePointer:
+    """Moves and clicks where the compositor takes what programs say of the seat's own devices."""
+
+    def __init__(self, wire):
+        self._wire = wire
+        self._fake = _allowed(wire)
+
+    def move(self, x, y):
+        self._tell(9, round(x) * 256, round(y) * 256)
+
+    def click(self, x, y, button=1):
+        self.move(x, y)
+        for state in (1, 0):
+            self._tell(2, _BUTTONS[button], state)
+
+    def _tell(self, request, *numbers):
+        self._wire.send(self._fake, request, struct.pack("=2I", *numbers))
+        self._wire.wait()
+
+
+def _allowed(wire):
+    """What takes fake input, asked to."""
+    fake = wire.bind(_FAKE, 4)
+    wire.send(fake, 0, packed("tests") + packed("pressing keys"))
+    return fake
 
 
 def _made(wire, manager):
