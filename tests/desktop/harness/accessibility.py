@@ -57,9 +57,9 @@ class Accessibility:
         self._desktop = desktop
         self._process = None
 
-    def program(self, name):
-        """The accessible tree of a running program, or nothing."""
-        answer = self._ask({"read": name})
+    def program(self, name, depth=24):
+        """The accessible tree of a running program down to some depth, or nothing."""
+        answer = self._ask({"read": name, "depth": depth})
         return None if answer is None else Element(answer)
 
     def press(self, name, element):

@@ -2,7 +2,7 @@
 """Reads programs as a screen reader does, over AT-SPI. Run as a program on the private desktop.
 
 One request per line on standard input, one JSON answer per line on standard output:
-{"read": "vantorel"} answers the program's accessible tree as nested objects;
+{"read": "vantorel", "depth": 24} answers the program's accessible tree as nested objects;
 {"press": [pid, path]} performs the first action of the object at a path of child indexes;
 {"focused": true} answers the names of what readers were sent to since they were asked last, and
 begins to note them when it is asked first; {"notified": true} the same of notifications.
@@ -17,7 +17,6 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be named first)
 
-_DEPTH = 24
 _RENAMED = {"button": "push button"}  # by newer versions of the library
 
 
@@ -64,7 +63,7 @@ def _value(element):
     return None if text is None else Atspi.Text.get_text(text, 0, -1)
 
 
-def _describe(element, depth=0):
+def _describe(element, depth):
     states = element.get_state_set()
     extents = None
     component = element.get_component_iface()
@@ -72,11 +71,11 @@ def _describe(element, depth=0):
         box = component.get_extents(Atspi.CoordType.SCREEN)
         extents = [box.x, box.y, box.width, box.height]
     children = []
-    if depth < _DEPTH:
+    if depth > 0:
         for index in range(min(element.get_child_count(), 400)):
             child = element.get_child_at_index(index)
             if child is not None:
-                children.append(_describe(child, depth + 1))
+                children.append(_describe(child, depth - 1))
     return {
         "role": _RENAMED.get(element.get_role_name(), element.get_role_name()),
         "name": element.get_name() or "",
@@ -103,7 +102,7 @@ def _find(name):
 def _answer(request):
     if "read" in request:
         application = _find(request["read"])
-        return None if application is None else _describe(application)
+        return None if application is None else _describe(application, request["depth"])
     if "focused" in request:
         return _focus.names()
     if "notified" in request:

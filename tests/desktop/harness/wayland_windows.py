@@ -15,7 +15,7 @@ class WaylandWindows:
         self._program = program
 
     def shown(self):
-        program = self._accessibility.program(self._program)
+        program = self._accessibility.program(self._program, depth=1)
         return [] if program is None else [each for each in program.children if each.showing]
 
     def titled(self, title):
