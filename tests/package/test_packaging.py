@@ -2,6 +2,7 @@
 """What is installed beside the program: files of the right form that say what the program does, at
 the right places; and the scripts that build it."""
 
+import fnmatch
 import json
 import os
 import re
@@ -178,6 +179,44 @@ class Installing(PackagingCase):
         commands = self.commands_of_entry(root)
         self.assertEqual(commands[:2], ["/opt/vantorel/bin/vantorel",
                                         "/opt/vantorel/bin/vantorel --toggle"])
+
+
+class Recipes(PackagingCase):
+    """The other distributions' recipes follow what the build looks for and installs."""
+
+    def setUp(self):
+        self.spec = read(PACKAGING, "fedora", "vantorel.spec")
+        self.scripts = "".join(
+            read(folder, "CMakeLists.txt")
+            for folder, _, files in os.walk(os.path.join(ROOT, "src")) if "CMakeLists.txt" in files)
+
+    def test_fedoras_names_what_the_build_looks_for(self):
+        calls = re.findall(r"pkg_check_modules\(\w+ ([^)]*)\)", self.scripts)
+        modules = {word for call in calls for word in call.split() if not word.isupper()}
+        self.assertIn("wayland-client", modules)
+        if "wayland-scanner" in self.scripts:
+            modules.add("wayland-scanner")
+        missing = [module for module in sorted(modules)
+                   if f"\nBuildRequires:  pkgconfig({module})\n" not in self.spec]
+        self.assertEqual(missing, [])
+        self.assertEqual("Qt6::GuiPrivate" in self.scripts,
+                         "\nBuildRequires:  qt6-qtbase-private-devel\n" in self.spec)
+
+    def test_fedoras_packs_what_is_installed_and_no_more(self):
+        stage = self.directory()
+        done = run("cmake", "--install", BUILD, "--prefix", "/usr",
+                   env={**os.environ, "DESTDIR": stage})
+        self.assertEqual(done.returncode, 0, done.stdout)
+        installed = [os.path.join(folder, file).removeprefix(stage)
+                     for folder, _, files in os.walk(stage) for file in files]
+        places = {"_bindir": "/usr/bin", "_libexecdir": "/usr/libexec", "_datadir": "/usr/share",
+                  "_mandir": "/usr/share/man", "_metainfodir": "/usr/share/metainfo"}
+        packed = [re.sub(r"%{(\w+)}", lambda macro: places[macro[1]], line)
+                  for line in self.spec.partition("\n%files\n")[2].split() if line.startswith("%{")]
+        patterns = [pattern + "*" if pattern.endswith("/") else pattern for pattern in packed]
+        self.assertEqual([file for file in installed
+                          if not any(fnmatch.fnmatch(file, each) for each in patterns)], [])
+        self.assertEqual([each for each in patterns if not fnmatch.filter(installed, each)], [])
 
 
 class Building(PackagingCase):
