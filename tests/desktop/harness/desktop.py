@@ -195,6 +195,15 @@ class PrivateDesktop:
             raise RuntimeError("the X server did not start")
         self.env["DISPLAY"] = f":{number}"
 
+    @staticmethod
+    def _make_folder_of_x_servers():
+        """As a login makes it: without it compositors have no X server, newer ones with any other
+        mode neither."""
+        folder = "/tmp/.X11-unix"
+        if not os.path.exists(folder):
+            os.mkdir(folder)
+            os.chmod(folder, 0o1777)
+
     def _start_compositor(self):
         self.start("picom", ["picom", "--backend", "xrender", "--config", "/dev/null"])
         atom = self.display.intern_atom("_NET_WM_CM_S0")

@@ -82,7 +82,7 @@ class GnomeDesktop(PrivateDesktop):
         wait_for("a system bus", lambda: os.path.exists(f"{self.runtime}/system-bus"))
 
     def _start_shell(self):
-        os.makedirs("/tmp/.X11-unix", exist_ok=True)  # or there is no X server
+        self._make_folder_of_x_servers()
         self.processes.start(
             "gnome-shell", ["gnome-shell", "--headless", "--virtual-monitor",
                             f"{self.size[0]}x{self.size[1]}", "--wayland", "--wayland-display",

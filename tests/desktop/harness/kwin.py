@@ -70,9 +70,7 @@ class KwinDesktop(PrivateDesktop):
         with open(tell, "w", encoding="utf-8") as file:
             file.write(_TELL.format(told=told))
         os.chmod(tell, 0o700)
-        if not os.path.exists("/tmp/.X11-unix"):  # or there is no X server
-            os.mkdir("/tmp/.X11-unix")
-            os.chmod("/tmp/.X11-unix", 0o1777)
+        self._make_folder_of_x_servers()
         # It comes with a capability, which it need not have, and without which it does not start in
         # most containers.
         program = shutil.copy(shutil.which("kwin_wayland"), self.base)
