@@ -8,7 +8,7 @@ import unittest
 from harness.compositor_programs import Konsole, KWrite, Mousepad
 from harness.kwin import KwinDesktop
 from harness.sway import leave_root
-from harness.vantorel import program_path
+from harness.vantorel import NO_TARGET_NOTICE, program_path
 from harness.waiting import wait_for
 from harness.wayland_case import PastingTestCase
 
@@ -76,17 +76,36 @@ class Pasting(KwinTestCase):
             self.choose(*["Down"] * (4 - number), "Return")
             editor.wait_for_text("".join(texts[:number + 1]))
 
-    def test_what_the_user_holds_does_not_spoil_it(self):
-        terminal = Konsole(self)
+    def choose_while_holding(self, *keys):
         self.copy("first", "second")
         self.vantorel.command("--toggle")
         self.vantorel.wait_for_panel()
-        self.desktop.keyboard.down("Super")
-        self.desktop.keyboard.down("Shift")
-        self.desktop.pointer.click(*self.vantorel.wait_for_row("first").centre)
+        row = self.vantorel.wait_for_row("first")
+        for key in keys:
+            self.desktop.keyboard.down(key)
+        self.desktop.pointer.click(*row.centre)
+
+    def let_go(self, *keys):
+        for key in keys:
+            self.desktop.keyboard.up(key)
+
+    def test_what_the_user_holds_is_waited_for(self):
+        terminal = Konsole(self)
+        self.choose_while_holding("Super", "Shift")
+        self.let_go("Shift", "Super")
         terminal.wait_for_text("first")
-        self.desktop.keyboard.up("Shift")
-        self.desktop.keyboard.up("Super")
+
+    def test_what_the_user_goes_on_holding_does_not_spoil_it(self):
+        pasted = "first" if self.desktop.lets_go_for_programs() else ""
+        terminal = Konsole(self)
+        self.choose_while_holding("Super", "Shift")
+        if pasted:
+            terminal.wait_for_text(pasted)
+        else:
+            self.vantorel.wait_for_notice(NO_TARGET_NOTICE)
+        self.let_go("Shift", "Super")
+        self.desktop.keyboard.tap("a")
+        terminal.wait_for_text(f"{pasted}a")
 
 
 class WithoutLatinLetters(KwinTestCase):

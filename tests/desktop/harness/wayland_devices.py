@@ -33,7 +33,8 @@ class WaylandKeyboard:
         if _VIRTUAL in wire.offered:
             self._plug_in(layout)
         else:
-            self._ask()
+            self._device = None
+            self._fake = _asked(wire)
         wire.wait()
 
     def down(self, key):
@@ -65,10 +66,6 @@ class WaylandKeyboard:
             self._wire.send(self._device, 0, struct.pack("=2I", 1, len(keymap)), file)
         finally:
             os.close(file)
-
-    def _ask(self):
-        self._device = None
-        self._fake = _allowed(self._wire)
 
     def _key(self, key, state):
         code = PHYSICAL[key] - _X11_DISTANCE
@@ -144,28 +141,29 @@ class WaylandPointer:
         self._wire.wait()
 
 
-class FakePointer:
-    """Moves and clicks where the compositor takes what programs say of the seat's own devices."""
+class FakePointer(WaylandPointer):
+    """The same where KWin lets a program be one."""
 
     def __init__(self, wire):
         self._wire = wire
-        self._fake = _allowed(wire)
+        self._device = _asked(wire)
 
     def move(self, x, y):
-        self._tell(9, round(x) * 256, round(y) * 256)
+        self._tell(9, "=2i", round(x * 256), round(y * 256))
 
-    def click(self, x, y, button=1):
-        self.move(x, y)
-        for state in (1, 0):
-            self._tell(2, _BUTTONS[button], state)
+    def _button(self, button, state):
+        self._tell(2, "=2I", _BUTTONS[button], state)
 
-    def _tell(self, request, *numbers):
-        self._wire.send(self._fake, request, struct.pack("=2I", *numbers))
+    def _scroll(self, notches):
+        self._tell(3, "=Ii", 0, notches * _NOTCH * 256)
+
+    def _tell(self, request, form, *numbers):
+        self._wire.send(self._device, request, struct.pack(form, *numbers))
         self._wire.wait()
 
 
-def _allowed(wire):
-    """What takes fake input, asked to."""
+def _asked(wire):
+    """KWin's devices for programs, which it has been asked for."""
     fake = wire.bind(_FAKE, 4)
     wire.send(fake, 0, packed("tests") + packed("pressing keys"))
     return fake
