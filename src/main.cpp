@@ -27,6 +27,7 @@
 #include "platform/linux/start/TerminationSignals.h"
 #include "platform/linux/wayland/toolkit/LayerWindows.h"
 #include "platform/linux/xdg/XdgDirectories.h"
+#include "platform/qt/DisplayLoss.h"
 #include "platform/qt/QtDispatch.h"
 #include "security/HistoryKeychain.h"
 #include "tool/Tool.h"
@@ -77,6 +78,7 @@ int main(int argc, char** argv) {
   const auto quit = [] { QCoreApplication::exit(0); };
   const TerminationSignals terminationSignals(dispatch, quit);
   Program program(line.request(), quit);
+  const DisplayLoss displayLoss([&program] { program.finishSaving(); });
   using Extent = PortalAnswers::Extent;
   const bool isWayland = session.windows == Session::Windows::wayland;
   Portal portal(dispatch, isWayland ? Extent::all : Extent::colors, closeProcess);

@@ -45,6 +45,9 @@ class AppDelegate : public ApplicationCommands {
   /// Stops timers and observers and gives the shortcut back. The history has been saved after
   /// every change that could be saved.
   void applicationWillTerminate();
+  /// The process is about to be ended on the spot: what is owed to the disk goes there. Touches no
+  /// window.
+  void finishSaving() { store_.finishSaving(); }
   /// Another start of the program, or a click on its icon: brings up the panel, unless one of the
   /// windows is there.
   void applicationShouldHandleReopen();

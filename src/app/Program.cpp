@@ -95,6 +95,10 @@ void Program::perform(const ActionRequest& request) {
   if (!request.action.empty() || !pending_) pending_ = request;
 }
 
+void Program::finishSaving() {
+  if (delegate_) delegate_->finishSaving();
+}
+
 void Program::end() {
   if (delegate_) delegate_->applicationWillTerminate();
   delegate_.reset();

@@ -43,6 +43,9 @@ class Program {
   /// What this start, another one, a launcher or the desktop asks for; waits for the delegate.
   void perform(const ActionRequest& request);
   void end();
+  /// In the place of `end`, when the process is ended on the spot: what is owed to the disk goes
+  /// there. Touches no window.
+  void finishSaving();
 
  private:
   void launch();

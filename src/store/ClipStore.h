@@ -99,6 +99,10 @@ class ClipStore {
   /// Whether the list came to the disk the last time. One that `failed` is tried again by itself.
   [[nodiscard]] SealedHistory::Outcome lastSave() const { return saver_.lastSave(); }
 
+  /// For a process that is ended from outside: returns when the list as it is stands on the disk,
+  /// or cannot. Nobody is told of trouble any more.
+  void finishSaving() { saver_.finish(); }
+
   /// What was taken in. The entry may have had to go again at once.
   struct Capture {
     Uuid id;

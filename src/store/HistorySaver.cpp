@@ -36,7 +36,9 @@ HistorySaver::HistorySaver(Dispatch& dispatch, SealedHistory file, AssetFolder a
                            const std::vector<ClipItem>& items)
     : dispatch_(dispatch), file_(std::move(file)), assets_(std::move(assets)), items_(items) {}
 
-HistorySaver::~HistorySaver() {
+HistorySaver::~HistorySaver() { finish(); }
+
+void HistorySaver::finish() {
   onTroubleChange = nullptr;
   if (background_) {
     const auto outcome = background_->outcome;

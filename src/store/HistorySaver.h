@@ -26,8 +26,7 @@ class HistorySaver {
   /// Saves `items`, as it then is, to `file`. All outlive this but what is copied.
   HistorySaver(Dispatch& dispatch, SealedHistory file, AssetFolder assets,
                const std::vector<ClipItem>& items);
-  /// Waits for a save under way. Unless that brought the latest list to the disk, or nothing had to
-  /// go there, saves once more.
+  /// Finishes.
   ~HistorySaver();
   HistorySaver(const HistorySaver&) = delete;
   HistorySaver& operator=(const HistorySaver&) = delete;
@@ -39,6 +38,10 @@ class HistorySaver {
 
   /// Saves at once, or a long list on a queue; tries again by itself when that fails.
   void save();
+  /// For the end of the process: waits for a save under way, and unless that brought the latest
+  /// list to the disk, or nothing had to go there, saves once more. Nobody is told of trouble any
+  /// more.
+  void finish();
   /// Returns when nothing writes any more, and nothing will until the next `save`. Whether the last
   /// save came to its end is not known then.
   void giveUpSave() {

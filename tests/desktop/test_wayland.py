@@ -1,10 +1,12 @@
 # SPDX-License-Identifier: MIT
 """What is special about a Wayland session, whether or not an X server stands inside of it."""
 
+import os
 import unittest
 
 from harness.compositor_programs import FeatherPad, Foot, GnomeTextEditor, Mousepad, XTerm
 from harness.case import VantorelTestCase
+from harness.history import text_item
 from harness.vantorel import NO_TARGET_NOTICE, program_path
 from harness.waiting import wait_for
 from harness.wayland_case import OnSway, PastingTestCase
@@ -249,6 +251,28 @@ class Panel(SwayTestCase):
         wait_for("the program to end", lambda: not self.vantorel.is_running(), 3)
         self.assertEqual(self.vantorel.process.returncode, 1, "it crashed")
         self.assertEqual(self.vantorel.history.texts()[0], "third")
+        self.vantorel.process = None
+
+    def test_what_was_seen_before_the_compositor_ended_is_on_the_disk(self):
+        # So long a history is written beside the program's other work.
+        self.vantorel.quit()
+        self.vantorel.history.write([text_item(f"{number} " + "long text " * 800_000, number)
+                                     for number in range(4)])
+        self.vantorel.start(capturing=False)
+        self.vantorel.wait_until_on_bus()
+        before = os.listdir(self.vantorel.history.directory)
+        self.open()
+        self.desktop.keyboard.chord("Ctrl+p")
+        wait_for("the pin", lambda: self.vantorel.history.items()[0].get("isPinned"))
+        self.clipboard.copy("the last words")
+        wait_for("the copy to be on its way to the disk",
+                 lambda: set(os.listdir(self.vantorel.history.directory)) - set(before))
+        self.desktop.take_screen_away()
+        wait_for("the program to end", lambda: not self.vantorel.is_running())
+        self.assertEqual(self.vantorel.process.returncode, 1, "it crashed")
+        items = self.vantorel.history.items()
+        self.assertEqual([item.get("isPinned", False) for item in items], [True] + 4 * [False])
+        self.assertEqual(items[1]["text"], "the last words")
         self.vantorel.process = None
 
 

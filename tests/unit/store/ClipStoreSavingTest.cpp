@@ -83,6 +83,21 @@ TEST_F(SavingALongHistory, WhatASaveUnderWayCouldNotWriteIsWrittenAtTheEnd) {
   EXPECT_EQ(savedCount(), 1U);
 }
 
+TEST_F(SavingALongHistory, IsOnTheDiskWhenItIsFinishedThoughNothingEnds) {
+  store_.addText(longText('a'));
+  store_.addText("b");
+  EXPECT_EQ(savedCount(), 0U);
+  store_->finishSaving();
+  EXPECT_EQ(savedCount(), 2U);
+  const auto before = writes();
+  store_->finishSaving();
+  store_.dispatch().runQueued();
+  EXPECT_EQ(writes(), before) << "once";
+  store_.addText("c");
+  store_.dispatch().runQueued();
+  EXPECT_EQ(savedCount(), 3U);
+}
+
 TEST_F(SavingALongHistory, IsTriedAgainAfterAFailure) {
   store_.files().fail(Operation::writeNewFile, std::errc::no_space_on_device);
   store_.addText(longText('a'));
