@@ -29,6 +29,7 @@ void HotKeyRegistration::registerHotKey(Asking asking) {
 
 void HotKeyRegistration::fallBack() {
   reference_.reset();
+  instead_.reset();
   if (shortcut_ != HotKeyShortcut{}) {
     store({});
     tell("Saved shortcut unavailable. Using ⌘⇧V.");
@@ -39,7 +40,7 @@ void HotKeyRegistration::fallBack() {
 
 HotKeyRegistration::ApplyResult HotKeyRegistration::apply(const HotKeyShortcut& candidate) {
   dropCandidate();
-  if (candidate == shortcut_ && reference_) return ApplyResult::unchanged;
+  if (candidate == shortcut() && reference_) return ApplyResult::unchanged;
   letAsk(true);
   const auto reference = take(candidate);
   if (!reference) return ApplyResult::unavailable;
@@ -85,9 +86,17 @@ void HotKeyRegistration::answered(HotKeyRef reference, HotKeyAnswer answer) {
     fallBack();
   } else {
     note(answer);
+    lookForOthersHeld(reference);
     if (isAbsent_) reference_.reset();
   }
   changed();
+}
+
+void HotKeyRegistration::lookForOthersHeld(HotKeyRef reference) {
+  instead_.reset();
+  if (const auto keys = hotKeys_.heldInstead(reference)) {
+    instead_ = {keys->keyCode, keys->modifiers, keys->label};
+  }
 }
 
 void HotKeyRegistration::candidateAnswered(HotKeyAnswer answer) {
@@ -127,7 +136,7 @@ void HotKeyRegistration::letAsk(bool may) {
 }
 
 std::string HotKeyRegistration::display() const {
-  return isGiven() ? hotKeys_.given(*reference_) : shortcut_.display();
+  return isGiven() ? hotKeys_.given(*reference_) : shortcut().display();
 }
 
 bool HotKeyRegistration::isGiven() const {
@@ -148,6 +157,7 @@ void HotKeyRegistration::adopt(const HotKeyShortcut& shortcut, HotKeyRef referen
 
 void HotKeyRegistration::store(const HotKeyShortcut& shortcut) {
   shortcut_ = shortcut;
+  instead_.reset();
   shortcut_.save(defaults_);
 }
 

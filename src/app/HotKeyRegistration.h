@@ -61,7 +61,8 @@ class HotKeyRegistration {
   /// Gives back the shortcut, then the handler. `registerHotKey` may be called again.
   void unregisterHotKey();
 
-  [[nodiscard]] const HotKeyShortcut& shortcut() const { return shortcut_; }
+  /// The one in use: the user's choice, here or in the desktop's own settings.
+  [[nodiscard]] const HotKeyShortcut& shortcut() const { return instead_ ? *instead_ : shortcut_; }
   /// The keys in force: those that the desktop gave, else the shortcut.
   [[nodiscard]] std::string display() const;
   /// Whether the desktop says which keys these are, whatever this program would choose.
@@ -85,6 +86,7 @@ class HotKeyRegistration {
   void candidateAnswered(HotKeyAnswer answer);
   void note(HotKeyAnswer answer);
   void letAsk(bool may);
+  void lookForOthersHeld(HotKeyRef reference);
   void fallBack();
   void dropCandidate();
   void adopt(const HotKeyShortcut& shortcut, HotKeyRef reference);
@@ -97,8 +99,9 @@ class HotKeyRegistration {
   UserDefaults& defaults_;
   Dispatch& dispatch_;
   HotKeyShortcut shortcut_;
-  std::optional<HotKeyRef> reference_;  // held, or asked for
-  std::optional<Candidate> candidate_;  // asked for by `apply`
+  std::optional<HotKeyShortcut> instead_;  // which the desktop remembers, and nothing here stores
+  std::optional<HotKeyRef> reference_;     // held, or asked for
+  std::optional<Candidate> candidate_;     // asked for by `apply`
   bool handlerInstalled_ = false;
   bool isAbsent_ = false;  // so the desktop said
   bool mayAsk_ = false;

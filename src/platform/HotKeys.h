@@ -55,11 +55,17 @@ class HotKeys {
       const HotKeyCombination& combination, HotKeyId id) = 0;
   virtual void unregisterHotKey(HotKeyRef reference) = 0;
 
+  /// The keys that are held in the place of those asked for, since the user chose them with the
+  /// desktop's own means; where they are on the keyboard is not told. Absent: those asked for.
+  [[nodiscard]] virtual std::optional<HotKeyCombination> heldInstead(
+      HotKeyRef /*reference*/) const {
+    return std::nullopt;
+  }
   /// Whether the desktop has yet to answer to a registration.
   [[nodiscard]] virtual bool isAwaited(HotKeyRef /*reference*/) const { return false; }
   /// Called in a later turn than the registration, with the answer to one that is awaited; again
-  /// when the desktop takes the keys away or gives others. Replaces the previous handler; empty:
-  /// none.
+  /// when the desktop takes the keys away, gives others, or its user chooses others there.
+  /// Replaces the previous handler; empty: none.
   virtual void setAnswerHandler(const std::function<void(HotKeyRef, HotKeyAnswer)>& /*handler*/) {}
 
   /// Whether the desktop may ask its user about registrations that follow, if it is one that does.

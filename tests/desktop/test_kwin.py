@@ -14,6 +14,7 @@ from harness.wayland_case import PastingTestCase
 
 NO_KEYS_NOTICE = "Copied. Enable Accessibility for automatic paste."
 TESTS = os.path.realpath(sys.executable)
+META_SHIFT_P = 0x12000050  # as KDE writes keys
 
 
 class KwinTestCase(PastingTestCase):
@@ -106,6 +107,39 @@ class Pasting(KwinTestCase):
         self.let_go("Shift", "Super")
         self.desktop.keyboard.tap("a")
         terminal.wait_for_text(f"{pasted}a")
+
+
+class Shortcut(KwinTestCase):
+    autostart = False
+
+    def assert_opens(self, chord):
+        wait_for("the program to have its keys", lambda: "true" in self.desktop.bus_call(
+            "org.kde.kglobalaccel", "/component/com_vantorel_Vantorel",
+            "org.kde.kglobalaccel.Component.isActive"))
+        self.desktop.keyboard.chord(chord)
+        self.vantorel.wait_for_panel()
+        self.desktop.keyboard.tap("Escape")
+        self.vantorel.wait_until_hidden()
+
+    def choose_in_the_settings(self, keys):
+        self.desktop.bus_call("org.kde.kglobalaccel", "/kglobalaccel",
+                              "org.kde.KGlobalAccel.setForeignShortcut",
+                              "['com.vantorel.Vantorel', 'toggle', '', '']", f"[{keys}]")
+
+    def test_a_digit_with_shift_opens_the_panel(self):
+        self.vantorel.set_defaults({"shortcut.keyCode": 18, "shortcut.modifiers": 0x100 | 0x200,
+                                    "shortcut.keyLabel": "1"})
+        self.vantorel.start()
+        self.assert_opens("Super+Shift+1")
+
+    def test_keys_chosen_in_the_desktops_settings_hold(self):
+        self.vantorel.start()
+        self.assert_opens("Super+Shift+v")
+        self.choose_in_the_settings(META_SHIFT_P)
+        self.assert_opens("Super+Shift+p")
+        self.vantorel.quit()
+        self.vantorel.start()
+        self.assert_opens("Super+Shift+p")
 
 
 class WithoutLatinLetters(KwinTestCase):

@@ -43,6 +43,12 @@ void FakeHotKeys::answer(HotKeyAnswer answer) {
   if (const auto handler = answerHandler_) handler(newest, answer);
 }
 
+void FakeHotKeys::chooseInstead(const HotKeyCombination& keys) {
+  chosenFor_ = registered_.rbegin()->first;
+  chosen_ = keys;
+  answer(HotKeyAnswer::held);
+}
+
 void FakeHotKeys::pressHotKey(HotKeyId id) {
   if (const auto handler = handler_) handler(id);
 }

@@ -28,6 +28,9 @@ class FakeHotKeys : public HotKeys {
   [[nodiscard]] std::optional<HotKeyRef> registerHotKey(const HotKeyCombination& combination,
                                                         HotKeyId id) override;
   void unregisterHotKey(HotKeyRef reference) override;
+  [[nodiscard]] std::optional<HotKeyCombination> heldInstead(HotKeyRef reference) const override {
+    return reference == chosenFor_ ? chosen_ : std::nullopt;
+  }
   [[nodiscard]] bool isAwaited(HotKeyRef reference) const override {
     return awaited_.contains(reference);
   }
@@ -55,6 +58,8 @@ class FakeHotKeys : public HotKeys {
   void give(const std::string& keys) { given_ = keys; }
   /// Answers the newest registration.
   void answer(HotKeyAnswer answer);
+  /// The user chooses other keys in the desktop's settings for the newest registration.
+  void chooseInstead(const HotKeyCombination& keys);
   /// Called before a shortcut is given back.
   std::function<void()> onUnregister;
   void setHandlerInstallFails(bool fails) { installFails_ = fails; }
@@ -70,6 +75,8 @@ class FakeHotKeys : public HotKeys {
   std::map<HotKeyRef, Registered> registered_;
   std::function<void(HotKeyRef, HotKeyAnswer)> answerHandler_;
   std::set<HotKeyRef> awaited_;
+  HotKeyRef chosenFor_ = 0;
+  std::optional<HotKeyCombination> chosen_;
   bool answersLater_ = false;
   bool mayAsk_ = true;
   std::string given_;

@@ -65,7 +65,8 @@ DisplayLoss::DisplayLoss(std::function<void()> lastWord) : state_(std::make_shar
     auto* application = QCoreApplication::instance();
     if (type != QtWarningMsg || !isTheEnd(message) || application == nullptr) return;
     if (application->thread() == QThread::currentThread()) return state->say();
-    QMetaObject::invokeMethod(application, [state] { state->say(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        application, [state] { state->say(); }, Qt::QueuedConnection);
     std::unique_lock waiting(state->mutex);
     state->changed.wait_for(waiting, patience, [&] { return state->isSaid; });
   };

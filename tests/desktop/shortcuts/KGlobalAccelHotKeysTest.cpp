@@ -10,6 +10,7 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <array>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,6 +31,8 @@ const HotKeyCombination superShiftV{9, hotkeys::command | hotkeys::shift, "V"};
 const HotKeyCombination superAltSpace{49, hotkeys::command | hotkeys::option, "Space"};
 constexpr int metaShiftV = 0x12000056;
 constexpr int metaAltSpace = 0x18000020;
+constexpr int metaShift2 = 0x12000032;
+constexpr int metaAt = 0x10000040;
 constexpr HotKeyId ours{0x11223344, 1};
 
 QDBusConnection anotherConnection(const QString& name) {
@@ -57,6 +60,7 @@ class Service : public QDBusVirtualObject {
       questions.push_back(message);
       if (!isSilent_) answer(questions.size() - 1);
     } else {
+      if (message.member() == QLatin1String("unRegister")) remembered.reset();
       bus_.send(message.createReply());
     }
     return true;
@@ -67,8 +71,10 @@ class Service : public QDBusVirtualObject {
     action = question.arguments().at(0).toStringList();
     const auto asked = qdbus_cast<QList<int>>(question.arguments().at(1));
     flags = question.arguments().at(2).toUInt();
-    keys.clear();
-    if (asked.value(0) != ofOthers) keys = asked;
+    const bool autoloads = (flags & 4U) == 0;
+    keys = autoloads && remembered ? *remembered : asked;
+    for (int& key : keys) key = key == ofOthers ? 0 : key;
+    remembered = keys;
     bus_.send(question.createReply(QVariant::fromValue(keys)));
   }
   void press(const QString& program = QStringLiteral("com.vantorel.Vantorel"),
@@ -80,7 +86,20 @@ class Service : public QDBusVirtualObject {
     bus_.send(signal);
   }
 
+  /// The user gives that action these keys in the settings.
+  void choose(const QList<int>& chosen, const char* signalName = "yourShortcutsChanged",
+              const QString& name = QStringLiteral("toggle")) {
+    remembered = chosen;
+    auto signal = QDBusMessage::createSignal(QStringLiteral("/kglobalaccel"),
+                                             QStringLiteral("org.kde.KGlobalAccel"),
+                                             QString::fromLatin1(signalName));
+    signal << QStringList{QStringLiteral("com.vantorel.Vantorel"), name}
+           << QVariant::fromValue(chosen);
+    bus_.send(signal);
+  }
+
   int ofOthers = 0;
+  std::optional<QList<int>> remembered;
   std::vector<std::string> calls;
   std::vector<QDBusMessage> questions;
   QStringList action;
@@ -138,10 +157,90 @@ TEST_F(KGlobalAccelHotKeysTest, TheKeysThatAreGivenBackAreHeldAndPressed) {
   EXPECT_EQ(service.action.value(0), "com.vantorel.Vantorel");
   EXPECT_EQ(service.action.value(1), "toggle");
   EXPECT_THAT(service.keys, ElementsAre(metaShiftV));
-  EXPECT_EQ(service.flags, 6U);
+  EXPECT_EQ(service.flags, 2U) << "what it remembers would hold";
   service.press();
   ASSERT_TRUE(await([&] { return !presses_.empty(); }));
   EXPECT_THAT(presses_, ElementsAre(ours));
+}
+
+TEST_F(KGlobalAccelHotKeysTest, KeysThatTheUserChoseInTheSettingsHold) {
+  Service service;
+  service.remembered = {metaAltSpace};
+  const auto reference = ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(1));
+  EXPECT_THAT(answers_, ElementsAre(Pair(reference, HotKeyAnswer::held)));
+  EXPECT_EQ(hotKeys_.heldInstead(reference),
+            (HotKeyCombination{0, hotkeys::command | hotkeys::option, "Space"}));
+  EXPECT_EQ(service.remembered, QList<int>{metaAltSpace});
+  service.press();
+  ASSERT_TRUE(await([&] { return !presses_.empty(); }));
+}
+
+TEST_F(KGlobalAccelHotKeysTest, KeysThatAreChosenThereMeanwhileAreTold) {
+  Service service;
+  const auto reference = ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(1));
+  EXPECT_EQ(hotKeys_.heldInstead(reference), std::nullopt);
+  service.choose({metaAltSpace}, "yourShortcutsChanged", QStringLiteral("other"));
+  service.choose({metaAltSpace});
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(reference, HotKeyAnswer::held));
+  EXPECT_EQ(hotKeys_.heldInstead(reference)->label, "Space");
+  service.choose({0x01000033 | 0x10000000}, "yourShortcutGotChanged");
+  ASSERT_TRUE(awaitAnswers(3));
+  EXPECT_EQ(hotKeys_.heldInstead(reference), (HotKeyCombination{0, hotkeys::command, "F4"}));
+}
+
+TEST_F(KGlobalAccelHotKeysTest, KeysThatAreChosenHereReplaceThose) {
+  Service service;
+  service.remembered = {metaAltSpace};
+  const auto old = ask(superAltSpace);
+  ASSERT_TRUE(awaitAnswers(1));
+  const auto newer = ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(newer, HotKeyAnswer::held));
+  EXPECT_EQ(service.flags, 6U);
+  EXPECT_EQ(hotKeys_.heldInstead(newer), std::nullopt);
+  hotKeys_.unregisterHotKey(newer);
+  ASSERT_TRUE(await([&] { return service.keys == QList<int>{metaAltSpace}; })) << old;
+}
+
+TEST_F(KGlobalAccelHotKeysTest, KeysThatWereTakenAwayThereStayAway) {
+  Service service;
+  service.remembered = QList<int>{};
+  const auto reference = ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(1));
+  EXPECT_THAT(answers_, ElementsAre(Pair(reference, HotKeyAnswer::absent)));
+  EXPECT_EQ(service.remembered, QList<int>());
+  const auto chosen = ask(superAltSpace);  // in the recorder
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(chosen, HotKeyAnswer::held));
+  EXPECT_THAT(service.keys, ElementsAre(metaAltSpace));
+}
+
+TEST_F(KGlobalAccelHotKeysTest, ARefusalIsNotRememberedAsTheUsersWish) {
+  Service service;
+  service.ofOthers = metaShiftV;
+  ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(1));
+  ASSERT_TRUE(await([&] { return service.calls.back() == "unRegister"; }));
+  service.ofOthers = 0;
+  const auto again = ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(again, HotKeyAnswer::held));
+}
+
+TEST_F(KGlobalAccelHotKeysTest, ADigitWithShiftIsAskedForByItsSignToo) {
+  Service service;
+  service.remembered = {metaShift2};  // as an earlier version asked
+  const auto reference = ask({19, hotkeys::command | hotkeys::shift, "2"});
+  ASSERT_TRUE(awaitAnswers(1));
+  EXPECT_THAT(answers_, ElementsAre(Pair(reference, HotKeyAnswer::held)));
+  EXPECT_THAT(service.keys, ElementsAre(metaShift2, metaAt));
+  service.ofOthers = metaAt;
+  const auto refused = ask({20, hotkeys::command | hotkeys::shift, "2"});
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(refused, HotKeyAnswer::taken)) << "it would not be heard";
 }
 
 TEST_F(KGlobalAccelHotKeysTest, PressesOfOtherActionsAreNotOurs) {
@@ -236,13 +335,27 @@ TEST_F(KGlobalAccelHotKeysTest, WithoutABusThereAreNone) {
   EXPECT_THAT(answers_, ElementsAre(Pair(1U, HotKeyAnswer::absent)));
 }
 
-TEST(KGlobalAccelKey, IsThePrintedKeyWithItsModifiers) {
-  EXPECT_EQ(kGlobalAccelKey(superShiftV), metaShiftV);
-  EXPECT_EQ(kGlobalAccelKey(superAltSpace), metaAltSpace);
-  EXPECT_EQ(kGlobalAccelKey({12, hotkeys::option | hotkeys::control, "A"}), 0x0c000041);
-  EXPECT_EQ(kGlobalAccelKey({19, hotkeys::control | hotkeys::shift, "2"}), 0x06000032);
-  EXPECT_EQ(kGlobalAccelKey({41, hotkeys::command | hotkeys::shift, "É"}), 0x120000c9);
-  EXPECT_EQ(kGlobalAccelKey({9, hotkeys::command}), std::nullopt);
+TEST(KGlobalAccelKeys, AreThePrintedKeyWithItsModifiers) {
+  EXPECT_THAT(kGlobalAccelKeys(superShiftV), ElementsAre(metaShiftV));
+  EXPECT_THAT(kGlobalAccelKeys(superAltSpace), ElementsAre(metaAltSpace));
+  EXPECT_THAT(kGlobalAccelKeys({12, hotkeys::option | hotkeys::control, "A"}),
+              ElementsAre(0x0c000041));
+  EXPECT_THAT(kGlobalAccelKeys({19, hotkeys::control | hotkeys::option, "2"}),
+              ElementsAre(0x0c000032));
+  EXPECT_THAT(kGlobalAccelKeys({19, hotkeys::control | hotkeys::shift, "2"}),
+              ElementsAre(0x06000032, 0x04000040));
+  EXPECT_THAT(kGlobalAccelKeys({29, hotkeys::command | hotkeys::shift, "0"}),
+              ElementsAre(0x12000030, 0x10000029));
+  EXPECT_THAT(kGlobalAccelKeys({41, hotkeys::command | hotkeys::shift, "É"}),
+              ElementsAre(0x120000c9));
+  EXPECT_THAT(kGlobalAccelKeys({9, hotkeys::command}), IsEmpty());
+}
+
+TEST(KGlobalAccelKeys, AreNamedWhateverTheyAre) {
+  EXPECT_EQ(combinationOf(metaShiftV),
+            (HotKeyCombination{0, hotkeys::command | hotkeys::shift, "V"}));
+  EXPECT_EQ(combinationOf(metaAt), (HotKeyCombination{0, hotkeys::command, "@"}));
+  EXPECT_EQ(combinationOf(0x0100003b), (HotKeyCombination{0, 0, "F12"}));
 }
 
 }  // namespace

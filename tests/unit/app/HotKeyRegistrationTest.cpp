@@ -337,6 +337,29 @@ TEST_F(AskedHotKeyTest, WhereNobodyCanHaveOneTheChosenKeysAreKept) {
   EXPECT_EQ(registration->shortcut(), commandOptionSpace);
 }
 
+TEST_F(AskedHotKeyTest, KeysThatTheUserChoseInTheDesktopsSettingsAreTheOnesInUse) {
+  start();
+  hotKeys.chooseInstead({0, hotkeys::command, "F12"});
+  EXPECT_EQ(registration->shortcut().display(), "⌘F12");
+  EXPECT_EQ(changes, 1);
+  EXPECT_TRUE(registration->isRegistered());
+  EXPECT_FALSE(defaults.contains(HotKeyShortcut::keyLabelKey)) << "the desktop remembers them";
+  hotKeys.chooseInstead({0, hotkeys::command, "F11"});
+  EXPECT_EQ(registration->shortcut().display(), "⌘F11");
+  EXPECT_EQ(changes, 2);
+}
+
+TEST_F(AskedHotKeyTest, OnesChosenHereReplaceThose) {
+  start();
+  hotKeys.chooseInstead({0, hotkeys::command, "F12"});
+  hotKeys.setAnswersLater(true);
+  const HotKeyShortcut chosen{0, hotkeys::command | hotkeys::option, "A"};
+  EXPECT_EQ(registration->apply(chosen), HotKeyRegistration::ApplyResult::asked);
+  EXPECT_EQ(registration->shortcut().display(), "⌘F12");
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_EQ(registration->shortcut(), chosen);
+}
+
 TEST_F(AskedHotKeyTest, WhatIsAskedForIsGivenBackAtTheEnd) {
   start();
   hotKeys.answer(HotKeyAnswer::held);

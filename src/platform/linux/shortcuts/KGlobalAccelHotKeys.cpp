@@ -17,8 +17,11 @@ namespace {
 constexpr auto service = "org.kde.kglobalaccel";
 constexpr auto compositor = "org.kde.KWin";
 constexpr auto actionName = "toggle";
-// These keys now, whatever the service remembers from earlier.
+constexpr auto object = "/kglobalaccel";
+constexpr auto interface = "org.kde.KGlobalAccel";
+// These keys, unless the service remembers others from earlier.
 constexpr unsigned setPresent = 2;
+// These keys now.
 constexpr unsigned noAutoloading = 4;
 
 /// How the service names an action: the program's and its own name, and both as people read them.
@@ -28,8 +31,7 @@ QStringList action() {
 }
 
 QDBusMessage call(const char* method) {
-  return QDBusMessage::createMethodCall(service, "/kglobalaccel", "org.kde.KGlobalAccel",
-                                        QString::fromLatin1(method));
+  return QDBusMessage::createMethodCall(service, object, interface, QString::fromLatin1(method));
 }
 
 QDBusMessage hasOwner(const char* name) {
@@ -61,9 +63,12 @@ void KGlobalAccelHotKeys::removeHandler() { handler_ = nullptr; }
 
 std::optional<HotKeyRef> KGlobalAccelHotKeys::registerHotKey(const HotKeyCombination& combination,
                                                              HotKeyId id) {
-  const auto key = kGlobalAccelKey(combination);
-  if (!key) return std::nullopt;
-  registrations_.push_back({.reference = ++lastReference_, .key = *key, .id = id});
+  const auto keys = kGlobalAccelKeys(combination);
+  if (keys.isEmpty()) return std::nullopt;
+  // The first is what the program starts with, any other was chosen by the user just now.
+  const bool isChosen = !registrations_.empty() || isTakenAway_;
+  registrations_.push_back(
+      {.reference = ++lastReference_, .keys = keys, .id = id, .insists = isChosen});
   ask();
   return lastReference_;
 }
@@ -78,8 +83,15 @@ void KGlobalAccelHotKeys::unregisterHotKey(HotKeyRef reference) {
   if (registrations_.empty()) {
     giveBack();
   } else {
+    registrations_.back().insists = true;
     ask();
   }
+}
+
+std::optional<HotKeyCombination> KGlobalAccelHotKeys::heldInstead(HotKeyRef reference) const {
+  const auto found = std::find_if(registrations_.begin(), registrations_.end(),
+                                  [=](const auto& each) { return each.reference == reference; });
+  return found == registrations_.end() ? std::nullopt : found->instead;
 }
 
 bool KGlobalAccelHotKeys::isAwaited(HotKeyRef reference) const {
@@ -119,20 +131,24 @@ void KGlobalAccelHotKeys::sendKeys() {
   introduction << action();
   bus->asyncCall(introduction);
   auto keys = call("setShortcut");
-  keys << action() << QVariant::fromValue(QList<int>{registrations_.back().key})
-       << (setPresent | noAutoloading);
+  const auto& newest = registrations_.back();
+  keys << action() << QVariant::fromValue(newest.keys)
+       << (newest.insists ? setPresent | noAutoloading : setPresent);
   await(bus->asyncCall(keys), [this](const QDBusPendingCall& reply) { keysAnswered(reply); });
 }
 
-/// Not awaited by anybody: the process may be about to end.
-void KGlobalAccelHotKeys::giveBack() {
-  ++questions_;
+void KGlobalAccelHotKeys::tell(const char* method) {
   const auto bus = bus_.connection();
   if (!bus) return;
-  auto message = call("setInactive");
+  auto message = call(method);
   message.setAutoStartService(false);
   message << action();
   bus->send(message);
+}
+
+void KGlobalAccelHotKeys::giveBack() {
+  ++questions_;
+  tell("setInactive");
 }
 
 void KGlobalAccelHotKeys::listen(QDBusConnection& bus) {
@@ -142,6 +158,11 @@ void KGlobalAccelHotKeys::listen(QDBusConnection& bus) {
   bus.connect(service, QString(), QStringLiteral("org.kde.kglobalaccel.Component"),
               QStringLiteral("globalShortcutPressed"), this,
               SLOT(pressed(QString, QString, qlonglong)));
+  // Newer and older services say so of what their settings change.
+  for (const char* signal : {"yourShortcutsChanged", "yourShortcutGotChanged"}) {
+    bus.connect(service, object, interface, QString::fromLatin1(signal), this,
+                SLOT(keysChanged(QDBusMessage)));
+  }
   watcher_ =
       std::make_unique<QDBusServiceWatcher>(service, bus, QDBusServiceWatcher::WatchForOwnerChange);
   connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
@@ -163,19 +184,50 @@ void KGlobalAccelHotKeys::await(const QDBusPendingCall& call,
 void KGlobalAccelHotKeys::keysAnswered(const QDBusPendingCall& call) {
   const QDBusPendingReply<QList<int>> reply = call;
   if (reply.isError()) return absent();
-  if (reply.value().contains(registrations_.back().key)) return held();
-  taken();
+  auto given = reply.value();
+  auto& newest = registrations_.back();
+  const bool areAll = std::all_of(newest.keys.begin(), newest.keys.end(),
+                                  [&](int key) { return given.contains(key); });
+  if (areAll) return held();
+  if (newest.insists) return taken();
+  // What an earlier version asked for may be a part of it.
+  if (given.contains(newest.keys.first())) {
+    newest.insists = true;
+    return sendKeys();
+  }
+  if (given.isEmpty()) {
+    isTakenAway_ = true;
+    return absent();
+  }
+  given.removeAll(0);  // stands for a key that others have
+  if (given.isEmpty()) return taken();
+  chosenByUser(given);
+}
+
+void KGlobalAccelHotKeys::chosenByUser(const QList<int>& keys) {
+  auto& newest = registrations_.back();
+  newest.keys = keys;
+  newest.instead = combinationOf(keys.first());
+  newest.isAwaited = true;  // they are news
+  held();
 }
 
 void KGlobalAccelHotKeys::held() {
   auto& newest = registrations_.back();
+  newest.insists = false;
+  isTakenAway_ = false;
   if (std::exchange(newest.isAwaited, false)) answer(newest.reference, HotKeyAnswer::held);
 }
 
+/// The service would remember the refusal as the user's wish.
 void KGlobalAccelHotKeys::taken() {
   const HotKeyRef refused = registrations_.back().reference;
   registrations_.pop_back();
-  if (!registrations_.empty()) ask();
+  tell("unRegister");
+  if (!registrations_.empty()) {
+    registrations_.back().insists = true;
+    ask();
+  }
   answer(refused, HotKeyAnswer::taken);
 }
 
@@ -187,6 +239,12 @@ void KGlobalAccelHotKeys::absent() {
 void KGlobalAccelHotKeys::answer(HotKeyRef reference, HotKeyAnswer answer) {
   // The handler may be replaced while it runs.
   if (const auto handler = answerHandler_) handler(reference, answer);
+}
+
+void KGlobalAccelHotKeys::keysChanged(const QDBusMessage& message) {
+  const auto changed = message.arguments().value(0).toStringList();
+  if (registrations_.empty() || changed.mid(0, 2) != action().mid(0, 2)) return;
+  ask();
 }
 
 void KGlobalAccelHotKeys::pressed(const QString& component, const QString& action,

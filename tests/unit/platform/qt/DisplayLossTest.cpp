@@ -82,7 +82,9 @@ TEST_F(DisplayLossTest, AnotherThreadWaitsUntilTheMainOneHasSaidIt) {
 }
 
 TEST_F(DisplayLossTest, ItsEndLeavesThePrintingAsItWas) {
-  { const DisplayLoss loss([this] { ++words_; }); }
+  {
+    const DisplayLoss loss([this] { ++words_; });
+  }
   qWarning("The Wayland connection broke");
   EXPECT_EQ(words_, 0);
   EXPECT_THAT(lines_, ElementsAre("The Wayland connection broke"));
