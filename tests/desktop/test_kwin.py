@@ -93,6 +93,7 @@ class Pasting(KwinTestCase):
     def test_what_the_user_holds_is_waited_for(self):
         terminal = Konsole(self)
         self.choose_while_holding("Super", "Shift")
+        self.vantorel.wait_until_hidden()
         self.let_go("Shift", "Super")
         terminal.wait_for_text("first")
 

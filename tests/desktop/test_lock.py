@@ -31,6 +31,7 @@ class ScreenSavers(VantorelTestCase):
         self.vantorel.press_shortcut()
         for command in ("--toggle", "--search", "--menu", "--shortcut", "--about", "--clear"):
             self.vantorel.command(command)
+        stays_true("no window above the lock", lambda: not self.own_windows(), 0.8)
         self.saver.unlock()
         self.wait_until_heard()
         stays_true("no window", lambda: not self.own_windows(), 0.8)
