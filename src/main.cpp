@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
   const auto quit = [] { QCoreApplication::exit(0); };
   const TerminationSignals terminationSignals(dispatch, quit);
   Program program(line.request(), quit);
-  const DisplayLoss displayLoss([&program] { program.finishSaving(); });
+  DisplayLoss displayLoss([&program] { program.finishSaving(); });
   using Extent = PortalAnswers::Extent;
   const bool isWayland = session.windows == Session::Windows::wayland;
   Portal portal(dispatch, isWayland ? Extent::all : Extent::colors, closeProcess);
@@ -119,10 +119,13 @@ int main(int argc, char** argv) {
     std::fputs("vantorel: the desktop lacks what a clipboard history needs.\n", stderr);
     return 1;
   }
-  service.onRequest([&program](const ActionRequest& request) { program.perform(request); });
+  service.onRequest([&program](const ActionRequest& request, const ActionAnswer& answer) {
+    program.perform(request, answer);
+  });
   program.begin(desktop->ports());
   const int status = QApplication::exec();
   desktop->prepareToEnd();
   program.end();
+  displayLoss.endInOrder();
   return status;
 }

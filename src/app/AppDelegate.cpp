@@ -246,19 +246,24 @@ void AppDelegate::toggleLaunchAtLogin() {
   show(wasEnabled ? "Launch at Login disabled." : "Vantorel will launch at login.");
 }
 
-void AppDelegate::copyEntry(const std::string& identity) {
+void AppDelegate::copyEntry(const std::string& identity, const ActionAnswer& answer) {
+  const auto tell = [this, answer](bool written) {
+    const auto text =
+        *notice(written ? PasteOutcome::clipboardOnlyNoTarget : PasteOutcome::unavailable);
+    if (written) watcher().noteOwnWrite();
+    show(text);
+    answer(written ? std::string() : std::string(text));
+  };
   const auto id = Uuid::parse(identity);
   const ClipItem* const item = id ? findById(store_.items(), *id) : nullptr;
-  if (item == nullptr) return show(*notice(PasteOutcome::unavailable));
-  pasteController().restoreToPasteboard(*item, [this](bool written) {
-    if (written) watcher().noteOwnWrite();
-    show(*notice(written ? PasteOutcome::clipboardOnlyNoTarget : PasteOutcome::unavailable));
-  });
+  if (item == nullptr) return tell(false);
+  pasteController().restoreToPasteboard(*item, tell);
 }
 
-void AppDelegate::importHistory(const std::string& directory) {
-  if (!canRecord()) return show(storageUnavailable);
-  intake_.takeIn(directory);
+void AppDelegate::importHistory(const std::string& directory, const ActionAnswer& answer) {
+  if (canRecord()) return intake_.takeIn(directory, answer);
+  show(storageUnavailable);
+  answer(std::string(storageUnavailable));
 }
 
 void AppDelegate::clearHistory(bool includingPinned) {

@@ -72,8 +72,8 @@ class AppDelegate : public ApplicationCommands {
   void excludeCurrentApp() override;
   void removeExcludedApp(const std::string& bundleIdentifier) override;
   void toggleLaunchAtLogin() override;
-  void copyEntry(const std::string& identity) override;
-  void importHistory(const std::string& directory) override;
+  void copyEntry(const std::string& identity, const ActionAnswer& answer) override;
+  void importHistory(const std::string& directory, const ActionAnswer& answer) override;
   void showShortcutPanel() override;
   void confirmClearHistory() override;
   void startNewHistory() override;

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/ActionAnswer.h"
+
 namespace vantorel {
 
 /// What a user can have the application do, from its menu or by a command. Main thread.
@@ -25,10 +27,10 @@ class ApplicationCommands {
   virtual void excludeCurrentApp() = 0;
   virtual void removeExcludedApp(const std::string& bundleIdentifier) = 0;
   virtual void toggleLaunchAtLogin() = 0;
-  /// Puts the entry of that identity on the clipboard.
-  virtual void copyEntry(const std::string& identity) = 0;
-  /// Takes in what was exported into that directory.
-  virtual void importHistory(const std::string& directory) = 0;
+  /// Puts the entry of that identity on the clipboard; `answer` comes when it is there.
+  virtual void copyEntry(const std::string& identity, const ActionAnswer& answer) = 0;
+  /// Takes in what was exported into that directory; `answer` comes when it is saved.
+  virtual void importHistory(const std::string& directory, const ActionAnswer& answer) = 0;
 
   virtual void showShortcutPanel() = 0;
   /// Asks first; a question that is open already comes to the front.

@@ -13,23 +13,27 @@ namespace {
 using Application = ApplicationCommands;
 
 template <void (Application::*method)()>
-void call(Application& application, const std::string& /*argument*/) {
+void call(Application& application, const std::string& /*argument*/,
+          const ActionAnswer& /*answer*/) {
   (application.*method)();
 }
 
-void includeApp(Application& application, const std::string& bundleIdentifier) {
+void includeApp(Application& application, const std::string& bundleIdentifier,
+                const ActionAnswer& /*answer*/) {
   application.removeExcludedApp(bundleIdentifier);
 }
 
-void copyEntry(Application& application, const std::string& identity) {
-  application.copyEntry(identity);
+void copyEntry(Application& application, const std::string& identity, const ActionAnswer& answer) {
+  application.copyEntry(identity, answer);
 }
 
-void importHistory(Application& application, const std::string& directory) {
-  application.importHistory(directory);
+void importHistory(Application& application, const std::string& directory,
+                   const ActionAnswer& answer) {
+  application.importHistory(directory, answer);
 }
 
-void doNothing(Application& /*application*/, const std::string& /*argument*/) {}
+void doNothing(Application& /*application*/, const std::string& /*argument*/,
+               const ActionAnswer& /*answer*/) {}
 
 constexpr std::array table = {
     CommandEntry{Command::toggle, "toggle", "Open Vantorel", call<&Application::openHistory>},
@@ -90,9 +94,10 @@ std::vector<OfferedAction> offeredActions() {
   return offered;
 }
 
-void performAction(std::string_view action, const std::string& argument, Application& application) {
+void performAction(std::string_view action, const std::string& argument, Application& application,
+                   const ActionAnswer& answer) {
   const auto* entry = entryNamed(action);
-  if (entry != nullptr && entry->perform != nullptr) entry->perform(application, argument);
+  if (entry != nullptr && entry->perform != nullptr) entry->perform(application, argument, answer);
 }
 
 }  // namespace vantorel

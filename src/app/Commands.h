@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ActionAnswer.h"
 #include "platform/ActionRequest.h"
 
 namespace vantorel {
@@ -47,7 +48,8 @@ struct CommandEntry {
   /// Empty where there is no row.
   std::string_view title;
   /// Has the application do it; null for what a start does by itself.
-  void (*perform)(ApplicationCommands& application, const std::string& argument);
+  void (*perform)(ApplicationCommands& application, const std::string& argument,
+                  const ActionAnswer& answer);
   bool takesArgument = false;
   bool isOption = true;  // false: only other programs ask for it
 };
@@ -60,8 +62,9 @@ struct CommandEntry {
 /// What the running instance offers to other programs.
 [[nodiscard]] std::vector<OfferedAction> offeredActions();
 
-/// Has the application do what is called `action`; nothing happens when nothing is called so.
+/// Has the application do what is called `action`; nothing happens when nothing is called so. Of
+/// what is no option `answer` tells what came.
 void performAction(std::string_view action, const std::string& argument,
-                   ApplicationCommands& application);
+                   ApplicationCommands& application, const ActionAnswer& answer = answerNobody);
 
 }  // namespace vantorel

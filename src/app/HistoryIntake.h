@@ -8,6 +8,7 @@
 
 #include "base/FileSystem.h"
 #include "base/Lifetime.h"
+#include "platform/ActionAnswer.h"
 #include "platform/Dispatch.h"
 #include "store/ClipStore.h"
 #include "transfer/HistoryImport.h"
@@ -24,11 +25,11 @@ class HistoryIntake {
   std::function<void(const std::string& notice)> onNotice;
 
   /// Begins to read the export in that directory, where nobody waits for the disk, and takes it in
-  /// whole, or not at all.
-  void takeIn(const std::filesystem::path& directory);
+  /// whole, or not at all. `answer` comes when it is saved.
+  void takeIn(const std::filesystem::path& directory, const ActionAnswer& answer = answerNobody);
 
  private:
-  void taken(const ExportReading& reading);
+  void taken(const ExportReading& reading, const ActionAnswer& answer);
 
   ClipStore& store_;
   Dispatch& dispatch_;

@@ -82,17 +82,21 @@ void Program::launch() {
   if (const auto notice = std::exchange(notice_, std::nullopt)) delegate_->say(*notice);
   if (historyOpen) delegate_->openHistory();
   if (welcoming) delegate_->showHelpPanel(true);
-  if (const auto request = std::exchange(pending_, std::nullopt)) perform(*request);
+  if (const auto request = std::exchange(pending_, std::nullopt)) {
+    perform(*request, std::exchange(pendingAnswer_, answerNobody));
+  }
 }
 
-void Program::perform(const ActionRequest& request) {
+void Program::perform(const ActionRequest& request, const ActionAnswer& answer) {
   if (delegate_) {
     if (request.action.empty()) return delegate_->applicationShouldHandleReopen();
-    return performAction(request.action, request.argument, *delegate_);
+    return performAction(request.action, request.argument, *delegate_, answer);
   }
   if (request.action == entryOf(Command::quit).name) return quit_();
   if (request.action == entryOf(Command::background).name) return;
-  if (!request.action.empty() || !pending_) pending_ = request;
+  if (request.action.empty() && pending_) return;
+  pending_ = request;
+  pendingAnswer_ = answer;
 }
 
 void Program::finishSaving() {

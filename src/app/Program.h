@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/AppDelegate.h"
+#include "platform/ActionAnswer.h"
 #include "platform/ActionRequest.h"
 #include "platform/Desktop.h"
 
@@ -41,7 +42,7 @@ class Program {
   /// There is a desktop; its ports live until `end` returns.
   void begin(const Desktop& desktop);
   /// What this start, another one, a launcher or the desktop asks for; waits for the delegate.
-  void perform(const ActionRequest& request);
+  void perform(const ActionRequest& request, const ActionAnswer& answer = answerNobody);
   void end();
   /// In the place of `end`, when the process is ended on the spot: what is owed to the disk goes
   /// there. Touches no window.
@@ -52,6 +53,7 @@ class Program {
 
   const std::function<void()> quit_;
   std::optional<ActionRequest> pending_;
+  ActionAnswer pendingAnswer_ = answerNobody;
   AppDelegate::StartedBy startedBy_;
   std::optional<std::string> notice_;  // what the next delegate has to say
   bool keyringAnswered_ = false;

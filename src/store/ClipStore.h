@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/FileSystem.h"
@@ -102,6 +103,9 @@ class ClipStore {
   /// For a process that is ended from outside: returns when the list as it is stands on the disk,
   /// or cannot. Nobody is told of trouble any more.
   void finishSaving() { saver_.finish(); }
+  /// Tells whether the list as it is came to the disk: at once, or when the save under way has
+  /// ended; never when the store ends before.
+  void whenSaved(std::function<void(bool)> tell) { saver_.whenSaved(std::move(tell)); }
 
   /// What was taken in. The entry may have had to go again at once.
   struct Capture {

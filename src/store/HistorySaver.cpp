@@ -40,6 +40,7 @@ HistorySaver::~HistorySaver() { finish(); }
 
 void HistorySaver::finish() {
   onTroubleChange = nullptr;
+  waiting_.clear();
   if (background_) {
     const auto outcome = background_->outcome;
     const bool again = background_->again;
@@ -58,6 +59,11 @@ void HistorySaver::save() {
   } else {
     settle(file_.write(items_));
   }
+}
+
+void HistorySaver::whenSaved(std::function<void(bool)> tell) {
+  if (!background_) return tell(lastSave_ == Outcome::saved);
+  waiting_.push_back(std::move(tell));
 }
 
 void HistorySaver::saveInBackground() {
@@ -95,6 +101,7 @@ void HistorySaver::settle(Outcome outcome) {
     assets_.removeOrphans(namedAssets(items_));
   }
   if (std::exchange(lastSave_, outcome) != outcome && onTroubleChange) onTroubleChange();
+  for (const auto& tell : std::exchange(waiting_, {})) tell(outcome == Outcome::saved);
   if (retry_ || !isOwed_) return;
   retry_ = dispatch_.after(retryDelay_, [this] {
     const auto fired = std::move(retry_);  // this very timer: it goes when its work is done

@@ -42,11 +42,15 @@ class HistorySaver {
   /// list to the disk, or nothing had to go there, saves once more. Nobody is told of trouble any
   /// more.
   void finish();
+  /// Tells whether the list as it is came to the disk: at once, or when the save under way has
+  /// ended. Never once that was given up, or this ends.
+  void whenSaved(std::function<void(bool)> tell);
   /// Returns when nothing writes any more, and nothing will until the next `save`. Whether the last
   /// save came to its end is not known then.
   void giveUpSave() {
     background_.reset();
     retry_.reset();
+    waiting_.clear();
     isOwed_ = false;
   }
 
@@ -79,7 +83,8 @@ class HistorySaver {
   std::set<std::string> discarded_;
   Seconds retryDelay_ = firstRetry;
   std::unique_ptr<Timer> retry_;
-  std::unique_ptr<Background> background_;  // while a save is under way
+  std::unique_ptr<Background> background_;          // while a save is under way
+  std::vector<std::function<void(bool)>> waiting_;  // for the save under way
   SealedHistory::Outcome lastSave_ = SealedHistory::Outcome::saved;
   bool isOwed_ = false;  // the list is to be saved, and no save has ended
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tool/Tool.h"
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -62,6 +63,13 @@ std::filesystem::path place(const std::string& name) {
 
 constexpr std::string_view notUnderstood =
     "the running Vantorel did not understand; quit it and start again.";
+
+constexpr std::string_view unanswered =
+    "the running Vantorel has not answered yet; a notice on the desktop says what comes of it.";
+
+// The program answers within a moment, or is stuck; an export is as long as its pictures are.
+constexpr std::chrono::seconds copyTimeLimit{5};
+constexpr std::chrono::seconds importTimeLimit{60};
 
 std::string countOf(std::size_t entries) {
   return std::to_string(entries) + (entries == 1 ? " entry" : " entries");
@@ -156,16 +164,23 @@ int Tool::copy(const ToolLine& line) {
   const auto* const entry = entryCalled(entries_, line.entry);
   if (entry == nullptr) return noEntry(line, entries_.size());
   const ActionRequest request{.action = "copy", .argument = entry->item.id.string()};
-  switch (forwardToRunningInstance(request, lookup_)) {
-    case ForwardResult::forwarded:
+  using Outcome = AwaitedRequest::Outcome;
+  switch (awaitRunningInstance(request, lookup_, copyTimeLimit).outcome) {
+    case Outcome::done:
       return ToolStatus::done;
-    case ForwardResult::notRunning:
+    case Outcome::failed:
+      return failure(
+          "the entry is not on the clipboard: its contents are gone, or another program took the "
+          "clipboard. Look at 'vantorel list' and try again.");
+    case Outcome::unanswered:
+      return failure(unanswered);
+    case Outcome::notRunning:
       return failure(
           "no Vantorel runs, which would hold the clipboard. "
           "Start it with 'vantorel --background &' and try again.");
-    case ForwardResult::refused:
+    case Outcome::refused:
       return failure(notUnderstood);
-    case ForwardResult::noBus:
+    case Outcome::noBus:
       break;
   }
   return failure("there is no session bus to reach a running Vantorel by.");
@@ -215,13 +230,20 @@ int Tool::importFrom(const ToolLine& line) {
   if (history_->state() == HistoryOnDisk::State::sealed) {
     if (const auto status = open()) return *status;
   }
-  switch (forwardToRunningInstance({.action = "import", .argument = directory.string()}, lookup_)) {
-    case ForwardResult::forwarded:
+  using Outcome = AwaitedRequest::Outcome;
+  const ActionRequest request{.action = "import", .argument = directory.string()};
+  const auto answer = awaitRunningInstance(request, lookup_, importTimeLimit);
+  switch (answer.outcome) {
+    case Outcome::done:
       return ToolStatus::done;
-    case ForwardResult::refused:
+    case Outcome::failed:
+      return failure(answer.trouble);
+    case Outcome::unanswered:
+      return failure(unanswered);
+    case Outcome::refused:
       return failure(notUnderstood);
-    case ForwardResult::notRunning:
-    case ForwardResult::noBus:
+    case Outcome::notRunning:
+    case Outcome::noBus:
       break;
   }
   const Uninterrupted uninterrupted;

@@ -223,6 +223,38 @@ class Copying(ToolCase):
         self.vantorel.wait_for_notice("Copied to clipboard. Press Ctrl+V to paste.")
         self.assertEqual(self.vantorel.history.texts(), ["newer", "older"])
 
+    def test_files_are_there_when_it_ends(self):
+        path = self.path("a file")
+        with open(path, "wb"):
+            pass
+        self.write_history([self.files_item(path)])
+        self.vantorel.start()
+        self.answer("copy", "1")
+        listed = self.desktop.run(["xclip", "-o", "-selection", "clipboard", "-t", "text/uri-list"])
+        self.assertEqual(listed.stdout.decode().strip(), "file://" + path.replace(" ", "%20"))
+
+    def test_what_is_gone_is_not_said_to_be_copied(self):
+        self.write_history([self.files_item(self.path("gone"))])
+        self.vantorel.start()
+        status, sentence = self.refusal("copy", "1")
+        self.assertEqual(status, 1)
+        self.assertIn("vantorel list", sentence)
+        self.vantorel.wait_for_notice("This item is no longer available.")
+
+    def test_of_a_program_that_does_not_answer_it_says_so(self):
+        self.write_history()
+        self.vantorel.start()
+        os.kill(self.vantorel.process.pid, signal.SIGSTOP)
+        self.addCleanup(os.kill, self.vantorel.process.pid, signal.SIGCONT)
+        status, sentence = self.refusal("copy", "1")
+        self.assertEqual(status, 1)
+        self.assertIn("has not answered yet", sentence)
+
+    def files_item(self, path):
+        item = text_item("", 1, kind="files", title="1 file", preview=path, filePaths=[path])
+        del item["text"]
+        return item
+
     def test_no_contents_go_over_the_bus(self):
         self.vantorel.start()
         self.vantorel.copy("not for the bus")
@@ -457,12 +489,19 @@ class Importing(ToolCase):
         self.vantorel.start()
         self.vantorel.copy("copied here")
         self.answer("import", self.place)
+        self.assertEqual(len(self.vantorel.history.items()), 5)
         self.vantorel.wait_for_notice("4 clips were taken in.")
-        wait_for("all entries", lambda: len(self.vantorel.history.items()) == 5)
         self.assertEqual(self.vantorel.history.texts(),
                          ["pinned\n", "copied here", "first line\n\tsecond \x1b[31mline\n"])
         self.vantorel.open_panel()
         wait_for("the panel to have them", lambda: len(self.vantorel.rows()) == 5)
+
+    def test_the_running_program_has_saved_a_long_history_when_it_ends(self):
+        self.export([text_item("x" * 30_000_000, 1), text_item("y", 2)])
+        self.forget()
+        self.vantorel.start()
+        self.answer("import", self.place)
+        self.assertEqual(len(self.vantorel.history.items()), 2)
 
     def test_what_is_no_export_or_a_damaged_one_changes_nothing(self):
         self.export()

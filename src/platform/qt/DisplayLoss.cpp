@@ -24,6 +24,10 @@ struct DisplayLoss::State {
     const auto word = std::exchange(lastWord, nullptr);
     if (!word) return;
     word();
+    letGo();
+  }
+
+  void letGo() {
     {
       const std::lock_guard lock(mutex);
       isSaid = true;
@@ -72,9 +76,14 @@ DisplayLoss::DisplayLoss(std::function<void()> lastWord) : state_(std::make_shar
   };
 }
 
+void DisplayLoss::endInOrder() {
+  state_->lastWord = nullptr;
+  state_->letGo();
+}
+
 DisplayLoss::~DisplayLoss() {
   qInstallMessageHandler(state_->printer);
-  state_->lastWord = nullptr;
+  endInOrder();
   const std::lock_guard lock(currentMutex);
   current = nullptr;
 }

@@ -16,6 +16,8 @@ class DisplayLoss {
   /// windows may be touched any more. The process ends when it returns, or is late by ten seconds.
   explicit DisplayLoss(std::function<void()> lastWord);
   ~DisplayLoss();
+  /// There is nothing to say any more, since the program has ended in order: nobody waits for it.
+  void endInOrder();
   DisplayLoss(const DisplayLoss&) = delete;
   DisplayLoss& operator=(const DisplayLoss&) = delete;
 

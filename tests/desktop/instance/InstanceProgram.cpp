@@ -36,7 +36,8 @@ int start(int argc, char** argv) {
   SessionBus bus(dispatch, processEnvironment);
   ApplicationService service(dispatch, bus, offeredActions());
   if (const auto status = instance.endsWithToolkit(service)) return end(*status);
-  service.onRequest([](const ActionRequest& request) {
+  service.onRequest([](const ActionRequest& request, const ActionAnswer& answer) {
+    answer({});
     if (request.action.empty()) return say("activate");
     say((request.action + (request.argument.empty() ? "" : "=" + request.argument)).c_str());
     if (request.action == "quit") QCoreApplication::quit();

@@ -438,7 +438,9 @@ TEST_F(Commands, AnEntryIsCopiedByItsIdentityAndNotRecordedAnew) {
   copy("newer");
   const auto entry = entries().at(1);
   const auto writes = desktop.pasteboard.writes().size();
-  delegate->copyEntry(entry.id.string());
+  std::vector<std::string> answers;
+  delegate->copyEntry(entry.id.string(), [&](const auto& trouble) { answers.push_back(trouble); });
+  EXPECT_THAT(answers, ElementsAre(""));
   ASSERT_EQ(desktop.pasteboard.writes().size(), writes + 2);
   EXPECT_EQ(desktop.pasteboard.writes().back().item.string, "older");
   EXPECT_THAT(toasts(), Contains("Copied to clipboard. Press Ctrl+V to paste."));
@@ -450,7 +452,9 @@ TEST_F(Commands, WhatIsNoEntryIsNotCopied) {
   copy("kept");
   const auto writes = desktop.pasteboard.writes().size();
   for (const char* const identity : {"", "1", "3F2504E0-4F89-41D3-9A0C-0305E82C3301"}) {
-    delegate->copyEntry(identity);
+    std::string answer;
+    delegate->copyEntry(identity, [&](const auto& trouble) { answer = trouble; });
+    EXPECT_EQ(answer, "This item is no longer available.");
     EXPECT_THAT(toasts(), Contains("This item is no longer available.")) << identity;
   }
   EXPECT_EQ(desktop.pasteboard.writes().size(), writes);

@@ -30,8 +30,10 @@ class RecordingApplication : public ApplicationCommands {
     done.push_back("removeExcludedApp " + bundleIdentifier);
   }
   void toggleLaunchAtLogin() override { done.emplace_back("toggleLaunchAtLogin"); }
-  void copyEntry(const std::string& identity) override { done.push_back("copyEntry " + identity); }
-  void importHistory(const std::string& directory) override {
+  void copyEntry(const std::string& identity, const ActionAnswer& /*answer*/) override {
+    done.push_back("copyEntry " + identity);
+  }
+  void importHistory(const std::string& directory, const ActionAnswer& /*answer*/) override {
     done.push_back("importHistory " + directory);
   }
   void showShortcutPanel() override { done.emplace_back("showShortcutPanel"); }

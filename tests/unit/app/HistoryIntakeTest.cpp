@@ -21,7 +21,7 @@ class HistoryIntakeTest : public testing::Test {
     ASSERT_FALSE(exportHistory(store.disk(), items, {}, place, testDate()).error);
   }
   void takeIn() {
-    intake.takeIn(place);
+    intake.takeIn(place, [this](const auto& trouble) { answers.push_back(trouble); });
     store.dispatch().runQueued();
   }
 
@@ -30,6 +30,7 @@ class HistoryIntakeTest : public testing::Test {
   std::filesystem::path place = directory.path() / "export";
   HistoryIntake intake{*store, store.dispatch(), std::make_shared<PosixFileSystem>()};
   Texts notices;
+  Texts answers;  // empty for what is done
 };
 
 TEST_F(HistoryIntakeTest, TakesAnExportInAndSaysHowMuchItWas) {
@@ -37,6 +38,7 @@ TEST_F(HistoryIntakeTest, TakesAnExportInAndSaysHowMuchItWas) {
   takeIn();
   EXPECT_EQ(store.texts(), (Texts{"a", "b"}));
   EXPECT_EQ(notices, (Texts{"2 clips were taken in."}));
+  EXPECT_EQ(answers, (Texts{""}));
 }
 
 TEST_F(HistoryIntakeTest, SaysHowManyAreOverTheLimits) {
@@ -67,7 +69,28 @@ TEST_F(HistoryIntakeTest, SaysWhenTheHistoryTakesNothingIn) {
   store.files().fail(FaultyFileSystem::Operation::claim, std::errc::device_or_resource_busy);
   takeIn();
   EXPECT_EQ(notices, (Texts{"The exported history could not be taken in."}));
+  EXPECT_EQ(answers, notices);
   EXPECT_TRUE(store.texts().empty());
+}
+
+TEST_F(HistoryIntakeTest, WhatCouldNotBeSavedIsNotAnsweredAsDone) {
+  write({textItem("a")});
+  store.files().fail(FaultyFileSystem::Operation::rename, std::errc::no_space_on_device);
+  takeIn();
+  EXPECT_EQ(answers, (Texts{"What was taken in could not be saved yet; is the disk full?"}));
+}
+
+TEST_F(HistoryIntakeTest, ALongHistoryIsAnsweredForWhenItIsSaved) {
+  write({textItem(std::string(3'000'000, 'x'))});
+  std::optional<std::vector<ClipItem>> whenAnswered;
+  intake.takeIn(place, [&](const auto& trouble) {
+    answers.push_back(trouble);
+    whenAnswered = store.savedItems();
+  });
+  store.dispatch().runQueued();
+  EXPECT_EQ(answers, (Texts{""}));
+  ASSERT_TRUE(whenAnswered);
+  EXPECT_EQ(whenAnswered->size(), 1U);
 }
 
 TEST_F(HistoryIntakeTest, IsForgottenWhenTheProgramEndsMeanwhile) {

@@ -4,9 +4,38 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <algorithm>
+#include <memory>
+#include <string>
 #include <utility>
 
+#include "platform/linux/start/RunningInstance.h"
+
 namespace vantorel {
+namespace {
+
+/// The one answer to a call. Where nobody gives it, its end says that nothing was done.
+class DelayedReply {
+ public:
+  DelayedReply(QDBusMessage call, QDBusConnection bus)
+      : call_(std::move(call)), bus_(std::move(bus)) {}
+  ~DelayedReply() { send("Vantorel has been busy with something else."); }
+  DelayedReply(const DelayedReply&) = delete;
+  DelayedReply& operator=(const DelayedReply&) = delete;
+
+  void send(const std::string& trouble) {
+    if (std::exchange(isSent_, true)) return;
+    (void)bus_.send(trouble.empty()
+                        ? call_.createReply()
+                        : call_.createErrorReply(notDoneError, QString::fromStdString(trouble)));
+  }
+
+ private:
+  const QDBusMessage call_;
+  QDBusConnection bus_;
+  bool isSent_ = false;
+};
+
+}  // namespace
 
 void ApplicationInterface::Activate(const QVariantMap& /*platformData*/) { pass({}); }
 
@@ -33,17 +62,17 @@ void ApplicationInterface::ActivateAction(const QString& name, const QVariantLis
 
 void ApplicationInterface::pass(ActionRequest request) {
   dispatch_.async(life_.guard([this, request = std::move(request)] {
-    if (onRequest) onRequest(request);
+    if (onRequest) onRequest(request, answerNobody);
   }));
 }
 
 void ApplicationInterface::passAndAnswer(ActionRequest request) {
   setDelayedReply(true);
-  dispatch_.async(
-      life_.guard([this, request = std::move(request), call = message(), bus = connection()]() {
-        if (onRequest) onRequest(request);
-        (void)bus.send(call.createReply());
-      }));
+  auto reply = std::make_shared<DelayedReply>(message(), connection());
+  dispatch_.async(life_.guard([this, request = std::move(request), reply = std::move(reply)] {
+    if (!onRequest) return;
+    onRequest(request, [reply](const std::string& trouble) { reply->send(trouble); });
+  }));
 }
 
 void ApplicationInterface::refuse(const QString& reason) {

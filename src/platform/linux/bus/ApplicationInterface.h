@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/Lifetime.h"
+#include "platform/ActionAnswer.h"
 #include "platform/ActionRequest.h"
 #include "platform/Dispatch.h"
 
@@ -25,9 +26,9 @@ class ApplicationInterface : public QObject, protected QDBusContext {
   ApplicationInterface(Dispatch& dispatch, std::vector<OfferedAction> actions)
       : dispatch_(dispatch), actions_(std::move(actions)) {}
 
-  /// Called on the main queue. The caller has its answer before, or gets it afterwards when the
-  /// action is one that is awaited. May be empty.
-  std::function<void(const ActionRequest&)> onRequest;
+  /// Called on the main queue. The caller has its answer before, or gets the one that is given when
+  /// the action is one that is awaited. May be empty.
+  std::function<void(const ActionRequest&, const ActionAnswer&)> onRequest;
 
  public slots:
   // The platform data tells of the user's action behind the call (a startup notification or an

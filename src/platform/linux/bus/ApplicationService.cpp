@@ -67,7 +67,8 @@ void ApplicationService::claimAgain() {
   bus->asyncCall(nameRequest(queue));
 }
 
-void ApplicationService::onRequest(std::function<void(const ActionRequest&)> handler) {
+void ApplicationService::onRequest(
+    std::function<void(const ActionRequest&, const ActionAnswer&)> handler) {
   interface_->onRequest = std::move(handler);
 }
 

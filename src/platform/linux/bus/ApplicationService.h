@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/ActionAnswer.h"
 #include "platform/ActionRequest.h"
 #include "platform/Dispatch.h"
 #include "platform/linux/start/StartDecision.h"
@@ -30,11 +31,11 @@ class ApplicationService {
   /// a bus that went away and came back.
   [[nodiscard]] NameClaim claim();
 
-  /// Called on the main queue for each request; the caller has its answer before, unless the
-  /// action is one that is awaited. An unknown name, or an action without the text that it needs,
-  /// is an error to the caller and no request. Set it before the event loop runs: a request that
-  /// finds no handler is dropped.
-  void onRequest(std::function<void(const ActionRequest&)> handler);
+  /// Called on the main queue for each request; the caller has its answer before, or gets the one
+  /// that is given when the action is one that is awaited. An unknown name, or an action without
+  /// the text that it needs, is an error to the caller and no request. Set it before the event loop
+  /// runs: a request that finds no handler is dropped.
+  void onRequest(std::function<void(const ActionRequest&, const ActionAnswer&)> handler);
 
  private:
   void claimAgain();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/start/RunningInstance.h"
 
+#include <algorithm>
 #include <climits>
 #include <string_view>
 #include <utility>
@@ -48,23 +49,29 @@ MethodCall callFor(const ActionRequest& request, const EnvironmentLookup& lookup
   return {"ActivateAction", VariantPointer(g_variant_ref_sink(arguments))};
 }
 
-ForwardResult meaningOf(const GError* error) {
+using Outcome = AwaitedRequest::Outcome;
+
+AwaitedRequest meaningOf(GError* error) {
   if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE ||
       g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE) {
-    return ForwardResult::forwarded;  // it lies in the queue of somebody busy
+    return {Outcome::unanswered};  // it lies in the queue of somebody busy
   }
   const TextPointer text(g_dbus_error_get_remote_error(error));
   const std::string_view name(text ? text.get() : "");
   if (name == "org.freedesktop.DBus.Error.ServiceUnknown" ||
       name == "org.freedesktop.DBus.Error.NameHasNoOwner" ||
       name == "org.freedesktop.DBus.Error.NoReply") {
-    return ForwardResult::notRunning;
+    return {Outcome::notRunning};
   }
-  return name.empty() ? ForwardResult::noBus : ForwardResult::refused;
+  if (name == notDoneError) {
+    g_dbus_error_strip_remote_error(error);
+    return {Outcome::failed, error->message};
+  }
+  return {name.empty() ? Outcome::noBus : Outcome::refused};
 }
 
-ForwardResult send(GlibLoop& loop, Deadline deadline, GDBusConnection* connection,
-                   const MethodCall& call) {
+AwaitedRequest send(GlibLoop& loop, Deadline deadline, GDBusConnection* connection,
+                    const MethodCall& call) {
   const auto result =
       loop.await(deadline, [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer slot) {
         g_dbus_connection_call(connection, applicationId::name, applicationId::objectPath,
@@ -74,25 +81,41 @@ ForwardResult send(GlibLoop& loop, Deadline deadline, GDBusConnection* connectio
   GError* error = nullptr;
   const VariantPointer reply(g_dbus_connection_call_finish(connection, result.get(), &error));
   const ErrorPointer failed(error);
-  return failed ? meaningOf(failed.get()) : ForwardResult::forwarded;
+  return failed ? meaningOf(failed.get()) : AwaitedRequest{Outcome::done};
 }
 
 }  // namespace
 
 ForwardResult forwardToRunningInstance(const ActionRequest& request,
                                        const EnvironmentLookup& lookup) {
-  const Deadline deadline = std::chrono::steady_clock::now() + forwardTimeLimit;
-  const auto address = sessionBusAddress(lookup);
-  if (!address) return ForwardResult::noBus;
-  if (g_utf8_validate(request.argument.c_str(), -1, nullptr) == FALSE) {
-    return ForwardResult::refused;
+  switch (awaitRunningInstance(request, lookup, forwardTimeLimit).outcome) {
+    case Outcome::done:
+    case Outcome::unanswered:
+      return ForwardResult::forwarded;
+    case Outcome::notRunning:
+      return ForwardResult::notRunning;
+    case Outcome::failed:
+    case Outcome::refused:
+      return ForwardResult::refused;
+    case Outcome::noBus:
+      break;
   }
+  return ForwardResult::noBus;
+}
+
+AwaitedRequest awaitRunningInstance(const ActionRequest& request, const EnvironmentLookup& lookup,
+                                    std::chrono::seconds timeLimit) {
+  const auto begin = std::chrono::steady_clock::now();
+  const auto address = sessionBusAddress(lookup);
+  if (!address) return {Outcome::noBus};
+  if (g_utf8_validate(request.argument.c_str(), -1, nullptr) == FALSE) return {Outcome::refused};
   GlibLoop loop;
   const GlibLoop::Served served(loop);
-  const auto connection = openBusConnection(
-      *address, [&](const GlibLoop::Start& start) { return loop.await(deadline, start); });
-  if (!connection) return ForwardResult::noBus;
-  return send(loop, deadline, connection.get(), callFor(request, lookup));
+  const auto connection = openBusConnection(*address, [&](const GlibLoop::Start& start) {
+    return loop.await(begin + std::min(timeLimit, forwardTimeLimit), start);
+  });
+  if (!connection) return {Outcome::noBus};
+  return send(loop, begin + timeLimit, connection.get(), callFor(request, lookup));
 }
 
 }  // namespace vantorel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 #include "platform/ActionRequest.h"
 #include "platform/linux/xdg/XdgDirectories.h"
@@ -20,5 +21,22 @@ inline constexpr std::chrono::seconds forwardTimeLimit{2};
 /// UTF-8 is refused.
 [[nodiscard]] ForwardResult forwardToRunningInstance(const ActionRequest& request,
                                                      const EnvironmentLookup& lookup);
+
+/// What came of a request that is answered when it was done. unanswered: the running instance has
+/// it, and has not said within the time what came of it.
+struct AwaitedRequest {
+  enum class Outcome { done, failed, unanswered, notRunning, refused, noBus };
+  Outcome outcome = Outcome::noBus;
+  std::string trouble = {};  // why it `failed`, in one sentence
+};
+
+/// The error by which a request is answered that was understood and could not be done.
+inline constexpr const char* notDoneError = "com.vantorel.Vantorel.Error.NotDone";
+
+/// The same as `forwardToRunningInstance`, but waits until the request was done, no longer than
+/// `timeLimit`.
+[[nodiscard]] AwaitedRequest awaitRunningInstance(const ActionRequest& request,
+                                                  const EnvironmentLookup& lookup,
+                                                  std::chrono::seconds timeLimit);
 
 }  // namespace vantorel

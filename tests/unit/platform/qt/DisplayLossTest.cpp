@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 #include <utility>
@@ -79,6 +80,16 @@ TEST_F(DisplayLossTest, AnotherThreadWaitsUntilTheMainOneHasSaidIt) {
   while (!mayEnd) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
   toolkit.join();
   EXPECT_EQ(said, std::this_thread::get_id());
+}
+
+TEST_F(DisplayLossTest, NobodyWaitsForAProgramThatHasEndedInOrder) {
+  DisplayLoss loss([this] { ++words_; });
+  const auto begin = std::chrono::steady_clock::now();
+  std::thread toolkit([] { qWarning("The Wayland connection broke."); });
+  loss.endInOrder();  // and the loop, which would say it, never turns again
+  toolkit.join();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+  EXPECT_EQ(words_, 0);
 }
 
 TEST_F(DisplayLossTest, ItsEndLeavesThePrintingAsItWas) {

@@ -54,6 +54,8 @@ QWindow* openMenu() {
 void LayerWindows::prepareEnvironment() {
   qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
   qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
+  // A toolkit that joined the next compositor by itself would leave our own connections behind.
+  qunsetenv("QT_WAYLAND_RECONNECT");
 }
 
 LayerWindows::LayerWindows(ToolkitCompositor& compositor, LayerScrim& scrim)
