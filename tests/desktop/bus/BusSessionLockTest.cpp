@@ -36,11 +36,12 @@ class Service : public QDBusVirtualObject {
   [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
     ++questions;
-    bus_.send(message.createReply(answer(message)));
+    if (!isSilent) bus_.send(message.createReply(answer(message)));
     return true;
   }
 
   int questions = 0;
+  bool isSilent = false;
 
  protected:
   [[nodiscard]] virtual QVariant answer(const QDBusMessage& question) const = 0;
@@ -83,12 +84,18 @@ class Saver : public Service {
 
 class LogInManager : public Service {
  public:
-  LogInManager()
-      : Service(QStringLiteral("org.freedesktop.login1"),
-                QStringLiteral("/org/freedesktop/login1/session/auto")) {}
+  explicit LogInManager(bool isLocked = false, const char* path = ownSession)
+      : Service(QStringLiteral("org.freedesktop.login1"), QString::fromLatin1(path)),
+        isLocked_(isLocked) {}
+
+  static constexpr auto ownSession = "/org/freedesktop/login1/session/auto";
 
   void setLocked(bool isLocked) {
     isLocked_ = isLocked;
+    tell();
+  }
+  /// Something of a session is another than before.
+  void tell() {
     auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/login1/session/_32"),
                                              QStringLiteral("org.freedesktop.DBus.Properties"),
                                              QStringLiteral("PropertiesChanged"));
@@ -103,7 +110,7 @@ class LogInManager : public Service {
   }
 
  private:
-  bool isLocked_ = false;
+  bool isLocked_;
 };
 
 class BusSessionLockTest : public testing::Test {
@@ -207,7 +214,45 @@ TEST_F(BusSessionLockTest, TheLogInManagersHintIsFollowed) {
   manager->setLocked(true);
   ASSERT_TRUE(awaitLocked(true));
   manager.reset();
-  EXPECT_TRUE(awaitLocked(false)) << "nobody says so any more";
+  EXPECT_TRUE(awaitLocked(false)) << "nobody comes and says so any more";
+}
+
+TEST_F(BusSessionLockTest, AManagerThatStartsAnewUnlocksNothing) {
+  auto manager = std::make_unique<LogInManager>(true);
+  open();
+  ASSERT_TRUE(awaitLocked(true));
+  manager->isSilent = true;
+  const int before = manager->questions;
+  manager->tell();
+  ASSERT_TRUE(await([&] { return manager->questions > before; }));
+  manager.reset();  // a question unanswered
+  manager = std::make_unique<LogInManager>(true);
+  ASSERT_TRUE(await([&] { return manager->questions > 0; }));
+  EXPECT_EQ(changes_, 1);
+  manager->setLocked(false);
+  ASSERT_TRUE(awaitLocked(false));
+  EXPECT_EQ(changes_, 2) << "once locked, once unlocked";
+}
+
+TEST_F(BusSessionLockTest, AManagerThatIsSilentUnlocksNothingAndIsAskedAgain) {
+  LogInManager manager(true);
+  open();
+  ASSERT_TRUE(awaitLocked(true));
+  manager.isSilent = true;
+  const int before = manager.questions;
+  manager.tell();
+  ASSERT_TRUE(await([&] { return manager.questions == before + 2; }));
+  EXPECT_TRUE(lock_->isLocked());
+  EXPECT_EQ(changes_, 1);
+}
+
+TEST_F(BusSessionLockTest, AManagerThatKnowsNoSuchSessionLocksNothing) {
+  auto manager = std::make_unique<LogInManager>(true);
+  open();
+  ASSERT_TRUE(awaitLocked(true));
+  manager.reset();
+  manager = std::make_unique<LogInManager>(true, "/org/freedesktop/login1/session/_35");
+  EXPECT_TRUE(awaitLocked(false));
 }
 
 TEST_F(BusSessionLockTest, WhenTheBusesGoNothingIsLocked) {

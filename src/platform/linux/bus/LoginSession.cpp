@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/bus/LoginSession.h"
 
-#include <string_view>
+#include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 #include "platform/linux/glib/BusConnection.h"
@@ -10,6 +11,7 @@
 namespace vantorel {
 namespace {
 
+// For an answer, and for a manager that is being started anew.
 constexpr std::chrono::seconds patience{5};
 constexpr int patienceMilliseconds = 5'000;
 
@@ -26,6 +28,27 @@ bool isTrue(GVariant* reply) {
   const VariantPointer value(inner);
   return g_variant_is_of_type(inner, G_VARIANT_TYPE_BOOLEAN) != FALSE &&
          g_variant_get_boolean(inner) != FALSE;
+}
+
+bool isOf(const GError* error, std::initializer_list<GDBusError> codes) {
+  return std::any_of(codes.begin(), codes.end(), [=](GDBusError code) {
+    return g_error_matches(error, G_DBUS_ERROR, code) != FALSE;
+  });
+}
+
+bool isNobodyThere(const GError* error) {
+  return isOf(error, {G_DBUS_ERROR_SERVICE_UNKNOWN, G_DBUS_ERROR_NAME_HAS_NO_OWNER});
+}
+
+/// A manager that is there and has nothing to say of this session.
+bool isNothingKnown(const GError* error) {
+  if (isOf(error, {G_DBUS_ERROR_UNKNOWN_OBJECT, G_DBUS_ERROR_UNKNOWN_INTERFACE,
+                   G_DBUS_ERROR_UNKNOWN_METHOD, G_DBUS_ERROR_UNKNOWN_PROPERTY,
+                   G_DBUS_ERROR_INVALID_ARGS, G_DBUS_ERROR_ACCESS_DENIED})) {
+    return true;
+  }
+  const TextPointer name(g_dbus_error_get_remote_error(error));
+  return name && g_str_has_prefix(name.get(), manager) != FALSE;  // that it has no such session
 }
 
 }  // namespace
@@ -69,6 +92,7 @@ void LoginSession::hear(const char* sender, const char* interface, const char* s
 
 /// The manager answers in the order of the questions, so that the last answer holds.
 void LoginSession::ask() {
+  ++openQuestions_;
   g_dbus_connection_call(
       connection_.get(), manager, sessionPath, properties, "Get",
       g_variant_new("(ss)", sessionInterface, "LockedHint"), G_VARIANT_TYPE("(v)"),
@@ -80,13 +104,52 @@ void LoginSession::ask() {
         const ErrorPointer error(raw);
         // Cancelled when this ends.
         if (g_error_matches(raw, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE) return;
-        static_cast<LoginSession*>(self)->told_(reply && isTrue(reply.get()));
+        static_cast<LoginSession*>(self)->answered(reply.get(), raw);
       },
       this);
 }
 
+/// A question without an answer unlocks nothing.
+void LoginSession::answered(GVariant* reply, const GError* error) {
+  --openQuestions_;
+  if (reply != nullptr || isNothingKnown(error)) {
+    awaySince_.reset();
+    return told_(reply != nullptr && isTrue(reply));
+  }
+  // The end of the bus was told already.
+  if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CLOSED) != FALSE) return;
+  if (!isNobodyThere(error)) {
+    awaySince_.reset();
+  } else {
+    const auto now = std::chrono::steady_clock::now();
+    if (!awaySince_) awaySince_ = now;
+    if (now - *awaySince_ >= patience) return told_(false);
+  }
+  if (openQuestions_ == 0) askLater();
+}
+
+void LoginSession::askLater() {
+  forgetToAsk();
+  later_ = g_timeout_source_new(patienceMilliseconds);
+  const auto due = [](gpointer object) -> gboolean {
+    auto* self = static_cast<LoginSession*>(object);
+    self->forgetToAsk();
+    self->ask();
+    return G_SOURCE_REMOVE;
+  };
+  g_source_set_callback(later_, due, this, nullptr);
+  g_source_attach(later_, g_main_context_get_thread_default());
+}
+
+void LoginSession::forgetToAsk() {
+  if (later_ == nullptr) return;
+  g_source_destroy(later_);
+  g_source_unref(std::exchange(later_, nullptr));
+}
+
 void LoginSession::leave() {
   if (!connection_) return;
+  forgetToAsk();
   g_cancellable_cancel(questions_.get());
   for (const guint subscription : subscriptions_) {
     g_dbus_connection_signal_unsubscribe(connection_.get(), subscription);
