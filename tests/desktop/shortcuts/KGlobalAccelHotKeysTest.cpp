@@ -218,6 +218,42 @@ TEST_F(KGlobalAccelHotKeysTest, KeysThatWereTakenAwayThereStayAway) {
   EXPECT_THAT(service.keys, ElementsAre(metaAltSpace));
 }
 
+TEST_F(KGlobalAccelHotKeysTest, KeysThatAreTakenAwayThereMeanwhileMayComeAgain) {
+  Service service;
+  const auto reference = ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(1));
+  service.choose({});
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(reference, HotKeyAnswer::absent));
+  service.choose({metaAltSpace});
+  ASSERT_TRUE(awaitAnswers(3));
+  EXPECT_EQ(answers_[2], std::pair(reference, HotKeyAnswer::held));
+  EXPECT_EQ(hotKeys_.heldInstead(reference)->label, "Space");
+  service.press();
+  ASSERT_TRUE(await([&] { return !presses_.empty(); }));
+  EXPECT_THAT(presses_, ElementsAre(ours));
+  service.choose({});
+  ASSERT_TRUE(awaitAnswers(4));
+  service.choose({metaAltSpace});  // those of before
+  ASSERT_TRUE(awaitAnswers(5));
+  EXPECT_EQ(answers_[4], std::pair(reference, HotKeyAnswer::held));
+}
+
+TEST_F(KGlobalAccelHotKeysTest, KeysThatAreChosenHereReplaceThoseThatWereTakenAway) {
+  Service service;
+  ask(superShiftV);
+  ASSERT_TRUE(awaitAnswers(1));
+  service.choose({});
+  ASSERT_TRUE(awaitAnswers(2));
+  const auto chosen = ask(superAltSpace);
+  ASSERT_TRUE(awaitAnswers(3));
+  EXPECT_EQ(answers_[2], std::pair(chosen, HotKeyAnswer::held));
+  const auto asked = service.questions.size();
+  hotKeys_.unregisterHotKey(chosen);
+  ASSERT_TRUE(await([&] { return service.calls.back() == "setInactive"; }));
+  EXPECT_EQ(service.questions.size(), asked) << "nobody has the old ones any more";
+}
+
 TEST_F(KGlobalAccelHotKeysTest, ARefusalIsNotRememberedAsTheUsersWish) {
   Service service;
   service.ofOthers = metaShiftV;

@@ -67,6 +67,7 @@ std::optional<HotKeyRef> KGlobalAccelHotKeys::registerHotKey(const HotKeyCombina
   if (keys.isEmpty()) return std::nullopt;
   // The first is what the program starts with, any other was chosen by the user just now.
   const bool isChosen = !registrations_.empty() || isTakenAway_;
+  if (isTakenAway_) registrations_.clear();
   registrations_.push_back(
       {.reference = ++lastReference_, .keys = keys, .id = id, .insists = isChosen});
   ask();
@@ -195,10 +196,7 @@ void KGlobalAccelHotKeys::keysAnswered(const QDBusPendingCall& call) {
     newest.insists = true;
     return sendKeys();
   }
-  if (given.isEmpty()) {
-    isTakenAway_ = true;
-    return absent();
-  }
+  if (given.isEmpty()) return takenAway();
   given.removeAll(0);  // stands for a key that others have
   if (given.isEmpty()) return taken();
   chosenByUser(given);
@@ -215,8 +213,9 @@ void KGlobalAccelHotKeys::chosenByUser(const QList<int>& keys) {
 void KGlobalAccelHotKeys::held() {
   auto& newest = registrations_.back();
   newest.insists = false;
-  isTakenAway_ = false;
-  if (std::exchange(newest.isAwaited, false)) answer(newest.reference, HotKeyAnswer::held);
+  const bool areBack = std::exchange(isTakenAway_, false);
+  if (std::exchange(newest.isAwaited, false) || areBack)
+    answer(newest.reference, HotKeyAnswer::held);
 }
 
 /// The service would remember the refusal as the user's wish.
@@ -229,6 +228,13 @@ void KGlobalAccelHotKeys::taken() {
     ask();
   }
   answer(refused, HotKeyAnswer::taken);
+}
+
+/// It is kept, for the user may give it keys again.
+void KGlobalAccelHotKeys::takenAway() {
+  auto& newest = registrations_.back();
+  newest.isAwaited = false;
+  if (!std::exchange(isTakenAway_, true)) answer(newest.reference, HotKeyAnswer::absent);
 }
 
 void KGlobalAccelHotKeys::absent() {

@@ -25,8 +25,9 @@ class SessionBus;
 /// The service knows one action of this program, whose keys are those of the newest registration:
 /// when they are refused, those of the one before are asked for again. It remembers the action, and
 /// the user may have given it other keys in the desktop's settings: those hold, unless newer ones
-/// were chosen here; where the user took them all away, the answer is "absent". Told anew to a
-/// service that comes back. Main thread; needs the application object.
+/// were chosen here; where the user took them all away, the answer is "absent", and "held" once
+/// there are some again. Told anew to a service that comes back. Main thread; needs the application
+/// object.
 class KGlobalAccelHotKeys : public QObject, public HotKeys {
   Q_OBJECT
 
@@ -74,6 +75,7 @@ class KGlobalAccelHotKeys : public QObject, public HotKeys {
   void chosenByUser(const QList<int>& keys);
   void held();
   void taken();
+  void takenAway();
   void absent();
   void answer(HotKeyRef reference, HotKeyAnswer answer);
 
