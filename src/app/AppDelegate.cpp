@@ -156,6 +156,7 @@ void AppDelegate::lockChanged() {
   if (pasteController_) pasteController_->withdraw();
   if (isHistoryOpen()) panelController_->hide();
   statusItem_.closeStatusMenu();
+  toast_.hide();
 }
 
 void AppDelegate::configureHotKey() {

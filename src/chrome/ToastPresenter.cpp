@@ -29,4 +29,9 @@ void ToastPresenter::show(const std::string& message) {
   dismissWorkItem_ = services_.dispatch.after(timeOnScreen, [this] { panel_.reset(); });
 }
 
+void ToastPresenter::hide() {
+  dismissWorkItem_.reset();
+  panel_.reset();
+}
+
 }  // namespace vantorel

@@ -24,6 +24,8 @@ class ToastPresenter {
   /// Replaces this presenter's toast at once. Key symbols in `message` are shown as this desktop's
   /// keys (see `spelledKeys`).
   void show(const std::string& message);
+  /// Takes this presenter's toast away at once.
+  void hide();
 
  private:
   ChromeServices services_;

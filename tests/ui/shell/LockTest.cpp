@@ -77,6 +77,15 @@ TEST_F(Lock, AWelcomeComesAgain) {
   EXPECT_EQ(visibleTitles(), welcome);
 }
 
+TEST_F(Lock, ANoticeGoes) {
+  delegate->pauseOneHour();
+  ASSERT_EQ(toasts().size(), 1U);
+  lock();
+  EXPECT_THAT(toasts(), IsEmpty());
+  unlock();
+  EXPECT_THAT(toasts(), IsEmpty());
+}
+
 TEST_F(Lock, APasteUnderWayPressesNothing) {
   bringToFront("org.example.Notes", "Notes");
   copy("a text");
