@@ -261,6 +261,7 @@ void AppWindows::confirmClearHistory() {
 
 void AppWindows::lockChanged() {
   const bool welcoming = welcoming_;
+  onboarding_.reset();
   closeHelpPanel();
   closePrivacyPolicy();
   closeShortcutPanel();

@@ -86,6 +86,19 @@ TEST_F(Lock, ANoticeGoes) {
   EXPECT_THAT(toasts(), IsEmpty());
 }
 
+TEST_F(Lock, AWelcomeThatWasAboutToComeComesOnce) {
+  terminate();
+  desktop.defaults.remove("didShowOnboardingV2");
+  launch();
+  lock();
+  desktop.sessionLock.setLocked(false);
+  const auto welcome = visibleTitles();
+  ASSERT_EQ(welcome.size(), 1U);
+  const auto* shown = window(QString::fromStdString(welcome.front()));
+  desktop.dispatch.advance(Seconds(2));
+  EXPECT_EQ(window(QString::fromStdString(welcome.front())), shown) << "it is not replaced";
+}
+
 TEST_F(Lock, APasteUnderWayPressesNothing) {
   bringToFront("org.example.Notes", "Notes");
   copy("a text");
