@@ -152,6 +152,7 @@ void AppDelegate::showAbout() {
 // Keys that are still to be pressed would go into the field for the user's password.
 void AppDelegate::lockChanged() {
   windows_.lockChanged();
+  statusItem_.refreshStatusItem();  // its menu says so
   if (!isLocked()) return;
   if (pasteController_) pasteController_->withdraw();
   if (isHistoryOpen()) panelController_->hide();

@@ -67,6 +67,7 @@ void StatusItemController::stop() {
 
 std::vector<MenuRow> StatusItemController::menuRows() {
   StatusMenuState state;
+  state.isLocked = desktop_.sessionLock.isLocked();
   state.isPaused = privacy_.isPaused();
   state.ignoresPasswordManagers =
       desktop_.defaults.boolean(PrivacyPreferences::ignorePasswordManagersKey).value_or(false);

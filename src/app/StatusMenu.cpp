@@ -74,6 +74,9 @@ MenuRow quitRow() {
 
 std::vector<MenuRow> statusMenuRows(const StatusMenuState& state) {
   std::vector<MenuRow> rows;
+  if (state.isLocked) {
+    rows.push_back({.title = "The desktop says that the screen is locked", .enabled = false});
+  }
   rows.push_back(row(Command::toggle));
   rows.push_back(row(Command::search));
   rows.push_back(pauseMenu(state.isPaused));

@@ -16,6 +16,7 @@ namespace vantorel {
 
 /// Everything that the menu depends on, as it is at one moment.
 struct StatusMenuState {
+  bool isLocked = false;  // so the desktop says; nothing opens then
   bool isPaused = false;
   bool ignoresPasswordManagers = false;
   std::optional<RunningApplication> lastPasteTarget = std::nullopt;

@@ -7,8 +7,10 @@
 namespace vantorel {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 class Lock : public AppDelegateTest {
  protected:
@@ -97,6 +99,18 @@ TEST_F(Lock, AWelcomeThatWasAboutToComeComesOnce) {
   const auto* shown = window(QString::fromStdString(welcome.front()));
   desktop.dispatch.advance(Seconds(2));
   EXPECT_EQ(window(QString::fromStdString(welcome.front())), shown) << "it is not replaced";
+}
+
+TEST_F(Lock, TheTraysMenuSaysWhyNothingOpens) {
+  const std::string reason = "The desktop says that the screen is locked";
+  EXPECT_THAT(desktop.statusItem.titles(), Not(Contains(reason)));
+  const int changes = desktop.statusItem.menuChanges();
+  lock();
+  EXPECT_THAT(desktop.statusItem.titles(), Contains(reason));
+  EXPECT_EQ(desktop.statusItem.menuChanges(), changes + 1);
+  unlock();
+  EXPECT_THAT(desktop.statusItem.titles(), Not(Contains(reason)));
+  EXPECT_EQ(desktop.statusItem.menuChanges(), changes + 2);
 }
 
 TEST_F(Lock, APasteUnderWayPressesNothing) {

@@ -59,6 +59,13 @@ TEST(StatusMenu, WhereNoApplicationIsToldOfNoneIsOfferedForExclusion) {
   EXPECT_THAT(titles(statusMenuRows(state)), testing::Not(testing::Contains("Exclude Notes")));
 }
 
+TEST(StatusMenu, OfALockedScreenItSaysSoFirst) {
+  const auto row = statusMenuRows({.isLocked = true}).front();
+  EXPECT_EQ(row.title, "The desktop says that the screen is locked");
+  EXPECT_FALSE(row.enabled);
+  EXPECT_EQ(row.action, "");
+}
+
 TEST(StatusMenu, EachRowDoesWhatItSays) {
   const StatusMenuState state{
       .isPaused = true, .lastPasteTarget = notes, .excludedApps = {{"org.example.bank", "Bank"}}};
