@@ -42,7 +42,10 @@ HotKeyRegistration::ApplyResult HotKeyRegistration::apply(const HotKeyShortcut& 
   dropCandidate();
   if (candidate == shortcut() && reference_) return ApplyResult::unchanged;
   letAsk(true);
+  const bool wasAwaited = reference_ && hotKeys_.isAwaited(*reference_);
   const auto reference = take(candidate);
+  // A desktop that is asked one thing at a time drops the older wish.
+  if (wasAwaited && !hotKeys_.isAwaited(*reference_)) reference_.reset();
   if (!reference) return ApplyResult::unavailable;
   if (hotKeys_.isAwaited(*reference)) {
     candidate_ = {candidate, *reference};

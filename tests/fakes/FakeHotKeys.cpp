@@ -2,6 +2,7 @@
 #include "fakes/FakeHotKeys.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vantorel {
 
@@ -21,6 +22,9 @@ std::optional<HotKeyRef> FakeHotKeys::registerHotKey(const HotKeyCombination& co
                                                      HotKeyId id) {
   const auto [keyCode, modifiers, label] = combination;
   log_.emplace_back("register");
+  if (replacesAwaited_) {
+    for (const auto reference : std::exchange(awaited_, {})) registered_.erase(reference);
+  }
   if (taken_.contains({keyCode, modifiers})) return std::nullopt;
   for (const auto& [reference, other] : registered_) {
     if (other.keyCode == keyCode && other.modifiers == modifiers) return std::nullopt;
@@ -33,6 +37,7 @@ std::optional<HotKeyRef> FakeHotKeys::registerHotKey(const HotKeyCombination& co
 void FakeHotKeys::unregisterHotKey(HotKeyRef reference) {
   if (onUnregister) onUnregister();
   registered_.erase(reference);
+  awaited_.erase(reference);
   log_.emplace_back("unregister");
 }
 

@@ -53,6 +53,8 @@ class FakeHotKeys : public HotKeys {
   void giveUp(KeyCode keyCode, HotKeyModifiers modifiers) { taken_.erase({keyCode, modifiers}); }
   /// From now on a registration is answered when the test says so.
   void setAnswersLater(bool later) { answersLater_ = later; }
+  /// From now on a registration replaces one that is awaited.
+  void setReplacesAwaited(bool replaces) { replacesAwaited_ = replaces; }
   [[nodiscard]] bool mayAsk() const { return mayAsk_; }
   /// From now on the desktop calls the keys that it gives so.
   void give(const std::string& keys) { given_ = keys; }
@@ -78,6 +80,7 @@ class FakeHotKeys : public HotKeys {
   HotKeyRef chosenFor_ = 0;
   std::optional<HotKeyCombination> chosen_;
   bool answersLater_ = false;
+  bool replacesAwaited_ = false;
   bool mayAsk_ = true;
   std::string given_;
   std::set<std::pair<KeyCode, HotKeyModifiers>> taken_;

@@ -327,6 +327,17 @@ TEST_F(AskedHotKeyTest, TheOldOneAgainTakesTheWishForANewOneBack) {
   EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Registered{9, 0x300, clipHotKeyId}));
 }
 
+TEST_F(AskedHotKeyTest, TheOldOneIsAskedForAgainWhereAWishForANewOneReplacedIt) {
+  hotKeys.setReplacesAwaited(true);
+  start();
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  ASSERT_EQ(registration->apply(HotKeyShortcut{}), ApplyResult::asked);
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_THAT(results, ElementsAre(ApplyResult::applied));
+  EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Registered{9, 0x300, clipHotKeyId}));
+  EXPECT_EQ(registration->apply(HotKeyShortcut{}), ApplyResult::unchanged);
+}
+
 TEST_F(AskedHotKeyTest, WhereNobodyCanHaveOneTheChosenKeysAreKept) {
   start();
   hotKeys.answer(HotKeyAnswer::absent);
