@@ -81,7 +81,9 @@ int main(int argc, char** argv) {
   DisplayLoss displayLoss([&program] { program.finishSaving(); });
   using Extent = PortalAnswers::Extent;
   const bool isWayland = session.windows == Session::Windows::wayland;
-  Portal portal(dispatch, isWayland ? Extent::all : Extent::colors, closeProcess);
+  const bool hasItsShortcut = session.hasShortcutOfPortal(processEnvironment);
+  Portal portal(dispatch, isWayland ? Extent::all : Extent::colors,
+                hasItsShortcut ? Portal::Start::atOnce : Portal::Start::whenWanted, closeProcess);
   SecretServiceKeychain keychain(dispatch);
   keychain.onSecretAhead([&portal] {
     portal.waitUntilAsked();

@@ -40,7 +40,7 @@ void HotKeyRegistration::fallBack() {
 
 HotKeyRegistration::ApplyResult HotKeyRegistration::apply(const HotKeyShortcut& candidate) {
   dropCandidate();
-  if (candidate == shortcut() && reference_) return ApplyResult::unchanged;
+  if (candidate == shortcut() && reference_ && !isAbsent_) return ApplyResult::unchanged;
   letAsk(true);
   const bool wasAwaited = reference_ && hotKeys_.isAwaited(*reference_);
   const auto reference = take(candidate);
@@ -90,7 +90,7 @@ void HotKeyRegistration::answered(HotKeyRef reference, HotKeyAnswer answer) {
   } else {
     note(answer);
     lookForOthersHeld(reference);
-    if (isAbsent_) reference_.reset();
+    if (isAbsent_ && !hotKeys_.isAwaited(reference)) reference_.reset();
   }
   changed();
 }
@@ -114,6 +114,7 @@ void HotKeyRegistration::candidateAnswered(HotKeyAnswer answer) {
     result = ApplyResult::refused;
   } else if (isAbsent_) {
     reference_.reset();
+    if (hotKeys_.isAwaited(candidate.reference)) reference_ = candidate.reference;
     store(candidate.shortcut);
     result = ApplyResult::kept;
   }

@@ -34,7 +34,7 @@ using HotKeyRef = std::uint32_t;
 enum class HotKeyAnswer {
   held,     // the keys are this program's, until it gives them back
   taken,    // they cannot be had, or not any more; the registration is no more
-  absent,   // no program can have keys here that reach it over every window; likewise
+  absent,   // none here reach a program over every window; likewise, unless it stays awaited
   refused,  // the user would have to agree, who said no or may not be asked; likewise
 };
 

@@ -43,8 +43,9 @@ void FakeHotKeys::unregisterHotKey(HotKeyRef reference) {
 
 void FakeHotKeys::answer(HotKeyAnswer answer) {
   const HotKeyRef newest = registered_.rbegin()->first;
-  awaited_.erase(newest);
-  if (answer != HotKeyAnswer::held) registered_.erase(newest);
+  const bool stays = staysAwaited_ && answer == HotKeyAnswer::absent;
+  if (!stays) awaited_.erase(newest);
+  if (!stays && answer != HotKeyAnswer::held) registered_.erase(newest);
   if (const auto handler = answerHandler_) handler(newest, answer);
 }
 

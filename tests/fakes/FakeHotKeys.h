@@ -55,6 +55,8 @@ class FakeHotKeys : public HotKeys {
   void setAnswersLater(bool later) { answersLater_ = later; }
   /// From now on a registration replaces one that is awaited.
   void setReplacesAwaited(bool replaces) { replacesAwaited_ = replaces; }
+  /// From now on one that is answered with "absent" is awaited further.
+  void setStaysAwaited(bool stays) { staysAwaited_ = stays; }
   [[nodiscard]] bool mayAsk() const { return mayAsk_; }
   /// From now on the desktop calls the keys that it gives so.
   void give(const std::string& keys) { given_ = keys; }
@@ -81,6 +83,7 @@ class FakeHotKeys : public HotKeys {
   std::optional<HotKeyCombination> chosen_;
   bool answersLater_ = false;
   bool replacesAwaited_ = false;
+  bool staysAwaited_ = false;
   bool mayAsk_ = true;
   std::string given_;
   std::set<std::pair<KeyCode, HotKeyModifiers>> taken_;

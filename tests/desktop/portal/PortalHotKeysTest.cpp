@@ -6,6 +6,9 @@
 
 #include <QCoreApplication>
 #include <array>
+#include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <utility>
@@ -55,8 +58,17 @@ class PortalHotKeysTest : public testing::Test {
     const auto reference = ask();
     ASSERT_TRUE(awaitAnswers(1));
     EXPECT_THAT(answers_, ElementsAre(Pair(reference, answer)));
-    EXPECT_FALSE(hotKeys_.isAwaited(reference));
+    EXPECT_EQ(hotKeys_.isAwaited(reference), answer == HotKeyAnswer::absent)
+        << "of a portal that comes";
   }
+  /// The bus has something to start as the portal, which never becomes one.
+  void installService() const {
+    std::ofstream(session_.home() / "services/org.freedesktop.portal.Desktop.service")
+        << "[D-BUS Service]\nName=org.freedesktop.portal.Desktop\nExec=/bin/sh -c \"touch "
+        << started().string() << "; exec sleep 60\"\n";
+  }
+  /// There once it was started.
+  [[nodiscard]] std::filesystem::path started() const { return session_.home() / "started"; }
   /// Once everything that the portal sent until now has been heard.
   void settle(ScriptedPortal& portal) {
     const auto pressed = presses_.size();
@@ -71,7 +83,7 @@ class PortalHotKeysTest : public testing::Test {
   std::array<char*, 2> arguments_{name_.data(), nullptr};
   QCoreApplication application_{argumentCount_, arguments_.data()};
   ManualDispatch dispatch_;
-  Portal portal_{dispatch_, PortalAnswers::Extent::colors, [] {}};
+  Portal portal_{dispatch_, PortalAnswers::Extent::colors, Portal::Start::whenWanted, [] {}};
   PortalHotKeys hotKeys_{dispatch_, portal_};
   std::vector<HotKeyId> presses_;
   std::vector<std::pair<HotKeyRef, HotKeyAnswer>> answers_;
@@ -141,9 +153,99 @@ TEST_F(PortalHotKeysTest, APortalThatEndsWhileItAsksHasNoShortcuts) {
   ASSERT_TRUE(awaitAnswers(1));
   EXPECT_THAT(answers_, ElementsAre(Pair(reference, HotKeyAnswer::absent)));
   ScriptedPortal another;
-  ask();
   ASSERT_TRUE(awaitAnswers(2));
-  EXPECT_EQ(answers_[1].second, HotKeyAnswer::held);
+  EXPECT_EQ(answers_[1], std::pair(reference, HotKeyAnswer::held));
+}
+
+TEST_F(PortalHotKeysTest, KeysThatCouldNotBeHadAreHadFromAPortalThatComesLater) {
+  const auto reference = ask();
+  ASSERT_TRUE(awaitAnswers(1));
+  ScriptedPortal portal;
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(reference, HotKeyAnswer::held));
+  EXPECT_FALSE(hotKeys_.isAwaited(reference));
+}
+
+TEST_F(PortalHotKeysTest, APortalThatGoesBeforeItKnowsWhoAsksHasNone) {
+  installService();
+  ask();
+  ASSERT_TRUE(await([&] { return std::filesystem::exists(started()); }));
+  auto portal = std::make_unique<ScriptedPortal>();
+  portal->isSilent = true;
+  ASSERT_TRUE(await([&] { return portal->wasCalledLast("Register"); }));
+  portal.reset();
+  ASSERT_TRUE(awaitAnswers(1));
+  EXPECT_EQ(answers_[0].second, HotKeyAnswer::absent);
+}
+
+TEST_F(PortalHotKeysTest, OnABusThatIsJoinedAnewAnAwaitedPortalHasNone) {
+  installService();
+  ask();
+  ASSERT_TRUE(await([&] { return std::filesystem::exists(started()); }));
+  portal_.rejoin();
+  ASSERT_TRUE(awaitAnswers(1));
+  EXPECT_EQ(answers_[0].second, HotKeyAnswer::absent);
+}
+
+TEST_F(PortalHotKeysTest, APortalThatRefusesTheProcessHasNone) {
+  for (const bool isOld : {false, true}) {
+    ScriptedPortal portal;
+    portal.isOld = isOld;
+    portal.mayLook = [] { return false; };
+    ask();
+    ASSERT_TRUE(awaitAnswers(isOld ? 2 : 1));
+    EXPECT_EQ(answers_.back().second, HotKeyAnswer::absent);
+    EXPECT_THAT(portal.calls, Not(Contains(isOld ? "BindShortcuts" : "CreateSession")));
+  }
+}
+
+TEST_F(PortalHotKeysTest, APortalThatComesAnewToAClosedProcessTakesTheKeysAway) {
+  auto portal = std::make_unique<ScriptedPortal>();
+  const auto reference = ask();
+  ASSERT_TRUE(awaitAnswers(1));
+  portal.reset();
+  portal = std::make_unique<ScriptedPortal>();
+  portal->mayLook = [] { return false; };
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1], std::pair(reference, HotKeyAnswer::absent));
+  EXPECT_EQ(hotKeys_.given(reference), "");
+}
+
+TEST_F(PortalHotKeysTest, APortalThatIsStartedKnowsTheProcessBeforeItIsClosed) {
+  installService();
+  std::atomic<bool> isClosed{false};
+  Portal portal(dispatch_, PortalAnswers::Extent::colors, Portal::Start::atOnce,
+                [&] { isClosed = true; });
+  PortalHotKeys hotKeys(dispatch_, portal);
+  std::vector<HotKeyAnswer> answers;
+  hotKeys.setAnswerHandler([&](HotKeyRef, HotKeyAnswer answer) { answers.push_back(answer); });
+  ASSERT_TRUE(hotKeys.registerHotKey(superShiftV, ours));
+  ASSERT_TRUE(await([&] { return std::filesystem::exists(started()); }));
+  ScriptedPortal scripted;
+  scripted.mayLook = [&] { return !isClosed; };
+  ASSERT_TRUE(await([&] { return !answers.empty(); }));
+  EXPECT_THAT(answers, ElementsAre(HotKeyAnswer::held));
+  EXPECT_TRUE(isClosed);
+}
+
+TEST_F(PortalHotKeysTest, WhereNoneCanBeStartedNobodyWaitsForOne) {
+  std::atomic<bool> isClosed{false};
+  const Portal portal(dispatch_, PortalAnswers::Extent::colors, Portal::Start::atOnce,
+                      [&] { isClosed = true; });
+  ASSERT_TRUE(await([&] { return isClosed.load(); }));
+}
+
+TEST_F(PortalHotKeysTest, APressForgivesTheEndingsOfSessions) {
+  ScriptedPortal portal;
+  expectAnswer(HotKeyAnswer::held);
+  for (int i = 0; i < 5; ++i) {
+    const auto ended = portal.session;
+    portal.close(ended);
+    ASSERT_TRUE(await([&] { return portal.session != ended; }));
+    ASSERT_TRUE(await([&] { return portal.wasCalledLast("BindShortcuts"); }));
+    settle(portal);
+  }
+  EXPECT_EQ(answers_.size(), 1U);
 }
 
 TEST_F(PortalHotKeysTest, APortalThatComesAnewGivesTheKeysAgain) {
@@ -239,7 +341,6 @@ TEST_F(PortalHotKeysTest, ASessionThatIsEndedIsHadAgainButNotForEver) {
     portal.close(ended);
     ASSERT_TRUE(await([&] { return portal.session != ended; }));
     ASSERT_TRUE(await([&] { return portal.wasCalledLast("BindShortcuts"); }));
-    settle(portal);
   }
   EXPECT_EQ(answers_.size(), 1U);
   portal.close(portal.session);

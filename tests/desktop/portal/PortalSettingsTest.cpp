@@ -39,7 +39,7 @@ class PortalSettingsTest : public testing::Test {
 
 TEST_F(PortalSettingsTest, WithoutAPortalNothingIsKnownAndNobodyWaits) {
   bool asked = false;
-  Portal portal(dispatch_, extent, [&] { asked = true; });
+  Portal portal(dispatch_, extent, Portal::Start::whenWanted, [&] { asked = true; });
   PortalSettings settings(portal);
   portal.waitUntilAsked();
   EXPECT_FALSE(settings.reduceMotion());
@@ -53,7 +53,7 @@ TEST_F(PortalSettingsTest, WhatAPortalTellsAndWhatItBecomesIsKnown) {
                        {"enable-animations", false},
                        {"gtk-theme", "Adwaita-dark"},
                        {"icon-theme", "Papirus"}};
-  Portal portal(dispatch_, extent, [] {});
+  Portal portal(dispatch_, extent, Portal::Start::whenWanted, [] {});
   PortalSettings settings(portal);
   ASSERT_TRUE(await([&] { return settings.iconTheme() == "Papirus"; }));
   EXPECT_EQ(portal.answers().scheme, 1U);
@@ -72,7 +72,7 @@ TEST_F(PortalSettingsTest, WhatAPortalTellsAndWhatItBecomesIsKnown) {
 }
 
 TEST_F(PortalSettingsTest, APortalThatComesLaterIsAskedAndWhatItToldStays) {
-  Portal portal(dispatch_, extent, [] {});
+  Portal portal(dispatch_, extent, Portal::Start::whenWanted, [] {});
   PortalSettings settings(portal);
   portal.waitUntilAsked();
   auto scripted = std::make_unique<ScriptedPortal>();
@@ -87,7 +87,7 @@ TEST_F(PortalSettingsTest, APortalThatComesLaterIsAskedAndWhatItToldStays) {
 TEST_F(PortalSettingsTest, WhereTheXServerTellsTheRestColoursAloneAreAskedFor) {
   ScriptedPortal scripted;
   scripted.settings = {{"color-scheme", 2U}};
-  Portal portal(dispatch_, PortalAnswers::Extent::colors, [] {});
+  Portal portal(dispatch_, PortalAnswers::Extent::colors, Portal::Start::whenWanted, [] {});
   ASSERT_TRUE(await([&] { return portal.answers().scheme == 2U; }));
   EXPECT_EQ(scripted.calls, (std::vector<std::string>{"Register", "Read"}));
 }

@@ -52,7 +52,19 @@ bool ScriptedPortal::handleMessage(const QDBusMessage& message, const QDBusConne
   const auto arguments = message.arguments();
   calls.push_back(name.toStdString());
   client_ = message.service();
-  if (name == "Register") {
+  if (isSilent) {
+    message.setDelayedReply(true);
+    return true;
+  }
+  if (name == "Register" && isOld) {
+    return bus_.send(message.createErrorReply(QDBusError::UnknownMethod, "no such method"));
+  }
+  // Properties are told to everybody.
+  const bool isProperty = message.interface() == "org.freedesktop.DBus.Properties";
+  if (!isProperty && !isServed_.contains(client_)) isServed_[client_] = mayLook();
+  if (!isProperty && !isServed_[client_]) {
+    bus_.send(message.createErrorReply(QDBusError::AccessDenied, "cannot look into the process"));
+  } else if (name == "Register") {
     application = arguments.value(0).toString();
     bus_.send(message.createReply());
   } else if (name == "Get" && has_ != Has::settingsAlone) {

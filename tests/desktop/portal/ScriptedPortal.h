@@ -9,6 +9,7 @@
 #include <QString>
 #include <QVariant>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,10 @@ class ScriptedPortal : public QDBusVirtualObject {
   /// What its user says to the question: the results of BindShortcuts; absent: nothing yet.
   std::function<QVariantMap()> user = [] { return added(); };
   Order order = Order::replyFirst;
+  /// Whether it may look into whoever asks for the first time; others it refuses for good.
+  std::function<bool()> mayLook = [] { return true; };
+  bool isOld = false;     // it cannot be told who asks
+  bool isSilent = false;  // it answers nothing
   /// What it says that it has made; empty: what was asked for.
   QVariant sessionHandle = {};
   /// Answers to Settings.Read, by their names.
@@ -73,7 +78,8 @@ class ScriptedPortal : public QDBusVirtualObject {
   Has has_;
   QDBusConnection bus_;
   QString client_;
-  QString question_;  // the object of the last request
+  std::map<QString, bool> isServed_;  // by the client's name
+  QString question_;                  // the object of the last request
 };
 
 }  // namespace vantorel

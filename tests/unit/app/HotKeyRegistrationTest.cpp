@@ -348,6 +348,32 @@ TEST_F(AskedHotKeyTest, WhereNobodyCanHaveOneTheChosenKeysAreKept) {
   EXPECT_EQ(registration->shortcut(), commandOptionSpace);
 }
 
+TEST_F(AskedHotKeyTest, KeysThatComeLaterAreHadAllTheSame) {
+  hotKeys.setStaysAwaited(true);
+  start();
+  hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_FALSE(registration->canBeHad());
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_TRUE(registration->canBeHad());
+  EXPECT_EQ(changes, 2);
+  hotKeys.answer(HotKeyAnswer::absent);
+  hotKeys.setReplacesAwaited(true);
+  ASSERT_EQ(registration->apply(commandOptionSpace), ApplyResult::asked);
+  hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_THAT(results, ElementsAre(ApplyResult::kept));
+  hotKeys.answer(HotKeyAnswer::held);
+  EXPECT_TRUE(registration->canBeHad());
+  EXPECT_EQ(registration->apply(commandOptionSpace), ApplyResult::unchanged);
+}
+
+TEST_F(AskedHotKeyTest, KeysThatAreOnlyAwaitedAreAskedForAgain) {
+  hotKeys.setStaysAwaited(true);
+  hotKeys.setReplacesAwaited(true);
+  start();
+  hotKeys.answer(HotKeyAnswer::absent);
+  EXPECT_EQ(registration->apply(HotKeyShortcut{}), ApplyResult::asked);
+}
+
 TEST_F(AskedHotKeyTest, KeysThatTheUserChoseInTheDesktopsSettingsAreTheOnesInUse) {
   start();
   hotKeys.chooseInstead({0, hotkeys::command, "F12"});

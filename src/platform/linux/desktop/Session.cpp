@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "platform/linux/shortcuts/OwnCommand.h"
 #include "platform/linux/wayland/DataControl.h"
 #include "platform/linux/wayland/toolkit/WaylandPlugins.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -60,6 +61,11 @@ std::string Session::toolkitPlatform(const EnvironmentLookup& environment) const
   const std::string fitting = windows == Windows::wayland ? "wayland" : "xcb";
   const auto chosen = environment("QT_QPA_PLATFORM").value_or(std::string());
   return chosen == fitting || chosen.starts_with(fitting + ":") ? chosen : fitting;
+}
+
+bool Session::hasShortcutOfPortal(const EnvironmentLookup& environment) const {
+  return windows == Windows::xwayland &&
+         desktopName(environment).find("GNOME") != std::string::npos;
 }
 
 std::string Session::refusal() const {

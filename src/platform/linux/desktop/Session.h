@@ -35,6 +35,10 @@ struct Session {
   /// Options that the user gives by `QT_QPA_PLATFORM` hold for that platform alone.
   [[nodiscard]] std::string toolkitPlatform(const EnvironmentLookup& environment) const;
 
+  /// Whether the desktop's portal is who gives the shortcut. Portals announce shortcuts for
+  /// desktops that lack them, so the desktop's name counts.
+  [[nodiscard]] bool hasShortcutOfPortal(const EnvironmentLookup& environment) const;
+
   /// Why no window can be shown, and what to do, as one line; empty when one can.
   [[nodiscard]] std::string refusal() const;
 

@@ -23,10 +23,10 @@ std::unique_ptr<Screens> openScreens(bool isInsideWayland) {
 }
 
 /// What an X server inside of a compositor grabs holds over the windows of X11 programs alone.
-/// Portals announce shortcuts for desktops that lack them, so the desktop's name counts.
-std::unique_ptr<HotKeys> openHotKeys(const WindowPorts::Services& services, bool isInsideWayland) {
-  if (!isInsideWayland) return X11HotKeys::open(services.dispatch);
-  if (desktopName(processEnvironment).find("GNOME") != std::string::npos) {
+std::unique_ptr<HotKeys> openHotKeys(const WindowPorts::Services& services,
+                                     const Session& session) {
+  if (session.windows != Session::Windows::xwayland) return X11HotKeys::open(services.dispatch);
+  if (session.hasShortcutOfPortal(processEnvironment)) {
     return std::make_unique<PortalHotKeys>(services.dispatch, services.portal);
   }
   return std::make_unique<KGlobalAccelHotKeys>(services.dispatch, services.bus);
@@ -51,7 +51,7 @@ X11Ports::X11Ports(const Services& services, Session session)
           DataControlPasteboard::open({dispatch_, services.images}, std::move(session.wayland))),
       x11Workspace_(
           X11Workspace::open(dispatch_, DesktopEntryPlaces::fromEnvironment(processEnvironment))),
-      hotKeys_(openHotKeys(services, isInsideWayland_)) {
+      hotKeys_(openHotKeys(services, session)) {
   using Bridge = SelectionService::Bridge;
   if (!compositorClipboard_) {
     x11Clipboard_ = X11Pasteboard::open(

@@ -20,6 +20,7 @@ struct Portal::Conversation {
   std::optional<PortalBus> bus;
   std::optional<SettingsReading> settings;
   std::optional<ShortcutSession> shortcut;
+  bool isStarting = false;  // the portal, at the start of the program
   GlibThread thread{"portal", [this] {
                       shortcut.reset();
                       settings.reset();
@@ -27,26 +28,37 @@ struct Portal::Conversation {
                     }};
 };
 
-Portal::Portal(Dispatch& dispatch, PortalAnswers::Extent extent, std::function<void()> asked)
-    : conversation_(std::make_unique<Conversation>()) {
+Portal::Portal(Dispatch& dispatch, PortalAnswers::Extent extent, Start start,
+               std::function<void()> asked)
+    : deadline_(std::chrono::steady_clock::now() +
+                (start == Start::atOnce ? startPatience : patience)),
+      conversation_(std::make_unique<Conversation>()) {
   auto tell = onMainQueue(dispatch, life_.guard([this](const PortalAnswers& answers) {
     answers_ = answers;
     observers_.notify();
   }));
-  conversation_->thread.post(
-      [this, &all = *conversation_, extent, asked = std::move(asked), tell = std::move(tell)] {
-        all.bus.emplace(all.thread);
-        all.settings.emplace(*all.bus, extent, tell);
-        const bool isJoined = all.bus->join(deadline_);
-        all.thread.runUntil(deadline_, [&all] { return all.bus->isQuiet(); });
-        asked();
-        {
-          const std::lock_guard lock(mutex_);
-          asked_ = true;
-        }
-        changed_.notify_all();
-        if (!isJoined) all.bus->join(longPatience());
+  conversation_->thread.post([this, &all = *conversation_, extent, start, asked = std::move(asked),
+                              tell = std::move(tell)] {
+    const auto answersDeadline = std::chrono::steady_clock::now() + patience;
+    all.bus.emplace(all.thread);
+    all.settings.emplace(*all.bus, extent, tell);
+    const bool isJoined = all.bus->join(deadline_);
+    all.isStarting = isJoined && start == Start::atOnce;
+    if (all.isStarting) {
+      all.bus->start([&all](GVariant* reply) {
+        if (!reply) all.isStarting = false;
       });
+      all.thread.runUntil(deadline_, [&all] { return all.bus->isThere() || !all.isStarting; });
+    }
+    all.thread.runUntil(answersDeadline, [&all] { return all.bus->isQuiet(); });
+    asked();
+    {
+      const std::lock_guard lock(mutex_);
+      asked_ = true;
+    }
+    changed_.notify_all();
+    if (!isJoined) all.bus->join(longPatience());
+  });
 }
 
 Portal::~Portal() = default;

@@ -26,9 +26,16 @@ class Portal {
   /// within a few milliseconds; the start waits for nobody longer.
   static constexpr std::chrono::milliseconds patience{50};
 
+  /// The same for a portal that is started first. It has to know this program before the process
+  /// is closed to it, or the shortcut is not to be had until the next start.
+  static constexpr std::chrono::milliseconds startPatience{1000};
+  /// What becomes of a portal that does not run.
+  enum class Start { whenWanted, atOnce };
+
   /// `asked` is called on the thread as soon as the first answers are there or late. `dispatch`
   /// outlives this.
-  Portal(Dispatch& dispatch, PortalAnswers::Extent extent, std::function<void()> asked);
+  Portal(Dispatch& dispatch, PortalAnswers::Extent extent, Start start,
+         std::function<void()> asked);
   ~Portal();
   Portal(const Portal&) = delete;
   Portal& operator=(const Portal&) = delete;
@@ -46,14 +53,15 @@ class Portal {
 
   /// Before the first wish. What hears of them may be called as long as this lives.
   void hearOfShortcut(ShortcutNews news);
-  /// In place of what was wished before; a portal that does not run is started for it.
+  /// In place of what was wished before; a portal that does not run is started for it, which helps
+  /// as long as the process is open.
   void wantShortcut(const ShortcutWish& wish);
   void giveShortcutBack();
 
  private:
   struct Conversation;  // on the thread
 
-  const Deadline deadline_ = std::chrono::steady_clock::now() + patience;
+  const Deadline deadline_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool asked_ = false;  // guarded

@@ -2,6 +2,7 @@
 #include "platform/linux/portal/PortalBus.h"
 
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "platform/ApplicationId.h"
@@ -14,14 +15,16 @@ namespace {
 constexpr const char* portalService = "org.freedesktop.portal.Desktop";
 constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 
+using Ended = std::function<void(GVariant* reply, const GError* error)>;
+
 /// What the bus calls when a question has ended; takes the callback over.
 void ended(GObject* connection, GAsyncResult* result, gpointer callback) {
-  const std::unique_ptr<PortalBus::Answered> answered(static_cast<PortalBus::Answered*>(callback));
-  GError* error = nullptr;
+  const std::unique_ptr<Ended> heard(static_cast<Ended*>(callback));
+  GError* raw = nullptr;
   const VariantPointer reply(
-      g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error));
-  const ErrorPointer discarded(error);
-  (*answered)(reply.get());
+      g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &raw));
+  const ErrorPointer error(raw);
+  (*heard)(reply.get(), raw);
 }
 
 }  // namespace
@@ -94,9 +97,14 @@ void PortalBus::appeared() {
 }
 
 void PortalBus::vanished() {
-  isOwned_ = false;
   if (std::exchange(isLooking_, false)) --open_;
-  if (!std::exchange(isThere_, false)) return;
+  if (isOwned_) forget();
+}
+
+void PortalBus::forget() {
+  isOwned_ = false;
+  isThere_ = false;
+  isRefused_ = false;
   for (const auto& each : news_) each.left();
 }
 
@@ -133,8 +141,12 @@ void PortalBus::call(const char* program, const char* object, const char* interf
     return thread_.post(life_.guard([answered = std::move(answered)] { answered(nullptr); }));
   }
   ++open_;
-  auto callback = std::make_unique<Answered>(
-      life_.guard([this, answered = std::move(answered)](GVariant* reply) {
+  const bool isPortals = std::string_view(program) == portalService;
+  auto callback = std::make_unique<Ended>(life_.guard(
+      [this, isPortals, answered = std::move(answered)](GVariant* reply, const GError* error) {
+        if (isPortals && g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_ACCESS_DENIED)) {
+          isRefused_ = true;
+        }
         answered(reply);
         --open_;
       }));
@@ -153,8 +165,9 @@ void PortalBus::send(const std::string& object, const char* interface, const cha
 
 void PortalBus::leave() {
   life_.end();
-  vanished();
+  isLooking_ = false;
   open_ = 0;
+  forget();
   if (!connection_) return;
   g_bus_unwatch_name(watch_);
   g_cancellable_cancel(questions_.get());

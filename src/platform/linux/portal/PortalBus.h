@@ -15,7 +15,7 @@ namespace vantorel {
 /// The program's connection to the desktop's portal. A portal looks into a process when one of its
 /// connections asks for the first time, and refuses one that is closed to others; what it found
 /// holds for as long as both are there. So this connection asks first thing in the program and is
-/// kept. On the portal's thread.
+/// kept. A portal that comes later refuses it. On the portal's thread.
 class PortalBus {
  public:
   /// What was asked; the reply is null when there was none.
@@ -29,8 +29,8 @@ class PortalBus {
 
   // Both for good.
 
-  /// `came`: a portal is there and knows who asks, also each time that one comes anew. `left`: it
-  /// has gone, with all that it had for this program.
+  /// `came`: a portal is there and was told who asks, also each time that one comes anew. `left`:
+  /// it has gone, with all that it had for this program, or the bus has; also one that never came.
   void onNews(std::function<void()> came, std::function<void()> left);
   /// What the portal sends to this program or to all, of the type that `heard` expects or not.
   void onSignal(const char* interface, const char* signal, Heard heard);
@@ -38,6 +38,8 @@ class PortalBus {
   /// Joins the bus, in place of one that it joined before. False without one; nothing comes then.
   bool join(Deadline deadline);
   [[nodiscard]] bool isThere() const { return isThere_; }
+  /// Whether the portal that is there said that it does not serve this process.
+  [[nodiscard]] bool isRefused() const { return isRefused_; }
   /// Whether nothing is asked at the moment, be it only whether a portal is there.
   [[nodiscard]] bool isQuiet() const { return open_ == 0; }
   /// What the bus calls this connection; empty without one.
@@ -70,6 +72,7 @@ class PortalBus {
   void listen(const Signal& signal);
   void appeared();
   void vanished();
+  void forget();
   void leave();
   void call(const char* program, const char* object, const char* interface, const char* method,
             GVariant* arguments, Answered answered);
@@ -84,6 +87,7 @@ class PortalBus {
   bool isLooking_ = false;  // it is not known yet whether a portal is there
   bool isOwned_ = false;    // one is, and may not know yet who asks
   bool isThere_ = false;
+  bool isRefused_ = false;
   int open_ = 0;
   Lifetime life_;
 };

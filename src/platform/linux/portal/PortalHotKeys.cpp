@@ -31,7 +31,7 @@ bool PortalHotKeys::installHandler(std::function<void(HotKeyId)> handler) {
 
 std::optional<HotKeyRef> PortalHotKeys::registerHotKey(const HotKeyCombination& combination,
                                                        HotKeyId id) {
-  if (registration_ && !registration_->isAwaited) return std::nullopt;
+  if (registration_ && registration_->isHeld()) return std::nullopt;
   registration_ = {.reference = ++lastReference_, .id = id};
   portal_.wantShortcut({lastReference_, portalTrigger(combination), mayAsk_});
   return lastReference_;
@@ -44,7 +44,7 @@ void PortalHotKeys::unregisterHotKey(HotKeyRef reference) {
 }
 
 bool PortalHotKeys::isAwaited(HotKeyRef reference) const {
-  return isRegistered(reference) && registration_->isAwaited;
+  return isRegistered(reference) && !registration_->isHeld();
 }
 
 std::string PortalHotKeys::given(HotKeyRef reference) const {
@@ -53,14 +53,11 @@ std::string PortalHotKeys::given(HotKeyRef reference) const {
 
 void PortalHotKeys::answered(HotKeyRef reference, HotKeyAnswer answer, const std::string& keys) {
   if (!isRegistered(reference)) return;
-  if (answer == HotKeyAnswer::held) {
-    const bool isNews = std::exchange(registration_->isAwaited, false) ||
-                        std::exchange(registration_->keys, keys) != keys;
-    registration_->keys = keys;
-    if (!isNews) return;
-  } else {
-    registration_.reset();
-  }
+  auto& known = *registration_;
+  if (known.answer == answer && known.keys == keys) return;
+  known.answer = answer;
+  known.keys = keys;
+  if (answer == HotKeyAnswer::refused) registration_.reset();
   // The handler may be replaced while it runs.
   if (const auto handler = answerHandler_) handler(reference, answer);
 }

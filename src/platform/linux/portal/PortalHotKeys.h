@@ -16,7 +16,7 @@ class Portal;
 /// Shortcuts by the desktop's portal. It knows one of this program, asks its user the first time
 /// and from then on gives the same keys without a question. Which keys that are the user may change
 /// in the desktop's settings; this program may not, so while it holds some, others are not to be
-/// had. Main thread.
+/// had. Where none are, they stay awaited: a portal that comes later may have them. Main thread.
 class PortalHotKeys : public HotKeys {
  public:
   /// Both outlive this.
@@ -43,8 +43,9 @@ class PortalHotKeys : public HotKeys {
   struct Registration {
     HotKeyRef reference = 0;
     HotKeyId id;
-    bool isAwaited = true;
+    std::optional<HotKeyAnswer> answer = {};
     std::string keys = {};
+    [[nodiscard]] bool isHeld() const { return answer == HotKeyAnswer::held; }
   };
 
   void answered(HotKeyRef reference, HotKeyAnswer answer, const std::string& keys);

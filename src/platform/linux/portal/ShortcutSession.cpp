@@ -55,16 +55,17 @@ void ShortcutSession::giveBack() {
 }
 
 void ShortcutSession::begin() {
+  if (bus_.isRefused()) return lose();
   if (!bus_.isThere()) {
     state_ = State::starting;
     return bus_.start(life_.guard([this](GVariant* reply) {
-      if (!reply) fail(HotKeyAnswer::absent);  // else it comes
+      if (!reply) lose();  // else it comes
     }));
   }
   state_ = State::asking;
   const auto answered = [this](GVariant* reply) {
-    if (!reply) return fail(HotKeyAnswer::absent);
-    if (!wish_->mayAsk) return fail(HotKeyAnswer::refused);
+    if (!reply) return lose();
+    if (!wish_->mayAsk) return refuse();
     create();
   };
   bus_.ask("org.freedesktop.DBus.Properties", "Get",
@@ -84,7 +85,7 @@ void ShortcutSession::left() {
   session_.clear();
   requests_.giveUp();
   if (state_ == State::held) state_ = State::lost;
-  if (state_ == State::asking) fail(HotKeyAnswer::absent);
+  if (state_ == State::asking || state_ == State::starting) lose();
 }
 
 void ShortcutSession::create() {
@@ -98,7 +99,7 @@ void ShortcutSession::create() {
     // Some portals say it as text, some as what it is.
     const bool isNamed = results && (g_variant_lookup(results, "session_handle", "&s", &session) ||
                                      g_variant_lookup(results, "session_handle", "&o", &session));
-    if (!isNamed || !g_variant_is_object_path(session)) return fail(HotKeyAnswer::absent);
+    if (!isNamed || !g_variant_is_object_path(session)) return lose();
     session_ = session;
     bind();
   });
@@ -120,11 +121,11 @@ void ShortcutSession::bind() {
 
 /// The code of the response does not tell yes from no: GNOME's is the same for both.
 void ShortcutSession::bound(GVariant* results) {
-  if (!results) return fail(HotKeyAnswer::absent);
+  if (!results) return lose();
   const VariantPointer shortcuts(
       g_variant_lookup_value(results, "shortcuts", G_VARIANT_TYPE("a(sa{sv})")));
   const auto keys = shortcuts ? keysOf(shortcuts.get()) : std::nullopt;
-  if (!keys) return fail(HotKeyAnswer::refused);
+  if (!keys) return refuse();
   state_ = State::held;
   hold(*keys);
 }
@@ -140,21 +141,23 @@ void ShortcutSession::activated(GVariant* arguments) {
   if (!isOurs(arguments, "(osta{sv})")) return;
   const gchar* pressed = nullptr;
   g_variant_get_child(arguments, 1, "&s", &pressed);
-  if (std::string_view(pressed) == action) news_.pressed(wish_->reference);
+  if (std::string_view(pressed) != action) return;
+  endings_ = 0;
+  news_.pressed(wish_->reference);
 }
 
 /// In the desktop's own settings the user gave the action other keys, or none any more.
 void ShortcutSession::changed(GVariant* arguments) {
   if (!isOurs(arguments, "(oa(sa{sv}))")) return;
   const auto keys = keysOf(VariantPointer(g_variant_get_child_value(arguments, 1)).get());
-  if (!keys) return fail(HotKeyAnswer::refused);
+  if (!keys) return refuse();
   hold(*keys);
 }
 
 void ShortcutSession::closed(const std::string& object) {
   if (session_.empty() || object != session_) return;
   session_.clear();
-  if (state_ != State::held || ++endings_ > endingsBorne) return fail(HotKeyAnswer::absent);
+  if (state_ != State::held || ++endings_ > endingsBorne) return lose();
   begin();
 }
 
@@ -162,10 +165,16 @@ void ShortcutSession::hold(const std::string& keys) {
   news_.answered(wish_->reference, HotKeyAnswer::held, keys);
 }
 
-void ShortcutSession::fail(HotKeyAnswer answer) {
+void ShortcutSession::lose() {
+  close();
+  state_ = State::lost;
+  news_.answered(wish_->reference, HotKeyAnswer::absent, {});
+}
+
+void ShortcutSession::refuse() {
   const HotKeyRef reference = wish_->reference;
   giveBack();
-  news_.answered(reference, answer, {});
+  news_.answered(reference, HotKeyAnswer::refused, {});
 }
 
 /// Not awaited by anybody: the process may be about to end.

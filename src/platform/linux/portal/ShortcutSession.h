@@ -11,11 +11,12 @@
 namespace vantorel {
 
 /// The one shortcut that the portal gives this program. The portal asks its user once, remembers
-/// who agreed, and gives the same keys without a question from then on. Had again from a portal
-/// that comes anew. On the portal's thread.
+/// who agreed, and gives the same keys without a question from then on. What cannot be had is
+/// wished for until somebody says no, and asked for anew from each portal that comes and serves
+/// this process. On the portal's thread.
 class ShortcutSession {
  public:
-  /// How often a session that the portal ends by itself is had again.
+  /// How often a session that the portal ends by itself is had again, counted from the last press.
   static constexpr int endingsBorne = 3;
 
   /// The bus outlives this.
@@ -26,7 +27,7 @@ class ShortcutSession {
   void giveBack();
 
  private:
-  enum class State { idle, starting, asking, held, lost };
+  enum class State { idle, starting, asking, held, lost };  // lost: until a portal comes anew
 
   void begin();
   void came();
@@ -38,7 +39,8 @@ class ShortcutSession {
   void changed(GVariant* arguments);
   void closed(const std::string& object);
   void hold(const std::string& keys);
-  void fail(HotKeyAnswer answer);
+  void lose();
+  void refuse();
   void close();
   [[nodiscard]] bool isOurs(GVariant* arguments, const char* type) const;
 
