@@ -313,6 +313,16 @@ TEST_F(PortalHotKeysTest, KeysThatTheUserChangesAreTold) {
   EXPECT_EQ(answers_[2], std::pair(reference, HotKeyAnswer::refused)) << "taken away";
 }
 
+TEST_F(PortalHotKeysTest, AnActionWithoutKeysIsNotHeldUntilTheUserGivesItSome) {
+  ScriptedPortal portal;
+  portal.user = [] { return ScriptedPortal::added(""); };
+  expectAnswer(HotKeyAnswer::absent);
+  portal.change(portal.session, {{"toggle", {{"trigger_description", "Press <Alt><Super>b"}}}});
+  ASSERT_TRUE(awaitAnswers(2));
+  EXPECT_EQ(answers_[1].second, HotKeyAnswer::held);
+  EXPECT_EQ(hotKeys_.given(answers_[1].first), "⌘⌥B");
+}
+
 TEST_F(PortalHotKeysTest, WhileKeysAreHeldOthersAreNotToBeHad) {
   ScriptedPortal portal;
   expectAnswer(HotKeyAnswer::held);

@@ -161,8 +161,10 @@ void ShortcutSession::closed(const std::string& object) {
   begin();
 }
 
+/// An action without keys opens nothing, until the user gives it some in the desktop's settings.
 void ShortcutSession::hold(const std::string& keys) {
-  news_.answered(wish_->reference, HotKeyAnswer::held, keys);
+  const auto answer = keys.empty() ? HotKeyAnswer::absent : HotKeyAnswer::held;
+  news_.answered(wish_->reference, answer, keys);
 }
 
 void ShortcutSession::lose() {
