@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 #include <string>
 #include <utility>
@@ -78,7 +79,10 @@ int main(int argc, char** argv) {
   const auto quit = [] { QCoreApplication::exit(0); };
   const TerminationSignals terminationSignals(dispatch, quit);
   Program program(line.request(), quit);
-  DisplayLoss displayLoss([&program] { program.finishSaving(); });
+  DisplayLoss displayLoss([&program] {
+    program.finishSaving();
+    std::_Exit(1);  // as the toolkit would, whose status differs by its version
+  });
   using Extent = PortalAnswers::Extent;
   const bool isWayland = session.windows == Session::Windows::wayland;
   const bool hasItsShortcut = session.hasShortcutOfPortal(processEnvironment);
