@@ -14,11 +14,17 @@ constexpr auto usage = "vantorel";
 
 /// What the compositor calls.
 struct BareSurface::Listeners {
-  static constexpr wl_surface_listener surface{
-      [](void* self, wl_surface* /*surface*/, wl_output* output) {
-        static_cast<BareSurface*>(self)->entered_ = output;
-      },
-      [](void* /*self*/, wl_surface* /*surface*/, wl_output* /*output*/) {}};
+  static void entered(void* self, wl_surface* /*surface*/, wl_output* output) {
+    static_cast<BareSurface*>(self)->entered_ = output;
+  }
+  static void left(void* /*self*/, wl_surface* /*surface*/, wl_output* /*output*/) {}
+  /// The rest comes with later versions than the one that is spoken here.
+  static constexpr wl_surface_listener surface = [] {
+    wl_surface_listener all{};
+    all.enter = entered;
+    all.leave = left;
+    return all;
+  }();
   static constexpr zwlr_layer_surface_v1_listener role{
       [](void* self, zwlr_layer_surface_v1* role, std::uint32_t serial, std::uint32_t width,
          std::uint32_t height) {

@@ -29,8 +29,7 @@ bool takesKeys(const QWindow& window) {
 /// The toolkit makes surfaces of its own kind for what is inside of a window or hangs at the
 /// pointer.
 bool isOurs(const QWindow& window) {
-  return window.isTopLevel() && window.type() != Qt::Desktop &&
-         !window.inherits("QShapedPixmapWindow");
+  return window.isTopLevel() && !window.inherits("QShapedPixmapWindow");
 }
 
 QScreen& screenOf(const QWindow& window) {
