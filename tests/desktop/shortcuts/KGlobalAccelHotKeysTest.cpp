@@ -225,6 +225,7 @@ TEST_F(KGlobalAccelHotKeysTest, KeysThatAreTakenAwayThereMeanwhileMayComeAgain) 
   service.choose({});
   ASSERT_TRUE(awaitAnswers(2));
   EXPECT_EQ(answers_[1], std::pair(reference, HotKeyAnswer::absent));
+  EXPECT_TRUE(hotKeys_.isAwaited(reference));
   service.choose({metaAltSpace});
   ASSERT_TRUE(awaitAnswers(3));
   EXPECT_EQ(answers_[2], std::pair(reference, HotKeyAnswer::held));

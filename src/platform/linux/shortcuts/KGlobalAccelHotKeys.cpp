@@ -82,6 +82,7 @@ void KGlobalAccelHotKeys::unregisterHotKey(HotKeyRef reference) {
   registrations_.erase(found);
   if (!hadTheKeys) return;
   if (registrations_.empty()) {
+    isTakenAway_ = false;
     giveBack();
   } else {
     registrations_.back().insists = true;
@@ -213,9 +214,8 @@ void KGlobalAccelHotKeys::chosenByUser(const QList<int>& keys) {
 void KGlobalAccelHotKeys::held() {
   auto& newest = registrations_.back();
   newest.insists = false;
-  const bool areBack = std::exchange(isTakenAway_, false);
-  if (std::exchange(newest.isAwaited, false) || areBack)
-    answer(newest.reference, HotKeyAnswer::held);
+  isTakenAway_ = false;
+  if (std::exchange(newest.isAwaited, false)) answer(newest.reference, HotKeyAnswer::held);
 }
 
 /// The service would remember the refusal as the user's wish.
@@ -230,10 +230,10 @@ void KGlobalAccelHotKeys::taken() {
   answer(refused, HotKeyAnswer::taken);
 }
 
-/// It is kept, for the user may give it keys again.
+/// It is kept and awaited, for the user may give it keys again.
 void KGlobalAccelHotKeys::takenAway() {
   auto& newest = registrations_.back();
-  newest.isAwaited = false;
+  newest.isAwaited = true;
   if (!std::exchange(isTakenAway_, true)) answer(newest.reference, HotKeyAnswer::absent);
 }
 
