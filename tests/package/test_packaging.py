@@ -72,6 +72,13 @@ class Validators(PackagingCase):
         self.assertIn(f'<release version="{version}"', read(BUILD, f"{ID}.metainfo.xml"))
         self.assertIn(f".Os Vantorel {version}\n", read(BUILD, "vantorel.1"))
 
+    def test_the_newest_release_is_the_same_to_readers_and_to_stores(self):
+        version = re.search(r"project\(Vantorel VERSION ([\d.]+)", read(ROOT, "CMakeLists.txt"))[1]
+        told = re.search(r"^## ([\d.]+), (\S+)$", read(ROOT, "CHANGELOG.md"), re.MULTILINE)
+        for_stores = read(PACKAGING, f"{ID}.metainfo.xml.in")
+        date = re.search(r'<release version="@PROJECT_VERSION@" date="([\d-]+)"', for_stores)[1]
+        self.assertEqual(told.groups(), (version, date))
+
 
 class Completions(PackagingCase):
     """Manual page, completions and help name the same options."""
