@@ -67,6 +67,7 @@ class Shell(VantorelTestCase):
     def test_keys_that_the_user_lets_gnome_have_open_the_panel(self):
         self.desktop.start_media_keys()
         self.vantorel.start(capturing=False)
+        self.vantorel.wait_until_on_bus()  # or the command is the program
         self.vantorel.command("--shortcut")
         self.press(RECORDER, "Add to GNOME")
         self.vantorel.wait_for_notice("Shortcut set to Super+Shift+V")
