@@ -42,6 +42,10 @@ class Session(KwinTestCase):
         self.assertRegex(text, "yes  Applications .*org_kde_plasma_window_management 16")
         self.assertRegex(text, "yes  Pasting .*window in front .*org_kde_kwin_fake_input 4")
 
+    def test_the_shortcut_is_plasmas_own(self):
+        self.assertRegex(self.check(), "yes  Shortcut .* running Vantorel .org.kde.kglobalaccel.")
+        self.vantorel.open_panel()
+
     def test_a_copy_is_of_the_application_in_front(self):
         KWrite(self)
         self.copy("a note")

@@ -190,6 +190,13 @@ std::string xtest(const X11Connection& x11) {
   return told ? "XTEST " + dotted(told->major_version, told->minor_version) : "XTEST";
 }
 
+/// Inside of a compositor.
+DesktopFacts::Shortcut shortcutOf(const DesktopFacts& facts) {
+  using Shortcut = DesktopFacts::Shortcut;
+  if (facts.shortcutService.empty()) return Shortcut::absent;
+  return facts.isRunning ? Shortcut::held : Shortcut::offered;
+}
+
 void lookAtCompositor(DesktopFacts& facts, const WaylandConnection& compositor) {
   constexpr auto layers = "zwlr_layer_shell_v1";
   facts.hasWindowSystem = true;
@@ -203,7 +210,7 @@ void lookAtCompositor(DesktopFacts& facts, const WaylandConnection& compositor) 
     facts.keysProtocol = keyboardProtocol(compositor).value_or("");
     facts.canPressKeys = !facts.keysProtocol.empty();
   }
-  facts.shortcut = DesktopFacts::Shortcut::absent;
+  facts.shortcut = shortcutOf(facts);
 }
 
 void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
@@ -239,9 +246,7 @@ void lookAtWindows(DesktopFacts& facts, ShortcutKeys shortcut) {
   }
   if (facts.canPressKeys) facts.keysProtocol = xtest(*x11);
   if (isInside) {
-    facts.shortcut = facts.shortcutService.empty() ? Shortcut::absent
-                     : facts.isRunning             ? Shortcut::held
-                                                   : Shortcut::offered;
+    facts.shortcut = shortcutOf(facts);
     return;
   }
   facts.shortcutService.clear();
