@@ -88,7 +88,18 @@ struct FakeLayers::Protocols {
           of(compositor).regions_[made];
         }
   };
-  static constexpr struct wl_subcompositor_interface subcompositorCalls { destroy, nullptr };
+  static void setPlace(wl_client* /*client*/, wl_resource* /*inner*/, std::int32_t /*x*/,
+                       std::int32_t /*y*/) {}
+  static void nothing(wl_client* /*client*/, wl_resource* /*inner*/) {}
+  static constexpr struct wl_subsurface_interface innerCalls {
+    destroy, setPlace, ignoreObject, ignoreObject, nothing, nothing
+  };
+  static constexpr struct wl_subcompositor_interface subcompositorCalls {
+    destroy, [](wl_client* client, wl_resource* subcompositor, std::uint32_t id,
+                wl_resource* /*surface*/, wl_resource* /*outer*/) {
+      make(client, wl_subsurface_interface, 1, id, &innerCalls, of(subcompositor), nullptr);
+    }
+  };
 
   static constexpr struct wp_viewport_interface viewportCalls {
     destroy, nullptr,
@@ -176,6 +187,12 @@ void FakeLayers::commit(wl_resource* surface) {
 
 void FakeLayers::behave(Manner manner) {
   compositor_.call([&] { manner_ = manner; });
+}
+
+void FakeLayers::closeAll() {
+  compositor_.call([&] {
+    for (auto* surface : layered_) zwlr_layer_surface_v1_send_closed(surfaces_[surface].role);
+  });
 }
 
 std::size_t FakeLayers::count() {

@@ -24,6 +24,8 @@ class FakeLayers {
   enum class Manner { obliging, closing };
   void behave(Manner manner);
 
+  /// As when the output goes.
+  void closeAll();
   /// How many surfaces are on layers.
   [[nodiscard]] std::size_t count();
 

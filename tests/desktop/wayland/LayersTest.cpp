@@ -5,13 +5,16 @@
 #include <linux/input-event-codes.h>
 #include <wayland-client.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QScreen>
+#include <QTimer>
+#include <QWidget>
 #include <optional>
 
 #include "desktop/wayland/FakeLayers.h"
 #include "platform/linux/wayland/toolkit/LayerRole.h"
 #include "platform/linux/wayland/toolkit/LayerScrim.h"
+#include "platform/linux/wayland/toolkit/LayerWindows.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
@@ -35,6 +38,8 @@ class Session : public testing::Environment {
     layers.emplace(*server);
     qputenv("QT_QPA_PLATFORM", "wayland");
     qputenv("WAYLAND_DISPLAY", server->path().c_str());
+    qputenv("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");  // nothing is drawn by a GPU
+    LayerWindows::prepareEnvironment();
     connect();
   }
   void TearDown() override {
@@ -59,7 +64,7 @@ class Session : public testing::Environment {
   int argumentCount = 1;
   char name[6] = "tests";
   char* arguments[2] = {name, nullptr};
-  std::optional<QGuiApplication> application;
+  std::optional<QApplication> application;
 };
 
 [[maybe_unused]] auto* const session = testing::AddGlobalTestEnvironment(new Session);
@@ -71,12 +76,13 @@ class LayersTest : public testing::Test {
   }
 
   [[nodiscard]] static Deadline soon() { return std::chrono::steady_clock::now() + patience; }
-  /// Until both sides have heard everything that the other one said until now.
+  /// Until both sides have heard everything that the other one said until now, the toolkit too.
   void settle() {
     for (int i = 0; i < 2; ++i) {
       bool isProcessed = false;
       compositor.whenProcessed([&] { isProcessed = true; });
       ASSERT_TRUE(compositor.waitUntil([&] { return isProcessed; }, soon()));
+      QCoreApplication::processEvents();
     }
   }
 
@@ -224,6 +230,61 @@ TEST_F(LayerRoleTest, NobodyWaitsForOneThatIsClosed) {
   EXPECT_FALSE(role->waitUntilReady(deadline));
   EXPECT_LT(std::chrono::steady_clock::now(), deadline);
   EXPECT_EQ(closed, 1);
+}
+
+class LayerWindowsTest : public LayersTest {
+ protected:
+  LayerWindowsTest() { window.setGeometry(100, 100, 200, 150); }
+  ~LayerWindowsTest() override { window.hide(); }
+
+  /// Lets the main loop sleep in between, before which it hears of what the compositor says.
+  [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition) {
+    QTimer look;
+    look.start(std::chrono::milliseconds(2));
+    const auto deadline = soon();
+    while (!condition()) {
+      if (std::chrono::steady_clock::now() > deadline) return false;
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+  }
+  void show() {
+    window.show();
+    EXPECT_TRUE(waitUntil([&] { return layers.count() == 2; }));  // and the scrim
+  }
+
+  LayerScrim scrim{compositor};
+  LayerWindows windows{compositor, scrim};
+  QWidget window;
+};
+
+TEST_F(LayerWindowsTest, AWindowGoesWithItsOutputAndComesAgain) {
+  settle();
+  show();
+  layers.closeAll();
+  EXPECT_TRUE(waitUntil([&] { return !window.isVisible(); }));
+  EXPECT_TRUE(waitUntil([&] { return layers.count() == 0; }));
+  show();
+  EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(LayerWindowsTest, WhatBelongsToItGoesAlong) {
+  settle();
+  show();
+  QWidget menu(&window, Qt::Popup);
+  menu.setGeometry(120, 120, 50, 50);
+  menu.show();
+  layers.closeAll();
+  EXPECT_TRUE(waitUntil([&] { return !window.isVisible() && !menu.isVisible(); }));
+}
+
+TEST_F(LayerWindowsTest, TheScrimLeavesItItsPresses) {
+  settle();
+  show();
+  EXPECT_TRUE(waitUntil([&] { return !layers.takesPressesAt(150, 150); }));
+  EXPECT_TRUE(layers.takesPressesAt(99, 150));
+  window.resize(300, 150);
+  EXPECT_TRUE(waitUntil([&] { return !layers.takesPressesAt(390, 150); }));
 }
 
 }  // namespace

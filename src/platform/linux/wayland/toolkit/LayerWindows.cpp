@@ -2,6 +2,7 @@
 #include "platform/linux/wayland/toolkit/LayerWindows.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -38,9 +39,13 @@ QScreen& screenOf(const QWindow& window) {
 }
 
 /// Of a compositor that does not want it, or has no time for it. In a later turn: it may be what
-/// is being shown.
+/// is being shown. Not as a call of the window itself, since the toolkit's windows hand the calls
+/// that are queued for them on to their widgets.
 void closeLater(QWindow& window) {
-  QMetaObject::invokeMethod(&window, &QWindow::close, Qt::QueuedConnection);
+  const auto close = [closing = QPointer<QWindow>(&window)] {
+    if (closing) closing->close();
+  };
+  QMetaObject::invokeMethod(QCoreApplication::instance(), close, Qt::QueuedConnection);
 }
 
 QWindow* openMenu() {
