@@ -7,7 +7,7 @@ import unittest
 from harness import pictures
 from harness.case import VantorelTestCase
 from harness.waiting import PATIENCE, stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import OnSway, on_sway
 
 PANEL_SECONDS = 0.5 * PATIENCE
 TEXT = b"y" * 500_000
@@ -197,12 +197,7 @@ class MannersOnSway(OnSway, Manners):
         self.expect_the_panel_at_once_and_the_next_copy()
 
 
-class ContentsOnSway(OnSway, Contents):
-    pass
-
-
-class BurstsOnSway(OnSway, Bursts):
-    pass
+ContentsOnSway, BurstsOnSway = on_sway(Contents, Bursts)
 
 
 def _peak_memory(pid):

@@ -7,7 +7,7 @@ from harness import applications
 from harness.panel_case import PanelTestCase
 from harness.pictures import png
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 
 class TypeFilter(PanelTestCase):
@@ -93,12 +93,7 @@ class SourceFilter(PanelTestCase):
         self.assertEqual(self.vantorel.control("Filter by app").description, source)
 
 
-class TypeFilterOnSway(OnSway, TypeFilter):
-    pass
-
-
-class SourceFilterOnSway(OnSway, SourceFilter):
-    pass
+TypeFilterOnSway, SourceFilterOnSway = on_sway(TypeFilter, SourceFilter)
 
 
 if __name__ == "__main__":

@@ -11,7 +11,7 @@ from harness.case import VantorelTestCase
 from harness.panel_case import PanelTestCase
 from harness.vantorel import SHORTCUT
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import OnSway, on_sway
 from harness.windows import Frame
 
 PIN_LIMIT_NOTICE = "Up to 5 pins. Unpin an item first."
@@ -424,25 +424,13 @@ class PlaceWithCompositor(Place):
     desktop_options = {"compositor": True}
 
 
-class KeysOnSway(OnSway, Keys):
-    pass
+KeysOnSway, PlaceOnSway = on_sway(Keys, Place)
+PointerOnThePanelOnSway, ShortcutOnSway = on_sway(PointerOnThePanel, Shortcut)
 
 
 class SearchOnSway(OnSway, Search):
     # No window is brought to the front there while the panel is open.
     test_asked_for_from_outside_it_takes_the_keyboard_back = None
-
-
-class PointerOnThePanelOnSway(OnSway, PointerOnThePanel):
-    pass
-
-
-class ShortcutOnSway(OnSway, Shortcut):
-    pass
-
-
-class PlaceOnSway(OnSway, Place):
-    pass
 
 
 if __name__ == "__main__":

@@ -9,7 +9,7 @@ from harness import applications, pictures
 from harness.case import VantorelTestCase
 from harness.vantorel import GONE_NOTICE, NO_TARGET_NOTICE
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 HEBREW = "שלום עולם, מה נשמע?"
 
@@ -327,28 +327,9 @@ class BigTexts(VantorelTestCase):
         self.assertEqual(self.vantorel.history.texts(), ["the next"])
 
 
-class IntoApplicationsOnSway(OnSway, IntoApplications):
-    pass
-
-
-class CopiesFromApplicationsOnSway(OnSway, CopiesFromApplications):
-    pass
-
-
-class RichTextOnSway(OnSway, RichText):
-    pass
-
-
-class ImagesOnSway(OnSway, Images):
-    pass
-
-
-class FilesOnSway(OnSway, Files):
-    pass
-
-
-class BigTextsOnSway(OnSway, BigTexts):
-    pass
+IntoApplicationsOnSway, = on_sway(IntoApplications)
+CopiesFromApplicationsOnSway, RichTextOnSway = on_sway(CopiesFromApplications, RichText)
+ImagesOnSway, FilesOnSway, BigTextsOnSway = on_sway(Images, Files, BigTexts)
 
 
 if __name__ == "__main__":

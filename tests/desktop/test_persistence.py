@@ -15,7 +15,7 @@ from harness.case import VantorelTestCase
 from harness.history import files_holding, text_item
 from harness.vantorel import Vantorel, program_path
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 
 class Restart(VantorelTestCase):
@@ -358,24 +358,9 @@ class Signals(VantorelTestCase):
         self.vantorel.process = None
 
 
-class RestartOnSway(OnSway, Restart):
-    pass
-
-
-class SuddenDeathOnSway(OnSway, SuddenDeath):
-    pass
-
-
-class OneInstanceOnSway(OnSway, OneInstance):
-    pass
-
-
-class CommandLineOnSway(OnSway, CommandLine):
-    pass
-
-
-class SignalsOnSway(OnSway, Signals):
-    pass
+RestartOnSway, SuddenDeathOnSway = on_sway(Restart, SuddenDeath)
+OneInstanceOnSway, CommandLineOnSway = on_sway(OneInstance, CommandLine)
+SignalsOnSway, = on_sway(Signals)
 
 
 def _contents(history):

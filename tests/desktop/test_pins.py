@@ -5,7 +5,7 @@ import unittest
 
 from harness.panel_case import PanelTestCase
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 SHEET = "Name Pinned Clip"
 
@@ -135,16 +135,7 @@ class Dragging(PanelTestCase):
         self.assertEqual(self.editor.text().strip(), "")
 
 
-class RenamingOnSway(OnSway, Renaming):
-    pass
-
-
-class RowMenuOnSway(OnSway, RowMenu):
-    pass
-
-
-class DraggingOnSway(OnSway, Dragging):
-    pass
+RenamingOnSway, RowMenuOnSway, DraggingOnSway = on_sway(Renaming, RowMenu, Dragging)
 
 
 if __name__ == "__main__":

@@ -6,7 +6,7 @@ import unittest
 from harness.panel_case import PanelTestCase
 from harness.pictures import png
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 
 class TextPreview(PanelTestCase):
@@ -199,16 +199,8 @@ class PreviewBesideTheEdge(PanelTestCase):
         self.wait_for_no_preview()
 
 
-class TextPreviewOnSway(OnSway, TextPreview):
-    pass
-
-
-class PointerAtRestOnSway(OnSway, PointerAtRest):
-    pass
-
-
-class PicturePreviewOnSway(OnSway, PicturePreview):
-    pass
+TextPreviewOnSway, PointerAtRestOnSway = on_sway(TextPreview, PointerAtRest)
+PicturePreviewOnSway, = on_sway(PicturePreview)
 
 
 def _green(colour):

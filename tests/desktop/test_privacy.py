@@ -7,7 +7,7 @@ from datetime import datetime, timedelta, timezone
 from harness import applications
 from harness.case import VantorelTestCase
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 
 class Markers(VantorelTestCase):
@@ -128,16 +128,7 @@ class Pause(VantorelTestCase):
         self.assertNotIn("privacy.pausedUntil", self.vantorel.defaults())
 
 
-class MarkersOnSway(OnSway, Markers):
-    pass
-
-
-class PasswordManagersOnSway(OnSway, PasswordManagers):
-    pass
-
-
-class PauseOnSway(OnSway, Pause):
-    pass
+MarkersOnSway, PasswordManagersOnSway, PauseOnSway = on_sway(Markers, PasswordManagers, Pause)
 
 
 if __name__ == "__main__":

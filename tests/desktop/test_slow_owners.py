@@ -6,7 +6,7 @@ import unittest
 from harness import pictures
 from harness.case import VantorelTestCase
 from harness.waiting import stays_true, wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 A_WHILE = 0.4
 PATIENCE_OF_THE_PROGRAM = 5
@@ -51,8 +51,7 @@ class SlowOwners(VantorelTestCase):
         self.assertEqual(owner.contents_requested(), ["UTF8_STRING"])
 
 
-class SlowOwnersOnSway(OnSway, SlowOwners):
-    pass
+SlowOwnersOnSway, = on_sway(SlowOwners)
 
 
 if __name__ == "__main__":

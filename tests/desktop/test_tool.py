@@ -18,7 +18,7 @@ from harness.history import image_item, seal, text_item
 from harness.keyring import KeyringState
 from harness.vantorel import program_path
 from harness.waiting import wait_for
-from harness.wayland_case import OnSway
+from harness.wayland_case import on_sway
 
 KEY = bytes(range(32))
 PICTURE = b"\x89PNG\r\n\x1a\nbytes as good as any"
@@ -542,8 +542,7 @@ def contents(path):
         return file.read()
 
 
-class CopyingOnSway(OnSway, Copying):
-    pass
+CopyingOnSway, = on_sway(Copying)
 
 
 if __name__ == "__main__":

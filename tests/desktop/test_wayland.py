@@ -4,7 +4,7 @@
 import os
 import unittest
 
-from harness.compositor_programs import FeatherPad, Foot, GnomeTextEditor, Mousepad, XTerm
+from harness.compositor_programs import Foot, GnomeTextEditor, Mousepad, XTerm
 from harness.case import VantorelTestCase
 from harness.history import text_item
 from harness.vantorel import NO_TARGET_NOTICE, program_path

@@ -92,16 +92,6 @@ class GnomeTextEditor(_Editor):
         return {"GDK_BACKEND": "wayland", "GSK_RENDERER": "cairo"}
 
 
-class FeatherPad(_Editor):
-    app_id = "featherpad"
-
-    def command(self):
-        return ["featherpad", "--standalone", self.path]
-
-    def environment(self):
-        return {"QT_QPA_PLATFORM": "wayland"}
-
-
 class _Terminal(_Program):
     """Its program writes down what it is given, without line editing as soon as it arrives."""
 

@@ -9,7 +9,8 @@ from .wayland_wire import Wire
 
 
 class OnSway:
-    """In front of a case's other classes: the same on the other desktop."""
+    """In front of a case's other classes: the same on the other desktop. A module's cases of both run
+    one class at a time: what is begun as an administrator begins anew as somebody else."""
 
     desktop_class = SwayDesktop
 
@@ -22,6 +23,12 @@ class OnSway:
         desktop = super().new_desktop(**options)
         desktop.bind_shortcut(SHORTCUT, program_path())
         return desktop
+
+
+def on_sway(*cases):
+    """These, each with a name that ends in OnSway."""
+    return [type(f"{case.__name__}OnSway", (OnSway, case), {"__module__": case.__module__})
+            for case in cases]
 
 
 class PastingTestCase(VantorelTestCase):
