@@ -18,7 +18,7 @@ HARMLESS = (
     # is pressed very fast. It goes on as if it had not.
     "setNetWmStateOnUnmappedWindow() called on mapped window",
     # Newer ones, where there is no portal; and of readers who are newer, or ask for what has gone.
-    "qt.qpa.services: Failed to register with host portal",
+    "The name org.freedesktop.portal.Desktop was not provided by any .service files",
     'does not implement "GetApplicationBusAddress"',
     "qt.accessibility.atspi: Could not find accessible on path",
 )
