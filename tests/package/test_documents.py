@@ -53,6 +53,7 @@ LOOKED_UP = (
     "sudo tools/fresh --bring build/vantorel_*.deb tests/package/installed",
     "tests/desktop/results_table.py",
     "bench/program/run.py --rounds 24",
+    "bench/program/run.py --session wayland --rounds 24",
     "build/release/vantorel_bench_store --benchmark_min_time=0.1",
     "build/release/vantorel_bench_security --benchmark_min_time=0.1",
     "build/release/vantorel_bench_search --benchmark_min_time=0.1",
