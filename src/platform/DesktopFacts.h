@@ -34,8 +34,8 @@ struct DesktopFacts {
   std::string compositorKeysProtocol = {};  // empty: keys reach X11 windows alone
   /// Windows are told to programs alone that are installed, and keys taken from them.
   bool wantsInstalledPrograms = false;
+  bool asksForShortcut = false;      // the service for it asks its user first
   std::string shortcutService = {};  // empty: the window system itself
-  bool asksForShortcut = false;      // that service asks its user first
   Tray tray = Tray::none;
   bool hasSettingsPortal = false;
   bool hasTextReader = false;              // the program that reads the text in pictures

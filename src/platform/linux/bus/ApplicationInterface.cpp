@@ -16,8 +16,7 @@ namespace {
 /// The one answer to a call. Where nobody gives it, its end says that nothing was done.
 class DelayedReply {
  public:
-  DelayedReply(QDBusMessage call, QDBusConnection bus)
-      : call_(std::move(call)), bus_(std::move(bus)) {}
+  DelayedReply(const QDBusMessage& call, QDBusConnection bus) : call_(call), bus_(std::move(bus)) {}
   ~DelayedReply() { send("Vantorel has been busy with something else."); }
   DelayedReply(const DelayedReply&) = delete;
   DelayedReply& operator=(const DelayedReply&) = delete;
